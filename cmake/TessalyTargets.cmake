@@ -1,0 +1,41 @@
+# What every target of the tree has in common: warnings as errors, Qt's strict macros, the sanitizers of the preset.
+
+add_library(TessalyOptions INTERFACE)
+target_compile_options(TessalyOptions INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast
+    -Wformat=2 -Wimplicit-fallthrough -Wnull-dereference -Werror
+    $<$<CONFIG:Debug>:-Wno-null-dereference>)
+target_compile_definitions(TessalyOptions INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING
+    QT_NO_FOREACH QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_STRICT_ITERATORS QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+if(TESSALY_SANITIZERS)
+    # The optimiser's null-dereference analysis misfires on the instrumented code.
+    target_compile_options(TessalyOptions INTERFACE
+        -fsanitize=${TESSALY_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer -Wno-null-dereference)
+    target_link_options(TessalyOptions INTERFACE -fsanitize=${TESSALY_SANITIZERS})
+endif()
+
+# tessaly_library(name SOURCES … PUBLIC targets… PRIVATE targets…)
+# A static library whose folder is its include path: only a target that links it can include its headers.
+function(tessaly_library name)
+    cmake_parse_arguments(arg "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+    add_library(${name} STATIC ${arg_SOURCES})
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+    target_link_libraries(${name} PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE} TessalyOptions)
+endfunction()
+
+# tessaly_test(name SOURCES … LINKS targets… [LABELS …] [TIMEOUT seconds])
+# One Qt Test program, registered with ctest.
+function(tessaly_test name)
+    cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LINKS;LABELS" ${ARGN})
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    add_executable(${name} ${arg_SOURCES})
+    set_target_properties(${name} PROPERTIES AUTOMOC ON RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+    target_link_libraries(${name} PRIVATE ${arg_LINKS} Qt6::Test TessalyOptions)
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}"
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+endfunction()
