@@ -1,0 +1,26 @@
+#pragma once
+
+#include "HotKeyGrabber.h"
+#include "KeystrokeSender.h"
+#include "Pasteboard.h"
+#include "WindowSystem.h"
+#include "Workspace.h"
+
+#include <memory>
+
+namespace Clipboard {
+
+/// Every port, each with the best adapter that this session offers, never null.
+struct Platform
+{
+    std::unique_ptr<Pasteboard> pasteboard;
+    std::unique_ptr<Workspace> workspace;
+    std::unique_ptr<KeystrokeSender> keystrokes;
+    std::unique_ptr<HotKeyGrabber> hotKey;
+    std::unique_ptr<WindowSystem> windows;
+};
+
+/// Looks at the session and picks the adapters; the only code that names them.
+[[nodiscard]] Platform loadPlatform();
+
+} // namespace Clipboard

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QObject>
+#include <QWindow>
+
+namespace Clipboard {
+
+/// What the panel needs of the window manager beyond Qt: to take the keyboard without taking the place of the
+/// application in front.
+class WindowSystem : public QObject
+{
+    Q_OBJECT
+public:
+    using QObject::QObject;
+
+    /// Keeps the window out of task bars and pagers. Call after its native window exists, before it is first shown.
+    virtual void prepareUtilityWindow(QWindow* window) = 0;
+    /// Remembers the window that has the focus now as the one that gets it back.
+    virtual void rememberFrontWindow() = 0;
+    /// Gives the keyboard to a window of ours although the user is working in another program.
+    virtual void activate(QWindow* window) = 0;
+    /// Gives the focus back to the remembered window, if it still exists and nothing else took it since.
+    virtual void restoreFrontWindow() = 0;
+    /// True when translucent windows are composited; without that, corners are cut and shadows left out.
+    [[nodiscard]] virtual bool isCompositing() const = 0;
+
+signals:
+    void compositingChanged();
+};
+
+} // namespace Clipboard

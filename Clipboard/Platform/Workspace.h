@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QIcon>
+#include <QObject>
+#include <QString>
+#include <QUrl>
+
+#include <optional>
+
+namespace Clipboard {
+
+/// What the desktop knows of its applications and files. Queries answer from memory or a local look-up.
+class Workspace : public QObject
+{
+    Q_OBJECT
+public:
+    struct Application
+    {
+        std::optional<QString> name;     // localized
+        std::optional<QString> bundleID; // the desktop entry's id without ".desktop"; else the window's class
+    };
+
+    using QObject::QObject;
+
+    /// The application whose window is active, Tessaly's own windows left out.
+    [[nodiscard]] virtual std::optional<Application> frontmostApplication() const = 0;
+    /// The application's icon; null when it has none that can be found.
+    [[nodiscard]] virtual QIcon applicationIcon(const QString& bundleID) const = 0;
+    /// The icon of the file's type. Looks at the name alone, never at the file.
+    [[nodiscard]] virtual QIcon fileIcon(const QString& path) const = 0;
+};
+
+} // namespace Clipboard
