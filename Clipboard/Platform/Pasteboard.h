@@ -21,6 +21,8 @@ class Pasteboard : public QObject
 public:
     using QObject::QObject;
 
+    /// Why the clipboard cannot be watched or written; empty when it can.
+    [[nodiscard]] virtual QString unavailableReason() const = 0;
     /// Differs after every change, by whatever program.
     [[nodiscard]] virtual qint64 changeCount() const = 0;
     /// Type identifiers of the content, the marker types of CaptureExclusion included. Empty when there are none.
@@ -35,7 +37,8 @@ public:
     /// False on a platform whose clipboard cannot tell that it changed; the watcher then polls.
     [[nodiscard]] virtual bool notifiesChanges() const = 0;
 
-    // Each write replaces the whole content and moves the change count.
+    // Each write replaces the whole content and moves the change count at once. changed() is not emitted for it: who
+    // writes knows, and marks the change as its own before anybody looks.
     virtual void setString(const QByteArray& utf8) = 0;
     virtual void setFile(const QUrl& file) = 0;
     virtual void setPNG(const QByteArray& png) = 0;
@@ -44,6 +47,7 @@ public:
     [[nodiscard]] virtual bool setPNGFile(const QString& path) = 0;
 
 signals:
+    /// Another program changed the content.
     void changed();
 };
 

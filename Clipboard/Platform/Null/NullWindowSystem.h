@@ -1,0 +1,18 @@
+#pragma once
+
+#include "WindowSystem.h"
+
+namespace Clipboard {
+
+/// No window manager to talk to: the panel gets what Qt alone can do.
+class NullWindowSystem final : public WindowSystem
+{
+public:
+    void prepareUtilityWindow(QWindow* /*window*/) override {}
+    void rememberFrontWindow() override {}
+    void activate(QWindow* window) override { window->requestActivate(); }
+    void restoreFrontWindow() override {}
+    [[nodiscard]] bool isCompositing() const override { return false; }
+};
+
+} // namespace Clipboard

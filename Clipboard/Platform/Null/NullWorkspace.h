@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Workspace.h"
+
+namespace Clipboard {
+
+/// A session that does not tell which application is in front.
+class NullWorkspace final : public Workspace
+{
+public:
+    [[nodiscard]] std::optional<Application> frontmostApplication() const override { return {}; }
+    [[nodiscard]] QIcon applicationIcon(const QString& /*bundleID*/) const override { return {}; }
+    [[nodiscard]] QIcon fileIcon(const QString& /*path*/) const override { return {}; }
+};
+
+} // namespace Clipboard
