@@ -1,0 +1,245 @@
+#include "VirtualSession.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QThread>
+
+#include <csignal>
+#include <cstdlib>
+#include <sys/prctl.h>
+#include <unistd.h>
+#include <xcb/xcb.h>
+
+using namespace Qt::StringLiterals;
+
+namespace Clipboard::Testing {
+
+namespace {
+
+template <typename T>
+using Reply = std::unique_ptr<T, decltype(&std::free)>;
+
+constexpr int pollInterval = 2; // ms
+
+/// The child is killed when this process goes, however it goes.
+void tieToParent(QProcess& process)
+{
+    const pid_t parent = getpid();
+    process.setChildProcessModifier([parent] {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (getppid() != parent) {
+            _exit(1);
+        }
+    });
+}
+
+/// One line of the process's output, without its end; empty when none came.
+QByteArray readLine(QProcess& process)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!process.canReadLine() && process.state() != QProcess::NotRunning &&
+           clock.elapsed() < VirtualSession::defaultTimeout) {
+        process.waitForReadyRead(100);
+    }
+    return process.readLine().trimmed();
+}
+
+} // namespace
+
+VirtualSession::VirtualSession()
+    : VirtualSession(Options{})
+{
+}
+
+VirtualSession::VirtualSession(const Options& options)
+{
+    m_failure = bringUp(options);
+}
+
+VirtualSession::~VirtualSession()
+{
+    // Programs before the window manager and the server: none of them is to complain that its display is gone.
+    while (!m_processes.empty()) {
+        kill(*m_processes.back());
+        if (m_processes.size() == 1 && m_connection) {
+            xcb_disconnect(m_connection);
+            m_connection = nullptr;
+        }
+    }
+}
+
+QString VirtualSession::bringUp(const Options& options)
+{
+    if (!m_home.isValid()) {
+        return m_home.errorString();
+    }
+    prepareEnvironment();
+    if (QString failure = startServer(options.size); !failure.isEmpty()) {
+        return failure;
+    }
+    if (QString failure = startMessageBus(); !failure.isEmpty()) {
+        return failure;
+    }
+    if (options.windowManager) {
+        if (QString failure = startOwner(u"openbox"_s, {u"--sm-disable"_s}, "WM_S0"); !failure.isEmpty()) {
+            return failure;
+        }
+    }
+    if (options.compositor) {
+        if (QString failure = startOwner(u"picom"_s, {u"--backend"_s, u"xrender"_s}, "_NET_WM_CM_S0");
+            !failure.isEmpty()) {
+            return failure;
+        }
+    }
+    if (options.trayHost) {
+        const QStringList arguments =
+            u"--edge top --align right --widthtype request --height 28 --distance 0"_s.split(u' ');
+        return startOwner(u"trayer"_s, arguments, "_NET_SYSTEM_TRAY_S0");
+    }
+    return {};
+}
+
+void VirtualSession::prepareEnvironment()
+{
+    m_environment = QProcessEnvironment::systemEnvironment();
+    for (const QString& name : m_environment.keys()) {
+        if (name.startsWith("XDG_"_L1) || name.startsWith("QT_"_L1) || name.startsWith("WAYLAND_"_L1) ||
+            name.startsWith("CLIPBOARD_"_L1)) {
+            m_environment.remove(name);
+        }
+    }
+    const QString runtime = homePath(u"run"_s);
+    QDir().mkpath(runtime);
+    QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    m_environment.insert(u"HOME"_s, home());
+    m_environment.insert(u"XDG_RUNTIME_DIR"_s, runtime);
+    m_environment.insert(u"XDG_SESSION_TYPE"_s, u"x11"_s);
+    m_environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
+    // Editors of the session keep their settings to themselves and start no helpers.
+    m_environment.insert(u"GSETTINGS_BACKEND"_s, u"memory"_s);
+    m_environment.insert(u"GIO_USE_VFS"_s, u"local"_s);
+    m_environment.insert(u"NO_AT_BRIDGE"_s, u"1"_s);
+}
+
+QString VirtualSession::startServer(QSize size)
+{
+    const QString screen = u"%1x%2x24"_s.arg(size.width()).arg(size.height());
+    QProcess& server = start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, screen, u"-dpi"_s, u"96"_s,
+                                         u"-noreset"_s, u"-nolisten"_s, u"tcp"_s});
+    const QByteArray number = readLine(server);
+    if (number.isEmpty()) {
+        return u"The X server did not start: %1"_s.arg(QString::fromLocal8Bit(server.readAllStandardError()));
+    }
+    m_display = u":%1"_s.arg(QLatin1StringView(number));
+    m_environment.insert(u"DISPLAY"_s, m_display);
+    m_connection = xcb_connect(m_display.toLatin1().constData(), nullptr);
+    if (xcb_connection_has_error(m_connection) != 0) {
+        xcb_disconnect(m_connection);
+        m_connection = nullptr;
+        return u"The X server does not answer on %1."_s.arg(m_display);
+    }
+    return {};
+}
+
+QString VirtualSession::startMessageBus()
+{
+    QProcess& bus = start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--nopidfile"_s, u"--print-address=1"_s});
+    const QByteArray address = readLine(bus);
+    if (address.isEmpty()) {
+        return u"The message bus did not start: %1"_s.arg(QString::fromLocal8Bit(bus.readAllStandardError()));
+    }
+    m_environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, QString::fromLocal8Bit(address));
+    return {};
+}
+
+QString VirtualSession::startOwner(const QString& program, const QStringList& arguments, const QByteArray& selection)
+{
+    const QProcess& process = start(program, arguments);
+    const bool ready =
+        waitUntil([&] { return process.state() == QProcess::NotRunning || selectionOwner(selection) != XCB_NONE; });
+    if (!ready || process.state() == QProcess::NotRunning) {
+        return u"%1 did not come up."_s.arg(program);
+    }
+    return {};
+}
+
+VirtualSession::Result VirtualSession::run(const QString& program, const QStringList& arguments,
+                                           const QByteArray& input, int timeout)
+{
+    QProcess process;
+    tieToParent(process);
+    process.setProcessEnvironment(m_environment);
+    process.start(program, arguments);
+    if (!process.waitForStarted()) {
+        return {-1, {}, process.errorString().toLocal8Bit()};
+    }
+    process.write(input);
+    process.closeWriteChannel();
+    if (!process.waitForFinished(timeout)) {
+        process.kill();
+        process.waitForFinished();
+    }
+    const bool ended = process.exitStatus() == QProcess::NormalExit;
+    return {ended ? process.exitCode() : -1, process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+QProcess& VirtualSession::start(const QString& program, const QStringList& arguments, const QByteArray& input)
+{
+    QProcess& process = *m_processes.emplace_back(std::make_unique<QProcess>());
+    tieToParent(process);
+    process.setProcessEnvironment(m_environment);
+    process.setWorkingDirectory(home());
+    process.start(program, arguments);
+    if (process.waitForStarted()) {
+        process.write(input);
+        while (process.bytesToWrite() > 0 && process.waitForBytesWritten()) {
+        }
+        process.closeWriteChannel();
+    }
+    return process;
+}
+
+void VirtualSession::kill(QProcess& process)
+{
+    process.kill();
+    process.waitForFinished();
+    std::erase_if(m_processes, [&](const auto& owned) { return owned.get() == &process; });
+}
+
+bool VirtualSession::screenshot(const QString& path)
+{
+    return run(u"import"_s, {u"-window"_s, u"root"_s, path}).exitCode == 0;
+}
+
+quint32 VirtualSession::selectionOwner(const QByteArray& selection) const
+{
+    const auto length = static_cast<uint16_t>(selection.size());
+    const auto cookie = xcb_intern_atom(m_connection, 0, length, selection.constData());
+    const Reply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(m_connection, cookie, nullptr), &std::free);
+    if (!atom) {
+        return XCB_NONE;
+    }
+    const auto request = xcb_get_selection_owner(m_connection, atom->atom);
+    const Reply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(m_connection, request, nullptr),
+                                                       &std::free);
+    return owner ? owner->owner : XCB_NONE;
+}
+
+bool VirtualSession::waitUntil(const std::function<bool()>& condition, int timeout)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!condition()) {
+        if (clock.elapsed() > timeout) {
+            return false;
+        }
+        QCoreApplication::processEvents();
+        QThread::msleep(pollInterval);
+    }
+    return true;
+}
+
+} // namespace Clipboard::Testing

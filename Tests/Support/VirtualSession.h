@@ -1,0 +1,94 @@
+#pragma once
+
+#include <QByteArray>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QSize>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+struct xcb_connection_t;
+
+namespace Clipboard::Testing {
+
+/// A desktop of its own: an X server nobody sees, the programs that make a session of it, a message bus and a home
+/// folder. Everything in it ends with it, also when this process is killed. Any number can run side by side.
+class VirtualSession final
+{
+public:
+    struct Options
+    {
+        QSize size{1280, 800};
+        bool windowManager = true;
+        bool trayHost = false;
+        bool compositor = false;
+    };
+
+    struct Result
+    {
+        int exitCode = -1; // -1 when the program could not be started, crashed or had to be killed
+        QByteArray output;
+        QByteArray errors;
+    };
+
+    static constexpr int defaultTimeout = 20'000; // ms; long, because sanitizers and loaded machines are slow
+
+    VirtualSession();
+    explicit VirtualSession(const Options& options);
+    ~VirtualSession();
+    VirtualSession(const VirtualSession&) = delete;
+    VirtualSession& operator=(const VirtualSession&) = delete;
+
+    /// Why the session did not come up; empty when it did.
+    [[nodiscard]] const QString& failure() const { return m_failure; }
+
+    [[nodiscard]] const QString& display() const { return m_display; }
+    /// The environment of the programs in the session: display, home, XDG folders and message bus, nothing of the
+    /// outside session.
+    [[nodiscard]] const QProcessEnvironment& environment() const { return m_environment; }
+    /// For every program started from now on.
+    void setEnvironment(const QString& name, const QString& value) { m_environment.insert(name, value); }
+    /// The private home folder; its XDG folders are the default ones below it.
+    [[nodiscard]] QString home() const { return m_home.path(); }
+    [[nodiscard]] QString homePath(const QString& relative) const { return m_home.filePath(relative); }
+
+    /// Runs a program to its end; with a time-out it is killed.
+    Result run(const QString& program, const QStringList& arguments = {}, const QByteArray& input = {},
+               int timeout = defaultTimeout);
+    /// Starts a program that goes on running; it belongs to the session. Standard input is `input`, then ends.
+    QProcess& start(const QString& program, const QStringList& arguments = {}, const QByteArray& input = {});
+    /// Ends a program that start() gave out, with SIGKILL, and forgets it.
+    void kill(QProcess& process);
+
+    /// The whole screen as a PNG file. False when it could not be taken.
+    [[nodiscard]] bool screenshot(const QString& path);
+
+    /// The session's own connection to the X server; null when the session did not come up.
+    [[nodiscard]] xcb_connection_t* connection() const { return m_connection; }
+    /// The owner of a selection such as "CLIPBOARD"; 0 for none.
+    [[nodiscard]] quint32 selectionOwner(const QByteArray& selection) const;
+
+    /// Asks again until the answer is true, events served meanwhile. False when the time is over.
+    [[nodiscard]] static bool waitUntil(const std::function<bool()>& condition, int timeout = defaultTimeout);
+
+private:
+    QString bringUp(const Options& options);
+    QString startServer(QSize size);
+    QString startMessageBus();
+    QString startOwner(const QString& program, const QStringList& arguments, const QByteArray& selection);
+    void prepareEnvironment();
+
+    QTemporaryDir m_home;
+    QProcessEnvironment m_environment;
+    QString m_display;
+    QString m_failure;
+    xcb_connection_t* m_connection = nullptr;
+    std::vector<std::unique_ptr<QProcess>> m_processes; // in the order they were started
+};
+
+} // namespace Clipboard::Testing
