@@ -1,0 +1,19 @@
+#include "AboutDialog.h"
+
+#include "DialogButton.h"
+
+using namespace Qt::StringLiterals;
+
+namespace Clipboard {
+
+AboutDialog::AboutDialog(bool composited, QWidget* parent)
+    : DialogCard(composited, {QLatin1String("layers"), 24, Theme::accent}, parent)
+{
+    setTexts(tr("Tessaly"),
+             tr("Version %1\nA clipboard history for your desktop.\nFree software under the MIT licence.")
+                 .arg(QLatin1String(TESSALY_VERSION)));
+    setWindowTitle(tr("About Tessaly"));
+    connect(addButton(tr("Close"), u"esc"_s, false), &QAbstractButton::clicked, this, &QDialog::accept);
+}
+
+} // namespace Clipboard

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QMenu>
+
+namespace Clipboard {
+
+/// A menu drawn in the program's own style, whatever style the desktop has. Separators, check marks and the texts of
+/// shortcuts are drawn; icons and submenus are not supported.
+class DarkMenu final : public QMenu
+{
+    Q_OBJECT
+public:
+    /// `composited`: see WindowSystem::isCompositing().
+    explicit DarkMenu(bool composited, QWidget* parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void paintItem(QPainter& painter, const QRectF& item, const QAction& action, bool highlighted) const;
+    bool m_composited;
+};
+
+} // namespace Clipboard

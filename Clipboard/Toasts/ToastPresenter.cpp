@@ -1,0 +1,62 @@
+#include "ToastPresenter.h"
+
+#include "ToastView.h"
+#include "WindowSystem.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+namespace Clipboard {
+
+namespace {
+
+constexpr std::chrono::milliseconds visibleTime{1900};
+
+ToastPresenter* sharedPresenter = nullptr;
+
+} // namespace
+
+ToastPresenter::ToastPresenter(WindowSystem& windows, QObject* parent)
+    : QObject(parent)
+    , m_windows(windows)
+{
+    Q_ASSERT(sharedPresenter == nullptr);
+    sharedPresenter = this;
+    m_hideTimer.setSingleShot(true);
+    m_hideTimer.setTimerType(Qt::PreciseTimer);
+    m_hideTimer.setInterval(visibleTime);
+    connect(&m_hideTimer, &QTimer::timeout, this, &ToastPresenter::hide);
+}
+
+ToastPresenter::~ToastPresenter()
+{
+    sharedPresenter = nullptr;
+}
+
+ToastPresenter& ToastPresenter::shared()
+{
+    Q_ASSERT(sharedPresenter != nullptr);
+    return *sharedPresenter;
+}
+
+void ToastPresenter::show(const QString& text)
+{
+    m_view = std::make_unique<ToastView>(text, m_windows.isCompositing());
+    if (const QScreen* screen = QGuiApplication::primaryScreen())
+        m_view->placeIn(screen->availableGeometry());
+    m_view->fadeIn();
+    m_view->show();
+    m_hideTimer.start();
+    emit shown(text);
+}
+
+void ToastPresenter::hide()
+{
+    m_view->fadeOut([this] {
+        // The view is in the middle of its own signal: it goes once that has returned.
+        m_view.release()->deleteLater();
+        emit hidden();
+    });
+}
+
+} // namespace Clipboard

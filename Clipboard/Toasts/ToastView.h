@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Surface.h"
+
+#include <QWidget>
+
+#include <functional>
+
+namespace Clipboard {
+
+/// The window of one notice: a check mark and a line of text on a card. Clicks pass through it.
+class ToastView final : public QWidget
+{
+    Q_OBJECT
+public:
+    /// `composited`: see WindowSystem::isCompositing().
+    ToastView(QString text, bool composited);
+
+    [[nodiscard]] const QString& text() const { return m_text; }
+
+    /// Puts the card above the bottom of `workArea`, centred, the text elided to its width. Placement ignores the
+    /// margin that holds the shadow.
+    void placeIn(const QRect& workArea);
+    /// The card in global coordinates.
+    [[nodiscard]] QRect cardGeometry() const;
+
+    void fadeIn();
+    /// Fades and then calls `done`, at once when motion is reduced.
+    void fadeOut(const std::function<void()>& done);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void fade(qreal from, qreal to, int milliseconds, const std::function<void()>& done);
+
+    QString m_text;
+    Surface m_surface;
+};
+
+} // namespace Clipboard

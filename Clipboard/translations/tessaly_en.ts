@@ -1,0 +1,43 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en_US" sourcelanguage="en">
+<context>
+    <name>Clipboard::CommandSheet</name>
+    <message>
+        <source>⌘1–9</source>
+        <translation>Ctrl+1–9</translation>
+    </message>
+    <message>
+        <source>⌘%1</source>
+        <translation>Ctrl+%1</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::FilterChips</name>
+    <message numerus="yes">
+        <source>%n items</source>
+        <translation>
+            <numerusform>%n item</numerusform>
+            <numerusform>%n items</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::PanelFooter</name>
+    <message>
+        <source>⌘K</source>
+        <translation>Ctrl+K</translation>
+    </message>
+    <message>
+        <source>⌘⌫</source>
+        <translation>Ctrl+⌫</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n item</source>
+        <translation>
+            <numerusform>%n item</numerusform>
+            <numerusform>%n items</numerusform>
+        </translation>
+    </message>
+</context>
+</TS>
