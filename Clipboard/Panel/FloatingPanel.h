@@ -1,0 +1,73 @@
+#pragma once
+
+#include "Surface.h"
+
+#include <QWidget>
+
+class QVariantAnimation;
+
+namespace Clipboard {
+
+class HistoryViewModel;
+class PanelView;
+class Thumbs;
+class WindowSystem;
+class Workspace;
+
+/// The window of the history: it takes the keyboard without taking the place of the application in front, and closes as
+/// soon as it loses the keyboard or Escape is left over.
+class FloatingPanel final : public QWidget
+{
+    Q_OBJECT
+public:
+    /// What the panel draws from; all must outlive it.
+    struct Services
+    {
+        HistoryViewModel& viewModel;
+        WindowSystem& windows;
+        const Workspace& workspace;
+        Thumbs& thumbs;
+    };
+    explicit FloatingPanel(const Services& services);
+    ~FloatingPanel() override;
+
+    /// Builds the content and the native window, which the first showing otherwise does. For idle time after the start.
+    void prepare();
+
+    /// Places the panel itself; the margin that holds its shadow lies outside. Global coordinates.
+    void setPanelGeometry(const QRect& panel);
+    [[nodiscard]] QRect panelGeometry() const;
+
+    /// Remembers the window in front, shows the panel and gives it the keyboard. The view model must be ready to be
+    /// shown by then.
+    void open();
+    /// Hides the panel and gives the focus back. Does nothing when it is closed, or closing.
+    void dismiss();
+
+signals:
+    /// The panel is about to close, by whatever cause. It is still visible.
+    void willClose();
+    /// The panel is gone from the screen.
+    void closed();
+
+protected:
+    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    bool handleKey(const QKeyEvent& event);
+    void applyCompositing();
+    void startEntrance();
+
+    Services m_services;
+    Surface m_surface;
+    PanelView* m_view = nullptr;
+    QVariantAnimation* m_entrance = nullptr;
+    bool m_open = false;
+};
+
+} // namespace Clipboard

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Focus/KeyEvent.h"
+
+class QKeyEvent;
+
+namespace Clipboard {
+
+/// A key press of the toolkit in the terms of the key tables. Control becomes command, Alt option; Backspace and Delete
+/// are one key there. Letters go by what they type; on a layout that types no Latin letters, by their place on the
+/// keyboard. A key that no table names is unknown.
+[[nodiscard]] ClipboardCore::KeyEvent translateKey(const QKeyEvent& event);
+
+} // namespace Clipboard
