@@ -73,7 +73,7 @@ bool LoginItem::toggle()
             error = entry.errorString();
     }
     if (!error.isEmpty())
-        qCWarning(loginItemLog).noquote() << "LoginItem toggle failed: " + error;
+        qCWarning(loginItemLog).noquote() << "LoginItem toggle failed: "_L1 + error;
     return isEnabled();
 }
 
