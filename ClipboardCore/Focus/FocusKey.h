@@ -60,7 +60,7 @@ public:
     }
 
     bool operator==(const FocusKey&) const = default;
-    friend size_t qHash(const FocusKey& key, size_t seed = 0) noexcept;
+    friend size_t qHash(const FocusKey& key, size_t seed) noexcept;
 
 private:
     using Value = std::variant<Chip, Row, Button, Action>;
@@ -70,5 +70,7 @@ private:
     }
     Value m_value;
 };
+
+[[nodiscard]] size_t qHash(const FocusKey& key, size_t seed = 0) noexcept;
 
 } // namespace ClipboardCore

@@ -20,7 +20,7 @@ public:
     [[nodiscard]] static Utf8Text fromUtf8(const QByteArray& bytes);
 
     [[nodiscard]] const QByteArray& utf8() const { return m_utf8; }
-    [[nodiscard]] QString toString() const { return QString::fromUtf8(m_utf8); }
+    [[nodiscard]] QString toString() const;
     /// Length in UTF-8 bytes.
     [[nodiscard]] qsizetype byteCount() const { return m_utf8.size(); }
     [[nodiscard]] bool isEmpty() const { return m_utf8.isEmpty(); }

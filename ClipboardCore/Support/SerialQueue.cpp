@@ -1,0 +1,135 @@
+#include "Support/SerialQueue.h"
+
+#include <QByteArray>
+
+#include <condition_variable>
+#include <future>
+#include <map>
+#include <mutex>
+#include <thread>
+#include <utility>
+
+#include <pthread.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace ClipboardCore {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// What waits on disk or prepares a search gives way to whatever the user does.
+constexpr int utilityNiceness = 10;
+
+void nameThread(const QByteArray& label)
+{
+    constexpr qsizetype longestThreadName = 15; // Linux
+    pthread_setname_np(pthread_self(), label.right(longestThreadName).constData());
+}
+
+} // namespace
+
+struct SerialQueue::Private
+{
+    struct Key // order of execution
+    {
+        Clock::time_point due;
+        TaskID id;
+        auto operator<=>(const Key&) const = default;
+    };
+
+    explicit Private(QByteArray threadLabel)
+        : label(std::move(threadLabel))
+    {
+    }
+
+    void run();
+
+    const QByteArray label;
+    std::mutex mutex;
+    std::condition_variable changed;
+    // All below: guarded by `mutex`.
+    std::map<Key, Task> tasks;
+    quint64 lastID = 0;
+    bool isStopping = false;
+    std::thread thread;
+};
+
+void SerialQueue::Private::run()
+{
+    nameThread(label);
+    // Linux keeps a priority for each thread; the calling thread is 0.
+    setpriority(PRIO_PROCESS, 0, utilityNiceness);
+
+    std::unique_lock lock(mutex);
+    while (!isStopping) {
+        if (tasks.empty()) {
+            changed.wait(lock);
+            continue;
+        }
+        if (const auto due = tasks.begin()->first.due; due > Clock::now()) {
+            changed.wait_until(lock, due);
+            continue;
+        }
+        {
+            const auto next = tasks.extract(tasks.begin());
+            lock.unlock();
+            next.mapped()();
+        }
+        lock.lock();
+    }
+}
+
+SerialQueue::SerialQueue(QByteArray label)
+    : d(std::make_unique<Private>(std::move(label)))
+{
+}
+
+SerialQueue::~SerialQueue()
+{
+    {
+        const std::lock_guard lock(d->mutex);
+        d->isStopping = true;
+    }
+    d->changed.notify_one();
+    if (d->thread.joinable())
+        d->thread.join();
+}
+
+SerialQueue::TaskID SerialQueue::async(Task task, std::chrono::nanoseconds delay)
+{
+    const std::lock_guard lock(d->mutex);
+    const TaskID id{++d->lastID};
+    d->tasks.emplace(Private::Key{Clock::now() + delay, id}, std::move(task));
+    if (!d->thread.joinable())
+        d->thread = std::thread([this] { d->run(); });
+    d->changed.notify_one();
+    return id;
+}
+
+void SerialQueue::cancel(TaskID id)
+{
+    Task cancelled; // destroyed without the lock, since it may own much
+    const std::lock_guard lock(d->mutex);
+    const auto found =
+        std::find_if(d->tasks.begin(), d->tasks.end(), [id](const auto& entry) { return entry.first.id == id; });
+    if (found == d->tasks.end())
+        return;
+    cancelled = std::move(found->second);
+    d->tasks.erase(found);
+}
+
+void SerialQueue::drain()
+{
+    {
+        const std::lock_guard lock(d->mutex);
+        if (!d->thread.joinable())
+            return;
+    }
+    std::promise<void> reached;
+    async([&reached] { reached.set_value(); });
+    reached.get_future().wait();
+}
+
+} // namespace ClipboardCore
