@@ -1,0 +1,109 @@
+#include "MomentLog.h"
+
+#include <QFile>
+
+#include <cstdio>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Clipboard::Testing {
+
+namespace {
+
+constexpr QByteArrayView prefix = "tessaly.timing ";
+
+} // namespace
+
+MomentLog::MomentLog(const QString& path)
+{
+    const QByteArray name = QFile::encodeName(path);
+    mkfifo(name.constData(), S_IRUSR | S_IWUSR);
+    // Open for writing too: the pipe then has no end while programs come and go.
+    m_pipe = open(name.constData(), O_RDWR | O_CLOEXEC);
+    if (pipe2(m_stop, O_CLOEXEC) == 0) {
+        m_reader = std::thread([this] { read(); });
+    }
+}
+
+MomentLog::~MomentLog()
+{
+    close(m_stop[1]);
+    if (m_reader.joinable()) {
+        m_reader.join();
+    }
+    close(m_stop[0]);
+    close(m_pipe);
+}
+
+std::optional<MomentLog::Time> MomentLog::next(const QByteArray& name, int timeout)
+{
+    const Time end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeout);
+    std::unique_lock lock(m_mutex);
+    while (true) {
+        while (!m_moments.empty()) {
+            const Moment moment = m_moments.front();
+            m_moments.pop_front();
+            if (moment.name == name) {
+                return moment.time;
+            }
+        }
+        if (m_arrived.wait_until(lock, end) == std::cv_status::timeout) {
+            return std::nullopt;
+        }
+    }
+}
+
+void MomentLog::clear()
+{
+    const std::lock_guard lock(m_mutex);
+    m_moments.clear();
+}
+
+int MomentLog::count(const QByteArray& name) const
+{
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_counts.find(name);
+    return found == m_counts.end() ? 0 : found->second;
+}
+
+void MomentLog::read()
+{
+    QByteArray pending;
+    while (true) {
+        pollfd sources[] = {{m_pipe, POLLIN, 0}, {m_stop[0], POLLIN, 0}};
+        poll(sources, std::size(sources), -1);
+        if (sources[1].revents != 0) {
+            return;
+        }
+        char buffer[4096];
+        const ssize_t length = ::read(m_pipe, buffer, sizeof buffer);
+        if (length <= 0) {
+            return;
+        }
+        const Time now = std::chrono::steady_clock::now();
+        pending.append(buffer, length);
+        for (qsizetype end = pending.indexOf('\n'); end >= 0; end = pending.indexOf('\n')) {
+            take(pending.left(end), now);
+            pending.remove(0, end + 1);
+        }
+    }
+}
+
+void MomentLog::take(const QByteArray& line, Time time)
+{
+    if (!line.startsWith(prefix)) {
+        std::fprintf(stderr, "%s\n", line.constData());
+        return;
+    }
+    const QByteArray name = line.mid(prefix.size()).split(' ').first();
+    {
+        const std::lock_guard lock(m_mutex);
+        m_moments.push_back({name, time});
+        ++m_counts[name];
+    }
+    m_arrived.notify_all();
+}
+
+} // namespace Clipboard::Testing

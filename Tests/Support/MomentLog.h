@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <thread>
+
+namespace Clipboard::Testing {
+
+/// What a program says on its standard error, read as it comes: the moments it reports under `tessaly.timing`, each
+/// with the time at which it arrived here. Whatever else it says goes on to this process's standard error.
+class MomentLog final
+{
+public:
+    using Time = std::chrono::steady_clock::time_point;
+
+    /// Makes a named pipe at `path` for the program to write to.
+    explicit MomentLog(const QString& path);
+    ~MomentLog();
+    MomentLog(const MomentLog&) = delete;
+    MomentLog& operator=(const MomentLog&) = delete;
+
+    /// The environment variables that make the program report, in the form that this class reads.
+    static constexpr auto rules = "tessaly.timing=true";
+    static constexpr auto pattern = "%{category} %{message}";
+
+    /// Waits for the next moment whose text begins with `name`; it and those before it are used up.
+    std::optional<Time> next(const QByteArray& name, int timeout);
+    /// Forgets the moments that have come so far.
+    void clear();
+    /// How many moments of that name have come since the start.
+    [[nodiscard]] int count(const QByteArray& name) const;
+
+private:
+    struct Moment
+    {
+        QByteArray name;
+        Time time;
+    };
+
+    void read();
+    void take(const QByteArray& line, Time time);
+
+    mutable std::mutex m_mutex;
+    std::condition_variable m_arrived;
+    std::deque<Moment> m_moments;
+    std::map<QByteArray, int> m_counts;
+    int m_pipe = -1;
+    int m_stop[2] = {-1, -1};
+    std::thread m_reader;
+};
+
+} // namespace Clipboard::Testing
