@@ -1,0 +1,88 @@
+#pragma once
+
+#include "IncomingTransfer.h"
+#include "SelectionContent.h"
+#include "SelectionForms.h"
+
+#include <chrono>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace Clipboard::X11 {
+
+/// Reads one selection of another program, step by step, never waiting for its owner: the target list, the first
+/// content worth having, then a few small forms of it that are kept for the day when its owner ends.
+class SelectionReader final
+{
+public:
+    using Clock = std::chrono::steady_clock;
+
+    struct Options
+    {
+        /// Targets whose mere presence means that nothing else may be read.
+        QSet<QString> secretTargets;
+        QByteArray hostName;
+        std::chrono::milliseconds stepTimeout = readStepTimeout;
+    };
+
+    /// `onContent` hears each selection once, when its content is there or nothing can be had; `onSettled` when nothing
+    /// more is going to be asked of the owner.
+    SelectionReader(XcbConnection& connection, xcb_window_t requestor, Options options,
+                    std::function<void(SelectionContent)> onContent, std::function<void()> onSettled);
+
+    /// Begins with a new owner; what was under way is dropped unheard.
+    void start(xcb_atom_t selection, xcb_timestamp_t time);
+    void cancel();
+    [[nodiscard]] bool isBusy() const { return m_transfer.has_value(); }
+    /// True when there is content that can be offered in its owner's place: complete, and no secret.
+    [[nodiscard]] bool hasContent() const { return m_stage == Stage::Companions && !m_kept.empty(); }
+    /// Everything that was read of the current selection.
+    [[nodiscard]] const SelectionForms& keptForms() const { return m_kept; }
+
+    void handle(const xcb_selection_notify_event_t& event);
+    void handle(const xcb_property_notify_event_t& event);
+    /// When the step under way is over at the latest; nothing when idle.
+    [[nodiscard]] std::optional<Clock::time_point> deadline() const;
+    void expire(Clock::time_point now);
+
+private:
+    enum class Stage { Targets, Content, Companions };
+    enum class Kind { Files, PNG, TIFF, Text, Other };
+
+    struct Step
+    {
+        Kind kind = Kind::Other;
+        QByteArray target;
+    };
+
+    void request(xcb_atom_t target, qint64 maxBytes);
+    void advance();
+    void readTargets();
+    void planContent(const std::vector<QByteArray>& offered);
+    void planCompanions(Kind kind);
+    /// Takes the finished transfer's bytes; false when they are of no use.
+    bool takeContent(const Step& step);
+    void keep(const Step& step, const QByteArray& text);
+    void next();
+    void publish();
+
+    XcbConnection& m_connection;
+    xcb_window_t m_requestor;
+    Options m_options;
+    std::function<void(SelectionContent)> m_onContent;
+    std::function<void()> m_onSettled;
+    TransferProperties m_properties;
+
+    xcb_atom_t m_selection = XCB_ATOM_NONE;
+    xcb_timestamp_t m_time = XCB_CURRENT_TIME;
+    std::optional<IncomingTransfer> m_transfer;
+    Clock::time_point m_deadline;
+    Stage m_stage = Stage::Targets;
+    std::deque<Step> m_steps; // those still to do; the first one is under way
+    SelectionContent m_content;
+    SelectionForms m_kept;
+};
+
+} // namespace Clipboard::X11

@@ -1,0 +1,66 @@
+#include "SelectionText.h"
+
+#include <QString>
+#include <QUtf8StringView>
+
+namespace Clipboard::SelectionText {
+
+namespace {
+
+QByteArray fromLatin1(QByteArrayView bytes)
+{
+    return QString::fromLatin1(bytes).toUtf8();
+}
+
+QByteArray fromUtf8(const QByteArray& bytes)
+{
+    return QUtf8StringView(bytes).isValidUtf8() ? bytes : QString::fromUtf8(bytes).toUtf8();
+}
+
+/// Latin-1 with stretches of UTF-8 between ESC % G and ESC % @ (the X Consortium's "Compound Text Encoding").
+std::optional<QByteArray> fromCompoundText(QByteArrayView bytes)
+{
+    constexpr QByteArrayView utf8Begin = "\x1b%G";
+    constexpr QByteArrayView utf8End = "\x1b%@";
+    QByteArray text;
+    while (!bytes.isEmpty()) {
+        const qsizetype escape = bytes.indexOf('\x1b');
+        if (escape < 0)
+            return text + fromLatin1(bytes);
+        text += fromLatin1(bytes.first(escape));
+        bytes = bytes.sliced(escape);
+        if (!bytes.startsWith(utf8Begin))
+            return {};
+        bytes = bytes.sliced(utf8Begin.size());
+        const qsizetype end = bytes.indexOf(utf8End);
+        text += fromUtf8((end < 0 ? bytes : bytes.first(end)).toByteArray());
+        bytes = end < 0 ? QByteArrayView() : bytes.sliced(end + utf8End.size());
+    }
+    return text;
+}
+
+} // namespace
+
+std::optional<QByteArray> decode(QByteArrayView type, const QByteArray& bytes)
+{
+    QByteArray text = bytes;
+    while (text.endsWith('\0'))
+        text.chop(1);
+    if (type == "STRING")
+        return fromLatin1(text);
+    if (type == "COMPOUND_TEXT")
+        return fromCompoundText(text);
+    if (type == "UTF8_STRING" || type.compare("text/plain;charset=utf-8", Qt::CaseInsensitive) == 0)
+        return fromUtf8(text);
+    // No charset named: UTF-8 by today's custom, Latin-1 when it cannot be that.
+    if (type == "text/plain" || type == "TEXT")
+        return QUtf8StringView(text).isValidUtf8() ? text : fromLatin1(text);
+    return {};
+}
+
+QByteArray latin1(const QByteArray& utf8)
+{
+    return QString::fromUtf8(utf8).toLatin1();
+}
+
+} // namespace Clipboard::SelectionText
