@@ -15,6 +15,19 @@ if(TESSALY_SANITIZERS)
     target_link_options(TessalyOptions INTERFACE -fsanitize=${TESSALY_SANITIZERS})
 endif()
 
+# tessaly_public_headers(name) — lists the headers of the calling folder as the target's, for the check that each of them
+# compiles alone (target all_verify_interface_header_sets).
+function(tessaly_public_headers name)
+    cmake_parse_arguments(arg "RECURSE" "" "" ${ARGN})
+    set(glob GLOB)
+    if(arg_RECURSE)
+        set(glob GLOB_RECURSE)
+    endif()
+    file(${glob} headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+    target_sources(${name} INTERFACE FILE_SET HEADERS BASE_DIRS ${CMAKE_CURRENT_SOURCE_DIR} FILES ${headers})
+    set_target_properties(${name} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
+endfunction()
+
 # tessaly_library(name SOURCES … PUBLIC targets… PRIVATE targets…)
 # A static library whose folder is its include path: only a target that links it can include its headers.
 function(tessaly_library name)
@@ -23,6 +36,7 @@ function(tessaly_library name)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
     target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
     target_link_libraries(${name} PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE} TessalyOptions)
+    tessaly_public_headers(${name})
 endfunction()
 
 # tessaly_test(name SOURCES … LINKS targets… [LABELS …] [TIMEOUT seconds])

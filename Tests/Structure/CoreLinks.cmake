@@ -1,0 +1,17 @@
+# Fails when the core needs more than Qt Core, simdjson and the language's own libraries.
+set(allowed "^(libQt6Core|libsimdjson|libstdc\\+\\+|libm|libgcc_s|libc|libpthread|ld-linux.*|libasan|libubsan|libtsan)\\.so")
+
+execute_process(COMMAND ${READELF} --dynamic --wide ${PROBE} OUTPUT_VARIABLE dynamic COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX MATCHALL "\\(NEEDED\\)[^\n]*\\[[^]\n]+\\]" entries "${dynamic}")
+set(needed "")
+foreach(entry IN LISTS entries)
+    string(REGEX REPLACE ".*\\[([^]]+)\\]" "\\1" library "${entry}")
+    list(APPEND needed ${library})
+    if(NOT library MATCHES "${allowed}")
+        message(SEND_ERROR "The core needs ${library}")
+    endif()
+endforeach()
+if(NOT needed MATCHES "libQt6Core")
+    message(FATAL_ERROR "${PROBE} does not look like the core: it needs only ${needed}")
+endif()
+message(STATUS "The core needs ${needed}")
