@@ -1,0 +1,105 @@
+#include "ImageBlobs.h"
+
+#include "PictureTranscoder.h"
+#include "PrivateFolder.h"
+
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QSet>
+#include <QTemporaryFile>
+#include <QThreadPool>
+
+#include <cstdio>
+#include <unistd.h>
+
+namespace Clipboard {
+
+using ClipboardCore::ClipItem;
+using ClipboardCore::ClipType;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// A picture is written before its entry is stored: what is younger than this may be waiting for its entry.
+constexpr int orphanAgeSeconds = 60;
+
+/// A sweep that is under way must take the file for a new one.
+void markAsNew(const QString& path)
+{
+    QFile file(path);
+    if (file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly))
+        file.setFileTime(QDateTime::currentDateTime(), QFileDevice::FileModificationTime);
+}
+
+/// Under a temporary name first, so that the final name never stands for half a picture, whatever happens meanwhile.
+/// The temporary name ends like a picture's: one that a crash leaves behind is swept as an orphan.
+bool writeWhole(const QString& target, const QByteArray& bytes)
+{
+    QTemporaryFile file(QFileInfo(target).path() + u"/incoming-XXXXXX.png"_s);
+    if (!file.open() || file.write(bytes) != bytes.size() || !file.flush() || ::fsync(file.handle()) != 0 ||
+        ::rename(QFile::encodeName(file.fileName()).constData(), QFile::encodeName(target).constData()) != 0)
+        return false;
+    file.setAutoRemove(false);
+    return true;
+}
+
+QString fileNameOf(const ClipItem& item)
+{
+    const QString path = item.content.toString();
+    return path.mid(path.lastIndexOf(u'/') + 1);
+}
+
+void removeOrphans(const QString& dir, const QSet<QString>& referenced)
+{
+    const QDateTime cutoff = QDateTime::currentDateTimeUtc().addSecs(-orphanAgeSeconds);
+    const QFileInfoList files = QDir(dir).entryInfoList({u"*.png"_s}, QDir::Files | QDir::Hidden | QDir::CaseSensitive);
+    for (const QFileInfo& file : files) {
+        if (!referenced.contains(file.fileName()) && file.lastModified() < cutoff)
+            QFile::remove(file.filePath());
+    }
+}
+
+} // namespace
+
+std::optional<QString> ImageBlobs::write(const QByteArray& picture, const QString& dir)
+{
+    const std::optional<QByteArray> png = PictureTranscoder::toPNG(picture);
+    if (!png)
+        return std::nullopt;
+    createPrivateFolder(dir);
+    const QString target = QDir(dir).absoluteFilePath(filename(*png));
+    if (QFile::exists(target)) {
+        markAsNew(target);
+        return target;
+    }
+    if (!writeWhole(target, *png))
+        return std::nullopt;
+    return target;
+}
+
+QString ImageBlobs::filename(const QByteArray& png)
+{
+    return QString::fromLatin1(QCryptographicHash::hash(png, QCryptographicHash::Sha256).toHex()) + u".png"_s;
+}
+
+void ImageBlobs::release(const QList<ClipItem>& items)
+{
+    for (const ClipItem& item : items) {
+        if (item.type == ClipType::image)
+            QFile::remove(item.content.toString());
+    }
+}
+
+void ImageBlobs::sweepOrphans(const QString& dir, const QList<ClipItem>& items, QThreadPool& pool)
+{
+    QSet<QString> referenced;
+    for (const ClipItem& item : items) {
+        if (item.type == ClipType::image)
+            referenced.insert(fileNameOf(item));
+    }
+    pool.start([dir, referenced] { removeOrphans(dir, referenced); });
+}
+
+} // namespace Clipboard

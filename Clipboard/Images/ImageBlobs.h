@@ -1,0 +1,33 @@
+#pragma once
+
+#include "History/ClipItem.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+class QThreadPool;
+
+/// The picture files behind picture entries: one PNG a picture, named by the SHA-256 of its bytes, so that equal
+/// pictures share one file.
+namespace Clipboard::ImageBlobs {
+
+/// Stores a copied PNG or TIFF picture in `dir` and answers the absolute path of its file; nothing when it cannot be
+/// decoded, would pass PictureReading::maxDecodedBytes or cannot be written. What is stored is the pixels and what says
+/// how to show them: comments, times and positions that the copy carried are left out. A file that is there already is
+/// not written again. Takes its time: never on the main thread.
+[[nodiscard]] std::optional<QString> write(const QByteArray& picture, const QString& dir);
+
+/// 64 lower-case hexadecimal digits of the SHA-256 of `png`, and ".png".
+[[nodiscard]] QString filename(const QByteArray& png);
+
+/// Deletes the files of the picture entries among `items`. Entries of other types are left alone.
+void release(const QList<ClipboardCore::ClipItem>& items);
+
+/// Deletes, on the pool, the PNG files in `dir` that no entry refers to. Files younger than a minute stay: their entry
+/// may be about to be stored.
+void sweepOrphans(const QString& dir, const QList<ClipboardCore::ClipItem>& items, QThreadPool& pool);
+
+} // namespace Clipboard::ImageBlobs

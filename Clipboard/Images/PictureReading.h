@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QString>
+
+/// Encoded pictures as pixels. Never on the main thread.
+namespace Clipboard::PictureReading {
+
+/// The most a picture may take once decoded. A few kilobytes can announce gigabytes of pixels, so the announced size is
+/// checked before anything is decoded.
+inline constexpr qsizetype maxDecodedBytes = qsizetype{512} * 1024 * 1024;
+
+/// The first picture in the file, upright; null when it cannot be read or passes maxDecodedBytes. With a positive
+/// `maxPixel` it is scaled down until its larger side fits.
+[[nodiscard]] QImage readFile(const QString& path, int maxPixel = 0);
+
+/// The first picture of a TIFF, upright, in sRGB; null as above.
+[[nodiscard]] QImage readTIFF(const QByteArray& tiff);
+
+} // namespace Clipboard::PictureReading

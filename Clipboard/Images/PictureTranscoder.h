@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QByteArray>
+
+#include <optional>
+
+/// From a picture as another program handed it over to a PNG that carries nothing but the picture.
+namespace Clipboard::PictureTranscoder {
+
+/// Decodes a PNG (ISO/IEC 15948) or a TIFF and encodes it as PNG.
+///
+/// A PNG keeps its colour type and bit depth, its palette and transparency, and the chunks that say how its colours and
+/// its size are meant (iCCP, sRGB, gAMA, cHRM, pHYs); every other chunk is dropped. It passes through a row at a time,
+/// so that a large one costs little memory. A TIFF becomes 8 or 16 bits a channel in sRGB. Nothing for other formats,
+/// broken data, and pictures that would take more than PictureReading::maxDecodedBytes.
+[[nodiscard]] std::optional<QByteArray> toPNG(const QByteArray& picture);
+
+} // namespace Clipboard::PictureTranscoder
