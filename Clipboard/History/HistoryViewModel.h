@@ -13,6 +13,7 @@
 #include <QMap>
 #include <QObject>
 #include <QRectF>
+#include <QThreadPool>
 
 #include <functional>
 #include <optional>
@@ -30,7 +31,8 @@ class PasteService;
 using PanelFocusTarget = std::optional<ClipboardCore::FocusKey>;
 
 /// The state of the history panel and every command on an entry. Views read it, call it and redraw on its signals,
-/// which are emitted synchronously on each assignment. Main thread only.
+/// which are emitted synchronously on each assignment. An entry given to a command may be one of those in items() or
+/// visible(). Main thread only.
 class HistoryViewModel final : public QObject
 {
     Q_OBJECT
@@ -90,19 +92,24 @@ public:
     std::function<std::optional<SearchCaret>()> searchCaret;
 
     // State maintenance.
+    /// Takes the entries over from the store; to be called after every change of it.
     void refresh();
+    /// Resets search, filter, command sheet and focus, and selects that entry, or else the first.
     void panelWillShow(std::optional<QUuid> selecting);
     [[nodiscard]] std::optional<ClipboardCore::ClipItem> selectedItem() const;
     void selectFirst();
     void selectLast();
 
-    // Commands on an entry.
+    // Commands on an entry. When its file has vanished, an entry that is not pinned goes, and the user is told.
     void paste(const ClipboardCore::ClipItem& item);
     void copy(const ClipboardCore::ClipItem& item);
     void togglePin(const ClipboardCore::ClipItem& item);
     void remove(const ClipboardCore::ClipItem& item);
+    /// Removes every entry that is not pinned.
     void clearHistory();
+    /// Decodes the picture off the main thread, then calls onAnnotate. Ignores entries of other types.
     void annotate(const ClipboardCore::ClipItem& item);
+    /// Adds the picture file that was made of `from`; answers the id of its entry.
     std::optional<QUuid> addAnnotateResult(const QString& path, const ClipboardCore::ClipItem& from);
 
     // Smart actions and the command sheet.
@@ -120,6 +127,9 @@ public:
     void activate(const ClipboardCore::FocusKey& key);
     void activateFocused();
     void routeArrow(ClipboardCore::FocusMove move);
+    /// Moves the focus to the nearest element in that direction, from `origin` or else from the selected row.
+    void spatialHop(ClipboardCore::FocusMove move, std::optional<ClipboardCore::FocusKey> origin);
+    /// Whether Left and Right leave the search field: when it is empty, or the caret has nowhere to go.
     [[nodiscard]] bool searchCaretAllowsHop(ClipboardCore::FocusMove move) const;
 
 signals:
@@ -137,6 +147,39 @@ signals:
     void cmdkQueryChanged();
 
 private:
+    void assignSelection(std::optional<QUuid> id);
+    void assignFocus(const PanelFocusTarget& focus);
+    void renewFocusToken();
+    void recomputeVisible();
+    void ensureSelection();
+    void moveSelection(int delta);
+    [[nodiscard]] qsizetype visibleIndex(const std::optional<QUuid>& id) const;
+
+    bool handlePanelKey(const ClipboardCore::KeyEvent& event);
+    bool handleCommandKey(const ClipboardCore::KeyEvent& event);
+    bool handleEscape();
+    bool handleSideArrow(ClipboardCore::FocusMove move);
+    bool handleCommandSheetKey(const ClipboardCore::KeyEvent& event);
+    void activateButton(ClipboardCore::ItemAction action);
+
+    [[nodiscard]] bool writeToPasteboard(const ClipboardCore::ClipItem& item);
+    void bump(const ClipboardCore::ClipItem& item);
+    void add(const ClipboardCore::ClipItem& item);
+    void saveAndRefresh(const QList<ClipboardCore::ClipItem>& removed);
+    void handleMissingFile(const ClipboardCore::ClipItem& item);
+    void assertMainThread() const;
+
+    ClipboardCore::JSONHistoryStore& m_store;
+    Services m_services;
+    ClipboardCore::SearchIndex m_index;
+    struct CachedActions
+    {
+        QUuid id;
+        QList<ClipboardCore::SmartAction> actions;
+    };
+    std::optional<CachedActions> m_actionsCache; // asked for on every redraw
+    QThreadPool m_pool;
+
     QList<ClipboardCore::ClipItem> m_items;
     QList<ClipboardCore::ClipItem> m_visible;
     QMap<ClipboardCore::ClipType, int> m_counts;

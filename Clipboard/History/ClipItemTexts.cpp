@@ -1,0 +1,110 @@
+#include "ClipItemTexts.h"
+
+#include "History/RelativeTime.h"
+#include "ImageDimensions.h"
+#include "Support/Graphemes.h"
+#include "Support/Utf8.h"
+
+#include <QCoreApplication>
+#include <QStringList>
+
+namespace Clipboard {
+
+using ClipboardCore::ClipItem;
+using ClipboardCore::ClipType;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype titleCharacters = 200;
+
+// Shown whole, for all a reader can tell: beyond what any browser takes as an address.
+constexpr qsizetype maxWholeTitleBytes = qsizetype{64} * 1024;
+
+QString translated(const char* text)
+{
+    return QCoreApplication::translate("ClipItem", text);
+}
+
+QString wholeTitle(const ClipItem& item)
+{
+    return ClipboardCore::Utf8::toString(ClipboardCore::Utf8::prefix(item.content.utf8(), maxWholeTitleBytes));
+}
+
+/// Up to the first line feed that stands alone: a carriage return and its line feed are one character, and not that
+/// one.
+QString firstLine(const QString& text)
+{
+    qsizetype end = text.indexOf(u'\n');
+    while (end > 0 && text.at(end - 1) == u'\r')
+        end = text.indexOf(u'\n', end + 1);
+    return end < 0 ? text : text.first(end);
+}
+
+QString lastPathComponent(QString path)
+{
+    while (path.size() > 1 && path.endsWith(u'/'))
+        path.chop(1);
+    return path.size() > 1 ? path.mid(path.lastIndexOf(u'/') + 1) : path;
+}
+
+} // namespace
+
+ClipTypeMeta meta(ClipType type)
+{
+    switch (type) {
+    case ClipType::text:
+        return {translated("Text"), QColor::fromRgbF(0.557F, 0.608F, 0.71F)};
+    case ClipType::link:
+        return {translated("Links"), QColor::fromRgbF(0.239F, 0.545F, 1.0F)};
+    case ClipType::image:
+        return {translated("Images"), QColor::fromRgbF(0.69F, 0.424F, 1.0F)};
+    case ClipType::color:
+        return {translated("Colors"), QColor::fromRgbF(1.0F, 0.624F, 0.263F)};
+    case ClipType::code:
+        return {translated("Code"), QColor::fromRgbF(0.204F, 0.827F, 0.6F)};
+    case ClipType::file:
+        return {translated("Files"), QColor::fromRgbF(0.176F, 0.831F, 0.749F)};
+    }
+    Q_UNREACHABLE();
+}
+
+QString rowTitle(const ClipItem& item)
+{
+    switch (item.type) {
+    case ClipType::text:
+        return ClipboardCore::Graphemes::prefix(item.content, titleCharacters).text.replace(u'\n', u' ');
+    case ClipType::link:
+        return wholeTitle(item);
+    case ClipType::image:
+        return ImageDimensions::label(item.content.toString()).value_or(translated("Image"));
+    case ClipType::color:
+        return wholeTitle(item).toUpper();
+    case ClipType::code:
+        return firstLine(ClipboardCore::Graphemes::prefix(item.content, titleCharacters).text);
+    case ClipType::file:
+        return lastPathComponent(item.content.toString());
+    }
+    Q_UNREACHABLE();
+}
+
+QString accessibilityLabel(const ClipItem& item, double now)
+{
+    QStringList parts{meta(item.type).label, rowTitle(item)};
+    if (item.sourceApp)
+        parts.append(translated("from %1").arg(*item.sourceApp));
+    parts.append(translated("copied %1").arg(ClipboardCore::RelativeTime::label(item.createdAt, now)));
+    if (item.isPinned)
+        parts.append(translated("pinned"));
+    return parts.join(u", "_s);
+}
+
+QString ageLabel(const ClipItem& item, double now)
+{
+    const QString age = ClipboardCore::RelativeTime::label(item.createdAt, now);
+    if (age == "now"_L1)
+        return translated("just now");
+    return age == "yesterday"_L1 ? translated("yesterday") : translated("%1 ago").arg(age);
+}
+
+} // namespace Clipboard
