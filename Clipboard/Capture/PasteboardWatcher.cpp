@@ -1,0 +1,170 @@
+#include "PasteboardWatcher.h"
+
+#include "History/CaptureExclusion.h"
+#include "History/JSONHistoryStore.h"
+#include "History/TypeDetector.h"
+#include "ImageBlobs.h"
+#include "OffMainThread.h"
+#include "Pasteboard.h"
+#include "Support/WhiteSpace.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDeadlineTimer>
+#include <QFile>
+#include <QLoggingCategory>
+
+#include <utility>
+
+namespace Clipboard {
+
+using ClipboardCore::ClipItem;
+using ClipboardCore::ClipType;
+using ClipboardCore::Utf8Text;
+
+namespace {
+
+Q_LOGGING_CATEGORY(timing, "tessaly.timing", QtWarningMsg)
+
+constexpr std::chrono::milliseconds pollInterval{300};
+
+// Checking and classifying a text grows with it: up to this size it takes less than a millisecond.
+constexpr qsizetype maxInlineTextBytes = qsizetype{1024} * 1024;
+
+// Encoded pictures that wait for their conversion. Nobody copies that much in a second; a program that does so in a
+// loop must not take the machine's memory.
+constexpr qsizetype maxPendingPictureBytes = qsizetype{512} * 1024 * 1024;
+
+} // namespace
+
+PasteboardWatcher::PasteboardWatcher(Pasteboard& pasteboard, const Workspace& workspace,
+                                     ClipboardCore::JSONHistoryStore& store, QString imagesDir, QObject* parent)
+    : QObject(parent)
+    , m_pasteboard(pasteboard)
+    , m_workspace(workspace)
+    , m_store(store)
+    , m_imagesDir(std::move(imagesDir))
+    , m_lastChangeCount(pasteboard.changeCount())
+{
+    m_texts.setMaxThreadCount(1);
+    m_pictures.setMaxThreadCount(1);
+    m_timer.setInterval(pollInterval);
+    connect(&m_timer, &QTimer::timeout, this, &PasteboardWatcher::poll);
+}
+
+PasteboardWatcher::~PasteboardWatcher()
+{
+    m_texts.clear();
+    m_pictures.clear();
+    m_texts.waitForDone();
+    m_pictures.waitForDone();
+}
+
+void PasteboardWatcher::start()
+{
+    connect(&m_pasteboard, &Pasteboard::changed, this, &PasteboardWatcher::poll);
+    if (!m_pasteboard.notifiesChanges())
+        m_timer.start();
+    qCDebug(timing, "watching");
+}
+
+void PasteboardWatcher::markOwnChange()
+{
+    m_lastChangeCount = m_pasteboard.changeCount();
+}
+
+void PasteboardWatcher::finishPending(std::chrono::milliseconds limit)
+{
+    const QDeadlineTimer deadline(limit);
+    m_texts.waitForDone(static_cast<int>(deadline.remainingTime()));
+    m_pictures.waitForDone(static_cast<int>(deadline.remainingTime()));
+    QCoreApplication::sendPostedEvents(QCoreApplication::instance(), QEvent::MetaCall);
+}
+
+void PasteboardWatcher::poll()
+{
+    if (m_pasteboard.changeCount() == m_lastChangeCount)
+        return;
+    m_lastChangeCount = m_pasteboard.changeCount();
+    if (ClipboardCore::CaptureExclusion::excludes(m_pasteboard.types()))
+        return;
+    const Capture capture = captureNow();
+
+    if (const QList<QUrl> files = m_pasteboard.fileURLs(); !files.isEmpty())
+        return store(makeItem(ClipType::file, files.first().toLocalFile(), capture));
+
+    std::optional<QByteArray> picture = m_pasteboard.pngData();
+    if (!picture)
+        picture = m_pasteboard.tiffData();
+    if (picture)
+        return capturePicture(*picture, capture);
+
+    if (const std::optional<QByteArray> text = m_pasteboard.string())
+        captureText(*text, capture);
+}
+
+PasteboardWatcher::Capture PasteboardWatcher::captureNow() const
+{
+    const auto source = m_workspace.frontmostApplication().value_or(Workspace::Application{});
+    return {source.name, source.bundleID, ClipboardCore::currentTime()};
+}
+
+void PasteboardWatcher::captureText(const QByteArray& utf8, const Capture& capture)
+{
+    const auto make = [utf8, capture] { return makeTextItem(utf8, capture); };
+    const auto storeIfAny = [this](const std::optional<ClipItem>& item) {
+        if (item)
+            store(*item);
+    };
+    if (utf8.size() <= maxInlineTextBytes)
+        storeIfAny(make());
+    else
+        runOffMainThread(m_texts, this, make, storeIfAny);
+}
+
+void PasteboardWatcher::capturePicture(const QByteArray& picture, const Capture& capture)
+{
+    if (m_pendingPictureBytes + picture.size() > maxPendingPictureBytes)
+        return;
+    convertPicture(picture, capture, true);
+}
+
+void PasteboardWatcher::convertPicture(const QByteArray& picture, const Capture& capture, bool mayRetry)
+{
+    m_pendingPictureBytes += picture.size();
+    const auto write = [picture, dir = m_imagesDir] { return ImageBlobs::write(picture, dir); };
+    const auto done = [this, picture, capture, mayRetry](const std::optional<QString>& path) {
+        m_pendingPictureBytes -= picture.size();
+        if (!path)
+            return;
+        // An equal picture's entry may have gone meanwhile, and the file that both share with it.
+        if (mayRetry && !QFile::exists(*path))
+            return convertPicture(picture, capture, false);
+        store(makeItem(ClipType::image, *path, capture));
+    };
+    runOffMainThread(m_pictures, this, write, done);
+}
+
+void PasteboardWatcher::store(const ClipItem& item)
+{
+    ImageBlobs::release(m_store.add(item));
+    m_store.saveAsync();
+    qCDebug(timing, "captured %lld", static_cast<long long>(QDateTime::currentMSecsSinceEpoch()));
+    if (onChange)
+        onChange();
+}
+
+ClipItem PasteboardWatcher::makeItem(ClipType type, const Utf8Text& content, const Capture& capture)
+{
+    return {QUuid::createUuid(), type, content, capture.sourceApp, capture.bundleID, capture.time, false};
+}
+
+std::optional<ClipItem> PasteboardWatcher::makeTextItem(const QByteArray& utf8, const Capture& capture)
+{
+    const Utf8Text text = Utf8Text::fromUtf8(utf8);
+    if (ClipboardCore::WhiteSpace::isBlank(text.utf8()))
+        return std::nullopt;
+    return makeItem(ClipboardCore::TypeDetector::classify(text), text, capture);
+}
+
+} // namespace Clipboard

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "History/ClipItem.h"
+#include "Workspace.h"
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+#include <QThreadPool>
+#include <QTimer>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+
+namespace ClipboardCore {
+class JSONHistoryStore;
+}
+
+namespace Clipboard {
+
+class Pasteboard;
+
+/// Turns the copies made in other programs into history entries: the first of the copied files, else the picture, else
+/// the text. Copies that ask not to be recorded are not even read. Main thread only.
+class PasteboardWatcher final : public QObject
+{
+    Q_OBJECT
+public:
+    /// What is on the pasteboard now is never captured. Everything must outlive the watcher.
+    PasteboardWatcher(Pasteboard& pasteboard, const Workspace& workspace, ClipboardCore::JSONHistoryStore& store,
+                      QString imagesDir, QObject* parent = nullptr);
+    ~PasteboardWatcher() override;
+
+    /// Watches from now on. Call it once.
+    void start();
+    /// The pasteboard's present content is Tessaly's own: not to be captured.
+    void markOwnChange();
+    /// Waits for the copies that are still being converted and stores them; gives up after `limit`. For the end of the
+    /// program.
+    void finishPending(std::chrono::milliseconds limit);
+
+    /// Called after an entry was stored.
+    std::function<void()> onChange;
+
+private:
+    /// What is noted of a copy at the moment it is seen.
+    struct Capture
+    {
+        std::optional<QString> sourceApp;
+        std::optional<QString> bundleID;
+        double time = 0;
+    };
+
+    void poll();
+    [[nodiscard]] Capture captureNow() const;
+    void captureText(const QByteArray& utf8, const Capture& capture);
+    void capturePicture(const QByteArray& picture, const Capture& capture);
+    void convertPicture(const QByteArray& picture, const Capture& capture, bool mayRetry);
+    void store(const ClipboardCore::ClipItem& item);
+    [[nodiscard]] static ClipboardCore::ClipItem
+    makeItem(ClipboardCore::ClipType type, const ClipboardCore::Utf8Text& content, const Capture& capture);
+    [[nodiscard]] static std::optional<ClipboardCore::ClipItem> makeTextItem(const QByteArray& utf8,
+                                                                             const Capture& capture);
+
+    Pasteboard& m_pasteboard;
+    const Workspace& m_workspace;
+    ClipboardCore::JSONHistoryStore& m_store;
+    QString m_imagesDir;
+    qint64 m_lastChangeCount;
+    QTimer m_timer;
+    qsizetype m_pendingPictureBytes = 0;
+    // One thread each: conversions finish in the order of the copies, and a burst costs the memory of one.
+    QThreadPool m_texts;
+    QThreadPool m_pictures;
+};
+
+} // namespace Clipboard
