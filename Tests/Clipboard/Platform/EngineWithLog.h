@@ -1,0 +1,52 @@
+#pragma once
+
+#include "X11/SelectionEngine.h"
+
+#include <QTest>
+
+#include <mutex>
+
+namespace Clipboard::Testing {
+
+/// A selection engine and every snapshot that it published.
+class EngineWithLog final
+{
+public:
+    explicit EngineWithLog(const QString& display, std::chrono::milliseconds stepTimeout = std::chrono::seconds(20))
+    {
+        X11::SelectionEngine::Options options;
+        options.display = display.toLatin1();
+        options.reading.secretTargets = {QStringLiteral("secret/marker")};
+        options.reading.hostName = "thishost";
+        options.reading.stepTimeout = stepTimeout;
+        options.onChange = [this](const X11::SelectionSnapshot& snapshot) {
+            const std::scoped_lock lock(m_mutex);
+            if (!snapshot.isInitial)
+                m_snapshots.push_back(snapshot);
+        };
+        engine = X11::SelectionEngine::start(options);
+    }
+
+    /// All changes so far; the content at the start is none.
+    [[nodiscard]] std::vector<X11::SelectionSnapshot> snapshots()
+    {
+        const std::scoped_lock lock(m_mutex);
+        return m_snapshots;
+    }
+    /// Waits until there are `count` snapshots; the last of them, empty when they do not come.
+    [[nodiscard]] X11::SelectionContent waitForSnapshot(size_t count = 1)
+    {
+        if (!QTest::qWaitFor([&] { return snapshots().size() >= count; }, 20000))
+            return {};
+        return snapshots()[count - 1].content;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::vector<X11::SelectionSnapshot> m_snapshots;
+
+public:
+    std::unique_ptr<X11::SelectionEngine> engine; // last: it calls back until it is gone
+};
+
+} // namespace Clipboard::Testing

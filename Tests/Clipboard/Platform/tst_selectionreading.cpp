@@ -1,0 +1,276 @@
+#include "EngineWithLog.h"
+#include "ForeignOwner.h"
+#include "VirtualSession.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+
+#include <memory>
+
+using namespace Clipboard;
+using namespace Clipboard::Testing;
+using namespace std::chrono_literals;
+
+using Answer = ForeignOwner::Answer;
+using Manner = ForeignOwner::Answer::Manner;
+using Answers = QHash<QByteArray, Answer>;
+
+Q_DECLARE_METATYPE(Answers)
+
+namespace {
+
+const QByteArray png = "\x89PNG picture";
+
+/// What was read, in one line: the kind and the bytes.
+QByteArray summary(const X11::SelectionContent& content)
+{
+    if (!content.fileURLs.isEmpty())
+        return "files " + content.fileURLs.first().toLocalFile().toUtf8();
+    if (content.png)
+        return "png " + *content.png;
+    if (content.tiff)
+        return "tiff " + *content.tiff;
+    return content.text ? "text " + *content.text : QByteArray("nothing");
+}
+
+} // namespace
+
+/// What the engine makes of the owners that it meets: fair, old, slow, lying and dying ones.
+class TestSelectionReading : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void firstContentWorthHaving_data();
+    void firstContentWorthHaving();
+    void badOwners_data();
+    void badOwners();
+    void secretsAreNeverAskedFor();
+    void muteOwnerIsOvertaken();
+    void lateReplyIsNotTakenForAnother();
+    void abandonedOwnerComesToItsEnd();
+    void burstIsReadWhole();
+    void contentAtTheStartIsNoChange();
+
+private:
+    [[nodiscard]] QByteArray display() const { return m_session->display().toLatin1(); }
+
+    std::unique_ptr<VirtualSession> m_session;
+};
+
+void TestSelectionReading::initTestCase()
+{
+    VirtualSession::Options options;
+    options.windowManager = false;
+    m_session = std::make_unique<VirtualSession>(options);
+    QVERIFY2(m_session->failure().isEmpty(), qPrintable(m_session->failure()));
+}
+
+void TestSelectionReading::firstContentWorthHaving_data()
+{
+    QTest::addColumn<Answers>("answers");
+    QTest::addColumn<QByteArray>("content");
+
+    const auto row = [](const char* name, const Answers& answers, const QByteArray& content) {
+        QTest::newRow(name) << answers << content;
+    };
+    const Answer text{.bytes = "text"};
+    const Answer picture{.bytes = png};
+    row("text", {{"UTF8_STRING", text}}, "text text");
+    row("Latin-1 only", {{"STRING", {.bytes = "\xE9"}}}, "text \xC3\xA9");
+    row("MIME text only", {{"text/plain;charset=utf-8", text}}, "text text");
+    row("TEXT answered as compound text", {{"TEXT", {.bytes = "\xE9", .type = "COMPOUND_TEXT"}}}, "text \xC3\xA9");
+    row("a file before its icon and name",
+        {{"text/uri-list", {.bytes = "file:///a%20b\r\n"}}, {"image/png", picture}, {"UTF8_STRING", text}},
+        "files /a b");
+    row("a file manager's list alone", {{"x-special/gnome-copied-files", {.bytes = "cut\nfile:///a"}}}, "files /a");
+    row("a picture before its address", {{"image/png", picture}, {"UTF8_STRING", text}}, "png " + png);
+    row("PNG before TIFF", {{"image/tiff", text}, {"image/png", picture}}, "png " + png);
+    row("TIFF when PNG is refused", {{"image/tiff", text}, {"image/png", {.bytes = {}, .manner = Manner::Refuse}}},
+        "tiff text");
+    row("links are no files", {{"text/uri-list", {.bytes = "https://example.org/\r\n"}}, {"UTF8_STRING", text}},
+        "text text");
+    row("files of another machine are no files",
+        {{"text/uri-list", {.bytes = "file://elsewhere/a\r\n"}}, {"UTF8_STRING", text}}, "text text");
+    row("empty picture, then text", {{"image/png", {.bytes = {}}}, {"UTF8_STRING", text}}, "text text");
+    row("empty text", {{"UTF8_STRING", {.bytes = {}}}}, "nothing");
+    row("nothing that is wanted", {{"application/x-thing", text}}, "nothing");
+    row("in pieces", {{"UTF8_STRING", {.bytes = "in pieces", .manner = Manner::InPieces, .pieceBytes = 2}}},
+        "text in pieces");
+    row("large, in pieces", {{"UTF8_STRING", {.bytes = QByteArray(3'000'000, 'x'), .manner = Manner::InPieces}}},
+        "text " + QByteArray(3'000'000, 'x'));
+    row("large, at once", {{"UTF8_STRING", {.bytes = QByteArray(3'000'000, 'x')}}},
+        "text " + QByteArray(3'000'000, 'x'));
+}
+
+void TestSelectionReading::firstContentWorthHaving()
+{
+    QFETCH(const Answers, answers);
+    EngineWithLog log(m_session->display());
+    ForeignOwner owner(display());
+    owner.offer(answers);
+    owner.take();
+    const auto content = log.waitForSnapshot();
+    QTEST(summary(content), "content");
+    for (auto target = answers.keyBegin(); target != answers.keyEnd(); ++target)
+        QVERIFY(content.types.contains(QString::fromLatin1(*target)));
+}
+
+void TestSelectionReading::badOwners_data()
+{
+    QTest::addColumn<Answers>("answers");
+    QTest::addColumn<QByteArray>("content");
+
+    const auto row = [](const char* name, const Answers& answers, const QByteArray& content) {
+        QTest::newRow(name) << answers << content;
+    };
+    const QByteArray large(400'000, 'x');
+    const Answer text{.bytes = "text"};
+    row("mute", {{"TARGETS", {.bytes = {}, .manner = Manner::Mute}}}, "nothing");
+    row("refuses the target list", {{"TARGETS", {.bytes = {}, .manner = Manner::Refuse}}, {"UTF8_STRING", text}},
+        "nothing");
+    row("target list is a text", {{"TARGETS", {.bytes = "UTF8_STRING", .type = "STRING"}}, {"UTF8_STRING", text}},
+        "nothing");
+    row("target list of atoms that do not exist",
+        {{"TARGETS", {.bytes = QByteArray(400, '\x7e'), .type = "ATOM", .format = 32}}}, "nothing");
+    row("endless target list", {{"TARGETS", {.bytes = QByteArray(40'000, '\1'), .type = "ATOM", .format = 32}}},
+        "nothing");
+    row("mute about the picture", {{"image/png", {.bytes = {}, .manner = Manner::Mute}}, {"UTF8_STRING", text}},
+        "text text");
+    row("text of another type", {{"UTF8_STRING", {.bytes = "1234", .type = "INTEGER", .format = 32}}}, "nothing");
+    row("text that is no text", {{"UTF8_STRING", {.bytes = "1234", .type = "PIXMAP"}}}, "nothing");
+    row("stalls in the middle", {{"UTF8_STRING", {.bytes = large, .manner = Manner::StallInTheMiddle}}}, "nothing");
+    row("dies in the middle", {{"UTF8_STRING", {.bytes = large, .manner = Manner::DieInTheMiddle}}}, "nothing");
+    row("promises less than it sends",
+        {{"UTF8_STRING", {.bytes = large, .manner = Manner::InPieces, .announcedBytes = 10}}}, "text " + large);
+    row("promises more than it sends",
+        {{"UTF8_STRING", {.bytes = "few", .manner = Manner::InPieces, .announcedBytes = 200'000'000}}}, "text few");
+    row("promises more than the bound",
+        {{"UTF8_STRING", {.bytes = "few", .manner = Manner::InPieces, .announcedBytes = 0xffffffff}}}, "nothing");
+    row("never comes to an end",
+        {{"UTF8_STRING",
+          {.bytes = QByteArray(8'000'000, 'x'), .manner = Manner::EndlessPieces, .pieceBytes = 8'000'000}}},
+        "nothing");
+}
+
+void TestSelectionReading::badOwners()
+{
+    QFETCH(const Answers, answers);
+    EngineWithLog log(m_session->display(), 300ms);
+    auto owner = std::make_unique<ForeignOwner>(display());
+    owner->offer(answers);
+    owner->take();
+    const auto content = log.waitForSnapshot();
+    QCOMPARE(log.snapshots().size(), 1U);
+    QTEST(summary(content), "content");
+
+    // Whatever it did, the next copy is read as ever.
+    ForeignOwner next(display());
+    next.offerText("next");
+    next.take();
+    QCOMPARE(summary(log.waitForSnapshot(2)), "text next");
+}
+
+void TestSelectionReading::secretsAreNeverAskedFor()
+{
+    EngineWithLog log(m_session->display());
+    ForeignOwner owner(display());
+    owner.offer({{"UTF8_STRING", {.bytes = "hunter2"}}, {"secret/marker", {.bytes = "secret"}}});
+    owner.take();
+    const auto content = log.waitForSnapshot();
+    QCOMPARE(summary(content), "nothing");
+    QVERIFY(content.types.contains(QStringLiteral("secret/marker")));
+    QCOMPARE(owner.asked(), QList<QByteArray>{"TARGETS"});
+
+    // Nor does it outlive its owner.
+    owner.die();
+    QCOMPARE(summary(log.waitForSnapshot(2)), "nothing");
+    QCOMPARE(m_session->selectionOwner("CLIPBOARD"), 0U);
+}
+
+void TestSelectionReading::muteOwnerIsOvertaken()
+{
+    EngineWithLog log(m_session->display());
+    ForeignOwner mute(display());
+    mute.offer({{"TARGETS", {.bytes = {}, .manner = Manner::Mute}}});
+    mute.take();
+    QVERIFY(QTest::qWaitFor([&] { return !mute.asked().isEmpty(); }));
+
+    ForeignOwner next(display());
+    next.offerText("next");
+    QElapsedTimer clock;
+    clock.start();
+    next.take();
+    QCOMPARE(summary(log.waitForSnapshot()), "text next");
+    QVERIFY2(clock.elapsed() < 5000, "The step's time-out was waited for.");
+    QCOMPARE(log.snapshots().size(), 1U);
+}
+
+void TestSelectionReading::lateReplyIsNotTakenForAnother()
+{
+    // Slow enough that its replies come in the middle of reading the next one.
+    EngineWithLog log(m_session->display());
+    ForeignOwner slow(display());
+    slow.offer({{"UTF8_STRING", {.bytes = QByteArray(200'000, 's'), .manner = Manner::InPieces, .pieceBytes = 500}}});
+    ForeignOwner next(display());
+    next.offer({{"UTF8_STRING", {.bytes = QByteArray(200'000, 'n'), .manner = Manner::InPieces, .pieceBytes = 500}}});
+    for (size_t round = 1; round <= 20; ++round) {
+        slow.take();
+        QTest::qSleep(static_cast<int>(round % 5));
+        next.take();
+        QVERIFY(QTest::qWaitFor([&] {
+            const auto seen = log.snapshots();
+            return std::ranges::count_if(seen, [](const auto& one) { return one.content.text->startsWith('n'); }) ==
+                   static_cast<qptrdiff>(round);
+        }));
+    }
+    for (const auto& snapshot : log.snapshots())
+        QCOMPARE(snapshot.content.text->count(snapshot.content.text->front()), 200'000);
+}
+
+void TestSelectionReading::abandonedOwnerComesToItsEnd()
+{
+    // xclip ends when it has lost the selection, but not before its reader has fetched all of what it is sending.
+    EngineWithLog log(m_session->display());
+    QProcess& xclip = m_session->start(
+        QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-quiet")},
+        QByteArray(30'000'000, 'x'));
+    QVERIFY(VirtualSession::waitUntil([&] { return m_session->selectionOwner("CLIPBOARD") != 0; }));
+    ForeignOwner next(display());
+    next.offerText("next");
+    next.take();
+    QVERIFY(QTest::qWaitFor([&] { return !log.snapshots().empty() && log.snapshots().back().content.text == "next"; }));
+    QVERIFY(VirtualSession::waitUntil([&] { return xclip.state() == QProcess::NotRunning; }));
+}
+
+void TestSelectionReading::burstIsReadWhole()
+{
+    constexpr int count = 300;
+    EngineWithLog log(m_session->display());
+    ForeignOwner owner(display());
+    for (int i = 0; i < count; ++i) {
+        owner.offerText("copy " + QByteArray::number(i));
+        owner.take();
+        QTest::qSleep(2);
+    }
+    QCOMPARE(summary(log.waitForSnapshot(count)), "text copy " + QByteArray::number(count - 1));
+    const auto snapshots = log.snapshots();
+    for (size_t i = 0; i < snapshots.size(); ++i)
+        QCOMPARE(summary(snapshots[i].content), "text copy " + QByteArray::number(static_cast<int>(i)));
+}
+
+void TestSelectionReading::contentAtTheStartIsNoChange()
+{
+    ForeignOwner owner(display());
+    owner.offerText("before");
+    owner.take();
+    EngineWithLog log(m_session->display());
+    QVERIFY(QTest::qWaitFor([&] { return owner.asked().contains("UTF8_STRING"); }));
+    ForeignOwner next(display());
+    next.offerText("after");
+    next.take();
+    QCOMPARE(summary(log.waitForSnapshot()), "text after");
+}
+
+QTEST_GUILESS_MAIN(TestSelectionReading)
+#include "tst_selectionreading.moc"
