@@ -1,0 +1,217 @@
+#include "Support/TextFolding.h"
+
+#include "Support/Utf8.h"
+
+#include <QList>
+#include <QString>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstring>
+#include <memory>
+
+namespace ClipboardCore::TextFolding {
+
+namespace {
+
+// As many as the Stream-Safe Text Format allows (UAX #15, section 13), and the starter's own.
+constexpr int longestMarkRun = 32;
+
+enum class Effect : quint8 {
+    none,    // stays as it is
+    replace, // becomes another text
+    drop,    // disappears
+    join,    // may compose or change places with what is before it
+};
+
+bool isDiacritic(char32_t codePoint)
+{
+    if (QChar::category(codePoint) != QChar::Mark_NonSpacing)
+        return false;
+    // Names of the classes: Unicode Character Database, PropertyValueAliases.txt.
+    const int combiningClass = QChar::combiningClass(codePoint);
+    const bool isOverlay = combiningClass == 1;
+    const bool isHebrewArabicOrSyriacPoint = combiningClass >= 10 && combiningClass <= 36;
+    const bool isThaiOrLaoTone = combiningClass == 107 || combiningClass == 122;
+    const bool isAttachedOrNear = combiningClass >= 200;
+    return isOverlay || isHebrewArabicOrSyriacPoint || isThaiOrLaoTone || isAttachedOrNear;
+}
+
+/// True for all that can be the second part of a canonical composition: marks, and the vowels and finals of Hangul.
+bool mayJoin(char32_t codePoint)
+{
+    return QChar::isMark(codePoint) || (codePoint >= 0x1160 && codePoint <= 0x11FF);
+}
+
+QString withoutDiacritics(const QString& text)
+{
+    QList<uint> kept = text.normalized(QString::NormalizationForm_D).toUcs4();
+    kept.removeIf([](uint codePoint) { return isDiacritic(codePoint); });
+    return QString::fromUcs4(reinterpret_cast<const char32_t*>(kept.constData()), kept.size());
+}
+
+/// What becomes of each of 256 neighbouring code points. Made when the first of them is met.
+class Page
+{
+public:
+    explicit Page(char32_t first)
+    {
+        for (char32_t i = 0; i < m_effects.size(); ++i)
+            add(first + i, i);
+    }
+
+    [[nodiscard]] Effect effect(char32_t codePoint) const { return m_effects[codePoint % m_effects.size()]; }
+    [[nodiscard]] QByteArrayView replacement(char32_t codePoint) const
+    {
+        const size_t index = codePoint % m_effects.size();
+        return QByteArrayView(m_texts).sliced(m_ends[index], m_ends[index + 1] - m_ends[index]);
+    }
+
+private:
+    void add(char32_t codePoint, size_t index);
+
+    std::array<Effect, 256> m_effects{};
+    std::array<qsizetype, 257> m_ends{};
+    QByteArray m_texts;
+};
+
+void Page::add(char32_t codePoint, size_t index)
+{
+    Effect& effect = m_effects[index];
+    if (!QChar::isSurrogate(codePoint)) {
+        const QString text = QString::fromUcs4(&codePoint, 1);
+        const QString folded =
+            withoutDiacritics(withoutDiacritics(text).toCaseFolded()).normalized(QString::NormalizationForm_C);
+        if (folded.isEmpty())
+            effect = Effect::drop;
+        else if (mayJoin(codePoint))
+            effect = Effect::join;
+        else if (folded != text)
+            effect = Effect::replace;
+        m_texts += folded.toUtf8();
+    }
+    m_ends[index + 1] = m_texts.size();
+}
+
+const Page& page(char32_t codePoint)
+{
+    static std::array<std::atomic<const Page*>, (QChar::LastValidCodePoint + 1) / 256> pages;
+    auto& slot = pages[codePoint / 256];
+    const Page* known = slot.load(std::memory_order_acquire);
+    if (known)
+        return *known;
+    // Two threads may make the same page; the second one's is dropped.
+    auto made = std::make_unique<const Page>(codePoint / 256 * 256);
+    if (slot.compare_exchange_strong(known, made.get(), std::memory_order_acq_rel))
+        return *made.release();
+    return *known;
+}
+
+char lowerCase(char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
+}
+
+/// The length of the ASCII text at the beginning.
+qsizetype asciiLength(QByteArrayView text)
+{
+    qsizetype length = 0;
+    for (quint64 bytes = 0; length + qsizetype(sizeof(bytes)) <= text.size(); length += sizeof(bytes)) {
+        std::memcpy(&bytes, text.data() + length, sizeof(bytes));
+        if ((bytes & 0x8080808080808080U) != 0)
+            break;
+    }
+    while (length < text.size() && static_cast<unsigned char>(text[length]) < 0x80)
+        ++length;
+    return length;
+}
+
+void appendLowerCase(QByteArray& out, QByteArrayView ascii)
+{
+    const qsizetype before = out.size();
+    out.resize(before + ascii.size());
+    std::transform(ascii.begin(), ascii.end(), out.begin() + before, lowerCase);
+}
+
+/// Composes what follows the last starter of `out`, that starter included.
+void composeEnd(QByteArray& out)
+{
+    qsizetype start = out.size();
+    for (int count = 0; count < 2 * longestMarkRun && start > 0; ++count) {
+        const auto last = Utf8::decodeBefore(out, start);
+        start -= last.length;
+        if (!mayJoin(last.value))
+            break;
+    }
+    const QString piece = Utf8::toString(QByteArrayView(out).sliced(start));
+    out.truncate(start);
+    out += piece.normalized(QString::NormalizationForm_C).toUtf8();
+}
+
+/// Folds the marks at the beginning of `text` onto the end of `out`; returns how many bytes they take.
+qsizetype appendMarks(QByteArray& out, QByteArrayView text)
+{
+    qsizetype at = 0;
+    for (int count = 0; count < longestMarkRun && at < text.size(); ++count) {
+        const auto codePoint = Utf8::decode(text, at);
+        const Page& folding = page(codePoint.value);
+        const Effect effect = folding.effect(codePoint.value);
+        if (effect == Effect::join)
+            out += folding.replacement(codePoint.value);
+        else if (effect != Effect::drop)
+            break;
+        at += codePoint.length;
+    }
+    composeEnd(out);
+    return at;
+}
+
+} // namespace
+
+QByteArray folded(const QByteArray& utf8)
+{
+    const QByteArrayView text = utf8;
+    if (onlyFoldsASCII(text) && std::none_of(text.begin(), text.end(), [](char c) { return c != lowerCase(c); }))
+        return utf8;
+
+    QByteArray out;
+    out.reserve(text.size());
+    for (qsizetype at = 0; at < text.size();) {
+        if (const qsizetype ascii = asciiLength(text.sliced(at)); ascii > 0) {
+            appendLowerCase(out, text.sliced(at, ascii));
+            at += ascii;
+            continue;
+        }
+        const auto codePoint = Utf8::decode(text, at);
+        const Page& folding = page(codePoint.value);
+        switch (folding.effect(codePoint.value)) {
+        case Effect::none:
+            out += text.sliced(at, codePoint.length);
+            break;
+        case Effect::replace:
+            out += folding.replacement(codePoint.value);
+            break;
+        case Effect::drop:
+            break;
+        case Effect::join:
+            at += appendMarks(out, text.sliced(at));
+            continue;
+        }
+        at += codePoint.length;
+    }
+    return out;
+}
+
+bool onlyFoldsASCII(QByteArrayView utf8)
+{
+    for (qsizetype at = asciiLength(utf8); at < utf8.size(); at += asciiLength(utf8.sliced(at))) {
+        const auto codePoint = Utf8::decode(utf8, at);
+        if (page(codePoint.value).effect(codePoint.value) != Effect::none)
+            return false;
+        at += codePoint.length;
+    }
+    return true;
+}
+
+} // namespace ClipboardCore::TextFolding
