@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cstdio>
 #include <fcntl.h>
 #include <poll.h>
@@ -42,12 +43,11 @@ std::optional<MomentLog::Time> MomentLog::next(const QByteArray& name, int timeo
     const Time end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeout);
     std::unique_lock lock(m_mutex);
     while (true) {
-        while (!m_moments.empty()) {
-            const Moment moment = m_moments.front();
-            m_moments.pop_front();
-            if (moment.name == name) {
-                return moment.time;
-            }
+        const auto found = std::ranges::find(m_moments, name, &Moment::name);
+        if (found != m_moments.end()) {
+            const Time time = found->time;
+            m_moments.erase(found);
+            return time;
         }
         if (m_arrived.wait_until(lock, end) == std::cv_status::timeout) {
             return std::nullopt;

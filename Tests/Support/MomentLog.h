@@ -30,7 +30,7 @@ public:
     static constexpr auto rules = "tessaly.timing=true";
     static constexpr auto pattern = "%{category} %{message}";
 
-    /// Waits for the next moment whose text begins with `name`; it and those before it are used up.
+    /// Waits for a moment of that name and uses it up; those of other names stay.
     std::optional<Time> next(const QByteArray& name, int timeout);
     /// Forgets the moments that have come so far.
     void clear();

@@ -73,16 +73,14 @@ RunningTessaly::~RunningTessaly()
     }
 }
 
-bool RunningTessaly::start()
+std::optional<MomentLog::Time> RunningTessaly::start()
 {
     if (m_process) {
         m_session.kill(*m_process);
     }
     m_moments.clear();
-    // The shell only lays the program's reports into the pipe; it is gone before the program runs.
-    const QString script = u"exec \"$1\" 2>\"$2\""_s;
-    m_process = &m_session.start(u"sh"_s, {u"-c"_s, script, u"sh"_s, m_program, m_session.homePath(u"reports"_s)});
-    return m_moments.next("watching", VirtualSession::defaultTimeout).has_value();
+    m_process = &m_session.start(m_program, {}, {}, m_session.homePath(u"reports"_s));
+    return m_moments.next("watching", VirtualSession::defaultTimeout);
 }
 
 int RunningTessaly::stop(int signal)

@@ -186,12 +186,16 @@ VirtualSession::Result VirtualSession::run(const QString& program, const QString
     return {ended ? process.exitCode() : -1, process.readAllStandardOutput(), process.readAllStandardError()};
 }
 
-QProcess& VirtualSession::start(const QString& program, const QStringList& arguments, const QByteArray& input)
+QProcess& VirtualSession::start(const QString& program, const QStringList& arguments, const QByteArray& input,
+                                const QString& errorFile)
 {
     QProcess& process = *m_processes.emplace_back(std::make_unique<QProcess>());
     tieToParent(process);
     process.setProcessEnvironment(m_environment);
     process.setWorkingDirectory(home());
+    if (!errorFile.isEmpty()) {
+        process.setStandardErrorFile(errorFile);
+    }
     process.start(program, arguments);
     if (process.waitForStarted()) {
         process.write(input);

@@ -60,8 +60,10 @@ public:
     /// Runs a program to its end; with a time-out it is killed.
     Result run(const QString& program, const QStringList& arguments = {}, const QByteArray& input = {},
                int timeout = defaultTimeout);
-    /// Starts a program that goes on running; it belongs to the session. Standard input is `input`, then ends.
-    QProcess& start(const QString& program, const QStringList& arguments = {}, const QByteArray& input = {});
+    /// Starts a program that goes on running; it belongs to the session. Standard input is `input`, then ends. Standard
+    /// error goes to the file, when one is named.
+    QProcess& start(const QString& program, const QStringList& arguments = {}, const QByteArray& input = {},
+                    const QString& errorFile = {});
     /// Ends a program that start() gave out, with SIGKILL, and forgets it.
     void kill(QProcess& process);
 

@@ -1,0 +1,134 @@
+#include "Bench.h"
+
+#include "Keyboard.h"
+
+#include <QDir>
+#include <QFile>
+#include <QUuid>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+
+using namespace Qt::StringLiterals;
+
+namespace Clipboard::Benchmarks {
+
+namespace {
+
+// Super, Shift and V as X11/keysymdef.h numbers their symbols.
+constexpr std::initializer_list<quint32> hotKey = {0xffeb, 0xffe1, 0x0076};
+constexpr int patience = 60'000; // ms for a moment to come
+
+/// Text of that size with words that differ from entry to entry.
+QByteArray text(int number, int bytes)
+{
+    QByteArray result = "entry " + QByteArray::number(number);
+    for (int word = 0; result.size() < bytes; ++word) {
+        result += ' ' + QByteArray::number(number * 7919 + word * 104729, 36);
+    }
+    result.truncate(bytes);
+    return result;
+}
+
+bool writeHistory(const QString& path, Filling filling)
+{
+    QFile file(path);
+    if (!file.open(QFile::WriteOnly)) {
+        return false;
+    }
+    QByteArray json = "[";
+    for (int i = 0; i < filling.entries; ++i) {
+        json += (i > 0 ? ",{\"id\":\"" : "{\"id\":\"") +
+                QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper().toLatin1() +
+                R"(","type":"text","content":")" + text(i, filling.bytes) + R"(","createdAt":)" +
+                QByteArray::number(750'000'000 - i) + R"(,"isPinned":false})";
+    }
+    json += "]";
+    return file.write(json) == json.size();
+}
+
+} // namespace
+
+Bench::Bench(Filling filling)
+    : tessaly(session, QStringLiteral(TESSALY_PROGRAM))
+{
+    if (!session.failure().isEmpty()) {
+        giveUp(session.failure());
+    }
+    QDir().mkpath(tessaly.dataFolder());
+    if (filling.entries > 0 && !writeHistory(tessaly.historyFile(), filling)) {
+        giveUp(u"The history could not be written."_s);
+    }
+    restart();
+}
+
+void Bench::restart()
+{
+    const Clock::time_point begin = Clock::now();
+    const std::optional<Clock::time_point> watching = tessaly.start();
+    if (!watching) {
+        giveUp(u"The program did not start."_s);
+    }
+    m_startUp = std::chrono::duration<double, std::milli>(*watching - begin).count();
+}
+
+Bench::Shown Bench::showPanel(Keyboard& keyboard)
+{
+    tessaly.moments().clear();
+    const Clock::time_point pressed = keyboard.press(hotKey);
+    const double time = until("panel-painted", pressed);
+    if (!tessaly.waitForPanel(true)) {
+        giveUp(u"The panel did not come up."_s);
+    }
+    return {time, tessaly.panel()->id};
+}
+
+void Bench::hidePanel(Keyboard& keyboard)
+{
+    keyboard.press(hotKey);
+    if (!tessaly.waitForPanel(false)) {
+        giveUp(u"The panel did not go away."_s);
+    }
+}
+
+double Bench::until(const QByteArray& moment, Clock::time_point begin)
+{
+    const std::optional<Clock::time_point> time = tessaly.moments().next(moment, patience);
+    if (!time) {
+        giveUp(u"No \"%1\" came."_s.arg(QLatin1StringView(moment)));
+    }
+    return std::chrono::duration<double, std::milli>(*time - begin).count();
+}
+
+void row(const QString& what, const QString& measured, const QString& unit, const QString& goal)
+{
+    std::printf("%s\t%s\t%s\t%s\n", qPrintable(what), qPrintable(measured), qPrintable(unit), qPrintable(goal));
+    std::fflush(stdout);
+}
+
+void row(const QString& what, double measured, const QString& unit, const QString& goal)
+{
+    row(what, QString::number(measured, 'f', measured < 10 ? 2 : 1), unit, goal);
+}
+
+double median(std::vector<double> values)
+{
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+double maximum(const std::vector<double>& values)
+{
+    return *std::ranges::max_element(values);
+}
+
+void giveUp(const QString& why)
+{
+    std::fprintf(stderr, "%s\n", qPrintable(why));
+    std::exit(1);
+}
+
+} // namespace Clipboard::Benchmarks

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "RunningTessaly.h"
+#include "VirtualSession.h"
+
+#include <QString>
+
+#include <chrono>
+#include <optional>
+#include <vector>
+
+namespace Clipboard::Benchmarks {
+
+class Keyboard;
+
+using Clock = std::chrono::steady_clock;
+
+/// How often things are done: enough for a median, or just enough to show that it still works.
+struct Effort
+{
+    bool isShort = false;
+    [[nodiscard]] int times(int whole, int quick) const { return isShort ? quick : whole; }
+};
+
+/// A history to start with.
+struct Filling
+{
+    int entries = 0;
+    int bytes = 0; // of each entry's text
+};
+
+/// The program under measurement in a session of its own.
+class Bench final
+{
+public:
+    /// Writes the history and starts the program. Ends the process with a message when that fails.
+    explicit Bench(Filling filling = {});
+
+    Clipboard::Testing::VirtualSession session;
+    Clipboard::Testing::RunningTessaly tessaly;
+
+    /// From the start of the process to the moment it watches the clipboard, in ms.
+    [[nodiscard]] double startUp() const { return m_startUp; }
+    /// Starts it once more.
+    void restart();
+    struct Shown
+    {
+        double time = 0; // ms from the hot key to the first painted frame
+        quint32 window = 0;
+    };
+    /// Calls the panel up by the hot key and waits for it.
+    Shown showPanel(Keyboard& keyboard);
+    void hidePanel(Keyboard& keyboard);
+    /// Milliseconds from `begin` to the next moment of that name. Ends the process with a message when none comes.
+    double until(const QByteArray& moment, Clock::time_point begin);
+
+private:
+    double m_startUp = 0;
+};
+
+/// One row of the table.
+void row(const QString& what, const QString& measured, const QString& unit, const QString& goal);
+void row(const QString& what, double measured, const QString& unit, const QString& goal);
+
+[[nodiscard]] double median(std::vector<double> values);
+[[nodiscard]] double maximum(const std::vector<double>& values);
+[[noreturn]] void giveUp(const QString& why);
+
+// The groups of rows.
+void startRows(Effort effort);
+void captureRows(Effort effort);
+void panelRows(Effort effort);
+void safetyRows(Effort effort);
+
+} // namespace Clipboard::Benchmarks

@@ -1,0 +1,191 @@
+#include "Bench.h"
+#include "Keyboard.h"
+#include "MainThreadProbe.h"
+#include "ProcessFigures.h"
+#include "SelectionOwner.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
+#include <QRandomGenerator>
+#include <QThread>
+
+#include <csignal>
+#include <sys/wait.h>
+
+using namespace Qt::StringLiterals;
+using Clipboard::Testing::SelectionOwner;
+using Clipboard::Testing::VirtualSession;
+
+namespace Clipboard::Benchmarks {
+
+namespace {
+
+void captureRow(const QString& what, Filling filling, int times)
+{
+    Bench bench(filling);
+    SelectionOwner owner(bench.session.display());
+    std::vector<double> values;
+    for (int i = 0; i < times; ++i) {
+        const Clock::time_point begin = Clock::now();
+        owner.copyText("copy number " + QByteArray::number(i));
+        values.push_back(bench.until("captured", begin));
+    }
+    row(what, median(values), u"ms"_s, u"≤ 1.5"_s);
+}
+
+void writingRow(int copies)
+{
+    Bench bench({.entries = 500, .bytes = 20'000});
+    SelectionOwner owner(bench.session.display());
+    const qint64 before = ProcessFigures::written(bench.tessaly.processID());
+    for (int i = 0; i < copies; ++i) {
+        owner.copyText("burst " + QByteArray::number(i));
+        (void)bench.until("captured", Clock::now());
+    }
+    if (!bench.tessaly.waitForNewest(u"burst %1"_s.arg(copies - 1))) {
+        giveUp(u"The burst was not saved."_s);
+    }
+    const double files = static_cast<double>(ProcessFigures::written(bench.tessaly.processID()) - before) /
+                         static_cast<double>(QFileInfo(bench.tessaly.historyFile()).size());
+    row(u"writing: %1 copies in a burst, 500 of 20 KB"_s.arg(copies), files, u"× the file"_s, u"1"_s);
+}
+
+void burstRow(int copies)
+{
+    constexpr auto distance = std::chrono::milliseconds(2);
+    Bench bench;
+    SelectionOwner owner(bench.session.display());
+    Clock::time_point next = Clock::now();
+    for (int i = 0; i < copies; ++i) {
+        owner.copyText("burst " + QByteArray::number(i));
+        next += distance;
+        std::this_thread::sleep_until(next);
+    }
+    QThread::msleep(500);
+    row(u"burst: of %1 copies 2 ms apart, recorded"_s.arg(copies),
+        QString::number(bench.tessaly.moments().count("captured")), u""_s, QString::number(copies));
+}
+
+void hungOwnerRows(int times)
+{
+    Bench bench({.entries = 500, .bytes = 20'000});
+    Keyboard keyboard(bench.session.display());
+    SelectionOwner other(bench.session.display());
+    const quint32 panel = bench.showPanel(keyboard).window;
+    bench.hidePanel(keyboard);
+
+    std::vector<double> shows;
+    std::vector<double> copies;
+    MainThreadProbe probe(bench.session.display(), panel);
+    for (int i = 0; i < times; ++i) {
+        const int stopped = SelectionOwner::copyAndStop(bench.session.display());
+        waitpid(stopped, nullptr, WUNTRACED);
+        shows.push_back(bench.showPanel(keyboard).time);
+        bench.tessaly.moments().clear();
+        const Clock::time_point begin = Clock::now();
+        other.copyText("after the hung one " + QByteArray::number(i));
+        copies.push_back(bench.until("captured", begin));
+        kill(stopped, SIGKILL);
+        waitpid(stopped, nullptr, 0);
+        bench.hidePanel(keyboard);
+    }
+    row(u"hung owner: show meanwhile"_s, median(shows), u"ms"_s, u"≤ 12"_s);
+    row(u"hung owner: next copy recorded after"_s, median(copies), u"ms"_s, u"≤ 3"_s);
+    row(u"hung owner: longest main-thread stall"_s, probe.longestStall(), u"ms"_s, u"≤ 16"_s);
+}
+
+/// Has xclip copy the file, and measures until it is recorded; the panel is called up in the meantime.
+struct LargeCopy
+{
+    double recorded;
+    double show;
+    double peak;
+    double stall;
+};
+
+LargeCopy copyLarge(const QByteArray& content, const QString& target)
+{
+    Bench bench;
+    Keyboard keyboard(bench.session.display());
+    const quint32 panel = bench.showPanel(keyboard).window;
+    bench.hidePanel(keyboard);
+    const QString path = bench.session.homePath(u"large"_s);
+    QFile file(path);
+    if (!file.open(QFile::WriteOnly) || file.write(content) != content.size()) {
+        giveUp(u"The large file could not be written."_s);
+    }
+    file.close();
+
+    const qint64 process = bench.tessaly.processID();
+    ProcessFigures::resetPeak(process);
+    const double before = ProcessFigures::peakMemory(process);
+    MainThreadProbe probe(bench.session.display(), panel);
+    bench.session.start(u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-t"_s, target, u"-i"_s, path});
+    while (bench.session.selectionOwner("CLIPBOARD") == 0) {
+        std::this_thread::yield();
+    }
+    const Clock::time_point begin = Clock::now();
+    LargeCopy result{};
+    result.show = bench.showPanel(keyboard).time;
+    result.recorded = bench.until("captured", begin);
+    result.stall = probe.longestStall();
+    QThread::sleep(2); // the save belongs to the peak
+    result.peak = ProcessFigures::peakMemory(process) - before;
+    return result;
+}
+
+void largeTextRows(Effort effort)
+{
+    const qsizetype size = effort.times(50, 5) * 1'000'000;
+    QByteArray text;
+    while (text.size() < size) {
+        text += QByteArray::number(text.size()) + " the quick brown fox jumps over the lazy dog\n";
+    }
+    const LargeCopy copy = copyLarge(text, u"UTF8_STRING"_s);
+    const QString what = u"large text, %1 MB: "_s.arg(size / 1'000'000);
+    row(what + u"recorded after"_s, copy.recorded, u"ms"_s, u"≤ 300"_s);
+    row(what + u"peak memory above idle"_s, copy.peak * 1024 * 1024 / static_cast<double>(text.size()), u"× the text"_s,
+        u"≤ 4"_s);
+    row(what + u"show meanwhile"_s, copy.show, u"ms"_s, u"≤ 16"_s);
+    row(what + u"longest main-thread stall"_s, copy.stall, u"ms"_s, u"≤ 16"_s);
+}
+
+void largePictureRows(Effort effort)
+{
+    // Between a photograph and a screenshot: smooth areas with some noise in them.
+    QImage image(effort.isShort ? QSize(800, 600) : QSize(3840, 2160), QImage::Format_RGB32);
+    QRandomGenerator random(1);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const int noise = y % 8 == 0 ? random.bounded(8) : 0;
+            image.setPixel(x, y, qRgb(x * 247 / image.width() + noise, y * 247 / image.height(), 128));
+        }
+    }
+    QTemporaryDir folder;
+    const QString path = folder.filePath(u"large.png"_s);
+    QFile file(path);
+    if (!image.save(path) || !file.open(QFile::ReadOnly)) {
+        giveUp(u"The large picture could not be made."_s);
+    }
+    const LargeCopy copy = copyLarge(file.readAll(), u"image/png"_s);
+    const QString what = u"large picture, %1 × %2: "_s.arg(image.width()).arg(image.height());
+    row(what + u"recorded after"_s, copy.recorded, u"ms"_s, u"≤ 300"_s);
+    row(what + u"peak memory above idle"_s, copy.peak, u"MB"_s, u"≤ 120"_s);
+    row(what + u"longest main-thread stall"_s, copy.stall, u"ms"_s, u"≤ 16"_s);
+}
+
+} // namespace
+
+void captureRows(Effort effort)
+{
+    captureRow(u"capture: fresh"_s, {}, effort.times(300, 10));
+    captureRow(u"capture: 500 of 20 KB"_s, {.entries = 500, .bytes = 20'000}, effort.times(300, 10));
+    writingRow(effort.times(100, 10));
+    burstRow(effort.times(1000, 50));
+    hungOwnerRows(effort.times(20, 2));
+    largeTextRows(effort);
+    largePictureRows(effort);
+}
+
+} // namespace Clipboard::Benchmarks

@@ -1,0 +1,182 @@
+// The core's own figures: loading, saving, searching, and what a huge text costs on the main thread.
+// One line each: name, value, unit, goal, separated by tabs.
+
+#include "History/JSONHistoryStore.h"
+#include "History/SearchIndex.h"
+#include "History/TypeDetector.h"
+#include "Support/Graphemes.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QTextStream>
+
+#include <algorithm>
+#include <random>
+#include <vector>
+
+using namespace ClipboardCore;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype hugeSize = qsizetype(50) * 1000 * 1000;
+constexpr qsizetype entryCount = 500;
+
+/// The median of several runs, in milliseconds.
+template <typename Run>
+double median(int runs, Run run)
+{
+    std::vector<double> times;
+    for (int i = 0; i < runs; ++i) {
+        QElapsedTimer timer;
+        timer.start();
+        run();
+        times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+    }
+    std::sort(times.begin(), times.end());
+    return times[times.size() / 2];
+}
+
+void report(const QString& name, double milliseconds, const QString& goal)
+{
+    QTextStream(stdout) << name << '\t' << QString::number(milliseconds, 'f', 3) << "\tms\t" << goal << '\n';
+}
+
+/// Words of letters in lines of about 70 characters; always the same for the same seed.
+QByteArray words(qsizetype size, unsigned seed, bool cyrillic = false)
+{
+    std::minstd_rand random(seed);
+    QByteArray text;
+    text.reserve(size + 16);
+    qsizetype lineStart = 0;
+    while (text.size() < size) {
+        for (auto letters = 2 + random() % 8; letters > 0; --letters) {
+            if (cyrillic)
+                text.append('\xD0').append(static_cast<char>(0xB0 + random() % 16));
+            else
+                text.append(static_cast<char>((random() % 12 == 0 ? 'A' : 'a') + random() % 26));
+        }
+        const bool isLineEnd = text.size() - lineStart > 70;
+        text.append(isLineEnd ? '\n' : ' ');
+        if (isLineEnd)
+            lineStart = text.size();
+    }
+    text.truncate(size);
+    return text;
+}
+
+ClipItem entry(const QByteArray& content, double createdAt)
+{
+    return {QUuid::createUuid(), ClipType::text, Utf8Text::fromUtf8(content), u"Terminal"_s, u"xterm"_s, createdAt, false};
+}
+
+QList<ClipItem> history(qsizetype size, bool cyrillic = false)
+{
+    QList<ClipItem> items;
+    for (qsizetype i = 0; i < entryCount; ++i)
+        items.append(entry(words(size, static_cast<unsigned>(i) + 1, cyrillic), 8e8 - double(i) / 7));
+    return items;
+}
+
+void measureStore(const QString& folder)
+{
+    const QString path = folder + u"/history.json"_s;
+    JSONHistoryStore store(path, entryCount, 3600);
+    for (const ClipItem& item : history(20'000))
+        static_cast<void>(store.add(item));
+
+    report(u"save of 500 × 20 KB, flushed to disk"_s, median(9, [&] { static_cast<void>(store.save()); }), u"-"_s);
+    report(u"load of 500 × 20 KB"_s, median(9, [&] { const JSONHistoryStore loaded(path, entryCount, 3600); }), u"≤ 15"_s);
+
+    double time = 9e8;
+    unsigned seed = 1000;
+    const auto change = [&] { static_cast<void>(store.add(entry(words(20'000, ++seed), ++time))); };
+    QElapsedTimer timer;
+    std::vector<double> saves;
+    for (int i = 0; i < 50; ++i) {
+        change();
+        timer.start();
+        store.saveAsync();
+        saves.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+    }
+    report(u"saveAsync at 500 × 20 KB, longest of 50"_s, *std::max_element(saves.begin(), saves.end()), u"≤ 0.2"_s);
+
+    const ClipItem added = entry(words(20'000, ++seed), ++time);
+    timer.start();
+    static_cast<void>(store.add(added));
+    report(u"add of 20 KB at 500 × 20 KB"_s, static_cast<double>(timer.nsecsElapsed()) / 1e6, u"≤ 0.2"_s);
+}
+
+void measureHuge(const QString& folder)
+{
+    const QByteArray bytes = words(hugeSize, 1);
+    QByteArray accented = words(hugeSize / 2, 1, true);
+    accented.replace(0, 2, "e\xCC\x81");
+
+    report(u"checking 50 MB for UTF-8"_s, median(5, [&] { static_cast<void>(Utf8Text::fromUtf8(bytes)); }), u"-"_s);
+    const Utf8Text text = Utf8Text::fromUtf8(bytes);
+    report(u"title of 50 MB"_s, median(9, [&] { static_cast<void>(Graphemes::prefix(text, 200)); }), u"≤ 0.1"_s);
+    report(u"type of 50 MB"_s, median(9, [&] { static_cast<void>(TypeDetector::classify(text)); }), u"≤ 1"_s);
+    const Utf8Text link = Utf8Text::fromUtf8("https://example.org/" + QByteArray(hugeSize, 'x'));
+    report(u"type of a 50 MB link"_s, median(5, [&] { static_cast<void>(TypeDetector::classify(link)); }), u"≤ 16"_s);
+
+    JSONHistoryStore store(folder + u"/huge.json"_s, entryCount, 3600);
+    for (const ClipItem& item : history(20'000))
+        static_cast<void>(store.add(item));
+    static_cast<void>(store.add(entry(bytes, 9e8)));
+    QByteArray copy = bytes;
+    copy.detach();
+    report(u"add of a 50 MB duplicate"_s, median(5, [&] { static_cast<void>(store.add(entry(copy, 9e8 + 1))); }), u"≤ 30"_s);
+    static_cast<void>(store.add(entry(accented, 9e8)));
+    QByteArray composed = accented;
+    composed.replace(0, 3, "\xC3\xA9");
+    report(u"add of a 25 MB Cyrillic duplicate"_s, median(5, [&] { static_cast<void>(store.add(entry(composed, 9e8 + 1))); }),
+           u"-"_s);
+}
+
+void measureSearch(const QString& name, const QList<ClipItem>& items, const QString& goal)
+{
+    report(u"first search in "_s + name + u", folding included"_s, median(3, [&] {
+               SearchIndex fresh;
+               fresh.setItems(items);
+               static_cast<void>(fresh.match(u"zzzq"_s));
+           }),
+           u"-"_s);
+
+    SearchIndex index;
+    index.setItems(items);
+    int ready = 0;
+    index.onReady([&ready] { ++ready; });
+    static_cast<void>(index.match(u"zzzq"_s));
+    index.prepare();
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < 2000 && ready < entryCount && items.front().content.byteCount() > 64 * 1024)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+
+    // Queries that do not extend each other; none is in the text, so all of it is searched.
+    const QList<QString> queries{u"qq"_s, u"zzzq"_s, u"the end"_s, u"e.e"_s, u"привет!"_s};
+    for (const QString& query : queries)
+        report(u"search for “%1” in %2"_s.arg(query, name), median(9, [&] {
+                   static_cast<void>(index.match(u"\U0001F512"_s));
+                   static_cast<void>(index.match(query));
+               }) / 1,
+               goal);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const QCoreApplication application(argc, argv);
+    QTemporaryDir folder; folder.setAutoRemove(!qEnvironmentVariableIsSet("KEEP"));
+    measureStore(folder.path());
+    measureHuge(folder.path());
+    measureSearch(u"500 × 200 B"_s, history(200), u"≤ 1"_s);
+    measureSearch(u"500 × 20 KB"_s, history(20'000), u"≤ 2"_s);
+    measureSearch(u"500 × 20 KB of Cyrillic"_s, history(20'000, true), u"≤ 2"_s);
+    if (!QCoreApplication::arguments().contains(u"--short"_s))
+        measureSearch(u"500 × 200 KB"_s, history(200'000), u"≤ 20"_s);
+    return 0;
+}
