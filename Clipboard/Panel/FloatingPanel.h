@@ -6,6 +6,10 @@
 
 class QVariantAnimation;
 
+namespace ClipboardCore {
+struct KeyEvent;
+}
+
 namespace Clipboard {
 
 class HistoryViewModel;
@@ -36,7 +40,7 @@ public:
 
     /// Places the panel itself; the margin that holds its shadow lies outside. Global coordinates.
     void setPanelGeometry(const QRect& panel);
-    [[nodiscard]] QRect panelGeometry() const;
+    [[nodiscard]] QRect panelGeometry() const { return m_geometry; }
 
     /// Remembers the window in front, shows the panel and gives it the keyboard. The view model must be ready to be
     /// shown by then.
@@ -47,7 +51,7 @@ public:
 signals:
     /// The panel is about to close, by whatever cause. It is still visible.
     void willClose();
-    /// The panel is gone from the screen.
+    /// The panel is gone from the screen, and the focus on its way back.
     void closed();
 
 protected:
@@ -60,11 +64,15 @@ protected:
 
 private:
     bool handleKey(const QKeyEvent& event);
+    bool copySelectedPreview(const ClipboardCore::KeyEvent& key);
     void applyCompositing();
+    void layOutView();
     void startEntrance();
+    void applyEntrance(qreal progress);
 
     Services m_services;
     Surface m_surface;
+    QRect m_geometry;
     PanelView* m_view = nullptr;
     QVariantAnimation* m_entrance = nullptr;
     bool m_open = false;

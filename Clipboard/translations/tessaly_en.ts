@@ -13,7 +13,7 @@
     </message>
 </context>
 <context>
-    <name>Clipboard::FilterChips</name>
+    <name>Clipboard::FilterChip</name>
     <message numerus="yes">
         <source>%n items</source>
         <translation>

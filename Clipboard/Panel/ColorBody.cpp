@@ -1,0 +1,89 @@
+#include "ColorBody.h"
+
+#include "Painting.h"
+#include "TextBlock.h"
+#include "Theme.h"
+
+#include <QPainter>
+
+using namespace Qt::StringLiterals;
+namespace ColorMath = ClipboardCore::ColorMath;
+
+namespace Clipboard {
+
+namespace {
+
+constexpr int swatchSize = 98;
+constexpr int swatchRadius = 12;
+constexpr int rowsLeft = swatchSize + 20;
+constexpr int rowHeight = 32;
+constexpr int rowPitch = rowHeight + 1; // a seam between two rows
+constexpr int keyWidth = 36;
+constexpr int keyGap = 12;
+constexpr std::array keys{QLatin1String("HEX"), QLatin1String("RGB"), QLatin1String("HSL")};
+
+std::array<QString, 3> valueTexts(const ColorMath::RGB& color)
+{
+    const ColorMath::HSL hsl = ColorMath::rgbToHSL(color.r, color.g, color.b);
+    return {QColor(color.r, color.g, color.b).name(QColor::HexRgb).toUpper(),
+            u"%1, %2, %3"_s.arg(color.r).arg(color.g).arg(color.b), u"%1, %2%, %3%"_s.arg(hsl.h).arg(hsl.s).arg(hsl.l)};
+}
+
+} // namespace
+
+ColorBody::ColorBody(QWidget* parent)
+    : PreviewBody(parent)
+    , m_values{new TextBlock(Fonts::value, this), new TextBlock(Fonts::value, this), new TextBlock(Fonts::value, this)}
+{
+}
+
+void ColorBody::setItem(const ClipboardCore::ClipItem& item, int visibleHeight)
+{
+    const QString content = item.content.toString();
+    m_color = ColorMath::hexToRGB(content);
+    const auto texts = m_color ? valueTexts(*m_color) : std::array<QString, 3>{content.toUpper(), {}, {}};
+    for (std::size_t i = 0; i < m_values.size(); ++i)
+        m_values[i]->setText(texts[i], {}, visibleHeight);
+    update();
+}
+
+int ColorBody::contentHeight() const
+{
+    return swatchSize;
+}
+
+QString ColorBody::selectedText() const
+{
+    QString selected;
+    for (const TextBlock* value : m_values)
+        selected += value->selectedText();
+    return selected;
+}
+
+void ColorBody::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter(this);
+    const QRectF swatch(0, 0, swatchSize, swatchSize);
+    const QColor fill = m_color ? QColor(m_color->r, m_color->g, m_color->b) : QColor(Theme::well);
+    Painting::roundedFill(painter, swatch, swatchRadius, fill, Theme::pictureEdge);
+    for (int i = 0; i < static_cast<int>(keys.size()); ++i) {
+        const QRectF row(rowsLeft, i * rowPitch, width() - rowsLeft, rowHeight);
+        Painting::textLine(painter, QRectF(row.topLeft(), QSizeF(keyWidth, rowHeight)), Fonts::chip, Theme::text3,
+                           keys.at(static_cast<std::size_t>(i)));
+        if (i > 0)
+            painter.fillRect(QRectF(rowsLeft, row.top() - 1, row.width(), 1), Theme::seam);
+    }
+}
+
+void ColorBody::resizeEvent(QResizeEvent* event)
+{
+    const int left = rowsLeft + keyWidth + keyGap;
+    int top = (rowHeight - Fonts::value.lineHeight) / 2;
+    for (TextBlock* value : m_values) {
+        value->setGeometry(left, top, width() - left, Fonts::value.lineHeight);
+        top += rowPitch;
+    }
+    PreviewBody::resizeEvent(event);
+}
+
+} // namespace Clipboard

@@ -1,0 +1,189 @@
+#include "FloatingPanel.h"
+
+#include "HistoryViewModel.h"
+#include "KeyTranslation.h"
+#include "Motion.h"
+#include "PanelView.h"
+#include "SearchField.h"
+#include "Theme.h"
+#include "Thumbs.h"
+#include "WindowSystem.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QVariantAnimation>
+#include <QWindow>
+
+using ClipboardCore::KeyCode;
+
+namespace Clipboard {
+
+FloatingPanel::FloatingPanel(const Services& services)
+    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint)
+    , m_services(services)
+    , m_surface(panelShadow, Theme::panel)
+    , m_geometry(0, 0, Theme::panelWidth, Theme::panelHeight)
+{
+    Surface::prepare(this);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setWindowTitle(tr("Tessaly"));
+    setObjectName(QStringLiteral("FloatingPanel"));
+    connect(&services.windows, &WindowSystem::compositingChanged, this, &FloatingPanel::applyCompositing);
+}
+
+FloatingPanel::~FloatingPanel() = default;
+
+void FloatingPanel::prepare()
+{
+    if (m_view != nullptr)
+        return;
+    m_view = new PanelView(m_services.viewModel, m_services.workspace, m_services.thumbs, this);
+    m_entrance = new QVariantAnimation(this);
+    m_entrance->setStartValue(0.0);
+    m_entrance->setEndValue(1.0);
+    m_entrance->setEasingCurve(QEasingCurve::OutCubic);
+    connect(m_entrance, &QVariantAnimation::valueChanged, this,
+            [this](const QVariant& value) { applyEntrance(value.toReal()); });
+    applyCompositing();
+    winId(); // makes the native window, on which the next line sets what must be set before it is shown
+    windowHandle()->installEventFilter(this);
+    m_services.windows.prepareUtilityWindow(windowHandle());
+}
+
+void FloatingPanel::setPanelGeometry(const QRect& panel)
+{
+    m_geometry = panel;
+    setGeometry(panel.marginsAdded(m_surface.margins()));
+}
+
+void FloatingPanel::applyCompositing()
+{
+    m_surface.setComposited(m_services.windows.isCompositing());
+    setPanelGeometry(m_geometry);
+    layOutView();
+    update();
+}
+
+void FloatingPanel::open()
+{
+    prepare();
+    m_services.windows.rememberFrontWindow();
+    m_services.thumbs.forgetFailures();
+    m_view->sync();
+    m_open = true;
+    startEntrance();
+    show();
+    raise();
+    m_services.windows.activate(windowHandle());
+}
+
+void FloatingPanel::startEntrance()
+{
+    m_entrance->stop();
+    const int duration = m_surface.isComposited() ? Motion::duration(Theme::panelInDuration) : 0;
+    applyEntrance(duration > 0 ? 0 : 1);
+    if (duration == 0)
+        return;
+    m_entrance->setDuration(duration);
+    m_entrance->start();
+}
+
+void FloatingPanel::applyEntrance(qreal progress)
+{
+    setWindowOpacity(progress);
+    const int below = qRound((1 - progress) * Theme::panelRise);
+    const QPoint place = m_geometry.marginsAdded(m_surface.margins()).topLeft() + QPoint(0, below);
+    if (pos() != place)
+        move(place);
+}
+
+void FloatingPanel::dismiss()
+{
+    if (!m_open)
+        return;
+    m_open = false; // hiding delivers the loss of activation, which asks for this again
+    emit willClose();
+    m_entrance->stop();
+    hide();
+    m_services.windows.restoreFrontWindow();
+    emit closed();
+}
+
+bool FloatingPanel::event(QEvent* event)
+{
+    if (event->type() == QEvent::WindowDeactivate)
+        dismiss();
+    return QWidget::event(event);
+}
+
+void FloatingPanel::closeEvent(QCloseEvent* event)
+{
+    dismiss();
+    event->ignore();
+}
+
+bool FloatingPanel::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::KeyPress && handleKey(*static_cast<QKeyEvent*>(event)))
+        return true;
+    return QWidget::eventFilter(watched, event);
+}
+
+bool FloatingPanel::handleKey(const QKeyEvent& event)
+{
+    if (m_view->activeField()->isComposing())
+        return false;
+    m_view->sync(); // navigation reads the frames
+    ClipboardCore::KeyEvent key = translateKey(event);
+    if (key.code == KeyCode::keypadEnter)
+        key.code = KeyCode::return_;
+    const bool handled = m_services.viewModel.handleKey(key) || copySelectedPreview(key);
+    m_view->sync();
+    return handled;
+}
+
+bool FloatingPanel::copySelectedPreview(const ClipboardCore::KeyEvent& key)
+{
+    if (key.code != KeyCode::c || !key.command || m_view->activeField()->hasSelectedText())
+        return false;
+    const QString selected = m_view->selectedPreviewText();
+    if (selected.isEmpty())
+        return false;
+    QGuiApplication::clipboard()->setText(selected);
+    return true;
+}
+
+void FloatingPanel::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Escape)
+        return dismiss();
+    QWidget::keyPressEvent(event);
+}
+
+void FloatingPanel::resizeEvent(QResizeEvent* event)
+{
+    layOutView();
+    QWidget::resizeEvent(event);
+}
+
+void FloatingPanel::layOutView()
+{
+    if (m_view != nullptr)
+        m_view->setGeometry(rect().marginsRemoved(m_surface.margins()));
+}
+
+void FloatingPanel::paintEvent(QPaintEvent* event)
+{
+    QPainter painter(this);
+    const QRect card = rect().marginsRemoved(m_surface.margins());
+    const int edge = m_surface.radius();
+    if (card.adjusted(edge, edge, -edge, -edge).contains(event->rect()))
+        painter.fillRect(event->rect(), Theme::panel);
+    else
+        m_surface.paint(painter, card);
+}
+
+} // namespace Clipboard

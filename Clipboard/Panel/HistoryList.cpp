@@ -1,0 +1,148 @@
+#include "HistoryList.h"
+
+#include "HistoryListModel.h"
+#include "HistoryViewModel.h"
+#include "ListRow.h"
+#include "Motion.h"
+#include "OverlayScrollBar.h"
+#include "Thumbs.h"
+
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QVariantAnimation>
+
+#include <algorithm>
+
+using ClipboardCore::FocusKey;
+
+namespace Clipboard {
+
+namespace {
+
+constexpr int scrollBarInset = 2;
+
+} // namespace
+
+HistoryList::HistoryList(HistoryViewModel& viewModel, Thumbs& thumbs, QWidget* parent)
+    : QListView(parent)
+    , m_viewModel(viewModel)
+    , m_model(new HistoryListModel(viewModel, this))
+    , m_scrollBar(new OverlayScrollBar(verticalScrollBar(), this))
+    , m_scrolling(new QVariantAnimation(this))
+{
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setUniformItemSizes(true);
+    setVerticalScrollMode(ScrollPerPixel);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(NoEditTriggers);
+    setMouseTracking(true);
+    viewport()->setAutoFillBackground(false);
+    setAccessibleName(tr("Clipboard history"));
+    setModel(m_model);
+    setItemDelegate(new ListRow(viewModel, *m_model, thumbs, this));
+
+    m_scrolling->setDuration(Theme::scrollDuration);
+    m_scrolling->setEasingCurve(QEasingCurve::OutCubic);
+    connect(m_scrolling, &QVariantAnimation::valueChanged, verticalScrollBar(),
+            [this](const QVariant& value) { verticalScrollBar()->setValue(value.toInt()); });
+    connect(&thumbs, &Thumbs::finished, this, &HistoryList::refreshRows);
+}
+
+void HistoryList::reload()
+{
+    m_model->reload();
+    verticalScrollBar()->setSingleStep(Theme::rowHeight / 2);
+}
+
+void HistoryList::syncSelection(bool animated)
+{
+    const auto id = m_viewModel.selectedID();
+    const auto row = id ? m_model->row(*id) : std::nullopt;
+    const QModelIndex index = row ? m_model->index(*row) : QModelIndex();
+    // Qt would scroll by itself, without the animation.
+    setAutoScroll(false);
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+    if (row)
+        scrollToRow(*row, animated);
+    refreshRows();
+}
+
+void HistoryList::scrollToRow(int row, bool animated)
+{
+    const int top = row * Theme::rowHeight;
+    const int highest = top + Theme::rowHeight - viewport()->height();
+    const int target = std::clamp(restingScroll(), std::min(highest, top), top);
+    if (target == restingScroll())
+        return;
+    stopScrolling();
+    if (!animated || Motion::isReduced())
+        return verticalScrollBar()->setValue(target);
+    m_scrolling->setStartValue(verticalScrollBar()->value());
+    m_scrolling->setEndValue(target);
+    m_scrolling->start();
+}
+
+void HistoryList::stopScrolling()
+{
+    m_scrolling->stop();
+}
+
+int HistoryList::restingScroll() const
+{
+    const bool moving = m_scrolling->state() == QAbstractAnimation::Running;
+    return moving ? m_scrolling->endValue().toInt() : verticalScrollBar()->value();
+}
+
+void HistoryList::addFrames(QHash<FocusKey, QRectF>& frames, const QWidget* ancestor) const
+{
+    const QPoint origin = viewport()->mapTo(ancestor, QPoint(0, 0));
+    const int scroll = restingScroll();
+    const int count = m_model->rowCount();
+    const int first = std::max(0, scroll / Theme::rowHeight);
+    for (int row = first; row < count; ++row) {
+        const int top = row * Theme::rowHeight - scroll;
+        if (top >= viewport()->height())
+            break;
+        frames.insert(FocusKey::row(m_model->item(row).id),
+                      QRectF(origin.x(), origin.y() + top, Theme::rowWidth, Theme::rowHeight));
+    }
+}
+
+void HistoryList::resizeEvent(QResizeEvent* event)
+{
+    // The viewport shows whole rows: what is left over stays empty below them.
+    const int room = height() - Theme::listMargin;
+    const int leftOver = room % Theme::rowHeight;
+    setViewportMargins(Theme::listMargin, Theme::listMargin, width() - Theme::listMargin - Theme::rowWidth, leftOver);
+    m_scrollBar->setGeometry(width() - scrollBarInset - OverlayScrollBar::grabWidth, Theme::listMargin,
+                             OverlayScrollBar::grabWidth, height() - 2 * Theme::listMargin);
+    m_scrollBar->raise();
+    QListView::resizeEvent(event);
+}
+
+void HistoryList::mousePressEvent(QMouseEvent* event)
+{
+    const QModelIndex index = indexAt(event->position().toPoint());
+    if (event->button() == Qt::LeftButton && index.isValid())
+        m_viewModel.setSelectedID(m_model->item(index.row()).id);
+}
+
+void HistoryList::mouseMoveEvent(QMouseEvent* event)
+{
+    if (event->buttons() == Qt::NoButton)
+        QListView::mouseMoveEvent(event);
+}
+
+void HistoryList::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    const QModelIndex index = indexAt(event->position().toPoint());
+    if (event->button() == Qt::LeftButton && index.isValid()) {
+        const ClipboardCore::ClipItem item = m_model->item(index.row());
+        m_viewModel.paste(item);
+    }
+}
+
+} // namespace Clipboard

@@ -1,0 +1,116 @@
+#include "ListRow.h"
+
+#include "ClipItemTexts.h"
+#include "HistoryListModel.h"
+#include "HistoryViewModel.h"
+#include "Painting.h"
+#include "RowThumb.h"
+#include "Theme.h"
+#include "TintedIcon.h"
+
+#include <QPainter>
+#include <QStyleOptionViewItem>
+
+#include <cmath>
+
+using ClipboardCore::ClipItem;
+using ClipboardCore::ClipType;
+
+namespace Clipboard {
+
+namespace {
+
+constexpr int padding = 8;
+constexpr int thumbGap = 8;
+constexpr int titleTop = 5; // two lines of 18 and 16 with a pixel between, centred in 44
+constexpr int detailGap = 8;
+constexpr int pinSize = 11;
+constexpr int pinGap = 3;
+constexpr qreal pinStroke = 2;
+
+} // namespace
+
+ListRow::ListRow(const HistoryViewModel& viewModel, const HistoryListModel& model, Thumbs& thumbs, QObject* parent)
+    : QAbstractItemDelegate(parent)
+    , m_viewModel(viewModel)
+    , m_model(model)
+    , m_thumbs(thumbs)
+{
+}
+
+QSize ListRow::sizeHint(const QStyleOptionViewItem& /*option*/, const QModelIndex& /*index*/) const
+{
+    return {Theme::rowWidth, Theme::rowHeight};
+}
+
+void ListRow::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    const ClipItem& item = m_model.item(index.row());
+    State state = State::normal;
+    if (m_viewModel.selectedID() == item.id)
+        state = m_viewModel.focus().has_value() || m_viewModel.cmdkOpen() ? State::idle : State::selected;
+    else if (option.state.testFlag(QStyle::State_MouseOver))
+        state = State::hovered;
+
+    const QRectF row(option.rect.x(), option.rect.y(), Theme::rowWidth, Theme::rowHeight);
+    switch (state) {
+    case State::normal:
+        break;
+    case State::hovered:
+        Painting::roundedFill(*painter, row, Theme::rowRadius, Theme::rowHover);
+        break;
+    case State::selected:
+        Painting::roundedFill(*painter, row, Theme::rowRadius, Theme::rowSel, Theme::rowSelLine);
+        break;
+    case State::idle:
+        Painting::roundedFill(*painter, row, Theme::rowRadius, Theme::rowIdle);
+        break;
+    }
+    const QRectF square(row.x() + padding, row.y() + padding, Theme::thumbSize, Theme::thumbSize);
+    paintRowThumb(*painter, square, item, m_thumbs);
+
+    const qreal textLeft = square.right() + thumbGap;
+    QRectF line(textLeft, row.y() + titleTop, row.right() - padding - textLeft + 1, Fonts::rowTitle.lineHeight);
+    paintTitle(*painter, line, index.row(), state);
+    line = QRectF(line.x(), line.bottom() + 1, line.width(), Fonts::age.lineHeight);
+    paintDetails(*painter, line, index.row(), state);
+}
+
+void ListRow::paintTitle(QPainter& painter, const QRectF& line, int row, State state) const
+{
+    const Fonts::Style& style = m_model.item(row).type == ClipType::code ? Fonts::codeTitle : Fonts::rowTitle;
+    const HistoryListModel::Title& title = m_model.title(row, line.width());
+    QRectF rest = line;
+    if (title.schemeLength > 0) {
+        const bool lit = state == State::selected || state == State::idle;
+        const QString scheme = title.text.left(title.schemeLength);
+        Painting::textLine(painter, line, style, lit ? Theme::text2 : Theme::text3, scheme);
+        rest.setLeft(line.left() + Fonts::width(style, scheme));
+    }
+    // The model has elided it already; measuring it again could cut a rounded fraction.
+    painter.setFont(Fonts::font(style));
+    painter.setPen(Theme::text);
+    painter.drawText(QPointF(rest.left(), line.top() + Fonts::baseline(style)), title.text.mid(title.schemeLength));
+}
+
+void ListRow::paintDetails(QPainter& painter, const QRectF& line, int row, State state) const
+{
+    const ClipItem& item = m_model.item(row);
+    const QString badge(rawValue(item.type));
+    Painting::textLine(painter, line, Fonts::badge, Theme::readableTint(item.type), badge);
+
+    const bool lit = state == State::selected || state == State::idle;
+    const QString age = ageLabel(item, ClipboardCore::currentTime());
+    Painting::textLine(painter, line, Fonts::age, lit ? Theme::text2 : Theme::text3, age, Qt::AlignRight);
+    if (!item.isPinned)
+        return;
+    const qreal pinLeft = line.left() + std::ceil(Fonts::width(Fonts::badge, badge)) + detailGap;
+    drawIcon(painter, QRectF(pinLeft, line.top(), pinSize, line.height()),
+             {QLatin1String("pinfill"), pinSize, Theme::accent, pinStroke});
+    const qreal textLeft = pinLeft + pinSize + pinGap;
+    const qreal room = line.right() - Fonts::width(Fonts::age, age) - detailGap - textLeft;
+    Painting::textLine(painter, QRectF(textLeft, line.top(), room, line.height()), Fonts::badge,
+                       state == State::selected ? Theme::accentSoft : Theme::text2, tr("Pinned"));
+}
+
+} // namespace Clipboard

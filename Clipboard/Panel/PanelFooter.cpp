@@ -1,0 +1,49 @@
+#include "PanelFooter.h"
+
+#include "Hint.h"
+#include "Painting.h"
+#include "Theme.h"
+
+#include <QPainter>
+
+using namespace Qt::StringLiterals;
+
+namespace Clipboard {
+
+PanelFooter::PanelFooter(QWidget* parent)
+    : QWidget(parent)
+{
+    setCount(0);
+}
+
+void PanelFooter::setCount(qsizetype count)
+{
+    m_count = count;
+    setAccessibleName(countText());
+    update();
+}
+
+QString PanelFooter::countText() const
+{
+    return tr("%n item", nullptr, static_cast<int>(m_count));
+}
+
+void PanelFooter::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter(this);
+    const QRectF band(rect());
+    const QColor color = m_count > 0 ? Theme::text2 : Theme::text3;
+    const KeyCap::Look& cap = m_count > 0 ? KeyCap::normal : KeyCap::off;
+    const Hint hints[] = {
+        {u"↑↓"_s, tr("Navigate")}, {u"⏎"_s, tr("Paste")}, {tr("⌘K"), tr("Actions")}, {tr("⌘⌫"), tr("Delete")}};
+
+    const QString count = countText();
+    const qreal countWidth = Fonts::width(Fonts::caption, count);
+    qreal x = Theme::margin;
+    for (const Hint& hint : hints)
+        x = hint.paint(painter, band, x, cap, color) + Hint::spacing;
+    const QRectF countBox(band.right() - Theme::margin - countWidth - 1, band.y(), countWidth + 1, band.height());
+    Painting::textLine(painter, countBox, Fonts::caption, color, count, Qt::AlignRight);
+}
+
+} // namespace Clipboard

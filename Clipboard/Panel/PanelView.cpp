@@ -1,0 +1,184 @@
+#include "PanelView.h"
+
+#include "ClipItemTexts.h"
+#include "EmptyContent.h"
+#include "FilterChips.h"
+#include "HistoryList.h"
+#include "HistoryViewModel.h"
+#include "PanelFooter.h"
+#include "PanelHeader.h"
+#include "PreviewPane.h"
+#include "SearchField.h"
+#include "Theme.h"
+
+#include <QPainter>
+
+#include <chrono>
+#include <utility>
+
+namespace Clipboard {
+
+namespace {
+
+// Ages are whole minutes; half of one is never far off.
+constexpr std::chrono::seconds ageRefresh{30};
+constexpr int seam = 1;
+constexpr int outline = 1;
+
+} // namespace
+
+PanelView::PanelView(HistoryViewModel& viewModel, const Workspace& workspace, Thumbs& thumbs, QWidget* parent)
+    : QWidget(parent)
+    , m_viewModel(viewModel)
+    , m_header(new PanelHeader(viewModel, this))
+    , m_list(new HistoryList(viewModel, thumbs, this))
+    , m_preview(new PreviewPane(viewModel, workspace, thumbs, this))
+    , m_footer(new PanelFooter(this))
+{
+    m_ages.setInterval(ageRefresh);
+    connect(&m_ages, &QTimer::timeout, this, &PanelView::refreshAges);
+    connectViewModel();
+    m_viewModel.searchCaret = [this]() -> std::optional<HistoryViewModel::SearchCaret> {
+        const SearchField* field = m_header->searchField();
+        if (!field->hasFocus())
+            return std::nullopt;
+        return HistoryViewModel::SearchCaret{field->cursorPosition(), field->selectionLength(), field->text().size()};
+    };
+}
+
+PanelView::~PanelView()
+{
+    m_viewModel.searchCaret = nullptr;
+}
+
+void PanelView::connectViewModel()
+{
+    const HistoryViewModel* model = &m_viewModel;
+    connect(model, &HistoryViewModel::visibleChanged, this, [this] { changed(entries); });
+    connect(model, &HistoryViewModel::selectedIDChanged, this, [this] { changed(selection); });
+    connect(model, &HistoryViewModel::focusChanged, this, [this] { changed(state); });
+    connect(model, &HistoryViewModel::queryChanged, this, [this] { changed(state); });
+    connect(model, &HistoryViewModel::filterChanged, this, [this] { changed(state); });
+    connect(model, &HistoryViewModel::countsChanged, this, [this] { changed(state); });
+    connect(model, &HistoryViewModel::cmdkOpenChanged, this, [this] { changed(state); });
+    connect(model, &HistoryViewModel::focusTokenChanged, this, [this] { changed(keyboard); });
+}
+
+void PanelView::changed(unsigned what)
+{
+    m_changed |= what;
+    if (m_syncPending || !isVisible())
+        return;
+    m_syncPending = true;
+    QMetaObject::invokeMethod(this, &PanelView::sync, Qt::QueuedConnection);
+}
+
+void PanelView::sync()
+{
+    m_syncPending = false;
+    const unsigned what = std::exchange(m_changed, 0U);
+    if (what == 0)
+        return;
+    if (what & entries) {
+        m_list->reload();
+        m_footer->setCount(m_viewModel.visible().size());
+        const bool isEmpty = m_viewModel.visible().isEmpty();
+        m_list->setVisible(!isEmpty);
+        m_preview->setVisible(!isEmpty);
+        if (isEmpty || m_isEmpty != isEmpty)
+            update();
+        m_isEmpty = isEmpty;
+    }
+    if (what & (entries | selection)) {
+        m_list->syncSelection((what & entries) == 0 && isVisible());
+        m_preview->syncItem();
+    }
+    m_header->sync();
+    m_preview->syncFocus();
+    if (what & state)
+        m_list->refreshRows();
+    if (what & keyboard)
+        m_header->searchField()->setFocus(Qt::OtherFocusReason);
+    publishFrames();
+}
+
+void PanelView::publishFrames()
+{
+    QHash<ClipboardCore::FocusKey, QRectF> frames;
+    m_header->chips()->addFrames(frames, this);
+    if (!m_isEmpty) {
+        m_list->addFrames(frames, this);
+        m_preview->addFrames(frames, this);
+    }
+    m_viewModel.frames = std::move(frames);
+}
+
+SearchField* PanelView::activeField() const
+{
+    return m_header->searchField();
+}
+
+QString PanelView::selectedPreviewText() const
+{
+    return m_isEmpty ? QString() : m_preview->selectedText();
+}
+
+QRect PanelView::contentRect() const
+{
+    return {0, Theme::headerHeight, width(), height() - Theme::headerHeight - Theme::footerHeight};
+}
+
+void PanelView::resizeEvent(QResizeEvent* event)
+{
+    const QRect content = contentRect();
+    m_header->setGeometry(0, 0, width(), Theme::headerHeight - seam);
+    m_list->setGeometry(0, content.top(), Theme::listWidth - seam, content.height());
+    m_preview->setGeometry(Theme::listWidth, content.top(), width() - Theme::listWidth - outline, content.height());
+    m_footer->setGeometry(0, content.bottom() + 1 + seam, width(), Theme::footerHeight - seam);
+    changed(state);
+    QWidget::resizeEvent(event);
+}
+
+void PanelView::showEvent(QShowEvent* event)
+{
+    m_ages.start();
+    QWidget::showEvent(event);
+}
+
+void PanelView::hideEvent(QHideEvent* event)
+{
+    m_ages.stop();
+    QWidget::hideEvent(event);
+}
+
+void PanelView::refreshAges()
+{
+    m_list->refreshRows();
+    m_preview->update();
+}
+
+void PanelView::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter(this);
+    const QRect content = contentRect();
+    const int seamWidth = width() - 2 * outline;
+    painter.fillRect(outline, content.top() - seam, seamWidth, seam, Theme::seam);
+    painter.fillRect(outline, content.bottom() + 1, seamWidth, seam, Theme::seam);
+    if (m_isEmpty)
+        paintEmptyContent(painter, content);
+    else
+        painter.fillRect(Theme::listWidth - seam, content.top(), seam, content.height(), Theme::seam);
+}
+
+void PanelView::paintEmptyContent(QPainter& painter, const QRectF& area) const
+{
+    EmptyContent empty{QLatin1String("clipboard"), tr("Nothing Copied Yet"),
+                       tr("Copy something — it will show up here.")};
+    if (!m_viewModel.query().isEmpty())
+        empty = {QLatin1String("search"), tr("No Results"), tr("Nothing matches “%1”").arg(m_viewModel.query())};
+    else if (const auto filter = m_viewModel.filter())
+        empty = {Theme::typeIcon(*filter), meta(*filter).label, tr("Nothing of this type has been copied yet.")};
+    empty.paint(painter, area);
+}
+
+} // namespace Clipboard

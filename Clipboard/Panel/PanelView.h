@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+
+namespace Clipboard {
+
+class HistoryList;
+class HistoryViewModel;
+class PanelFooter;
+class PanelHeader;
+class PreviewPane;
+class SearchField;
+class Thumbs;
+class Workspace;
+
+/// The content of the panel. It shows what the view model holds and hands clicks back to it; of its own it knows only
+/// what the pointer is over.
+///
+/// The view model tells each single change. They are gathered, and taken over together by sync(): before the next key,
+/// before the next frame, and not at all while the panel is hidden.
+class PanelView final : public QWidget
+{
+    Q_OBJECT
+public:
+    PanelView(HistoryViewModel& viewModel, const Workspace& workspace, Thumbs& thumbs, QWidget* parent);
+    ~PanelView() override;
+
+    /// Brings everything on screen, and the view model's frames, in line with the view model now.
+    void sync();
+
+    /// The field that has the keyboard.
+    [[nodiscard]] SearchField* activeField() const;
+    /// What the user has marked in the preview.
+    [[nodiscard]] QString selectedPreviewText() const;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    enum Change : unsigned { entries = 1, selection = 2, state = 4, keyboard = 8, everything = 15 };
+    void connectViewModel();
+    void changed(unsigned what);
+    void publishFrames();
+    void paintEmptyContent(QPainter& painter, const QRectF& area) const;
+    void refreshAges();
+    [[nodiscard]] QRect contentRect() const;
+
+    HistoryViewModel& m_viewModel;
+    PanelHeader* m_header;
+    HistoryList* m_list;
+    PreviewPane* m_preview;
+    PanelFooter* m_footer;
+    QTimer m_ages;
+    unsigned m_changed = everything;
+    bool m_syncPending = false;
+    bool m_isEmpty = true;
+};
+
+} // namespace Clipboard

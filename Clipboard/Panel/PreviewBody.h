@@ -1,0 +1,33 @@
+#pragma once
+
+#include "History/ClipItem.h"
+
+#include <QWidget>
+
+namespace Clipboard {
+
+class Thumbs;
+class Workspace;
+
+/// The upper part of the preview: the entry itself, in the form of its type. One body serves all entries of a type.
+class PreviewBody : public QWidget
+{
+    Q_OBJECT
+public:
+    using QWidget::QWidget;
+
+    /// Shows an entry of the body's type. At least `visibleHeight` of it must be ready to be painted at once.
+    virtual void setItem(const ClipboardCore::ClipItem& item, int visibleHeight) = 0;
+    /// The height it needs at its width; contentHeightChanged() follows when that is not yet the last word.
+    [[nodiscard]] virtual int contentHeight() const = 0;
+    /// What the user has marked in it.
+    [[nodiscard]] virtual QString selectedText() const { return {}; }
+
+    [[nodiscard]] static PreviewBody* make(ClipboardCore::ClipType type, const Workspace& workspace, Thumbs& thumbs,
+                                           QWidget* parent);
+
+signals:
+    void contentHeightChanged();
+};
+
+} // namespace Clipboard

@@ -1,0 +1,77 @@
+#include "SearchField.h"
+
+#include "Painting.h"
+#include "Theme.h"
+
+#include <QInputMethodEvent>
+#include <QPainter>
+
+namespace Clipboard {
+
+namespace {
+
+constexpr qreal caretWidth = 1.5;
+constexpr int caretHeight = 18;
+constexpr int placeholderIndent = 4; // clear of the caret
+// Where a line edit without frame puts its text, and how far its cursor rectangle reaches left of the cursor.
+constexpr int textInset = 2;
+constexpr int cursorRectReach = 5;
+
+} // namespace
+
+SearchField::SearchField(const QString& placeholder, QWidget* parent)
+    : QLineEdit(parent)
+    , m_placeholder(placeholder)
+{
+    setFrame(false);
+    setAttribute(Qt::WA_MacShowFocusRect, false);
+    setFont(Fonts::font(Fonts::search));
+    setAccessibleName(placeholder);
+    QPalette colors = palette();
+    colors.setBrush(QPalette::Base, Qt::NoBrush);
+    colors.setColor(QPalette::Text, Theme::text);
+    colors.setColor(QPalette::Highlight, Theme::rowSelLine);
+    colors.setColor(QPalette::HighlightedText, Theme::text);
+    setPalette(colors);
+}
+
+void SearchField::setCaretShown(bool shown)
+{
+    if (m_caretShown == shown)
+        return;
+    m_caretShown = shown;
+    update();
+}
+
+QRectF SearchField::caretRect() const
+{
+    const QRect cursor = cursorRect();
+    return {static_cast<qreal>(cursor.left() + cursorRectReach), (height() - caretHeight) / 2.0, caretWidth,
+            caretHeight};
+}
+
+void SearchField::paintEvent(QPaintEvent* event)
+{
+    QLineEdit::paintEvent(event);
+    QPainter painter(this);
+    if (text().isEmpty() && !m_composing) {
+        const QRectF line(textInset + placeholderIndent, 0, width() - textInset - placeholderIndent, height());
+        Painting::textLine(painter, line, Fonts::search, Theme::text3, m_placeholder);
+    }
+    if (m_caretShown && hasFocus() && !hasSelectedText())
+        Painting::roundedFill(painter, caretRect(), caretWidth / 2, Theme::accent);
+}
+
+void SearchField::inputMethodEvent(QInputMethodEvent* event)
+{
+    m_composing = !event->preeditString().isEmpty();
+    QLineEdit::inputMethodEvent(event);
+    update();
+}
+
+void SearchField::contextMenuEvent(QContextMenuEvent* /*event*/)
+{
+    // A menu of the toolkit's would take the keyboard from the panel, which then closes.
+}
+
+} // namespace Clipboard

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "Fonts.h"
+
+#include <QColor>
+#include <QList>
+#include <QTextLayout>
+#include <QTimer>
+#include <QWidget>
+
+#include <memory>
+#include <vector>
+
+namespace Clipboard {
+
+/// Wrapped, selectable text of any script. It is laid out a piece at a time: what is on screen at once, the rest in the
+/// pauses of the event loop, so that no text holds up a frame. Its height grows meanwhile.
+class TextBlock final : public QWidget
+{
+    Q_OBJECT
+public:
+    /// A stretch of the text in another colour or weight.
+    struct Span
+    {
+        qsizetype start;
+        qsizetype length;
+        QColor color;
+        QFont::Weight weight;
+    };
+
+    TextBlock(const Fonts::Style& style, QWidget* parent);
+    ~TextBlock() override;
+
+    /// Replaces the text and lays out at least `visibleHeight` of it at the widget's width.
+    void setText(const QString& text, const QList<Span>& spans, int visibleHeight);
+    /// The height of what is laid out so far, in logical pixels.
+    [[nodiscard]] int contentHeight() const { return m_lineCount * m_style.lineHeight; }
+    [[nodiscard]] bool isLaidOut() const { return m_next >= m_text.size(); }
+
+    [[nodiscard]] QString selectedText() const;
+
+signals:
+    void contentHeightChanged();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+
+private:
+    struct Piece // a stretch of one paragraph
+    {
+        qsizetype start;
+        int firstLine;
+        std::unique_ptr<QTextLayout> layout;
+    };
+    void layOutNextPiece();
+    void layOutSlice();
+    [[nodiscard]] std::unique_ptr<QTextLayout> makeLayout(qsizetype start, qsizetype length) const;
+    [[nodiscard]] QList<QTextLayout::FormatRange> formatsFor(qsizetype start, qsizetype length) const;
+    [[nodiscard]] qsizetype positionAt(const QPointF& point) const;
+    void select(qsizetype anchor, qsizetype end);
+
+    Fonts::Style m_style;
+    QString m_text;
+    QList<Span> m_spans;
+    std::vector<Piece> m_pieces;
+    qsizetype m_next = 0; // the first character that is not laid out
+    int m_lineCount = 0;
+    qsizetype m_anchor = 0;
+    qsizetype m_end = 0;
+    QTimer m_slices;
+};
+
+} // namespace Clipboard
