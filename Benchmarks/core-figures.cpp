@@ -68,7 +68,8 @@ QByteArray words(qsizetype size, unsigned seed, bool cyrillic = false)
 
 ClipItem entry(const QByteArray& content, double createdAt)
 {
-    return {QUuid::createUuid(), ClipType::text, Utf8Text::fromUtf8(content), u"Terminal"_s, u"xterm"_s, createdAt, false};
+    return {QUuid::createUuid(), ClipType::text, Utf8Text::fromUtf8(content), u"Terminal"_s, u"xterm"_s,
+            createdAt,           false};
 }
 
 QList<ClipItem> history(qsizetype size, bool cyrillic = false)
@@ -87,7 +88,8 @@ void measureStore(const QString& folder)
         static_cast<void>(store.add(item));
 
     report(u"save of 500 × 20 KB, flushed to disk"_s, median(9, [&] { static_cast<void>(store.save()); }), u"-"_s);
-    report(u"load of 500 × 20 KB"_s, median(9, [&] { const JSONHistoryStore loaded(path, entryCount, 3600); }), u"≤ 15"_s);
+    report(u"load of 500 × 20 KB"_s, median(9, [&] { const JSONHistoryStore loaded(path, entryCount, 3600); }),
+           u"≤ 15"_s);
 
     double time = 9e8;
     unsigned seed = 1000;
@@ -127,21 +129,24 @@ void measureHuge(const QString& folder)
     static_cast<void>(store.add(entry(bytes, 9e8)));
     QByteArray copy = bytes;
     copy.detach();
-    report(u"add of a 50 MB duplicate"_s, median(5, [&] { static_cast<void>(store.add(entry(copy, 9e8 + 1))); }), u"≤ 30"_s);
+    report(u"add of a 50 MB duplicate"_s, median(5, [&] { static_cast<void>(store.add(entry(copy, 9e8 + 1))); }),
+           u"≤ 30"_s);
     static_cast<void>(store.add(entry(accented, 9e8)));
     QByteArray composed = accented;
     composed.replace(0, 3, "\xC3\xA9");
-    report(u"add of a 25 MB Cyrillic duplicate"_s, median(5, [&] { static_cast<void>(store.add(entry(composed, 9e8 + 1))); }),
-           u"-"_s);
+    report(u"add of a 25 MB Cyrillic duplicate"_s,
+           median(5, [&] { static_cast<void>(store.add(entry(composed, 9e8 + 1))); }), u"-"_s);
 }
 
 void measureSearch(const QString& name, const QList<ClipItem>& items, const QString& goal)
 {
-    report(u"first search in "_s + name + u", folding included"_s, median(3, [&] {
-               SearchIndex fresh;
-               fresh.setItems(items);
-               static_cast<void>(fresh.match(u"zzzq"_s));
-           }),
+    report(u"first search in "_s + name + u", folding included"_s,
+           median(3,
+                  [&] {
+                      SearchIndex fresh;
+                      fresh.setItems(items);
+                      static_cast<void>(fresh.match(u"zzzq"_s));
+                  }),
            u"-"_s);
 
     SearchIndex index;
@@ -158,10 +163,13 @@ void measureSearch(const QString& name, const QList<ClipItem>& items, const QStr
     // Queries that do not extend each other; none is in the text, so all of it is searched.
     const QList<QString> queries{u"qq"_s, u"zzzq"_s, u"the end"_s, u"e.e"_s, u"привет!"_s};
     for (const QString& query : queries)
-        report(u"search for “%1” in %2"_s.arg(query, name), median(9, [&] {
-                   static_cast<void>(index.match(u"\U0001F512"_s));
-                   static_cast<void>(index.match(query));
-               }) / 1,
+        report(u"search for “%1” in %2"_s.arg(query, name),
+               median(9,
+                      [&] {
+                          static_cast<void>(index.match(u"\U0001F512"_s));
+                          static_cast<void>(index.match(query));
+                      }) /
+                   1,
                goal);
 }
 
@@ -170,7 +178,8 @@ void measureSearch(const QString& name, const QList<ClipItem>& items, const QStr
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
-    QTemporaryDir folder; folder.setAutoRemove(!qEnvironmentVariableIsSet("KEEP"));
+    QTemporaryDir folder;
+    folder.setAutoRemove(!qEnvironmentVariableIsSet("KEEP"));
     measureStore(folder.path());
     measureHuge(folder.path());
     measureSearch(u"500 × 200 B"_s, history(200), u"≤ 1"_s);

@@ -1,9 +1,12 @@
 #include "History/HistoryCoding.h"
 
+#include "Support/Utf8.h"
+
 #include <simdjson.h>
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -11,10 +14,13 @@ namespace ClipboardCore::HistoryCoding {
 
 namespace {
 
-using simdjson::dom::element;
+namespace JSON = simdjson::ondemand;
+using simdjson::SUCCESS;
 
-// No valid history is deeper than 2; unknown keys may hold more.
-constexpr size_t deepestNesting = 512;
+static_assert(decodePadding >= simdjson::SIMDJSON_PADDING);
+
+// Entries are flat; only what stands under unknown keys may be nested.
+constexpr int deepestNesting = 512;
 
 namespace Keys {
 constexpr auto id = "id"_L1;
@@ -54,90 +60,157 @@ QByteArrayView bytes(std::string_view text)
     return {text.data(), static_cast<qsizetype>(text.size())};
 }
 
-std::optional<std::string_view> stringValue(element value)
+/// True when `value` is valid throughout. The parser checks only what is asked for, so everything is.
+bool isValid(JSON::value value, int depth = 0)
 {
-    std::string_view text;
-    return value.get(text) == simdjson::SUCCESS ? std::optional(text) : std::nullopt;
+    JSON::json_type type{};
+    if (depth > deepestNesting || value.type().get(type) != SUCCESS)
+        return false;
+    switch (type) {
+    case JSON::json_type::array: {
+        JSON::array array;
+        if (value.get(array) != SUCCESS)
+            return false;
+        for (auto element : array)
+            if (JSON::value inner; element.get(inner) != SUCCESS || !isValid(inner, depth + 1))
+                return false;
+        return true;
+    }
+    case JSON::json_type::object: {
+        JSON::object object;
+        if (value.get(object) != SUCCESS)
+            return false;
+        for (auto field : object)
+            if (field.error() != SUCCESS || field.unescaped_key().error() != SUCCESS ||
+                !isValid(field.value().value_unsafe(), depth + 1))
+                return false;
+        return true;
+    }
+    case JSON::json_type::number:
+        return value.get_double().error() == SUCCESS;
+    case JSON::json_type::string:
+        return value.get_string().error() == SUCCESS;
+    case JSON::json_type::boolean:
+        return value.get_bool().error() == SUCCESS;
+    case JSON::json_type::null:
+        return value.is_null();
+    }
+    return false;
 }
 
-/// One entry in the reading: which of the required keys have been seen with a right value.
+/// Reads entries, one after the other.
 class EntryReader
 {
 public:
-    /// False when the value is wrong for its key. Of a repeated key the last value counts.
-    bool read(std::string_view key, element value);
-    [[nodiscard]] std::optional<ClipItem> item() const;
+    explicit EntryReader(const JSON::parser& parser)
+        : m_parser(parser)
+    {
+    }
+
+    [[nodiscard]] std::optional<ClipItem> read(JSON::value entry);
 
 private:
-    bool readText(element value, std::optional<QString>& field);
+    enum Required : unsigned {
+        hasID = 1,
+        hasType = 2,
+        hasContent = 4,
+        hasCreatedAt = 8,
+        hasIsPinned = 16,
+        hasAll = 31
+    };
 
+    /// False when the value is wrong for its key. Of a repeated key the last value counts.
+    bool readField(QByteArrayView key, JSON::value value);
+    /// The text in m_text; nothing when the value is no string, or one that is not Unicode.
+    bool readString(JSON::value value);
+    bool readOptional(JSON::value value, std::optional<QString>& field);
+
+    const JSON::parser& m_parser;
+    QByteArray m_scratch; // for unescaping; the same bytes each time, so that they stay in the cache
+    QByteArrayView m_text;
     ClipItem m_item;
-    bool m_hasID = false;
-    bool m_hasType = false;
-    bool m_hasContent = false;
-    bool m_hasCreatedAt = false;
-    bool m_hasIsPinned = false;
+    unsigned m_seen = 0;
 };
 
-bool EntryReader::read(std::string_view key, element value)
+std::optional<ClipItem> EntryReader::read(JSON::value entry)
 {
-    const QByteArrayView name = bytes(key);
-    if (name == Keys::id) {
-        const auto text = stringValue(value);
-        const auto id = text ? decodedID(bytes(*text)) : std::nullopt;
+    m_item = {};
+    m_seen = 0;
+    JSON::object object;
+    if (entry.get(object) != SUCCESS)
+        return std::nullopt;
+    for (auto field : object) {
+        std::string_view key;
+        if (field.error() != SUCCESS || field.unescaped_key().get(key) != SUCCESS ||
+            !readField(bytes(key), field.value().value_unsafe()))
+            return std::nullopt;
+    }
+    return m_seen == Required::hasAll ? std::optional(m_item) : std::nullopt;
+}
+
+bool EntryReader::readField(QByteArrayView key, JSON::value value)
+{
+    if (key == Keys::sourceApp)
+        return readOptional(value, m_item.sourceApp);
+    if (key == Keys::bundleID)
+        return readOptional(value, m_item.bundleID);
+    if (key == Keys::createdAt) {
+        m_seen |= Required::hasCreatedAt;
+        return value.get_double().get(m_item.createdAt) == SUCCESS;
+    }
+    if (key == Keys::isPinned) {
+        m_seen |= Required::hasIsPinned;
+        return value.get_bool().get(m_item.isPinned) == SUCCESS;
+    }
+    if (key != Keys::id && key != Keys::type && key != Keys::content)
+        return isValid(value);
+
+    if (!readString(value))
+        return false;
+    if (key == Keys::content) {
+        m_seen |= Required::hasContent;
+        m_item.content = Utf8Text::fromValidUtf8(m_text.toByteArray());
+        return true;
+    }
+    if (key == Keys::id) {
+        m_seen |= Required::hasID;
+        const auto id = decodedID(m_text);
         m_item.id = id.value_or(QUuid());
-        return m_hasID = id.has_value();
+        return id.has_value();
     }
-    if (name == Keys::type) {
-        const auto text = stringValue(value);
-        const auto type = text ? clipTypeFromRawValue(QString::fromUtf8(bytes(*text))) : std::nullopt;
-        m_item.type = type.value_or(ClipType::text);
-        return m_hasType = type.has_value();
-    }
-    if (name == Keys::content) {
-        const auto text = stringValue(value);
-        if (text)
-            m_item.content = Utf8Text::fromUtf8(bytes(*text).toByteArray());
-        return m_hasContent = text.has_value();
-    }
-    if (name == Keys::sourceApp)
-        return readText(value, m_item.sourceApp);
-    if (name == Keys::bundleID)
-        return readText(value, m_item.bundleID);
-    if (name == Keys::createdAt)
-        return m_hasCreatedAt = value.is_number() && value.get(m_item.createdAt) == simdjson::SUCCESS;
-    if (name == Keys::isPinned)
-        return m_hasIsPinned = value.get(m_item.isPinned) == simdjson::SUCCESS;
+    m_seen |= Required::hasType;
+    const auto type = clipTypeFromRawValue(QString::fromUtf8(m_text));
+    m_item.type = type.value_or(ClipType::text);
+    return type.has_value();
+}
+
+bool EntryReader::readString(JSON::value value)
+{
+    // The token runs up to what follows the string, so it is at least as long as the text.
+    const auto token = value.raw_json_token();
+    JSON::raw_json_string raw;
+    if (value.get_raw_json_string().get(raw) != SUCCESS)
+        return false;
+    const auto needed = static_cast<qsizetype>(token.size()) + decodePadding;
+    if (m_scratch.size() < needed)
+        m_scratch = QByteArray(needed, Qt::Uninitialized);
+    auto* end = reinterpret_cast<uint8_t*>(m_scratch.data());
+    std::string_view text;
+    // An escaped surrogate without its partner passes the parser, and makes no text.
+    if (m_parser.unescape(raw, end).get(text) != SUCCESS || !simdjson::validate_utf8(text))
+        return false;
+    m_text = bytes(text);
     return true;
 }
 
-bool EntryReader::readText(element value, std::optional<QString>& field)
+bool EntryReader::readOptional(JSON::value value, std::optional<QString>& field)
 {
     field.reset();
     if (value.is_null())
         return true;
-    if (const auto text = stringValue(value))
-        field = QString::fromUtf8(bytes(*text));
+    if (readString(value))
+        field = Utf8::toString(m_text);
     return field.has_value();
-}
-
-std::optional<ClipItem> EntryReader::item() const
-{
-    if (m_hasID && m_hasType && m_hasContent && m_hasCreatedAt && m_hasIsPinned)
-        return m_item;
-    return std::nullopt;
-}
-
-std::optional<ClipItem> decodeEntry(element entry)
-{
-    simdjson::dom::object object;
-    if (entry.get(object) != simdjson::SUCCESS)
-        return std::nullopt;
-    EntryReader reader;
-    for (const auto& [key, value] : object)
-        if (!reader.read(key, value))
-            return std::nullopt;
-    return reader.item();
 }
 
 } // namespace
@@ -152,25 +225,33 @@ void encode(const QList<ClipItem>& items, const JSONWriter::Sink& sink)
     json.finish();
 }
 
-std::optional<QList<ClipItem>> decode(const QByteArray& json)
+std::optional<QList<ClipItem>> decode(QByteArray json)
 {
-    simdjson::dom::parser parser;
-    if (parser.allocate(static_cast<size_t>(json.size()), deepestNesting) != simdjson::SUCCESS)
+    if (json.size() > largestDocument)
         return std::nullopt;
-    element document;
-    simdjson::dom::array array;
-    if (parser.parse(json.constData(), static_cast<size_t>(json.size())).get(document) != simdjson::SUCCESS ||
-        document.get(array) != simdjson::SUCCESS)
+    json.reserve(json.size() + decodePadding);
+    JSON::parser parser;
+    JSON::document document;
+    JSON::array array;
+    if (parser.iterate(json.constData(), static_cast<size_t>(json.size()), static_cast<size_t>(json.capacity()))
+                .get(document) != SUCCESS ||
+        document.get_array().get(array) != SUCCESS)
         return std::nullopt;
 
     QList<ClipItem> items;
-    for (const element entry : array) {
-        const auto item = decodeEntry(entry);
+    EntryReader reader(parser);
+    for (auto element : array) {
+        JSON::value entry;
+        if (element.get(entry) != SUCCESS)
+            return std::nullopt;
+        auto item = reader.read(entry);
         if (!item)
             return std::nullopt;
-        items.append(*item);
+        items.append(std::move(*item));
     }
-    return items;
+    // Being past the end is the one sign that nothing follows the array.
+    const bool isWhole = document.current_location().error() == simdjson::OUT_OF_BOUNDS;
+    return isWhole ? std::optional(items) : std::nullopt;
 }
 
 QByteArray encodedID(const QUuid& id)

@@ -14,9 +14,13 @@ namespace ClipboardCore::HistoryCoding {
 /// Hands the array to `sink` piece by piece.
 void encode(const QList<ClipItem>& items, const JSONWriter::Sink& sink);
 
-/// The entries of a whole valid array; nothing when anything in it is wrong.
-/// `json` needs room for `decodePadding` more bytes, which may hold anything.
-[[nodiscard]] std::optional<QList<ClipItem>> decode(const QByteArray& json);
+/// The parser reads past the end of what it parses. A buffer with room for this many more bytes is not copied.
+inline constexpr qsizetype decodePadding = 64;
+/// The parser's own limit: some gigabytes.
+inline constexpr qsizetype largestDocument = 0xFFFFFFFF - decodePadding;
+
+/// The entries of a whole valid array (RFC 8259, strictly); nothing when anything in it is wrong.
+[[nodiscard]] std::optional<QList<ClipItem>> decode(QByteArray json);
 
 /// What stands for `id` in the file: 8-4-4-4-12 upper-case hexadecimal digits.
 [[nodiscard]] QByteArray encodedID(const QUuid& id);

@@ -18,23 +18,34 @@ namespace ClipboardCore {
 
 namespace {
 
-// The parser's own limit. A file of this size holds 500 entries of 8 MB; reading it takes some seconds.
-constexpr qint64 largestFile = 0xFFFFFFFF;
-
 /// The order of the history: pinned first, then newest first.
 bool before(const ClipItem& a, const ClipItem& b)
 {
     return a.isPinned != b.isPinned ? a.isPinned : a.createdAt > b.createdAt;
 }
 
-QList<ClipItem> load(const QString& path)
+size_t duplicateKey(const ClipItem& item)
+{
+    return CanonicalText::key(item.content.utf8(), static_cast<size_t>(item.type));
+}
+
+/// The file's content; empty when it cannot be read.
+QByteArray read(const QString& path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered) || file.size() > largestFile)
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered) || file.size() > HistoryCoding::largestDocument)
         return {};
-    auto items = HistoryCoding::decode(file.readAll()).value_or(QList<ClipItem>());
-    std::stable_sort(items.begin(), items.end(), before);
-    return items;
+    QByteArray content;
+    content.reserve(file.size() + HistoryCoding::decodePadding);
+    content.resize(file.size());
+    qsizetype done = 0;
+    while (done < content.size()) {
+        const qint64 count = file.read(content.data() + done, content.size() - done);
+        if (count <= 0)
+            return {};
+        done += count;
+    }
+    return content;
 }
 
 std::optional<QString> write(const QList<ClipItem>& items, const QString& path)
@@ -51,34 +62,58 @@ std::optional<QString> write(const QList<ClipItem>& items, const QString& path)
 
 struct JSONHistoryStore::Private
 {
+    [[nodiscard]] qsizetype find(const QUuid& id) const; // -1 when there is none
+    [[nodiscard]] qsizetype findDuplicate(const ClipItem& item, size_t key) const;
+    void setItems(const QList<ClipItem>& newItems);
+    void insertSorted(const ClipItem& item, size_t key);
+    ClipItem take(qsizetype position);
+    [[nodiscard]] QList<ClipItem> enforceCap();
+
     QString path;
     qsizetype cap = 0;
-    std::chrono::nanoseconds saveDelay;
+    std::chrono::nanoseconds saveDelay{};
     QList<ClipItem> items;
+    // duplicateKey() of each of `items`: a new text is compared with those of the same key alone.
+    QList<size_t> keys;
     std::optional<SerialQueue::TaskID> pendingSave;
     // Last, so that its thread ends before what it uses does.
     SerialQueue io{"com.tessaly.mac.history-io"};
-
-    [[nodiscard]] auto find(const QUuid& id)
-    {
-        return std::find_if(items.begin(), items.end(), [&id](const ClipItem& item) { return item.id == id; });
-    }
-    [[nodiscard]] std::optional<qsizetype> findDuplicate(const ClipItem& item);
-    void insertSorted(const ClipItem& item);
-    [[nodiscard]] QList<ClipItem> enforceCap();
 };
 
-std::optional<qsizetype> JSONHistoryStore::Private::findDuplicate(const ClipItem& item)
+qsizetype JSONHistoryStore::Private::find(const QUuid& id) const
 {
-    const auto found = std::find_if(items.cbegin(), items.cend(), [&item](const ClipItem& entry) {
-        return entry.type == item.type && entry.content == item.content;
-    });
-    return found == items.cend() ? std::nullopt : std::optional(found - items.cbegin());
+    const auto found =
+        std::find_if(items.cbegin(), items.cend(), [&id](const ClipItem& item) { return item.id == id; });
+    return found == items.cend() ? -1 : found - items.cbegin();
 }
 
-void JSONHistoryStore::Private::insertSorted(const ClipItem& item)
+qsizetype JSONHistoryStore::Private::findDuplicate(const ClipItem& item, size_t key) const
 {
-    items.insert(std::lower_bound(items.cbegin(), items.cend(), item, before), item);
+    for (qsizetype i = keys.indexOf(key); i >= 0; i = keys.indexOf(key, i + 1))
+        if (items[i].type == item.type && items[i].content == item.content)
+            return i;
+    return -1;
+}
+
+void JSONHistoryStore::Private::setItems(const QList<ClipItem>& newItems)
+{
+    items = newItems;
+    std::stable_sort(items.begin(), items.end(), before);
+    keys.resize(items.size());
+    std::transform(items.cbegin(), items.cend(), keys.begin(), duplicateKey);
+}
+
+void JSONHistoryStore::Private::insertSorted(const ClipItem& item, size_t key)
+{
+    const qsizetype position = std::lower_bound(items.cbegin(), items.cend(), item, before) - items.cbegin();
+    items.insert(position, item);
+    keys.insert(position, key);
+}
+
+ClipItem JSONHistoryStore::Private::take(qsizetype position)
+{
+    keys.removeAt(position);
+    return items.takeAt(position);
 }
 
 QList<ClipItem> JSONHistoryStore::Private::enforceCap()
@@ -89,7 +124,7 @@ QList<ClipItem> JSONHistoryStore::Private::enforceCap()
             std::find_if(items.crbegin(), items.crend(), [](const ClipItem& item) { return !item.isPinned; });
         if (oldest == items.crend())
             break;
-        removed.append(items.takeAt(std::distance(oldest, items.crend()) - 1));
+        removed.append(take(std::distance(oldest, items.crend()) - 1));
     }
     return removed;
 }
@@ -101,7 +136,7 @@ JSONHistoryStore::JSONHistoryStore(QString path, qsizetype cap, double saveDelay
     d->path = std::move(path);
     d->cap = cap;
     d->saveDelay = duration_cast<nanoseconds>(duration<double>(saveDelaySeconds));
-    d->items = load(d->path);
+    d->setItems(HistoryCoding::decode(read(d->path)).value_or(QList<ClipItem>()));
 }
 
 JSONHistoryStore::~JSONHistoryStore() = default;
@@ -113,45 +148,44 @@ const QList<ClipItem>& JSONHistoryStore::items() const
 
 QList<ClipItem> JSONHistoryStore::add(const ClipItem& item)
 {
-    if (const auto duplicate = d->findDuplicate(item)) {
-        ClipItem entry = d->items.takeAt(*duplicate);
+    const size_t key = duplicateKey(item);
+    if (const qsizetype duplicate = d->findDuplicate(item, key); duplicate >= 0) {
+        ClipItem entry = d->take(duplicate);
         entry.createdAt = item.createdAt;
         if (item.sourceApp) {
             entry.sourceApp = item.sourceApp;
             entry.bundleID = item.bundleID;
         }
-        d->insertSorted(entry);
+        d->insertSorted(entry, key);
     } else {
-        d->insertSorted(item);
+        d->insertSorted(item, key);
     }
     return d->enforceCap();
 }
 
 void JSONHistoryStore::togglePin(const QUuid& id)
 {
-    const auto found = d->find(id);
-    if (found == d->items.end())
+    const qsizetype position = d->find(id);
+    if (position < 0)
         return;
-    found->isPinned = !found->isPinned;
-    std::stable_sort(d->items.begin(), d->items.end(), before);
+    d->items[position].isPinned = !d->items[position].isPinned;
+    d->setItems(d->items);
 }
 
 std::optional<ClipItem> JSONHistoryStore::remove(const QUuid& id)
 {
-    const auto found = d->find(id);
-    if (found == d->items.end())
-        return std::nullopt;
-    return d->items.takeAt(found - d->items.begin());
+    const qsizetype position = d->find(id);
+    return position < 0 ? std::nullopt : std::optional(d->take(position));
 }
 
 QList<ClipItem> JSONHistoryStore::removeAll(bool keepingPinned)
 {
-    const auto firstRemoved = keepingPinned ? std::find_if(d->items.cbegin(), d->items.cend(),
-                                                           [](const ClipItem& item) { return !item.isPinned; })
-                                            : d->items.cbegin();
-    const qsizetype kept = firstRemoved - d->items.cbegin();
-    QList<ClipItem> removed = d->items.mid(kept);
+    const auto firstUnpinned =
+        std::find_if(d->items.cbegin(), d->items.cend(), [](const ClipItem& item) { return !item.isPinned; });
+    const qsizetype kept = keepingPinned ? firstUnpinned - d->items.cbegin() : 0;
+    QList<ClipItem> removed = d->items.sliced(kept);
     d->items.resize(kept);
+    d->keys.resize(kept);
     return removed;
 }
 

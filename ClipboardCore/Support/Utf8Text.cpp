@@ -12,8 +12,13 @@ Utf8Text::Utf8Text(const QString& text)
 
 Utf8Text Utf8Text::fromUtf8(const QByteArray& bytes)
 {
+    return fromValidUtf8(Utf8::repaired(bytes));
+}
+
+Utf8Text Utf8Text::fromValidUtf8(const QByteArray& bytes)
+{
     Utf8Text text;
-    text.m_utf8 = Utf8::repaired(bytes);
+    text.m_utf8 = bytes;
     return text;
 }
 

@@ -18,6 +18,8 @@ public:
     /// Takes bytes from outside. Shares them when they are well-formed UTF-8; otherwise every ill-formed sequence
     /// becomes U+FFFD.
     [[nodiscard]] static Utf8Text fromUtf8(const QByteArray& bytes);
+    /// Takes bytes that are known to be well-formed.
+    [[nodiscard]] static Utf8Text fromValidUtf8(const QByteArray& bytes);
 
     [[nodiscard]] const QByteArray& utf8() const { return m_utf8; }
     [[nodiscard]] QString toString() const;
