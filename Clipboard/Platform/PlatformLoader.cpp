@@ -5,21 +5,28 @@
 #include "Null/NullPasteboard.h"
 #include "Null/NullWindowSystem.h"
 #include "Null/NullWorkspace.h"
+#include "X11/X11HotKeyGrabber.h"
+#include "X11/X11KeystrokeSender.h"
+#include "X11/X11Pasteboard.h"
+#include "X11/X11WindowSystem.h"
+#include "X11/X11Workspace.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
+#include <QLoggingCategory>
 
 namespace Clipboard {
 
 namespace {
+
+Q_LOGGING_CATEGORY(log, "tessaly.platform")
 
 QString tr(const char* text)
 {
     return QCoreApplication::translate("PlatformLoader", text);
 }
 
-} // namespace
-
-Platform loadPlatform()
+Platform nullPlatform()
 {
     Platform platform;
     platform.pasteboard = std::make_unique<NullPasteboard>(
@@ -30,6 +37,47 @@ Platform loadPlatform()
     platform.hotKey = std::make_unique<NullHotKeyGrabber>(
         tr("Super+Shift+V is not available in this session: there is no X11 display."));
     platform.windows = std::make_unique<NullWindowSystem>();
+    return platform;
+}
+
+/// Replaces what a display can do better.
+void addX11(Platform& platform)
+{
+    const auto session = X11::X11Session::open();
+    if (!session)
+        return;
+    std::shared_ptr<X11::SelectionEngine> engine;
+    if (auto pasteboard = X11Pasteboard::create()) {
+        engine = pasteboard->engine();
+        platform.pasteboard = std::move(pasteboard);
+    } else {
+        platform.pasteboard = std::make_unique<NullPasteboard>(
+            tr("The clipboard cannot be watched in this session: the display has no XFixes extension."));
+    }
+    const auto frontWindow = std::make_shared<X11::FrontWindow>(session);
+    platform.workspace = std::make_unique<X11Workspace>(session);
+    platform.windows = std::make_unique<X11WindowSystem>(session, frontWindow);
+    platform.hotKey = std::make_unique<X11HotKeyGrabber>(session);
+    if (X11KeystrokeSender::isPossible(*session)) {
+        platform.keystrokes = std::make_unique<X11KeystrokeSender>(session, frontWindow, engine);
+    } else {
+        platform.keystrokes = std::make_unique<NullKeystrokeSender>(
+            tr("No key can be sent in this session: the display has no XTEST extension."));
+    }
+}
+
+} // namespace
+
+Platform loadPlatform()
+{
+    Platform platform = nullPlatform();
+    // Windows shown by other means than X11 have nothing to do with a display that happens to be named.
+    if (QGuiApplication::platformName() == QLatin1String("xcb"))
+        addX11(platform);
+    for (const QString& reason : {platform.pasteboard->unavailableReason(), platform.keystrokes->unavailableReason()}) {
+        if (!reason.isEmpty())
+            qCWarning(log).noquote() << reason;
+    }
     return platform;
 }
 

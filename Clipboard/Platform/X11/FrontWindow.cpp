@@ -1,0 +1,44 @@
+#include "FrontWindow.h"
+
+namespace Clipboard::X11 {
+
+FrontWindow::FrontWindow(std::shared_ptr<X11Session> session)
+    : m_session(std::move(session))
+{
+}
+
+void FrontWindow::remember()
+{
+    xcb_window_t window = m_session->activeWindow();
+    if (window == XCB_WINDOW_NONE)
+        window = m_session->focusWindow();
+    if (window == XCB_WINDOW_NONE || !m_session->isOurs(window))
+        m_window = window;
+}
+
+xcb_window_t FrontWindow::remembered()
+{
+    if (m_window != XCB_WINDOW_NONE && !m_session->isWindow(m_window))
+        m_window = XCB_WINDOW_NONE;
+    return m_window;
+}
+
+void FrontWindow::restore()
+{
+    // The focus tells earlier than the window manager's property whether the user clicked somewhere else.
+    const xcb_window_t focus = m_session->focusWindow();
+    const bool userMovedOn = focus != XCB_WINDOW_NONE && !m_session->isOurs(focus);
+    if (!userMovedOn && remembered() != XCB_WINDOW_NONE)
+        m_session->activate(m_window);
+}
+
+bool FrontWindow::hasKeyboard()
+{
+    if (remembered() == XCB_WINDOW_NONE)
+        return true;
+    // The focus may be in an inner window of the program.
+    const xcb_window_t focus = m_session->focusWindow();
+    return focus != XCB_WINDOW_NONE && m_session->isSameClient(focus, m_window);
+}
+
+} // namespace Clipboard::X11

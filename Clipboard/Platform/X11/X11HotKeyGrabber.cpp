@@ -1,0 +1,137 @@
+#include "X11HotKeyGrabber.h"
+
+#include <QLoggingCategory>
+
+#include <X11/keysym.h>
+
+#include <algorithm>
+
+namespace Clipboard {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+Q_LOGGING_CATEGORY(log, "tessaly.hotkey")
+
+// Far below the pause between two presses, so that none is missed.
+constexpr auto heldKeyInterval = 10ms;
+
+} // namespace
+
+X11HotKeyGrabber::X11HotKeyGrabber(const std::shared_ptr<X11::X11Session>& session)
+    : m_session(session)
+    , m_keyboard(session)
+{
+    connect(m_session.get(), &X11::X11Session::eventReceived, this, &X11HotKeyGrabber::handle);
+    m_heldKeyCheck.setInterval(heldKeyInterval);
+    connect(&m_heldKeyCheck, &QTimer::timeout, this, &X11HotKeyGrabber::checkHeldKey);
+    m_layoutChanged.setSingleShot(true);
+    connect(&m_layoutChanged, &QTimer::timeout, this, &X11HotKeyGrabber::layoutChanged);
+}
+
+X11HotKeyGrabber::~X11HotKeyGrabber()
+{
+    ungrab();
+}
+
+void X11HotKeyGrabber::grab()
+{
+    m_isWanted = true;
+    ungrab();
+    const auto combinations = wantedCombinations();
+    if (grabAll(combinations)) {
+        m_grabbed = combinations;
+        return;
+    }
+    const QString reason = tr("Super+Shift+V is in use by another program.");
+    qCWarning(log).noquote() << reason;
+    emit failed(reason);
+}
+
+/// The grab is for exact modifiers, so it takes one for each state of Caps Lock and Num Lock.
+std::vector<X11HotKeyGrabber::Combination> X11HotKeyGrabber::wantedCombinations()
+{
+    const auto super = m_keyboard.modifierOf(XK_Super_L, XCB_MOD_MASK_4);
+    const auto numLock = m_keyboard.modifierOf(XK_Num_Lock, XCB_MOD_MASK_2);
+    const auto wanted = static_cast<uint16_t>(super | XCB_MOD_MASK_SHIFT);
+    std::vector<Combination> combinations;
+    for (const xcb_keycode_t key : m_keyboard.keysWith(XK_v)) {
+        for (const int locks : {0, int(XCB_MOD_MASK_LOCK), int(numLock), XCB_MOD_MASK_LOCK | numLock})
+            combinations.push_back({key, static_cast<uint16_t>(wanted | locks)});
+    }
+    return combinations;
+}
+
+bool X11HotKeyGrabber::grabAll(const std::vector<Combination>& combinations)
+{
+    std::vector<xcb_void_cookie_t> cookies;
+    for (const Combination& combination : combinations)
+        cookies.push_back(xcb_grab_key_checked(m_session->xcb(), 1, m_session->root(), combination.modifiers,
+                                               combination.key, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+    bool isComplete = !combinations.empty();
+    for (const xcb_void_cookie_t cookie : cookies) {
+        const X11::XcbPointer<xcb_generic_error_t> error(xcb_request_check(m_session->xcb(), cookie));
+        isComplete = isComplete && !error;
+    }
+    if (!isComplete) {
+        m_grabbed = combinations;
+        ungrab();
+    }
+    return isComplete;
+}
+
+void X11HotKeyGrabber::ungrab()
+{
+    for (const Combination& combination : m_grabbed)
+        xcb_ungrab_key(m_session->xcb(), combination.key, m_session->root(), combination.modifiers);
+    m_grabbed.clear();
+    m_session->connection().flush();
+}
+
+void X11HotKeyGrabber::handle(const xcb_generic_event_t* event)
+{
+    switch (event->response_type & 0x7fU) {
+    case XCB_KEY_PRESS:
+        keyPressed(*reinterpret_cast<const xcb_key_press_event_t*>(event));
+        break;
+    case XCB_MAPPING_NOTIFY:
+        if (m_isWanted && reinterpret_cast<const xcb_mapping_notify_event_t*>(event)->request != XCB_MAPPING_POINTER)
+            m_layoutChanged.start(0);
+        break;
+    default:
+        break;
+    }
+}
+
+void X11HotKeyGrabber::keyPressed(const xcb_key_press_event_t& event)
+{
+    const auto isOfKey = [&](const Combination& combination) { return combination.key == event.detail; };
+    if (std::ranges::none_of(m_grabbed, isOfKey))
+        return;
+    // Until the keyboard is let go, no window of ours could take it.
+    xcb_ungrab_keyboard(m_session->xcb(), event.time);
+    m_session->connection().flush();
+    // Held down, the key repeats. Its release goes to whoever has the keyboard now, so it is watched for.
+    if (m_heldKey == event.detail)
+        return;
+    m_heldKey = event.detail;
+    m_heldKeyCheck.start();
+    emit pressed();
+}
+
+void X11HotKeyGrabber::checkHeldKey()
+{
+    if (m_keyboard.pressedKeys().test(m_heldKey))
+        return;
+    m_heldKey = 0;
+    m_heldKeyCheck.stop();
+}
+
+void X11HotKeyGrabber::layoutChanged()
+{
+    m_keyboard.reload();
+    grab();
+}
+
+} // namespace Clipboard

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "HotKeyGrabber.h"
+#include "X11/Keyboard.h"
+
+#include <QTimer>
+
+namespace Clipboard {
+
+/// Super+Shift+V by a passive grab on the root window, whatever lock keys are on and whatever the layout becomes.
+class X11HotKeyGrabber final : public HotKeyGrabber
+{
+public:
+    explicit X11HotKeyGrabber(const std::shared_ptr<X11::X11Session>& session);
+    ~X11HotKeyGrabber() override;
+
+    void grab() override;
+
+private:
+    struct Combination
+    {
+        xcb_keycode_t key;
+        uint16_t modifiers;
+    };
+
+    [[nodiscard]] std::vector<Combination> wantedCombinations();
+    [[nodiscard]] bool grabAll(const std::vector<Combination>& combinations);
+    void ungrab();
+    void handle(const xcb_generic_event_t* event);
+    void keyPressed(const xcb_key_press_event_t& event);
+    void layoutChanged();
+    void checkHeldKey();
+
+    std::shared_ptr<X11::X11Session> m_session;
+    X11::Keyboard m_keyboard;
+    std::vector<Combination> m_grabbed;
+    xcb_keycode_t m_heldKey = 0;
+    QTimer m_heldKeyCheck;  // runs only while the key is held down
+    QTimer m_layoutChanged; // one change comes as several events
+    bool m_isWanted = false;
+};
+
+} // namespace Clipboard

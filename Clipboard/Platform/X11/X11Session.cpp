@@ -1,0 +1,144 @@
+#include "X11Session.h"
+
+#include <QAbstractEventDispatcher>
+
+#include <unistd.h>
+
+#include <algorithm>
+
+namespace Clipboard::X11 {
+
+namespace {
+
+// Names of programs; nobody needs more.
+constexpr uint32_t maxClassWords = 256;
+// The hints that a window manager lists as supported; the longest lists have about a hundred.
+constexpr uint32_t maxSupportedHints = 1024;
+
+} // namespace
+
+std::shared_ptr<X11Session> X11Session::open(const QByteArray& display)
+{
+    auto connection = XcbConnection::open(display);
+    if (!connection)
+        return nullptr;
+    return std::shared_ptr<X11Session>(new X11Session(std::move(connection)));
+}
+
+X11Session::X11Session(std::unique_ptr<XcbConnection> connection)
+    : m_connection(std::move(connection))
+    , m_window(m_connection->createHiddenWindow(XCB_EVENT_MASK_PROPERTY_CHANGE))
+    , m_notifier(m_connection->fileDescriptor(), QSocketNotifier::Read)
+{
+    m_connection->preloadAtoms({"_NET_ACTIVE_WINDOW", "_NET_SUPPORTED", "_NET_WM_PID", "_NET_WM_STATE",
+                                "_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER", "_NET_WM_STATE_STICKY",
+                                "_NET_WM_STATE_ABOVE", "_NET_WM_DESKTOP", "_NET_WM_ICON", "_GTK_APPLICATION_ID",
+                                "UTF8_STRING", "TESSALY_TIME"});
+    const uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(xcb(), root(), XCB_CW_EVENT_MASK, &mask);
+    m_connection->flush();
+    connect(&m_notifier, &QSocketNotifier::activated, this, &X11Session::readEvents);
+    // Events that came in while a reply was waited for make the socket silent, so they are looked for before sleeping.
+    if (auto* dispatcher = QAbstractEventDispatcher::instance())
+        connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, &X11Session::readEvents);
+}
+
+void X11Session::readEvents()
+{
+    while (const auto event = XcbPointer<xcb_generic_event_t>(xcb_poll_for_event(xcb()))) {
+        if ((event->response_type & 0x7fU) == XCB_PROPERTY_NOTIFY) {
+            const auto* change = reinterpret_cast<const xcb_property_notify_event_t*>(event.get());
+            if (change->window == m_window)
+                m_lastTime = change->time;
+        }
+        emit eventReceived(event.get());
+    }
+    m_connection->flush();
+    if (m_connection->isBroken())
+        m_notifier.setEnabled(false);
+}
+
+xcb_timestamp_t X11Session::serverTime()
+{
+    xcb_change_property(xcb(), XCB_PROP_MODE_APPEND, m_window, m_connection->atom("TESSALY_TIME"), XCB_ATOM_INTEGER, 32,
+                        0, nullptr);
+    m_connection->synchronize();
+    readEvents();
+    return m_lastTime;
+}
+
+xcb_window_t X11Session::activeWindow()
+{
+    const auto words = m_connection->words(root(), m_connection->atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW, 1);
+    return words.empty() ? static_cast<xcb_window_t>(XCB_WINDOW_NONE) : words.front();
+}
+
+xcb_window_t X11Session::focusWindow()
+{
+    const XcbPointer<xcb_get_input_focus_reply_t> reply(
+        xcb_get_input_focus_reply(xcb(), xcb_get_input_focus(xcb()), nullptr));
+    if (!reply || reply->focus == XCB_INPUT_FOCUS_POINTER_ROOT || reply->focus == root())
+        return XCB_WINDOW_NONE;
+    return reply->focus;
+}
+
+bool X11Session::isWindow(xcb_window_t window)
+{
+    const XcbPointer<xcb_get_window_attributes_reply_t> reply(
+        xcb_get_window_attributes_reply(xcb(), xcb_get_window_attributes(xcb(), window), nullptr));
+    return reply != nullptr;
+}
+
+bool X11Session::isOurs(xcb_window_t window)
+{
+    const auto words = m_connection->words(window, m_connection->atom("_NET_WM_PID"), XCB_ATOM_CARDINAL, 1);
+    return !words.empty() && words.front() == static_cast<uint32_t>(::getpid());
+}
+
+bool X11Session::isSameClient(xcb_window_t left, xcb_window_t right) const
+{
+    // The server hands each client a range of ids and tells the same mask to all.
+    const uint32_t client = ~xcb_get_setup(xcb())->resource_id_mask;
+    return (left & client) == (right & client);
+}
+
+X11Session::WindowClass X11Session::windowClass(xcb_window_t window)
+{
+    const auto reply = m_connection->property(window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, maxClassWords);
+    if (!reply || reply->format != 8)
+        return {};
+    const QByteArray value(static_cast<const char*>(xcb_get_property_value(reply.get())),
+                           xcb_get_property_value_length(reply.get()));
+    const auto parts = value.split('\0');
+    return {parts.value(0), parts.value(1)};
+}
+
+bool X11Session::hasActivation()
+{
+    const auto hints =
+        m_connection->words(root(), m_connection->atom("_NET_SUPPORTED"), XCB_ATOM_ATOM, maxSupportedHints);
+    return std::ranges::find(hints, m_connection->atom("_NET_ACTIVE_WINDOW")) != hints.end();
+}
+
+void X11Session::activate(xcb_window_t window)
+{
+    const xcb_timestamp_t time = serverTime();
+    if (!hasActivation()) {
+        xcb_set_input_focus(xcb(), XCB_INPUT_FOCUS_POINTER_ROOT, window, time);
+        m_connection->flush();
+        return;
+    }
+    constexpr uint32_t sourceIsUser = 2; // as a pager asks: at the user's wish, so it is not refused
+    xcb_client_message_event_t message = {};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = m_connection->atom("_NET_ACTIVE_WINDOW");
+    message.data.data32[0] = sourceIsUser;
+    message.data.data32[1] = time;
+    xcb_send_event(xcb(), 0, root(), XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message));
+    m_connection->flush();
+}
+
+} // namespace Clipboard::X11

@@ -1,0 +1,123 @@
+#include "X11WindowSystem.h"
+
+#include <QEvent>
+#include <QGuiApplication>
+
+#include <xcb/xfixes.h>
+
+namespace Clipboard {
+
+namespace {
+
+constexpr uint32_t allDesktops = 0xffffffff;
+
+/// Sees to it that the server has what Qt has asked it for on its own connection.
+void finishRequestsOfQt()
+{
+    auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (x11 == nullptr)
+        return;
+    xcb_connection_t* xcb = x11->connection();
+    X11::XcbPointer<xcb_get_input_focus_reply_t>(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
+}
+
+xcb_window_t idOf(const QWindow& window)
+{
+    return static_cast<xcb_window_t>(window.winId());
+}
+
+} // namespace
+
+X11WindowSystem::X11WindowSystem(std::shared_ptr<X11::X11Session> session,
+                                 std::shared_ptr<X11::FrontWindow> frontWindow)
+    : m_session(std::move(session))
+    , m_frontWindow(std::move(frontWindow))
+    , m_compositorSelection(
+          m_session->connection().atom("_NET_WM_CM_S" + QByteArray::number(m_session->connection().screenNumber())))
+{
+    if (m_session->connection().hasExtension(&xcb_xfixes_id)) {
+        xcb_connection_t* xcb = m_session->xcb();
+        const X11::XcbPointer<xcb_xfixes_query_version_reply_t> version(
+            xcb_xfixes_query_version_reply(xcb, xcb_xfixes_query_version(xcb, 1, 0), nullptr));
+        m_selectionEvent = xcb_get_extension_data(xcb, &xcb_xfixes_id)->first_event + XCB_XFIXES_SELECTION_NOTIFY;
+        xcb_xfixes_select_selection_input(xcb, m_session->window(), m_compositorSelection,
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                              XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                              XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+    }
+    connect(m_session.get(), &X11::X11Session::eventReceived, this, &X11WindowSystem::handle);
+    updateCompositing();
+}
+
+void X11WindowSystem::prepareUtilityWindow(QWindow* window)
+{
+    writeStates(*window);
+    window->installEventFilter(this);
+}
+
+/// A window manager forgets the states of a window that is hidden, so they are written each time before it is shown.
+bool X11WindowSystem::eventFilter(QObject* object, QEvent* event)
+{
+    if (event->type() == QEvent::Show) {
+        if (const auto* window = qobject_cast<QWindow*>(object); window != nullptr && window->handle() != nullptr)
+            writeStates(*window);
+    }
+    return false;
+}
+
+void X11WindowSystem::writeStates(const QWindow& window)
+{
+    auto& connection = m_session->connection();
+    const xcb_atom_t states[] = {
+        connection.atom("_NET_WM_STATE_SKIP_TASKBAR"),
+        connection.atom("_NET_WM_STATE_SKIP_PAGER"),
+        connection.atom("_NET_WM_STATE_STICKY"),
+        connection.atom("_NET_WM_STATE_ABOVE"),
+    };
+    finishRequestsOfQt();
+    xcb_change_property(m_session->xcb(), XCB_PROP_MODE_REPLACE, idOf(window), connection.atom("_NET_WM_STATE"),
+                        XCB_ATOM_ATOM, 32, static_cast<uint32_t>(std::size(states)), states);
+    xcb_change_property(m_session->xcb(), XCB_PROP_MODE_REPLACE, idOf(window), connection.atom("_NET_WM_DESKTOP"),
+                        XCB_ATOM_CARDINAL, 32, 1, &allDesktops);
+    connection.synchronize();
+}
+
+void X11WindowSystem::rememberFrontWindow()
+{
+    m_frontWindow->remember();
+}
+
+void X11WindowSystem::activate(QWindow* window)
+{
+    // The window manager must have heard of the window before it is asked to make it active.
+    finishRequestsOfQt();
+    m_session->activate(idOf(*window));
+}
+
+void X11WindowSystem::restoreFrontWindow()
+{
+    finishRequestsOfQt();
+    m_frontWindow->restore();
+}
+
+void X11WindowSystem::handle(const xcb_generic_event_t* event)
+{
+    if ((event->response_type & 0x7f) != m_selectionEvent)
+        return;
+    if (reinterpret_cast<const xcb_xfixes_selection_notify_event_t*>(event)->selection == m_compositorSelection)
+        updateCompositing();
+}
+
+void X11WindowSystem::updateCompositing()
+{
+    const auto cookie = xcb_get_selection_owner(m_session->xcb(), m_compositorSelection);
+    const X11::XcbPointer<xcb_get_selection_owner_reply_t> reply(
+        xcb_get_selection_owner_reply(m_session->xcb(), cookie, nullptr));
+    const bool isCompositing = reply && reply->owner != XCB_WINDOW_NONE;
+    if (isCompositing == m_isCompositing)
+        return;
+    m_isCompositing = isCompositing;
+    emit compositingChanged();
+}
+
+} // namespace Clipboard
