@@ -1,14 +1,18 @@
 #include "GlobalHotKey.h"
 
+#include "HotKeyGrabber.h"
+
+#include <utility>
+
 namespace Clipboard {
 
-GlobalHotKey::GlobalHotKey(HotKeyGrabber& grabber, std::function<void()> action, QObject* parent)
+GlobalHotKey::GlobalHotKey(HotKeyGrabber& grabber, std::function<void()> action,
+                           std::function<void(const QString& reason)> unavailable, QObject* parent)
     : QObject(parent)
 {
     connect(&grabber, &HotKeyGrabber::pressed, this, std::move(action));
-    connect(&grabber, &HotKeyGrabber::failed, this, &GlobalHotKey::unavailable);
-    // Queued, so that whoever creates this object can connect to unavailable() first.
-    QMetaObject::invokeMethod(&grabber, &HotKeyGrabber::grab, Qt::QueuedConnection);
+    connect(&grabber, &HotKeyGrabber::failed, this, std::move(unavailable));
+    grabber.grab();
 }
 
 } // namespace Clipboard

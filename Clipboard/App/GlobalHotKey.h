@@ -1,21 +1,22 @@
 #pragma once
 
-#include "HotKeyGrabber.h"
+#include <QObject>
+#include <QString>
 
 #include <functional>
 
 namespace Clipboard {
 
-/// Runs an action on the main thread whenever Super+Shift+V is pressed, in whatever program.
+class HotKeyGrabber;
+
+/// The system-wide hot key, for the life of the process. Main thread only.
 class GlobalHotKey final : public QObject
 {
     Q_OBJECT
 public:
-    GlobalHotKey(HotKeyGrabber& grabber, std::function<void()> action, QObject* parent = nullptr);
-
-signals:
-    /// Another program owns the combination; `reason` is a sentence for the user.
-    void unavailable(const QString& reason);
+    /// Runs `action` on every press, and `unavailable` with a sentence for the user when the key cannot be had.
+    GlobalHotKey(HotKeyGrabber& grabber, std::function<void()> action,
+                 std::function<void(const QString& reason)> unavailable, QObject* parent = nullptr);
 };
 
 } // namespace Clipboard

@@ -1,80 +1,111 @@
 #include "LoginItem.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QLoggingCategory>
+#include <QFileInfo>
 #include <QSaveFile>
+#include <QStandardPaths>
+#include <QStringList>
 
-using namespace Qt::StringLiterals;
+#include <utility>
 
 namespace Clipboard {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-Q_LOGGING_CATEGORY(loginItemLog, "tessaly.login")
+// An entry is a few lines; what is larger was not written for this purpose.
+constexpr qint64 maxEntryBytes = 64 * 1024;
 
-/// An autostart entry is a few hundred bytes; a longer file is not one of ours and is not worth reading.
-constexpr qint64 largestEntry = 64 * 1024;
-
-/// Quotes an argument of an Exec line (Desktop Entry Specification, "The Exec key"). A percent sign is doubled, since
-/// it would start a field code; a backslash is doubled twice, once for the quotes and once for the value.
+/// One argument of an Exec line. Reserved characters stand in double quotes, of which four need a backslash, which is
+/// itself escaped once more as in every string value; a percent sign would start a field code.
+/// (https://specifications.freedesktop.org/desktop-entry-spec/latest/exec-variables.html)
 QString execArgument(const QString& argument)
 {
-    QString quoted = argument;
-    quoted.replace(u'\\', u"\\\\\\\\"_s);
-    for (const QChar special : {u'"', u'`', u'$'})
-        quoted.replace(special, u"\\\\"_s + special);
-    quoted.replace(u'%', u"%%"_s);
+    QString quoted;
+    for (const QChar character : argument) {
+        if (u"\"`$\\"_s.contains(character))
+            quoted += u"\\\\"_s;
+        if (character == u'\\' || character == u'%')
+            quoted += character;
+        quoted += character;
+    }
     return u'"' + quoted + u'"';
+}
+
+/// The value of a key of the [Desktop Entry] group, lower-cased; empty when it is not there.
+QString entryValue(const QString& entry, QLatin1String key)
+{
+    bool inGroup = false;
+    const QStringList lines = entry.split(u'\n');
+    for (const QString& rawLine : lines) {
+        const QString line = rawLine.trimmed();
+        if (line.startsWith(u'['))
+            inGroup = line == "[Desktop Entry]"_L1;
+        else if (const qsizetype equals = line.indexOf(u'=');
+                 inGroup && line.first(std::max<qsizetype>(equals, 0)).trimmed() == key)
+            return line.mid(equals + 1).trimmed().toLower();
+    }
+    return {};
 }
 
 } // namespace
 
-LoginItem::LoginItem(QString autostartFolder, QString program)
-    : m_autostartFolder(std::move(autostartFolder))
-    , m_program(std::move(program))
+LoginItem::LoginItem()
+    : LoginItem(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/autostart"_s,
+                QCoreApplication::applicationFilePath())
 {
 }
 
-QString LoginItem::entryPath() const
+LoginItem::LoginItem(const QString& autostartFolder, QString executable)
+    : m_file(autostartFolder + u"/tessaly.desktop"_s)
+    , m_executable(std::move(executable))
 {
-    return m_autostartFolder + "/tessaly.desktop"_L1;
 }
 
 bool LoginItem::isEnabled() const
 {
-    QFile entry(entryPath());
-    if (!entry.open(QIODevice::ReadOnly | QIODevice::Text))
+    QFile file(m_file);
+    if (!file.open(QIODevice::ReadOnly))
         return false;
-    bool hasExec = false;
-    const QList<QByteArray> lines = entry.read(largestEntry).split('\n');
-    for (const QByteArray& line : lines) {
-        const QByteArray compact = line.simplified().replace(" = ", "=").toLower();
-        if (compact == "hidden=true" || compact == "x-gnome-autostart-enabled=false")
-            return false;
-        hasExec = hasExec || compact.startsWith("exec=");
-    }
-    return hasExec;
+    // Desktops switch an entry off either by the described key or by GNOME's own.
+    const QString entry = QString::fromUtf8(file.read(maxEntryBytes));
+    return entryValue(entry, "Hidden"_L1) != "true"_L1 &&
+           entryValue(entry, "X-GNOME-Autostart-enabled"_L1) != "false"_L1;
 }
 
 bool LoginItem::toggle()
 {
     QString error;
-    if (isEnabled()) {
-        QFile entry(entryPath());
-        if (!entry.remove())
-            error = entry.errorString();
-    } else {
-        QDir().mkpath(m_autostartFolder);
-        QSaveFile entry(entryPath());
-        const QString text = u"[Desktop Entry]\nType=Application\nName=Tessaly\nIcon=tessaly\nExec=%1\n"_s
-                                 .arg(execArgument(m_program));
-        if (!entry.open(QIODevice::WriteOnly) || entry.write(text.toUtf8()) < 0 || !entry.commit())
-            error = entry.errorString();
-    }
-    if (!error.isEmpty())
-        qCWarning(loginItemLog).noquote() << "LoginItem toggle failed: "_L1 + error;
+    if (!(isEnabled() ? disable(error) : enable(error)))
+        qWarning("LoginItem toggle failed: %s", qPrintable(error));
     return isEnabled();
+}
+
+bool LoginItem::enable(QString& error) const
+{
+    QDir().mkpath(QFileInfo(m_file).path());
+    QSaveFile file(m_file);
+    const QString entry =
+        u"[Desktop Entry]\nType=Application\nName=Tessaly\nComment=Clipboard history\nExec=%1\n"
+        "Icon=tessaly\nTerminal=false\nX-GNOME-Autostart-enabled=true\n"_s.arg(execArgument(m_executable));
+    if (!file.open(QIODevice::WriteOnly) || file.write(entry.toUtf8()) < 0 || !file.commit()) {
+        error = file.errorString();
+        return false;
+    }
+    return true;
+}
+
+bool LoginItem::disable(QString& error) const
+{
+    QFile file(m_file);
+    if (!file.remove()) {
+        error = file.errorString();
+        return false;
+    }
+    return true;
 }
 
 } // namespace Clipboard

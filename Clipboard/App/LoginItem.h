@@ -4,24 +4,25 @@
 
 namespace Clipboard {
 
-/// Start at login, through an XDG autostart entry (freedesktop Desktop Application Autostart Specification).
+/// Launch at login, by an entry in the user's autostart folder
+/// (https://specifications.freedesktop.org/autostart-spec/).
 class LoginItem final
 {
 public:
-    /// `autostartFolder` is usually $XDG_CONFIG_HOME/autostart; `program` the absolute path to start.
-    LoginItem(QString autostartFolder, QString program);
+    /// For the running program and the user's own folder.
+    LoginItem();
+    LoginItem(const QString& autostartFolder, QString executable);
 
-    /// True when the entry exists and neither hides nor disables itself.
     [[nodiscard]] bool isEnabled() const;
-    /// Writes the entry, or removes it. A failure is logged and leaves things as they were.
-    /// Returns whether it is enabled afterwards.
+    /// Enables what is disabled and the other way round; a failure is logged. Answers whether it is enabled now.
     bool toggle();
 
 private:
-    [[nodiscard]] QString entryPath() const;
+    [[nodiscard]] bool enable(QString& error) const;
+    [[nodiscard]] bool disable(QString& error) const;
 
-    QString m_autostartFolder;
-    QString m_program;
+    QString m_file;
+    QString m_executable;
 };
 
 } // namespace Clipboard

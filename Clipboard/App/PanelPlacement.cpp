@@ -1,65 +1,120 @@
 #include "PanelPlacement.h"
 
 #include <algorithm>
-#include <limits>
 
-namespace Clipboard::PanelPlacement {
+namespace Clipboard {
+
+using PanelPlacement::Screen;
 
 namespace {
 
-int panelHeightIn(const QRect& area)
+constexpr int panelWidth = 620;
+constexpr int panelHeight = 540;
+constexpr int gap = 6;    // between the panel and the bar or item it hangs from
+constexpr int margin = 8; // to the other edges of the work area
+
+// QRect::right() and bottom() are one less than the edge.
+int rightEdge(const QRect& rect)
 {
-    return std::min(area.height() - anchorGap - screenMargin, panelHeight);
+    return rect.x() + rect.width();
 }
 
-/// The left side wins when the area is too narrow for both margins.
-int leftFor(int middle, const QRect& area)
+int bottomEdge(const QRect& rect)
 {
-    const int rightmost = area.x() + area.width() - panelWidth - screenMargin;
-    return std::max(std::min(middle - panelWidth / 2, rightmost), area.x() + screenMargin);
+    return rect.y() + rect.height();
 }
 
-int squaredDistance(const QPoint& point, const QRect& rect)
+int distance(const QRect& rect, const QPoint& point)
 {
-    const int x = std::max({rect.left() - point.x(), 0, point.x() - rect.right()});
-    const int y = std::max({rect.top() - point.y(), 0, point.y() - rect.bottom()});
-    return x * x + y * y;
+    const int x = std::clamp(point.x(), rect.left(), rect.right());
+    const int y = std::clamp(point.y(), rect.top(), rect.bottom());
+    return (QPoint(x, y) - point).manhattanLength();
+}
+
+/// The screen that holds the point, or else the nearest.
+const Screen& screenAt(const QPoint& point, const QList<Screen>& screens)
+{
+    return *std::ranges::min_element(screens, {},
+                                     [&point](const Screen& screen) { return distance(screen.geometry, point); });
+}
+
+enum class Edge { top, bottom, left, right };
+
+/// The edge of the screen that the item is nearest to: the bar it sits in, when a bar is there.
+Edge edgeOf(const QRect& item, const QRect& area)
+{
+    const QPoint center = item.center();
+    if (center.y() < area.top())
+        return Edge::top;
+    if (center.y() > area.bottom())
+        return Edge::bottom;
+    if (center.x() < area.left())
+        return Edge::left;
+    if (center.x() > area.right())
+        return Edge::right;
+    return center.y() <= area.center().y() ? Edge::top : Edge::bottom;
+}
+
+/// Inside the work area; the left edge wins when the area is too narrow for both.
+int fittedX(int x, const QRect& area)
+{
+    return std::max(std::min(x, rightEdge(area) - panelWidth - margin), area.x() + margin);
+}
+
+int fittedY(int y, int height, const QRect& area)
+{
+    return std::max(std::min(y, bottomEdge(area) - height - margin), area.y() + gap);
+}
+
+int topBelow(const QRect& item, int height, const QRect& area)
+{
+    const int y = std::max(area.y(), bottomEdge(item)) + gap;
+    return y + height > bottomEdge(area) ? bottomEdge(area) - height : y;
+}
+
+int topAbove(const QRect& item, int height, const QRect& area)
+{
+    const int bottom = std::min(bottomEdge(area), item.y()) - gap;
+    return std::max(bottom - height, area.y());
+}
+
+QRect beside(const QRect& item, const QRect& area)
+{
+    const int height = std::min(area.height() - gap - margin, panelHeight);
+    const int centeredX = item.x() + item.width() / 2 - panelWidth / 2;
+    const int centeredY = item.y() + item.height() / 2 - height / 2;
+    QPoint topLeft;
+    switch (edgeOf(item, area)) {
+    case Edge::top:
+        topLeft = {fittedX(centeredX, area), topBelow(item, height, area)};
+        break;
+    case Edge::bottom:
+        topLeft = {fittedX(centeredX, area), topAbove(item, height, area)};
+        break;
+    case Edge::left:
+        topLeft = {fittedX(area.x() + margin, area), fittedY(centeredY, height, area)};
+        break;
+    case Edge::right:
+        topLeft = {fittedX(rightEdge(area) - panelWidth - margin, area), fittedY(centeredY, height, area)};
+        break;
+    }
+    return {topLeft, QSize(panelWidth, height)};
 }
 
 } // namespace
 
-std::optional<Screen> screenAt(const QPoint& point, const QList<Screen>& screens)
+QRect PanelPlacement::panelRect(const std::optional<QRect>& statusItem, const QPoint& pointer,
+                                const QList<Screen>& screens)
 {
-    const auto nearest = std::min_element(screens.begin(), screens.end(), [&](const Screen& a, const Screen& b) {
-        return squaredDistance(point, a.geometry) < squaredDistance(point, b.geometry);
-    });
-    if (nearest == screens.end())
-        return std::nullopt;
-    return *nearest;
+    if (screens.isEmpty())
+        return {0, 0, panelWidth, panelHeight};
+    if (statusItem)
+        return beside(*statusItem, screenAt(statusItem->center(), screens).workArea);
+    const Screen& screen = screenAt(pointer, screens);
+    if (screen.geometry.contains(pointer))
+        return beside(QRect(pointer, QSize(1, 1)), screen.workArea);
+    const QRect& area = screens.first().workArea;
+    return beside(QRect(rightEdge(area), area.y() - 1, 1, 1), area);
 }
 
-QRect besideTrayIcon(const QRect& anchor, const Screen& screen)
-{
-    const QRect& area = screen.workArea;
-    const int height = panelHeightIn(area);
-    const int x = leftFor(anchor.x() + anchor.width() / 2, area);
-    const int areaEnd = area.y() + area.height();
-
-    if (anchor.center().y() > screen.geometry.center().y()) {
-        const int end = std::min(areaEnd - anchorGap, anchor.y() - anchorGap);
-        return {x, std::max(end - height, area.y()), panelWidth, height};
-    }
-    const int top = std::max(area.y() + anchorGap, anchor.y() + anchor.height() + anchorGap);
-    return {x, std::min(top, areaEnd - height), panelWidth, height};
-}
-
-QRect nearPointer(const QPoint& pointer, const Screen& screen)
-{
-    const QRect& area = screen.workArea;
-    const int height = panelHeightIn(area);
-    const int lowest = area.y() + area.height() - height - screenMargin;
-    const int y = std::max(std::min(pointer.y(), lowest), area.y() + anchorGap);
-    return {leftFor(pointer.x(), area), y, panelWidth, height};
-}
-
-} // namespace Clipboard::PanelPlacement
+} // namespace Clipboard

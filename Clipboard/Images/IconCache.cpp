@@ -2,6 +2,8 @@
 
 #include "Workspace.h"
 
+#include <memory>
+
 namespace Clipboard {
 
 namespace {
@@ -15,6 +17,7 @@ IconCache* IconCache::s_shared = nullptr;
 
 IconCache::IconCache(const Workspace& workspace)
     : m_workspace(workspace)
+    , m_icons(maxIcons)
 {
     s_shared = this;
 }
@@ -35,11 +38,11 @@ QIcon IconCache::icon(const std::optional<QString>& bundleID)
 {
     if (!bundleID)
         return {};
-    if (const auto known = m_icons.constFind(*bundleID); known != m_icons.cend())
+    if (const QIcon* known = m_icons.object(*bundleID))
         return *known;
-    if (m_icons.size() >= maxIcons)
-        m_icons.clear();
-    return *m_icons.insert(*bundleID, m_workspace.applicationIcon(*bundleID));
+    const QIcon icon = m_workspace.applicationIcon(*bundleID);
+    m_icons.insert(*bundleID, std::make_unique<QIcon>(icon).release());
+    return icon;
 }
 
 } // namespace Clipboard

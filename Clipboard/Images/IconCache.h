@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QHash>
+#include <QCache>
 #include <QIcon>
 #include <QString>
 
@@ -27,7 +27,7 @@ public:
 
 private:
     const Workspace& m_workspace;
-    QHash<QString, QIcon> m_icons;
+    QCache<QString, QIcon> m_icons;
     static IconCache* s_shared;
 };
 

@@ -10,9 +10,17 @@ namespace Clipboard {
 
 namespace {
 
-// Deflate's fastest level without filters: a large screenshot must be stored before the user calls up the panel.
+// Deflate's fastest level: a large screenshot must be stored before the user calls up the panel.
 // docs/decisions/picture-codec.md has the measurements.
 constexpr int compressionLevel = 1;
+
+/// One cheap filter makes a photograph smaller and, because there is less to compress, faster. Palette indexes and
+/// packed pixels are no amounts whose difference means anything.
+int filterFor(const spng_ihdr& header)
+{
+    const bool packed = header.color_type == SPNG_COLOR_TYPE_INDEXED || header.bit_depth < 8;
+    return packed ? int{SPNG_DISABLE_FILTERING} : int{SPNG_FILTER_CHOICE_SUB};
+}
 
 // Chunks other than pixels are palettes and colour profiles; a profile of a few megabytes is already exotic.
 constexpr size_t maxChunkBytes = size_t{16} * 1024 * 1024;
@@ -40,7 +48,7 @@ public:
         header.interlace_method = SPNG_INTERLACE_NONE;
         spng_set_png_stream(m_context.get(), appendToByteArray, &m_png);
         spng_set_option(m_context.get(), SPNG_IMG_COMPRESSION_LEVEL, compressionLevel);
-        spng_set_option(m_context.get(), SPNG_FILTER_CHOICE, SPNG_DISABLE_FILTERING);
+        spng_set_option(m_context.get(), SPNG_FILTER_CHOICE, filterFor(header));
         spng_set_ihdr(m_context.get(), &header);
     }
 

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "StatusItemController.h"
+
+#include <QObject>
+#include <QString>
+
+#include <memory>
+
+class QApplication;
+
+namespace Clipboard {
+
+/// The life of the program: starts everything, and writes the history whichever way the program ends. Main thread only.
+class AppDelegate final : public QObject
+{
+    Q_OBJECT
+public:
+    AppDelegate(QApplication& application, const QString& dataFolder);
+    ~AppDelegate() override;
+
+    void showPanel();
+
+private:
+    void willTerminate();
+
+    StatusItemController m_statusItemController;
+};
+
+} // namespace Clipboard

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "LoginItem.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QRect>
+#include <QString>
+#include <QSystemTrayIcon>
+
+#include <memory>
+#include <optional>
+
+class QAction;
+class QMenu;
+
+namespace Clipboard {
+
+/// The icon in the desktop's tray and its menu. It docks as soon as there is a tray; nothing depends on it. Main thread
+/// only.
+class StatusItem final : public QObject
+{
+    Q_OBJECT
+public:
+    /// `composited`: see WindowSystem::isCompositing().
+    StatusItem(LoginItem loginItem, bool composited, QObject* parent = nullptr);
+    ~StatusItem() override;
+
+    void show();
+    /// Shows that the panel is open.
+    void setHighlighted(bool highlighted);
+    /// A second line of the tooltip: why the hot key does not work.
+    void setNotice(const QString& notice);
+    /// In global coordinates; nothing when the tray does not tell.
+    [[nodiscard]] std::optional<QRect> geometry() const;
+
+signals:
+    /// A plain click.
+    void clicked();
+    void menuWillShow();
+    void clearHistoryChosen();
+    void aboutChosen();
+    void quitChosen();
+
+private:
+    void buildMenu(bool composited);
+    void handleActivation(QSystemTrayIcon::ActivationReason reason);
+
+    LoginItem m_loginItem;
+    std::unique_ptr<QMenu> m_menu;
+    QAction* m_launchAtLogin = nullptr;
+    QSystemTrayIcon m_icon;
+};
+
+} // namespace Clipboard

@@ -1,0 +1,154 @@
+#include "StatusItemController.h"
+
+#include "AboutDialog.h"
+#include "ClearHistoryDialog.h"
+#include "ImageBlobs.h"
+#include "PanelPlacement.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTimer>
+#include <QWindow>
+
+#include <chrono>
+#include <utility>
+
+namespace Clipboard {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype historyCapacity = 500;
+constexpr double saveDelaySeconds = 1.0;
+constexpr std::chrono::milliseconds showAfterLaunch{400};
+
+// A large picture that was just copied is converted in a fraction of this.
+constexpr std::chrono::milliseconds conversionLimit{2000};
+
+constexpr const char* showPanelVariable = "CLIPBOARD_SHOW_PANEL";
+
+QList<PanelPlacement::Screen> currentScreens()
+{
+    QList<PanelPlacement::Screen> screens;
+    const QList<QScreen*> all = QGuiApplication::screens(); // the primary one first
+    for (const QScreen* screen : all)
+        screens.append({screen->geometry(), screen->availableGeometry()});
+    return screens;
+}
+
+} // namespace
+
+StatusItemController::StatusItemController(Platform platform, const QString& dataFolder, QObject* parent)
+    : QObject(parent)
+    , m_platform(std::move(platform))
+    , m_imagesDir(dataFolder + u"/images"_s)
+    , m_icons(*m_platform.workspace)
+    , m_toasts(*m_platform.windows)
+    , m_pasteService(*m_platform.keystrokes, [this](const QString& text) { m_toasts.show(text); })
+    , m_store(dataFolder + u"/history.json"_s, historyCapacity, saveDelaySeconds)
+    , m_viewModel(m_store,
+                  {*m_platform.pasteboard, m_pasteService, [this](const QString& text) { m_toasts.show(text); },
+                   [](const ClipboardCore::ClipItem&) { return QList<ClipboardCore::SmartAction>(); },
+                   [](const ClipboardCore::SmartActionEffect&, HistoryViewModel&) {}})
+    , m_watcher(*m_platform.pasteboard, *m_platform.workspace, m_store, m_imagesDir)
+    , m_statusItem(LoginItem(), m_platform.windows->isCompositing())
+    , m_panel({m_viewModel, *m_platform.windows, *m_platform.workspace, m_thumbs})
+{
+    m_housekeeping.setMaxThreadCount(1);
+    ImageBlobs::sweepOrphans(m_imagesDir, m_store.items(), m_housekeeping);
+    connectHistory();
+    m_watcher.start();
+    connectPanel();
+    connectStatusItem();
+    if (qEnvironmentVariableIsSet(showPanelVariable))
+        QTimer::singleShot(showAfterLaunch, this, [this] { show(); });
+    grabHotKey();
+}
+
+StatusItemController::~StatusItemController()
+{
+    m_housekeeping.waitForDone();
+}
+
+void StatusItemController::connectHistory()
+{
+    m_watcher.onChange = [this] { m_viewModel.refresh(); };
+    m_viewModel.markOwnChange = [this] { m_watcher.markOwnChange(); };
+    m_viewModel.onRequestClose = [this] { m_panel.dismiss(); };
+}
+
+void StatusItemController::connectPanel()
+{
+    connect(&m_panel, &FloatingPanel::willClose, &m_statusItem, [this] { m_statusItem.setHighlighted(false); });
+}
+
+void StatusItemController::connectStatusItem()
+{
+    connect(&m_statusItem, &StatusItem::clicked, this, &StatusItemController::togglePanel);
+    connect(&m_statusItem, &StatusItem::menuWillShow, &m_panel, &FloatingPanel::dismiss);
+    connect(&m_statusItem, &StatusItem::clearHistoryChosen, this, &StatusItemController::clearHistory);
+    connect(&m_statusItem, &StatusItem::aboutChosen, this, &StatusItemController::showAbout);
+    connect(&m_statusItem, &StatusItem::quitChosen, qApp, &QCoreApplication::quit);
+    // Talking to the tray takes its time; copies are watched by then.
+    QTimer::singleShot(0, &m_statusItem, &StatusItem::show);
+}
+
+void StatusItemController::grabHotKey()
+{
+    const auto unavailable = [this](const QString& reason) {
+        qWarning("%s", qPrintable(reason));
+        m_statusItem.setNotice(reason);
+        m_toasts.show(reason);
+    };
+    m_hotKey = std::make_unique<GlobalHotKey>(
+        *m_platform.hotKey, [this] { togglePanel(); }, unavailable);
+}
+
+void StatusItemController::show(std::optional<QUuid> selecting)
+{
+    m_panel.setPanelGeometry(PanelPlacement::panelRect(m_statusItem.geometry(), QCursor::pos(), currentScreens()));
+    m_thumbs.forgetFailures();
+    m_viewModel.panelWillShow(selecting);
+    m_panel.open();
+    // After the panel's first picture: the tray may be slow to answer.
+    QTimer::singleShot(0, &m_statusItem, [this] { m_statusItem.setHighlighted(m_panel.isVisible()); });
+}
+
+void StatusItemController::togglePanel()
+{
+    if (m_panel.isVisible())
+        m_panel.dismiss();
+    else
+        show();
+}
+
+void StatusItemController::flush()
+{
+    m_watcher.finishPending(conversionLimit);
+    m_store.flush();
+}
+
+void StatusItemController::clearHistory()
+{
+    auto dialog = std::make_unique<ClearHistoryDialog>(m_platform.windows->isCompositing());
+    connect(dialog.get(), &QDialog::accepted, &m_viewModel, &HistoryViewModel::clearHistory);
+    present(std::move(dialog));
+}
+
+void StatusItemController::showAbout()
+{
+    present(std::make_unique<AboutDialog>(m_platform.windows->isCompositing()));
+}
+
+void StatusItemController::present(std::unique_ptr<QDialog> dialog)
+{
+    // One at a time; an older one that is still open goes.
+    m_dialog = std::move(dialog);
+    connect(m_dialog.get(), &QDialog::finished, this, [this] { m_dialog.release()->deleteLater(); });
+    m_dialog->open();
+    m_platform.windows->activate(m_dialog->windowHandle());
+}
+
+} // namespace Clipboard

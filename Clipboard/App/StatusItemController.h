@@ -1,0 +1,68 @@
+#pragma once
+
+#include "FloatingPanel.h"
+#include "GlobalHotKey.h"
+#include "History/JSONHistoryStore.h"
+#include "HistoryViewModel.h"
+#include "IconCache.h"
+#include "PasteService.h"
+#include "PasteboardWatcher.h"
+#include "PlatformLoader.h"
+#include "StatusItem.h"
+#include "Thumbs.h"
+#include "ToastPresenter.h"
+
+#include <QDialog>
+#include <QObject>
+#include <QString>
+#include <QThreadPool>
+#include <QUuid>
+
+#include <memory>
+#include <optional>
+
+namespace Clipboard {
+
+/// The composition root: makes every long-lived object, in this order, and connects them; places and shows the panel.
+/// Main thread only.
+class StatusItemController final : public QObject
+{
+    Q_OBJECT
+public:
+    /// `dataFolder` holds the history and the pictures.
+    StatusItemController(Platform platform, const QString& dataFolder, QObject* parent = nullptr);
+    ~StatusItemController() override;
+
+    /// Opens the panel with that entry selected, or else the first.
+    void show(std::optional<QUuid> selecting = std::nullopt);
+    /// Closes an open panel, opens a closed one.
+    void togglePanel();
+    /// Stores the copies under conversion and writes the history. For the end of the program.
+    void flush();
+
+private:
+    void connectHistory();
+    void connectPanel();
+    void connectStatusItem();
+    void grabHotKey();
+    void clearHistory();
+    void showAbout();
+    void present(std::unique_ptr<QDialog> dialog);
+
+    Platform m_platform;
+    QString m_imagesDir;
+    IconCache m_icons;
+    Thumbs m_thumbs;
+    ToastPresenter m_toasts;
+    PasteService m_pasteService;
+    ClipboardCore::JSONHistoryStore m_store;
+    HistoryViewModel m_viewModel;
+    PasteboardWatcher m_watcher;
+    StatusItem m_statusItem;
+    FloatingPanel m_panel;
+    std::unique_ptr<GlobalHotKey> m_hotKey;
+    std::unique_ptr<QDialog> m_dialog;
+    QThreadPool m_housekeeping;
+};
+
+} // namespace Clipboard

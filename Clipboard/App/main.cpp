@@ -1,0 +1,101 @@
+#include "AppDelegate.h"
+#include "InstanceLock.h"
+#include "PrivateFolder.h"
+#include "ProcessSignals.h"
+#include "Theme.h"
+#include "Translations.h"
+
+#include <QApplication>
+#include <QStandardPaths>
+
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr const char* helpText =
+    "Usage: tessaly [option]\n"
+    "Keeps the history of the clipboard. Super+Shift+V opens it; so does starting the program again.\n"
+    "\n"
+    "  -h, --help     print this help\n"
+    "  -v, --version  print the version\n"
+    "\n"
+    "Environment:\n"
+    "  CLIPBOARD_SHOW_PANEL  when set, the panel opens right after the start\n";
+
+bool isEither(const char* argument, const char* shortForm, const char* longForm)
+{
+    return std::strcmp(argument, shortForm) == 0 || std::strcmp(argument, longForm) == 0;
+}
+
+/// Answers what needs no display. Nothing when the program is to run.
+std::optional<int> answerAtOnce(int argc, char** argv)
+{
+    if (argc == 2 && isEither(argv[1], "-v", "--version")) {
+        std::puts("Tessaly " TESSALY_VERSION);
+        return 0;
+    }
+    if (argc == 2 && isEither(argv[1], "-h", "--help")) {
+        std::fputs(helpText, stdout);
+        return 0;
+    }
+    if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") &&
+        !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        std::fputs("tessaly: there is no display to run on (DISPLAY and WAYLAND_DISPLAY are empty)\n", stderr);
+        return 1;
+    }
+    return std::nullopt;
+}
+
+/// What the toolkit left of the arguments is unknown to both.
+bool hasUnknownArgument()
+{
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() <= 1)
+        return false;
+    std::fprintf(stderr, "tessaly: unknown argument '%s'; try --help\n", qPrintable(arguments.at(1)));
+    return true;
+}
+
+int askToShow(pid_t runningProcess)
+{
+    ::kill(runningProcess, SIGUSR1);
+    std::fprintf(stderr, "tessaly: already running (process %d); its panel opens\n", static_cast<int>(runningProcess));
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (const std::optional<int> code = answerAtOnce(argc, argv))
+        return *code;
+    Clipboard::ProcessSignals::install();
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(u"Tessaly"_s);
+    QApplication::setOrganizationName(u"Tessaly"_s);
+    QApplication::setApplicationVersion(QStringLiteral(TESSALY_VERSION));
+    QApplication::setDesktopFileName(u"tessaly"_s);
+    QApplication::setQuitOnLastWindowClosed(false);
+    if (hasUnknownArgument())
+        return 2;
+
+    const QString dataFolder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Tessaly"_s;
+    Clipboard::createPrivateFolder(dataFolder);
+    const Clipboard::InstanceLock lock(dataFolder + u"/lock"_s);
+    if (lock.holder() != 0)
+        return askToShow(lock.holder());
+
+    Clipboard::Theme::install(application);
+    Clipboard::installTranslations(application);
+    Clipboard::AppDelegate delegate(application, dataFolder);
+    const Clipboard::ProcessSignals processSignals;
+    QObject::connect(&processSignals, &Clipboard::ProcessSignals::quitRequested, &application, &QCoreApplication::quit);
+    QObject::connect(&processSignals, &Clipboard::ProcessSignals::showRequested, &delegate,
+                     &Clipboard::AppDelegate::showPanel);
+    return QApplication::exec();
+}

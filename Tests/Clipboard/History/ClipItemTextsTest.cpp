@@ -1,0 +1,118 @@
+#include "ClipItemTexts.h"
+
+#include <QElapsedTimer>
+#include <QImage>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Clipboard;
+using namespace ClipboardCore;
+using namespace Qt::StringLiterals;
+
+class ClipItemTextsTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void titlesRows_data();
+    void titlesRows();
+    void titlesPicturesByTheirSize();
+    void titlesHugeTextsAtOnce();
+    void speaksRows_data();
+    void speaksRows();
+    void saysTheAge_data();
+    void saysTheAge();
+};
+
+void ClipItemTextsTest::titlesRows_data()
+{
+    QTest::addColumn<ClipType>("type");
+    QTest::addColumn<QString>("content");
+    QTest::addColumn<QString>("title");
+
+    const QString long250(250, u'x');
+    const QString family = u"👩‍👩‍👧"_s;
+    QTest::newRow("text, line feeds") << ClipType::text << u"a\nb\r\nc"_s << u"a b\r c"_s;
+    QTest::newRow("text, 200 characters") << ClipType::text << long250 << long250.first(200);
+    QTest::newRow("text, characters not code units") << ClipType::text << family.repeated(201) << family.repeated(200);
+    QTest::newRow("link unchanged") << ClipType::link << u"https://A.example/"_s + long250
+                                    << u"https://A.example/"_s + long250;
+    QTest::newRow("colour") << ClipType::color << u" #ff88aa"_s << u" #FF88AA"_s;
+    QTest::newRow("code, first line") << ClipType::code << u"int a;\nint b;"_s << u"int a;"_s;
+    QTest::newRow("code, one line") << ClipType::code << long250 << long250.first(200);
+    QTest::newRow("code, Windows line ends") << ClipType::code << u"a;\r\nb;\r\n"_s << u"a;\r\nb;\r\n"_s;
+    QTest::newRow("code, mixed line ends") << ClipType::code << u"a;\r\nb;\nc;"_s << u"a;\r\nb;"_s;
+    QTest::newRow("code, empty first line") << ClipType::code << u"\na;"_s << QString();
+    QTest::newRow("file") << ClipType::file << u"/a/b c.txt"_s << u"b c.txt"_s;
+    QTest::newRow("folder") << ClipType::file << u"/a/b/"_s << u"b"_s;
+    QTest::newRow("root") << ClipType::file << u"/"_s << u"/"_s;
+    QTest::newRow("missing picture") << ClipType::image << u"/nowhere.png"_s << u"Image"_s;
+}
+
+void ClipItemTextsTest::titlesRows()
+{
+    QFETCH(ClipType, type);
+    QFETCH(QString, content);
+    QFETCH(QString, title);
+    QCOMPARE(rowTitle({QUuid(), type, content, {}, {}, 0, false}), title);
+}
+
+void ClipItemTextsTest::titlesPicturesByTheirSize()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"p.png"_s);
+    QVERIFY(QImage(1920, 3, QImage::Format_Mono).save(path));
+    const ClipItem item{QUuid(), ClipType::image, path, {}, {}, 0, false};
+    QCOMPARE(rowTitle(item), u"1,920 × 3"_s);
+    QVERIFY(QFile::remove(path));
+    QCOMPARE(rowTitle(item), u"1,920 × 3"_s); // remembered
+}
+
+void ClipItemTextsTest::titlesHugeTextsAtOnce()
+{
+    const ClipItem item{QUuid(), ClipType::text, Utf8Text::fromUtf8(QByteArray(50'000'000, 'x')), {}, {}, 0, false};
+    QElapsedTimer elapsed;
+    elapsed.start();
+    for (int i = 0; i < 100; ++i)
+        QCOMPARE(rowTitle(item).size(), 200);
+    QVERIFY(elapsed.elapsed() < 200); // converting the whole text takes seconds
+}
+
+void ClipItemTextsTest::speaksRows_data()
+{
+    QTest::addColumn<std::optional<QString>>("source");
+    QTest::addColumn<bool>("pinned");
+    QTest::addColumn<QString>("label");
+
+    QTest::newRow("all parts") << std::optional(u"Notes"_s) << true
+                               << u"Text, hello world, from Notes, copied 5m, pinned"_s;
+    QTest::newRow("bare") << std::optional<QString>() << false << u"Text, hello world, copied 5m"_s;
+}
+
+void ClipItemTextsTest::speaksRows()
+{
+    QFETCH(std::optional<QString>, source);
+    QFETCH(bool, pinned);
+    QFETCH(QString, label);
+    QCOMPARE(accessibilityLabel({QUuid(), ClipType::text, u"hello world"_s, source, {}, 1000, pinned}, 1300), label);
+}
+
+void ClipItemTextsTest::saysTheAge_data()
+{
+    QTest::addColumn<double>("seconds");
+    QTest::addColumn<QString>("label");
+
+    QTest::newRow("30 s") << 30.0 << u"just now"_s;
+    QTest::newRow("5 min") << 300.0 << u"5m ago"_s;
+    QTest::newRow("a day") << 86400.0 << u"yesterday"_s;
+    QTest::newRow("4 days") << 4 * 86400.0 << u"4d ago"_s;
+}
+
+void ClipItemTextsTest::saysTheAge()
+{
+    QFETCH(double, seconds);
+    QFETCH(QString, label);
+    QCOMPARE(ageLabel({QUuid(), ClipType::text, u"x"_s, {}, {}, 1000, false}, 1000 + seconds), label);
+}
+
+QTEST_GUILESS_MAIN(ClipItemTextsTest)
+#include "ClipItemTextsTest.moc"

@@ -1,0 +1,384 @@
+#include "ViewModelFixture.h"
+
+#include <QImage>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Clipboard;
+using namespace ClipboardCore;
+using namespace Clipboard::Testing;
+using namespace Qt::StringLiterals;
+
+class HistoryViewModelTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void searchesContentAndSource_data();
+    void searchesContentAndSource();
+    void keepsOrLosesTheSelection_data();
+    void keepsOrLosesTheSelection();
+    void opensFresh_data();
+    void opensFresh();
+    void deletesAndSelectsTheNeighbour_data();
+    void deletesAndSelectsTheNeighbour();
+    void writesEachTypeInItsForm_data();
+    void writesEachTypeInItsForm();
+    void tellsAboutVanishedFiles_data();
+    void tellsAboutVanishedFiles();
+    void pastesThenCloses();
+    void movesAReusedEntryToTheTop();
+    void clearsAllButPinned();
+    void annotatesPicturesOnly();
+    void addsWhatTheEditorMade();
+    void remembersActionsOfOneEntry();
+    void narrowsAndRunsTheCommandSheet();
+    void notifiesOnEveryAssignment();
+};
+
+void HistoryViewModelTest::searchesContentAndSource_data()
+{
+    QTest::addColumn<QString>("query");
+    QTest::addColumn<std::optional<ClipType>>("filter");
+    QTest::addColumn<QStringList>("visible");
+
+    const std::optional<ClipType> all;
+    QTest::newRow("nothing asked") << QString() << all << QStringList{u"Café"_s, u"https://a.example"_s, u"CAFE two"_s};
+    QTest::newRow("case and diacritics") << u"é"_s << all
+                                         << QStringList{u"Café"_s, u"https://a.example"_s, u"CAFE two"_s};
+    QTest::newRow("whole word") << u"cafe"_s << all << QStringList{u"Café"_s, u"CAFE two"_s};
+    QTest::newRow("source application") << u"FIREFOX"_s << all << QStringList{u"https://a.example"_s};
+    QTest::newRow("a space is a query") << u" "_s << all << QStringList{u"CAFE two"_s};
+    QTest::newRow("filter") << QString() << std::optional(ClipType::link) << QStringList{u"https://a.example"_s};
+    QTest::newRow("filter and query") << u"cafe"_s << std::optional(ClipType::link) << QStringList();
+    QTest::newRow("not the identifier") << u"org.mozilla"_s << all << QStringList();
+}
+
+void HistoryViewModelTest::searchesContentAndSource()
+{
+    QFETCH(QString, query);
+    QFETCH(std::optional<ClipType>, filter);
+    QFETCH(QStringList, visible);
+    ViewModelFixture f;
+    ClipItem link = ViewModelFixture::item(ClipType::link, u"https://a.example"_s);
+    link.sourceApp = u"Firefox"_s;
+    link.bundleID = u"org.mozilla.firefox"_s;
+    f.fill({ViewModelFixture::item(ClipType::text, u"Café"_s), link,
+            ViewModelFixture::item(ClipType::text, u"CAFE two"_s)});
+
+    f.model.setQuery(query);
+    f.model.setFilter(filter);
+    QCOMPARE(f.visible(), visible);
+    QCOMPARE(f.model.counts(), (QMap<ClipType, int>{{ClipType::text, 2}, {ClipType::link, 1}}));
+}
+
+void HistoryViewModelTest::keepsOrLosesTheSelection_data()
+{
+    QTest::addColumn<QString>("query");
+    QTest::addColumn<QString>("selected");
+
+    QTest::newRow("still visible") << u"b"_s << u"ab"_s;
+    QTest::newRow("filtered out: the first") << u"c"_s << u"c1"_s;
+    QTest::newRow("nothing left") << u"x"_s << QString();
+}
+
+void HistoryViewModelTest::keepsOrLosesTheSelection()
+{
+    QFETCH(QString, query);
+    QFETCH(QString, selected);
+    ViewModelFixture f;
+    f.fillTexts({u"b"_s, u"ab"_s, u"c1"_s, u"c2"_s});
+    f.model.setSelectedID(f.entry(1).id);
+
+    f.model.setQuery(query);
+    QCOMPARE(f.selected(), selected);
+    QCOMPARE(f.model.selectedID().has_value(), !selected.isEmpty());
+}
+
+void HistoryViewModelTest::opensFresh_data()
+{
+    QTest::addColumn<int>("wanted"); // index into the entries; -1 for none, -2 for an entry that is gone
+    QTest::addColumn<QString>("selected");
+
+    QTest::newRow("the first") << -1 << u"a"_s;
+    QTest::newRow("the wanted one") << 1 << u"b"_s;
+    QTest::newRow("a deleted one") << -2 << u"a"_s;
+}
+
+void HistoryViewModelTest::opensFresh()
+{
+    QFETCH(int, wanted);
+    QFETCH(QString, selected);
+    ViewModelFixture f;
+    f.fillTexts({u"a"_s, u"b"_s});
+    f.model.activate(FocusKey::chip(ClipType::code));
+    f.model.setQuery(u"x"_s);
+    f.model.setQrPreview(QImage(1, 1, QImage::Format_Mono));
+    f.model.setCmdkOpen(true);
+    const QUuid token = f.model.focusToken();
+
+    std::optional<QUuid> id;
+    if (wanted >= 0)
+        id = f.store.items().at(wanted).id;
+    else if (wanted == -2)
+        id = QUuid::createUuid();
+    f.model.panelWillShow(id);
+    QCOMPARE(f.selected(), selected);
+    QCOMPARE(f.model.query(), QString());
+    QVERIFY(!f.model.filter() && !f.model.focus() && !f.model.cmdkOpen());
+    QVERIFY(f.model.qrPreview().isNull());
+    QVERIFY(f.model.focusToken() != token);
+}
+
+void HistoryViewModelTest::deletesAndSelectsTheNeighbour_data()
+{
+    QTest::addColumn<QStringList>("entries");
+    QTest::addColumn<int>("selectedIndex");
+    QTest::addColumn<int>("deletedIndex");
+    QTest::addColumn<QString>("selected");
+
+    const QStringList three{u"a"_s, u"b"_s, u"c"_s};
+    QTest::newRow("selected: the one below") << three << 1 << 1 << u"c"_s;
+    QTest::newRow("last: the one above") << three << 2 << 2 << u"b"_s;
+    QTest::newRow("only one") << QStringList{u"a"_s} << 0 << 0 << QString();
+    QTest::newRow("another: selection untouched") << three << 2 << 0 << u"c"_s;
+}
+
+void HistoryViewModelTest::deletesAndSelectsTheNeighbour()
+{
+    QFETCH(QStringList, entries);
+    QFETCH(int, selectedIndex);
+    QFETCH(int, deletedIndex);
+    QFETCH(QString, selected);
+    ViewModelFixture f;
+    f.fillTexts(entries);
+    f.model.setSelectedID(f.entry(selectedIndex).id);
+
+    f.model.remove(f.entry(deletedIndex));
+    QCOMPARE(f.selected(), selected);
+    entries.removeAt(deletedIndex);
+    QCOMPARE(f.stored(), entries);
+}
+
+void HistoryViewModelTest::writesEachTypeInItsForm_data()
+{
+    QTest::addColumn<ClipType>("type");
+    QTest::addColumn<bool>("isFile");
+    QTest::addColumn<QString>("content"); // a file name for files
+
+    QTest::newRow("text") << ClipType::text << false << u" padded \n"_s;
+    QTest::newRow("link") << ClipType::link << false << u"https://a.example/x"_s;
+    QTest::newRow("colour as captured") << ClipType::color << false << u"#ff8800"_s;
+    QTest::newRow("code") << ClipType::code << false << u"a();\r\n"_s;
+    QTest::newRow("picture") << ClipType::image << true << u"p.png"_s;
+    QTest::newRow("file with odd name") << ClipType::file << true << u"ü #%20?.txt"_s;
+}
+
+void HistoryViewModelTest::writesEachTypeInItsForm()
+{
+    QFETCH(ClipType, type);
+    QFETCH(bool, isFile);
+    QFETCH(QString, content);
+    ViewModelFixture f;
+    if (isFile) {
+        content = f.folder.filePath(content);
+        QFile file(content);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("bytes") == 5);
+    }
+    f.fill({ViewModelFixture::item(type, content)});
+
+    f.model.copy(f.entry(0));
+    QCOMPARE(f.pasteboard.writes.size(), 1);
+    QCOMPARE(f.ownChanges, 1);
+    const FakePasteboard::Content& written = f.pasteboard.writes.first();
+    if (type == ClipType::file)
+        QCOMPARE(written.fileURLs, QList{QUrl::fromLocalFile(content)});
+    else if (type == ClipType::image)
+        QCOMPARE(f.pasteboard.pngFiles, QStringList{content});
+    else
+        QCOMPARE(written.string, content.toUtf8());
+    QCOMPARE(f.toasts, QStringList{u"Copied "_s + f.entry(0).snippet()});
+}
+
+void HistoryViewModelTest::tellsAboutVanishedFiles_data()
+{
+    using Command = void (HistoryViewModel::*)(const ClipItem&);
+    QTest::addColumn<ClipType>("type");
+    QTest::addColumn<Command>("command");
+    QTest::addColumn<bool>("pinned");
+
+    for (const bool pinned : {false, true}) {
+        const char* suffix = pinned ? "pinned" : "not pinned";
+        QTest::addRow("paste file, %s", suffix) << ClipType::file << Command(&HistoryViewModel::paste) << pinned;
+        QTest::addRow("copy picture, %s", suffix) << ClipType::image << Command(&HistoryViewModel::copy) << pinned;
+        QTest::addRow("annotate, %s", suffix) << ClipType::image << Command(&HistoryViewModel::annotate) << pinned;
+    }
+}
+
+void HistoryViewModelTest::tellsAboutVanishedFiles()
+{
+    using Command = void (HistoryViewModel::*)(const ClipItem&);
+    QFETCH(ClipType, type);
+    QFETCH(Command, command);
+    QFETCH(bool, pinned);
+    ViewModelFixture f;
+    ClipItem item = ViewModelFixture::item(type, f.folder.filePath(u"gone.png"_s));
+    item.isPinned = pinned;
+    f.fill({item});
+    f.pasteboard.copyTextFromOutside("before");
+
+    (f.model.*command)(f.entry(0));
+    const QString notice = pinned ? u"File not found"_s : u"File no longer exists — removed from history"_s;
+    QTRY_COMPARE(f.toasts, QStringList{notice});
+    QCOMPARE(f.store.items().size(), pinned ? 1 : 0);
+    QVERIFY(f.pasteboard.writes.isEmpty());
+    QCOMPARE(f.ownChanges, 0);
+    QCOMPARE(f.closeRequests, 0);
+    QCOMPARE(f.keystrokes.pastes, 0);
+}
+
+void HistoryViewModelTest::pastesThenCloses()
+{
+    ViewModelFixture f;
+    f.fillTexts({u"a"_s, u"b"_s});
+
+    f.model.paste(f.entry(1));
+    QCOMPARE(f.pasteboard.writes.first().string, QByteArray("b"));
+    QCOMPARE(f.stored(), (QStringList{u"b"_s, u"a"_s}));
+    QCOMPARE(f.closeRequests, 1);
+    QCOMPARE(f.keystrokes.pastes, 0); // only after the panel has closed
+    QTRY_COMPARE(f.keystrokes.pastes, 1);
+    QCOMPARE(f.toasts, QStringList{u"Pasted “b”"_s});
+}
+
+void HistoryViewModelTest::movesAReusedEntryToTheTop()
+{
+    ViewModelFixture f;
+    f.fillTexts({u"a"_s, u"b"_s});
+    const QUuid id = f.entry(1).id;
+
+    f.model.copy(f.entry(1));
+    QCOMPARE(f.stored(), (QStringList{u"b"_s, u"a"_s}));
+    QCOMPARE(f.store.items().first().id, id);
+    QCOMPARE(f.selected(), u"a"_s); // the selection stays with its entry
+}
+
+void HistoryViewModelTest::clearsAllButPinned()
+{
+    ViewModelFixture f;
+    const QString picture = f.folder.filePath(u"p.png"_s);
+    QVERIFY(QImage(1, 1, QImage::Format_RGB32).save(picture));
+    f.fill({ViewModelFixture::item(ClipType::text, u"a"_s), ViewModelFixture::item(ClipType::image, picture),
+            ViewModelFixture::item(ClipType::text, u"keep"_s)});
+    f.model.togglePin(f.model.items().at(2));
+
+    f.model.clearHistory();
+    QCOMPARE(f.visible(), QStringList{u"keep"_s});
+    QCOMPARE(f.selected(), u"keep"_s);
+    QVERIFY(!QFile::exists(picture));
+}
+
+void HistoryViewModelTest::annotatesPicturesOnly()
+{
+    ViewModelFixture f;
+    const QString picture = f.folder.filePath(u"p.png"_s);
+    QVERIFY(QImage(3, 2, QImage::Format_RGB32).save(picture));
+    f.fill({ViewModelFixture::item(ClipType::image, picture), ViewModelFixture::item(ClipType::file, picture)});
+    QList<QSize> opened;
+    f.model.onAnnotate = [&](const ClipItem&, const QImage& image) { opened.append(image.size()); };
+
+    f.model.annotate(f.entry(1));
+    f.model.annotate(f.entry(0));
+    QVERIFY(opened.isEmpty()); // decoded elsewhere
+    QTRY_COMPARE(opened, QList{QSize(3, 2)});
+}
+
+void HistoryViewModelTest::addsWhatTheEditorMade()
+{
+    ViewModelFixture f;
+    ClipItem from = ViewModelFixture::item(ClipType::image, u"/old.png"_s);
+    from.sourceApp = u"Shot"_s;
+    from.isPinned = true;
+    f.fill({from});
+
+    const auto id = f.model.addAnnotateResult(u"/new.png"_s, f.entry(0));
+    const ClipItem added = f.model.items().last(); // behind the pinned one
+    QCOMPARE(id, added.id);
+    QCOMPARE(added.content.toString(), u"/new.png"_s);
+    QCOMPARE(added.sourceApp, u"Shot"_s);
+    QVERIFY(!added.isPinned);
+}
+
+void HistoryViewModelTest::remembersActionsOfOneEntry()
+{
+    ViewModelFixture f;
+    f.catalogue = {{u"One"_s, [] { return SmartActionResult{{SmartActionEffect::Kind::copy, u"1"_s}, u"done"_s}; }}};
+    QVERIFY(f.model.smartActions().isEmpty()); // nothing selected
+    f.fillTexts({u"a"_s, u"b"_s});
+
+    const auto readsFor = [&f](qsizetype index) {
+        const int before = f.catalogueReads;
+        f.model.setSelectedID(f.entry(index).id);
+        for (int i = 0; i < 3; ++i)
+            Q_ASSERT(f.model.smartActions().size() == 1);
+        return f.catalogueReads - before;
+    };
+    QCOMPARE(readsFor(0), 1);
+    QCOMPARE(readsFor(1), 1);
+    QCOMPARE(readsFor(0), 1);
+
+    f.model.activate(FocusKey::action(1)); // there is only one
+    QVERIFY(f.effects.isEmpty());
+    f.model.activate(FocusKey::action(0));
+    QCOMPARE(f.effects, (QList{SmartActionEffect{SmartActionEffect::Kind::copy, u"1"_s}}));
+    QCOMPARE(f.toasts, QStringList{u"done"_s});
+}
+
+void HistoryViewModelTest::narrowsAndRunsTheCommandSheet()
+{
+    ViewModelFixture f;
+    for (const QString& label : {u"Copy path"_s, u"Slugify"_s, u"COPY name"_s})
+        f.catalogue.append({label, [label] { return SmartActionResult{{{}, label}, label}; }});
+    f.model.openCmdk();
+    QVERIFY(!f.model.cmdkOpen()); // no entry
+    f.fillTexts({u"a"_s});
+
+    f.model.openCmdk();
+    f.model.moveCmdk(-1);
+    QCOMPARE(f.model.cmdkIndex(), 2);
+    f.model.moveCmdk(1);
+    QCOMPARE(f.model.cmdkIndex(), 0);
+    f.model.setCmdkQuery(u"copy"_s);
+    QCOMPARE(f.model.cmdkActions().size(), 2);
+    f.model.runCmdkOrdinal(3);
+    QVERIFY(f.model.cmdkOpen() && f.toasts.isEmpty());
+    f.model.runCmdkAt(1);
+    QCOMPARE(f.toasts, QStringList{u"COPY name"_s});
+    QVERIFY(!f.model.cmdkOpen());
+
+    f.model.openCmdk();
+    QCOMPARE(f.model.cmdkQuery(), QString());
+    f.model.runCmdkAt(-1); // closes all the same
+    QVERIFY(!f.model.cmdkOpen());
+    QCOMPARE(f.toasts.size(), 1);
+}
+
+void HistoryViewModelTest::notifiesOnEveryAssignment()
+{
+    ViewModelFixture f;
+    f.fillTexts({u"a"_s});
+    const QSignalSpy query(&f.model, &HistoryViewModel::queryChanged);
+    const QSignalSpy visible(&f.model, &HistoryViewModel::visibleChanged);
+    const QSignalSpy focus(&f.model, &HistoryViewModel::focusChanged);
+    QString seen;
+    connect(&f.model, &HistoryViewModel::queryChanged, this, [&] { seen = f.model.query(); });
+
+    f.model.setQuery(u"a"_s);
+    f.model.setQuery(u"a"_s); // the same value is an assignment too
+    QCOMPARE(query.size(), 2);
+    QCOMPARE(visible.size(), 2);
+    QCOMPARE(focus.size(), 2);
+    QCOMPARE(seen, u"a"_s);
+}
+
+QTEST_GUILESS_MAIN(HistoryViewModelTest)
+#include "HistoryViewModelTest.moc"
