@@ -22,7 +22,7 @@ namespace {
 
 constexpr int padding = 8;
 constexpr int thumbGap = 8;
-constexpr int titleTop = 5; // two lines of 18 and 16 with a pixel between, centred in 44
+constexpr qreal titleTop = 4.5; // two lines of 18 and 16 with a pixel between, centred in 44
 constexpr int detailGap = 8;
 constexpr int pinSize = 11;
 constexpr int pinGap = 3;

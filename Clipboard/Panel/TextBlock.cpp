@@ -89,7 +89,7 @@ std::unique_ptr<QTextLayout> TextBlock::makeLayout(qsizetype start, qsizetype le
     layout->setTextOption(option);
     layout->setFormats(formatsFor(start, length));
     layout->setCacheEnabled(true);
-    const int baseline = Fonts::baseline(m_style);
+    const qreal baseline = Fonts::baseline(m_style);
     int count = 0;
     layout->beginLayout();
     for (QTextLine line = layout->createLine(); line.isValid(); line = layout->createLine()) {

@@ -15,7 +15,7 @@ struct Face
 {
     QFont font;
     QFontMetricsF metrics;
-    int baseline;
+    qreal baseline;
 };
 
 Face makeFace(const Style& style)
@@ -26,13 +26,12 @@ Face makeFace(const Style& style)
     font.setWeight(style.weight);
     if (style.fixedWidth) {
         font.setStyleHint(QFont::Monospace);
-        // Qt turns ligatures off together with kerning only where letters are spaced by hand; a hundredth of a
-        // percent is enough to say so and too little to see.
-        font.setLetterSpacing(QFont::PercentageSpacing, 100.01);
+        // Programmers' faces draw "->" as an arrow. Scripts that cannot do without shaping are shaped all the same.
+        font.setStyleStrategy(QFont::PreferNoShaping);
     }
     const QFontMetricsF metrics(font);
     const qreal leading = style.lineHeight - metrics.ascent() - metrics.descent();
-    return {font, metrics, qRound(leading / 2 + metrics.ascent())};
+    return {font, metrics, qRound(leading + 2 * metrics.ascent()) / 2.0};
 }
 
 const Face& face(const Style& style)
@@ -57,7 +56,7 @@ qreal width(const Style& style, const QString& text)
     return face(style).metrics.horizontalAdvance(text);
 }
 
-int baseline(const Style& style)
+qreal baseline(const Style& style)
 {
     return face(style).baseline;
 }

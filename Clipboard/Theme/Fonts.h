@@ -38,7 +38,7 @@ inline constexpr Style age{11, 16, QFont::Normal};
 /// Width of `text` in logical pixels, as drawn on one line.
 [[nodiscard]] qreal width(const Style& style, const QString& text);
 
-/// Distance from the top of a line box to the baseline, on a whole pixel.
-[[nodiscard]] int baseline(const Style& style);
+/// Distance from the top of a line box to the baseline, on a half pixel.
+[[nodiscard]] qreal baseline(const Style& style);
 
 } // namespace Clipboard::Fonts
