@@ -27,9 +27,14 @@ void decompose(char32_t codePoint, CodePoints& out)
         out.push_back(codePoint);
         return;
     }
-    const QList<uint> parts = QChar::decomposition(codePoint).toUcs4();
-    for (const uint part : parts)
-        decompose(part, out);
+    const QString parts = QChar::decomposition(codePoint);
+    for (qsizetype at = 0; at < parts.size(); ++at) {
+        const QChar unit = parts[at];
+        if (unit.isHighSurrogate())
+            decompose(QChar::surrogateToUcs4(unit, parts[++at]), out);
+        else
+            decompose(unit.unicode(), out);
+    }
 }
 
 bool isStarter(char32_t codePoint)
@@ -37,29 +42,24 @@ bool isStarter(char32_t codePoint)
     return codePoint < firstCombining || QChar::combiningClass(codePoint) == 0;
 }
 
-/// True when the decomposition of whatever comes before and that of what begins here can simply be joined.
+/// True when the decomposition of whatever comes before and that of what begins here can simply be joined: when the
+/// latter begins with a starter.
 bool isBoundary(char32_t codePoint)
 {
-    if (codePoint < firstCombining)
-        return true;
-    if (QChar::combiningClass(codePoint) != 0)
-        return false;
-    // A few starters (U+0F73 …) decompose into marks only.
-    CodePoints decomposed;
-    decompose(codePoint, decomposed);
-    return isStarter(decomposed.front());
+    // The only starters that decompose into marks.
+    return isStarter(codePoint) && codePoint != 0x0F73 && codePoint != 0x0F75 && codePoint != 0x0F81;
 }
 
 /// Sorts each run of marks by combining class (UAX #15, canonical ordering).
-void reorder(CodePoints& text)
+void reorder(CodePoints::iterator begin, CodePoints::iterator end)
 {
-    auto run = text.begin();
-    while (run != text.end()) {
-        run = std::find_if_not(run, text.end(), isStarter);
-        const auto end = std::find_if(run, text.end(), isStarter);
-        std::stable_sort(run, end,
-                         [](char32_t a, char32_t b) { return QChar::combiningClass(a) < QChar::combiningClass(b); });
-        run = end;
+    const auto byClass = [](char32_t a, char32_t b) { return QChar::combiningClass(a) < QChar::combiningClass(b); };
+    while (begin != end) {
+        begin = std::find_if_not(begin, end, isStarter);
+        const auto runEnd = std::find_if(begin, end, isStarter);
+        if (runEnd - begin > 1)
+            std::stable_sort(begin, runEnd, byClass);
+        begin = runEnd;
     }
 }
 
@@ -73,55 +73,72 @@ CodePoints decomposed(QByteArrayView text, size_t limit = std::numeric_limits<si
         decompose(codePoint, result);
         at += length;
     }
-    reorder(result);
+    reorder(result.begin(), result.end());
     return result;
 }
 
-/// The canonical decomposition of a text, piece by piece.
+/// The canonical decomposition of a text, piece by piece. A piece is what decomposes on its own: a starter and the
+/// marks on it.
 class Decomposer
 {
 public:
     explicit Decomposer(QByteArrayView text)
-        : m_text(text)
+        : m_rest(text)
     {
     }
 
-    /// The next code point; nothing at the end, as 0xFFFFFFFF, which no text contains.
-    char32_t next()
-    {
-        if (m_at == m_piece.size() && !readPiece())
-            return end;
-        return m_piece[m_at++];
-    }
+    [[nodiscard]] QByteArrayView rest() const { return m_rest; }
+    [[nodiscard]] const CodePoints& codePoints() const { return m_codePoints; }
+    void clear() { m_codePoints.clear(); }
 
-    static constexpr char32_t end = 0xFFFFFFFF;
-
-private:
-    bool readPiece()
+    /// Appends the next piece; false at the end of the text.
+    bool appendPiece()
     {
-        if (m_text.isEmpty())
+        if (m_rest.isEmpty())
             return false;
-        // Small at first, since most differences show at once.
-        m_pieceSize = std::min(m_pieceSize * 2, largestPiece);
-        qsizetype length = Utf8::prefix(m_text, m_pieceSize).size();
-        while (length < m_text.size()) {
-            const auto codePoint = Utf8::decode(m_text, length);
-            if (isBoundary(codePoint.value))
-                break;
+        const auto start = static_cast<std::ptrdiff_t>(m_codePoints.size());
+        qsizetype length = 0;
+        do {
+            const auto codePoint = Utf8::decode(m_rest, length);
+            decompose(codePoint.value, m_codePoints);
             length += codePoint.length;
-        }
-        m_piece = decomposed(m_text.first(length));
-        m_text = m_text.sliced(length);
-        m_at = 0;
+        } while (length < m_rest.size() && !isBoundary(Utf8::decode(m_rest, length).value));
+        m_rest = m_rest.sliced(length);
+        reorder(m_codePoints.begin() + start, m_codePoints.end());
         return true;
     }
 
-    static constexpr qsizetype largestPiece = 16 * 1024;
-    QByteArrayView m_text;
-    CodePoints m_piece;
-    size_t m_at = 0;
-    qsizetype m_pieceSize = 32;
+private:
+    QByteArrayView m_rest;
+    CodePoints m_codePoints;
 };
+
+/// Compares the two texts from their beginning to a place where what is left of them can be compared on its own, the
+/// `count`th one. False when they differ.
+bool advance(QByteArrayView& a, QByteArrayView& b, int count)
+{
+    Decomposer fromA(a);
+    Decomposer fromB(b);
+    for (; count > 0 && !(fromA.rest().isEmpty() && fromB.rest().isEmpty()); --count) {
+        fromA.clear();
+        fromB.clear();
+        size_t compared = 0;
+        do {
+            Decomposer& shorter = fromA.codePoints().size() <= fromB.codePoints().size() ? fromA : fromB;
+            if (!shorter.appendPiece())
+                return false;
+            const size_t shared = std::min(fromA.codePoints().size(), fromB.codePoints().size());
+            if (!std::equal(fromA.codePoints().begin() + static_cast<std::ptrdiff_t>(compared),
+                            fromA.codePoints().begin() + static_cast<std::ptrdiff_t>(shared),
+                            fromB.codePoints().begin() + static_cast<std::ptrdiff_t>(compared)))
+                return false;
+            compared = shared;
+        } while (fromA.codePoints().size() != fromB.codePoints().size());
+    }
+    a = fromA.rest();
+    b = fromB.rest();
+    return true;
+}
 
 /// The first place at which the texts differ; the length of the shorter one when it is a prefix of the other.
 qsizetype firstDifference(QByteArrayView a, QByteArrayView b)
@@ -191,18 +208,21 @@ size_t tailKey(const CodePoints& tail, size_t seed)
 
 bool equal(QByteArrayView a, QByteArrayView b)
 {
-    if (a.size() == b.size() &&
-        (a.data() == b.data() || std::memcmp(a.data(), b.data(), static_cast<size_t>(a.size())) == 0))
+    if (a.data() == b.data() && a.size() == b.size())
         return true;
-    const qsizetype start = boundaryBefore(a, b, firstDifference(a, b));
-    Decomposer fromA(a.sliced(start));
-    Decomposer fromB(b.sliced(start));
+    // What is alike byte by byte is skipped at full speed. How many pieces are decomposed before that is tried again
+    // doubles while it gains little: a text may differ in its first letter only, or in every one.
+    constexpr qsizetype worthwhile = 1024;
+    int pieces = 1;
     while (true) {
-        const char32_t codePoint = fromA.next();
-        if (codePoint != fromB.next())
+        const qsizetype alike = boundaryBefore(a, b, firstDifference(a, b));
+        a = a.sliced(alike);
+        b = b.sliced(alike);
+        if (a.isEmpty() || b.isEmpty())
+            return a.isEmpty() && b.isEmpty();
+        pieces = alike >= worthwhile ? 1 : std::min(pieces * 2, 4096);
+        if (!advance(a, b, pieces))
             return false;
-        if (codePoint == Decomposer::end)
-            return true;
     }
 }
 

@@ -23,11 +23,15 @@ qsizetype leading(QByteArrayView text)
     return at;
 }
 
-/// True for the bytes with which white space can begin: the ASCII ones and the lead bytes of U+0085, U+00A0 (C2),
-/// U+1680 (E1), U+2000 to U+205F (E2) and U+3000 (E3).
-constexpr bool mayBegin(unsigned char byte)
+/// Not 0 for the bytes with which white space can begin: the ASCII ones, and the lead bytes of U+0085 and U+00A0 (C2),
+/// U+1680 (E1), U+2000 to U+205F (E2) and U+3000 (E3). Arithmetic instead of branches, which the compiler can do on
+/// many bytes at a time.
+constexpr unsigned char mayBegin(unsigned char byte)
 {
-    return byte <= 0x20 || byte == 0xC2 || (byte >= 0xE1 && byte <= 0xE3);
+    const bool isASCII = byte <= 0x20;
+    const bool isC2 = byte == 0xC2;
+    const bool isE1ToE3 = static_cast<unsigned char>(byte - 0xE1) <= 2;
+    return static_cast<unsigned char>(isASCII | isC2 | isE1ToE3);
 }
 
 } // namespace
@@ -51,15 +55,14 @@ bool isBlank(QByteArrayView text)
 
 bool isIn(QByteArrayView text)
 {
-    // A block is looked at closely only when one of its bytes may begin white space; without an early exit inside, the
-    // compiler checks many bytes at a time.
+    // A block is looked at closely only when one of its bytes may begin white space.
     constexpr qsizetype blockSize = 256;
     for (qsizetype start = 0; start < text.size(); start += blockSize) {
         const qsizetype end = std::min(start + blockSize, text.size());
-        bool candidate = false;
+        unsigned char candidates = 0;
         for (qsizetype at = start; at < end; ++at)
-            candidate |= mayBegin(static_cast<unsigned char>(text[at]));
-        if (!candidate)
+            candidates |= mayBegin(static_cast<unsigned char>(text[at]));
+        if (candidates == 0)
             continue;
         for (qsizetype at = start; at < end; ++at)
             if (!Utf8::isContinuation(text[at]) && QChar::isSpace(Utf8::decode(text, at).value))
