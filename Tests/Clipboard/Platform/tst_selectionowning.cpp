@@ -1,0 +1,438 @@
+#include "EngineWithLog.h"
+#include "ForeignOwner.h"
+#include "ForeignRequestor.h"
+#include "VirtualSession.h"
+
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <future>
+#include <memory>
+
+using namespace Clipboard;
+using namespace Clipboard::Testing;
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+using Manner = ForeignOwner::Answer::Manner;
+
+namespace {
+
+/// Bytes in which a piece out of place shows.
+QByteArray numbers(qsizetype size)
+{
+    QByteArray bytes;
+    bytes.reserve(size + 16);
+    for (int i = 0; bytes.size() < size; ++i)
+        bytes += QByteArray::number(i) + ' ';
+    bytes.truncate(size);
+    return bytes;
+}
+
+} // namespace
+
+/// What other programs get of the content that the engine owns, or keeps alive for one that has ended.
+class TestSelectionOwning : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void formsOnOffer_data();
+    void formsOnOffer();
+    void bookkeepingTargets();
+    void multipleConversions();
+    void requestsFromBeforeTheWriteAreRefused();
+    void largeReplies_data();
+    void largeReplies();
+    void severalReadersAtOnce();
+    void readerFinishesAfterTheLoss();
+    void dyingReadersDoNoHarm();
+    void pictureFileOutlivesItsName();
+    void realClientsPaste();
+    void ownWriteIsNoChange();
+    void copyAfterWriteIsCountedSo();
+    void primaryFollows();
+    void contentOutlivesItsOwner_data();
+    void contentOutlivesItsOwner();
+    void takeOverIsNoChange();
+    void unreadContentDoesNotOutlive();
+    void deliberateClearStays();
+    void managerSavesBeforeTheEnd();
+    void managerRefusesWhatItCannotRead();
+    void managerInPlaceIsRespected();
+    void stopsAtOnce();
+
+private:
+    [[nodiscard]] QByteArray display() const { return m_session->display().toLatin1(); }
+    void own(const X11::SelectionForms& forms);
+
+    std::unique_ptr<VirtualSession> m_session;
+    std::unique_ptr<EngineWithLog> m_log;
+};
+
+void TestSelectionOwning::initTestCase()
+{
+    VirtualSession::Options options;
+    options.windowManager = false;
+    m_session = std::make_unique<VirtualSession>(options);
+    QVERIFY2(m_session->failure().isEmpty(), qPrintable(m_session->failure()));
+}
+
+void TestSelectionOwning::init()
+{
+    m_log = std::make_unique<EngineWithLog>(m_session->display());
+    QVERIFY(m_log->engine);
+    QVERIFY(VirtualSession::waitUntil([&] { return m_session->selectionOwner("CLIPBOARD_MANAGER") != 0; }));
+}
+
+void TestSelectionOwning::cleanup()
+{
+    m_log.reset();
+}
+
+/// Puts the content on the clipboard and waits until it is there.
+void TestSelectionOwning::own(const X11::SelectionForms& forms)
+{
+    m_log->engine->own(forms);
+    std::promise<void> done;
+    m_log->engine->afterWrites(false, [&] { done.set_value(); });
+    done.get_future().wait();
+}
+
+void TestSelectionOwning::formsOnOffer_data()
+{
+    using Forms = QList<QPair<QByteArray, QByteArray>>;
+    QTest::addColumn<X11::SelectionForms>("forms");
+    QTest::addColumn<Forms>("received");
+
+    const QByteArray text = "caf\xC3\xA9 \xE2\x82\xAC";
+    QTest::newRow("text") << X11::formsOfText(text)
+                          << Forms{{"UTF8_STRING", text},
+                                   {"text/plain;charset=utf-8", text},
+                                   {"text/plain", text},
+                                   {"STRING", "caf\xE9 ?"},
+                                   {"TEXT", text}};
+    QTest::newRow("empty text") << X11::formsOfText("") << Forms{{"UTF8_STRING", ""}, {"STRING", ""}};
+    QTest::newRow("file") << X11::formsOfFile(QUrl::fromLocalFile(u"/tmp/a b"_s))
+                          << Forms{{"text/uri-list", "file:///tmp/a%20b\r\n"},
+                                   {"x-special/gnome-copied-files", "copy\nfile:///tmp/a%20b"},
+                                   {"UTF8_STRING", "/tmp/a b"}};
+    QTest::newRow("picture") << X11::formsOfPNG("\x89PNG") << Forms{{"image/png", "\x89PNG"}};
+}
+
+void TestSelectionOwning::formsOnOffer()
+{
+    using Forms = QList<QPair<QByteArray, QByteArray>>;
+    QFETCH(const X11::SelectionForms, forms);
+    QFETCH(const Forms, received);
+    own(forms);
+    ForeignRequestor reader(display());
+    QByteArrayList expected{"TARGETS", "TIMESTAMP", "MULTIPLE"};
+    for (const auto& form : forms)
+        expected.append(form.target);
+    QCOMPARE(reader.targets(), expected);
+    for (const auto& [target, bytes] : received) {
+        const auto content = reader.convert(target);
+        QVERIFY2(content, target.constData());
+        QCOMPARE(content->bytes, bytes);
+        QCOMPARE(content->type, target == "TEXT" ? QByteArray("UTF8_STRING") : target);
+        QCOMPARE(content->format, 8);
+    }
+    QVERIFY(!reader.convert("application/unknown"));
+}
+
+void TestSelectionOwning::bookkeepingTargets()
+{
+    own(X11::formsOfText("text"));
+    ForeignRequestor reader(display());
+    const auto time = reader.convert("TIMESTAMP");
+    QVERIFY(time);
+    QCOMPARE(time->type, QByteArray("INTEGER"));
+    QCOMPARE(time->format, 32);
+    QCOMPARE(time->bytes.size(), 4);
+    QVERIFY(time->bytes != QByteArray(4, '\0'));
+}
+
+void TestSelectionOwning::multipleConversions()
+{
+    own(X11::formsOfText("text"));
+    ForeignRequestor reader(display());
+    const auto received = reader.convertMultiple({"UTF8_STRING", "image/png", "STRING", "MULTIPLE"});
+    const std::vector<std::optional<QByteArray>> expected{"text", {}, "text", {}};
+    QCOMPARE(received, expected);
+}
+
+void TestSelectionOwning::requestsFromBeforeTheWriteAreRefused()
+{
+    own(X11::formsOfText("text"));
+    ForeignRequestor reader(display());
+    xcb_timestamp_t owned = 0;
+    memcpy(&owned, reader.convert("TIMESTAMP")->bytes.constData(), sizeof owned);
+    QVERIFY(!reader.convert("UTF8_STRING", owned - 1));
+    QVERIFY(reader.convert("UTF8_STRING", owned));
+}
+
+void TestSelectionOwning::largeReplies_data()
+{
+    QTest::addColumn<qsizetype>("size");
+    QTest::addColumn<bool>("isIncremental");
+    const qsizetype piece = X11::outgoingPieceBytes;
+    QTest::newRow("one piece") << piece << false;
+    QTest::newRow("a byte more") << piece + 1 << true;
+    QTest::newRow("whole pieces") << 3 * piece << true;
+    QTest::newRow("20 MB") << qsizetype(20'000'000) << true;
+}
+
+void TestSelectionOwning::largeReplies()
+{
+    QFETCH(const qsizetype, size);
+    const QByteArray text = numbers(size);
+    own(X11::formsOfText(text));
+    ForeignRequestor reader(display());
+    const auto received = reader.convert("UTF8_STRING");
+    QVERIFY(received);
+    QVERIFY(received->bytes == text);
+    QCOMPARE(received->type, QByteArray("UTF8_STRING"));
+    QTEST(received->isIncremental, "isIncremental");
+}
+
+void TestSelectionOwning::severalReadersAtOnce()
+{
+    const QByteArray text = numbers(5'000'000);
+    own(X11::formsOfText(text));
+    std::vector<std::future<bool>> readers;
+    for (int i = 0; i < 8; ++i) {
+        readers.push_back(std::async(std::launch::async, [this, &text] {
+            const auto received = ForeignRequestor(display()).convert("UTF8_STRING");
+            return received && received->bytes == text;
+        }));
+    }
+    for (auto& reader : readers)
+        QVERIFY(reader.get());
+}
+
+void TestSelectionOwning::readerFinishesAfterTheLoss()
+{
+    const QByteArray text = numbers(3'000'000);
+    own(X11::formsOfText(text));
+    ForeignRequestor reader(display());
+    reader.begin("UTF8_STRING");
+    QVERIFY(reader.isAccepted());
+    QByteArray received = reader.nextPiece().value_or("");
+
+    ForeignOwner other(display());
+    other.offerText("other");
+    other.take();
+    QCOMPARE(m_log->waitForSnapshot().text, QByteArray("other"));
+
+    for (auto piece = reader.nextPiece(); piece && !piece->isEmpty(); piece = reader.nextPiece())
+        received += *piece;
+    QVERIFY(received == text);
+}
+
+void TestSelectionOwning::dyingReadersDoNoHarm()
+{
+    own(X11::formsOfText(numbers(3'000'000)));
+    for (int i = 0; i < 20; ++i) {
+        ForeignRequestor reader(display());
+        reader.begin("UTF8_STRING");
+        if (i % 2 == 0) // the others are gone before they are answered
+            QVERIFY(reader.isAccepted() && reader.nextPiece());
+    }
+    own(X11::formsOfText("still there"));
+    QCOMPARE(ForeignRequestor(display()).convert("UTF8_STRING")->bytes, QByteArray("still there"));
+}
+
+void TestSelectionOwning::pictureFileOutlivesItsName()
+{
+    const QTemporaryDir folder;
+    const QByteArray bytes = "\x89PNG" + numbers(1'000'000);
+    QFile picture(folder.filePath(u"a.png"_s));
+    QVERIFY(picture.open(QIODevice::WriteOnly) && picture.write(bytes) == bytes.size());
+    picture.close();
+
+    const auto handle = X11::FileHandle::open(picture.fileName());
+    QVERIFY(handle);
+    own(X11::formsOfPNGFile(handle));
+    QVERIFY(picture.remove());
+    QVERIFY(ForeignRequestor(display()).convert("image/png")->bytes == bytes);
+    QVERIFY(!X11::FileHandle::open(picture.fileName()));
+    QVERIFY2(!X11::FileHandle::open(folder.path()), "A folder is no picture.");
+}
+
+void TestSelectionOwning::realClientsPaste()
+{
+    const QByteArray text = numbers(2'000'000) + " \xE2\x82\xAC";
+    own(X11::formsOfText(text));
+    const auto xclip = m_session->run(u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-o"_s});
+    QCOMPARE(xclip.exitCode, 0);
+    QVERIFY(xclip.output == text);
+    const auto xsel = m_session->run(u"xsel"_s, {u"--clipboard"_s, u"--output"_s});
+    QCOMPARE(xsel.exitCode, 0);
+    QVERIFY(xsel.output == text);
+}
+
+void TestSelectionOwning::ownWriteIsNoChange()
+{
+    own(X11::formsOfText("ours"));
+    ForeignOwner owner(display());
+    owner.offerText("theirs");
+    owner.take();
+    QCOMPARE(m_log->waitForSnapshot().text, QByteArray("theirs"));
+    own(X11::formsOfText("ours again"));
+    owner.take();
+    QCOMPARE(m_log->waitForSnapshot(2).text, QByteArray("theirs"));
+    QCOMPARE(m_log->snapshots().size(), 2U);
+}
+
+void TestSelectionOwning::copyAfterWriteIsCountedSo()
+{
+    ForeignOwner owner(display());
+    owner.offerText("before");
+    owner.take();
+    QCOMPARE(m_log->waitForSnapshot().text, QByteArray("before"));
+    own(X11::formsOfText("ours"));
+    owner.offerText("after");
+    owner.take();
+    QCOMPARE(m_log->waitForSnapshot(2).text, QByteArray("after"));
+    QCOMPARE(m_log->snapshots()[0].writesBefore, 0U);
+    QCOMPARE(m_log->snapshots()[1].writesBefore, 1U);
+}
+
+void TestSelectionOwning::primaryFollows()
+{
+    m_log->engine->own(X11::formsOfText("marked too"));
+    std::promise<void> done;
+    m_log->engine->afterWrites(true, [&] { done.set_value(); });
+    done.get_future().wait();
+    QCOMPARE(ForeignRequestor(display(), "PRIMARY").convert("UTF8_STRING")->bytes, QByteArray("marked too"));
+    QCOMPARE(ForeignRequestor(display()).convert("UTF8_STRING")->bytes, QByteArray("marked too"));
+}
+
+void TestSelectionOwning::contentOutlivesItsOwner_data()
+{
+    using Answers = QHash<QByteArray, ForeignOwner::Answer>;
+    QTest::addColumn<Answers>("answers");
+    const auto row = [](const char* name, const Answers& answers) { QTest::newRow(name) << answers; };
+    row("text", {{"UTF8_STRING", {.bytes = "text"}}});
+    row("rich text", {{"UTF8_STRING", {.bytes = "text"}}, {"text/html", {.bytes = "<b>text</b>"}}});
+    row("large text", {{"UTF8_STRING", {.bytes = numbers(3'000'000), .manner = Manner::InPieces}}});
+    row("picture", {{"image/png", {.bytes = "\x89PNG"}}});
+    row("TIFF picture", {{"image/tiff", {.bytes = "II*"}}});
+    row("files", {{"text/uri-list", {.bytes = "file:///a\r\nfile:///b\r\n"}},
+                  {"x-special/gnome-copied-files", {.bytes = "cut\nfile:///a\nfile:///b"}},
+                  {"UTF8_STRING", {.bytes = "/a /b"}}});
+    row("link with its text",
+        {{"text/uri-list", {.bytes = "https://a/\r\n"}}, {"UTF8_STRING", {.bytes = "https://a/"}}});
+}
+
+void TestSelectionOwning::contentOutlivesItsOwner()
+{
+    using Answers = QHash<QByteArray, ForeignOwner::Answer>;
+    QFETCH(const Answers, answers);
+    ForeignOwner owner(display());
+    owner.offer(answers);
+    owner.take();
+    QVERIFY(owner.save()); // everything worth keeping has been read
+    owner.die();
+    ForeignRequestor reader(display());
+    for (auto answer = answers.begin(); answer != answers.end(); ++answer) {
+        const auto received = reader.convert(answer.key());
+        QVERIFY2(received, answer.key().constData());
+        QVERIFY(received->bytes == answer->bytes);
+    }
+}
+
+void TestSelectionOwning::takeOverIsNoChange()
+{
+    auto owner = std::make_unique<ForeignOwner>(display());
+    owner->offerText("left behind");
+    owner->take();
+    QCOMPARE(m_log->waitForSnapshot().text, QByteArray("left behind"));
+    owner->die();
+    QVERIFY(VirtualSession::waitUntil([&] { return m_session->selectionOwner("CLIPBOARD") != 0; }));
+    ForeignOwner next(display());
+    next.offerText("next");
+    next.take();
+    QCOMPARE(m_log->waitForSnapshot(2).text, QByteArray("next"));
+}
+
+void TestSelectionOwning::unreadContentDoesNotOutlive()
+{
+    ForeignOwner owner(display());
+    owner.offer({{"UTF8_STRING", {.bytes = numbers(400'000), .manner = Manner::StallInTheMiddle}}});
+    owner.take();
+    QVERIFY(VirtualSession::waitUntil([&] { return owner.asked().contains("UTF8_STRING"); }));
+    owner.die();
+    QVERIFY(m_log->waitForSnapshot().types.isEmpty());
+    QCOMPARE(m_session->selectionOwner("CLIPBOARD"), 0U);
+}
+
+void TestSelectionOwning::deliberateClearStays()
+{
+    ForeignOwner owner(display());
+    owner.offerText("for ten seconds");
+    owner.take();
+    QCOMPARE(m_log->waitForSnapshot().text, QByteArray("for ten seconds"));
+    owner.clear();
+    QVERIFY(m_log->waitForSnapshot(2).types.isEmpty());
+    owner.die();
+    QTest::qWait(50);
+    QCOMPARE(m_session->selectionOwner("CLIPBOARD"), 0U);
+}
+
+void TestSelectionOwning::managerSavesBeforeTheEnd()
+{
+    // It asks before its content has been read, as a program does that copies and quits at once.
+    const QByteArray text = numbers(5'000'000);
+    ForeignOwner owner(display());
+    owner.offer({{"UTF8_STRING", {.bytes = text, .manner = Manner::InPieces}}});
+    owner.take();
+    QVERIFY(owner.save());
+    owner.die();
+    QVERIFY(ForeignRequestor(display()).convert("UTF8_STRING")->bytes == text);
+}
+
+void TestSelectionOwning::managerRefusesWhatItCannotRead()
+{
+    ForeignOwner owner(display());
+    owner.offer({{"secret/marker", {.bytes = "secret"}}, {"UTF8_STRING", {.bytes = "hunter2"}}});
+    owner.take();
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY(!owner.save());
+    QVERIFY2(clock.elapsed() < 5000, "A program that wants to end was kept waiting.");
+    QCOMPARE(owner.asked(), QByteArrayList{"TARGETS"});
+}
+
+void TestSelectionOwning::managerInPlaceIsRespected()
+{
+    m_log.reset();
+    ForeignOwner other(display(), "CLIPBOARD_MANAGER");
+    other.take();
+    EngineWithLog log(m_session->display());
+    ForeignOwner owner(display());
+    owner.offerText("text");
+    owner.take();
+    QCOMPARE(log.waitForSnapshot().text, QByteArray("text"));
+    QVERIFY(other.ownsSelection());
+}
+
+void TestSelectionOwning::stopsAtOnce()
+{
+    ForeignOwner owner(display());
+    owner.offer({{"TARGETS", {.bytes = {}, .manner = Manner::Mute}}});
+    owner.take();
+    QVERIFY(VirtualSession::waitUntil([&] { return !owner.asked().isEmpty(); }));
+    QElapsedTimer clock;
+    clock.start();
+    m_log->engine->stop();
+    QVERIFY(clock.elapsed() < 1000);
+    QCOMPARE(m_session->selectionOwner("CLIPBOARD_MANAGER"), 0U);
+}
+
+QTEST_GUILESS_MAIN(TestSelectionOwning)
+#include "tst_selectionowning.moc"
