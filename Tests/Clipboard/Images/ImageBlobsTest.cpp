@@ -1,0 +1,152 @@
+#include "ImageBlobs.h"
+
+#include <QBuffer>
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QDir>
+#include <QImage>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThreadPool>
+
+using namespace Clipboard;
+using namespace ClipboardCore;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QByteArray png(QRgb color)
+{
+    QImage image(8, 8, QImage::Format_RGB32);
+    image.fill(color);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "png");
+    return bytes;
+}
+
+void makeFile(const QString& path, int ageSeconds)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadWrite) && file.write("x") == 1 && file.flush());
+    QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(-ageSeconds), QFile::FileModificationTime));
+}
+
+ClipItem item(ClipType type, const QString& path)
+{
+    return {QUuid::createUuid(), type, path, {}, {}, 0, false};
+}
+
+} // namespace
+
+class ImageBlobsTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void storesPrivatelyUnderTheHash();
+    void sharesEqualPictures();
+    void leavesNothingBehindAFailure_data();
+    void leavesNothingBehindAFailure();
+    void releasesPicturesOnly();
+    void sweepsOldOrphansOnly_data();
+    void sweepsOldOrphansOnly();
+
+private:
+    QTemporaryDir m_folder;
+};
+
+void ImageBlobsTest::storesPrivatelyUnderTheHash()
+{
+    const QString dir = m_folder.filePath(u"new/images"_s);
+    const std::optional<QString> path = ImageBlobs::write(png(0xff0000), dir);
+    QVERIFY(path);
+    QFile file(*path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray hash = QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha256).toHex();
+    QCOMPARE(*path, dir + u'/' + QString::fromLatin1(hash) + u".png"_s);
+    const QFile::Permissions owner = QFile::ReadOwner | QFile::WriteOwner;
+    const QFile::Permissions user = QFile::ReadUser | QFile::WriteUser;
+    QCOMPARE(file.permissions(), owner | user);
+    QCOMPARE(QFile::permissions(dir), owner | user | QFile::ExeOwner | QFile::ExeUser);
+    QCOMPARE(QDir(dir).entryList(QDir::Files | QDir::Hidden).size(), 1);
+}
+
+void ImageBlobsTest::sharesEqualPictures()
+{
+    const QString dir = m_folder.filePath(u"shared"_s);
+    const std::optional<QString> first = ImageBlobs::write(png(0x00ff00), dir);
+    QVERIFY(first);
+    // Another content in its place shows whether it is written again.
+    QFile file(*first);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("marked") == 6 && file.flush());
+    QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(-3600), QFile::FileModificationTime));
+    file.close();
+
+    QCOMPARE(ImageBlobs::write(png(0x00ff00), dir), first);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("marked"));
+    QVERIFY(QFileInfo(file).lastModified().secsTo(QDateTime::currentDateTime()) < 60); // safe from the sweep
+    QVERIFY(ImageBlobs::write(png(0x00ff01), dir) != first);
+}
+
+void ImageBlobsTest::leavesNothingBehindAFailure_data()
+{
+    QTest::addColumn<QByteArray>("picture");
+    QTest::addColumn<QString>("dir");
+
+    QTest::newRow("not a picture") << QByteArray("text") << m_folder.filePath(u"failed"_s);
+    QTest::newRow("truncated") << png(0xff).first(60) << m_folder.filePath(u"failed"_s);
+    QTest::newRow("folder cannot be made") << png(0xff) << u"/proc/nowhere/images"_s;
+}
+
+void ImageBlobsTest::leavesNothingBehindAFailure()
+{
+    QFETCH(QByteArray, picture);
+    QFETCH(QString, dir);
+    QCOMPARE(ImageBlobs::write(picture, dir), std::nullopt);
+    QVERIFY(QDir(dir).entryList(QDir::Files | QDir::Hidden).isEmpty());
+}
+
+void ImageBlobsTest::releasesPicturesOnly()
+{
+    const QString picture = m_folder.filePath(u"a.png"_s);
+    const QString file = m_folder.filePath(u"b.png"_s);
+    makeFile(picture, 0);
+    makeFile(file, 0);
+    ImageBlobs::release({item(ClipType::image, picture), item(ClipType::file, file),
+                         item(ClipType::image, u"/nowhere.png"_s), item(ClipType::text, file)});
+    QVERIFY(!QFile::exists(picture));
+    QVERIFY(QFile::exists(file));
+}
+
+void ImageBlobsTest::sweepsOldOrphansOnly_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("age");
+    QTest::addColumn<bool>("swept");
+
+    QTest::newRow("old orphan") << u"orphan.png"_s << 61 << true;
+    QTest::newRow("what a crash left") << u"incoming-aB3dE6.png"_s << 3600 << true;
+    QTest::newRow("young orphan") << u"young.png"_s << 10 << false;
+    QTest::newRow("referenced") << u"kept.png"_s << 3600 << false;
+    QTest::newRow("no picture") << u"notes.txt"_s << 3600 << false;
+    QTest::newRow("other spelling") << u"photo.PNG"_s << 3600 << false;
+}
+
+void ImageBlobsTest::sweepsOldOrphansOnly()
+{
+    QFETCH(QString, name);
+    QFETCH(int, age);
+    QFETCH(bool, swept);
+    const QTemporaryDir dir;
+    makeFile(dir.filePath(name), age);
+    QThreadPool pool;
+    // Only the name counts: the folder may have moved with the user's home.
+    ImageBlobs::sweepOrphans(dir.path(), {item(ClipType::image, u"/old/home/images/kept.png"_s)}, pool);
+    QVERIFY(pool.waitForDone(5000));
+    QCOMPARE(QFile::exists(dir.filePath(name)), !swept);
+}
+
+QTEST_GUILESS_MAIN(ImageBlobsTest)
+#include "ImageBlobsTest.moc"
