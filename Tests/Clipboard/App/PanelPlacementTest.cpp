@@ -5,100 +5,73 @@
 using namespace Clipboard;
 using PanelPlacement::Screen;
 
-namespace {
-
-const Screen barOnTop{{0, 0, 1920, 1080}, {0, 32, 1920, 1048}};
-const Screen barBelow{{0, 0, 1920, 1080}, {0, 0, 1920, 1040}};
-const Screen toTheRight{{1920, 200, 1280, 1024}, {1920, 200, 1280, 1024}};
-
-} // namespace
-
 class PanelPlacementTest final : public QObject
 {
     Q_OBJECT
 private slots:
-    void besideTrayIcon_data();
-    void besideTrayIcon();
-    void nearPointer_data();
-    void nearPointer();
-    void screenAt_data();
-    void screenAt();
+    void placesThePanel_data();
+    void placesThePanel();
 };
 
-void PanelPlacementTest::besideTrayIcon_data()
+void PanelPlacementTest::placesThePanel_data()
 {
-    QTest::addColumn<QRect>("anchor");
-    QTest::addColumn<QRect>("geometry");
-    QTest::addColumn<QRect>("workArea");
-    QTest::addColumn<QRect>("expected");
-
-    const auto row = [](const char* name, const QRect& anchor, const Screen& screen, const QRect& expected) {
-        QTest::newRow(name) << anchor << screen.geometry << screen.workArea << expected;
-    };
-    row("centred under the icon", {950, 4, 20, 24}, barOnTop, {650, 38, 620, 540});
-    row("kept off the right side", {1890, 4, 20, 24}, barOnTop, {1292, 38, 620, 540});
-    row("kept off the left side", {4, 4, 20, 24}, barOnTop, {8, 38, 620, 540});
-    row("an icon that sits above the work area by more than the gap", {950, 0, 20, 10}, barOnTop, {650, 38, 620, 540});
-    row("a taller icon pushes it down", {950, 0, 20, 60}, barOnTop, {650, 66, 620, 540});
-    row("above a bar at the lower edge", {950, 1048, 20, 24}, barBelow, {650, 494, 620, 540});
-    row("on the screen that holds the icon", {2500, 204, 20, 24}, toTheRight, {2200, 234, 620, 540});
-    row("a low screen lowers the panel", {300, 0, 20, 20}, {{0, 0, 800, 480}, {0, 24, 800, 456}}, {8, 30, 620, 442});
-    row("553 points of height are one too few", {300, 0, 20, 20}, {{0, 0, 800, 553}, {0, 0, 800, 553}},
-        {8, 14, 620, 539});
-    row("554 points of height are enough", {300, 0, 20, 20}, {{0, 0, 800, 554}, {0, 0, 800, 554}}, {8, 14, 620, 540});
-    row("a narrow screen: the left side wins", {300, 0, 20, 20}, {{0, 0, 600, 800}, {0, 0, 600, 800}},
-        {8, 26, 620, 540});
-}
-
-void PanelPlacementTest::besideTrayIcon()
-{
-    QFETCH(QRect, anchor);
-    QFETCH(QRect, geometry);
-    QFETCH(QRect, workArea);
-    QTEST(PanelPlacement::besideTrayIcon(anchor, {geometry, workArea}), "expected");
-}
-
-void PanelPlacementTest::nearPointer_data()
-{
+    using Item = std::optional<QRect>;
+    QTest::addColumn<Item>("item");
     QTest::addColumn<QPoint>("pointer");
-    QTest::addColumn<QRect>("workArea");
-    QTest::addColumn<QRect>("expected");
+    QTest::addColumn<QList<Screen>>("screens");
+    QTest::addColumn<QRect>("panel");
 
-    QTest::newRow("upper edge at the pointer") << QPoint(900, 300) << barOnTop.workArea << QRect(590, 300, 620, 540);
-    QTest::newRow("pointer in the top right corner") << QPoint(1919, 0) << barOnTop.workArea
-                                                     << QRect(1292, 38, 620, 540);
-    QTest::newRow("pointer in the bottom left corner") << QPoint(0, 1079) << barOnTop.workArea
-                                                       << QRect(8, 532, 620, 540);
-    QTest::newRow("on a screen that does not begin at zero")
-        << QPoint(2000, 1200) << toTheRight.workArea << QRect(1928, 676, 620, 540);
+    const QPoint nowhere(-9999, -9999);
+    const QList<Screen> topBar{{{0, 0, 1920, 1080}, {0, 24, 1920, 1056}}};
+    const QList<Screen> bottomBar{{{0, 0, 1920, 1080}, {0, 0, 1920, 1040}}};
+    const QList<Screen> leftBar{{{0, 0, 1920, 1080}, {48, 0, 1872, 1080}}};
+    const QList<Screen> rightBar{{{0, 0, 1920, 1080}, {0, 0, 1872, 1080}}};
+    const QList<Screen> noBar{{{0, 0, 1920, 1080}, {0, 0, 1920, 1080}}};
+    const QList<Screen> low{{{0, 0, 1024, 560}, {0, 24, 1024, 536}}};
+    const QList<Screen> narrow{{{0, 0, 600, 800}, {0, 24, 600, 776}}};
+    const QList<Screen> two{{{0, 0, 1920, 1080}, {0, 24, 1920, 1056}},
+                            {{1920, -200, 1280, 1024}, {1920, -200, 1280, 1024}}};
+    // 2560 × 1440 pixels at 1.5: Qt rounds the logical size.
+    const QList<Screen> fractional{{{0, 0, 1707, 960}, {0, 27, 1707, 933}}};
+
+    QTest::newRow("below a centred item") << Item({950, 0, 20, 24}) << nowhere << topBar << QRect(650, 30, 620, 540);
+    QTest::newRow("right edge kept") << Item({1890, 0, 24, 24}) << nowhere << topBar << QRect(1292, 30, 620, 540);
+    QTest::newRow("left edge kept") << Item({4, 0, 24, 24}) << nowhere << topBar << QRect(8, 30, 620, 540);
+    QTest::newRow("item taller than the bar")
+        << Item({950, 0, 20, 40}) << nowhere << topBar << QRect(650, 46, 620, 540);
+    QTest::newRow("low work area") << Item({500, 0, 20, 24}) << nowhere << low << QRect(200, 30, 620, 522);
+    QTest::newRow("narrow: the left edge wins")
+        << Item({300, 0, 20, 24}) << nowhere << narrow << QRect(8, 30, 620, 540);
+    QTest::newRow("above a bottom bar") << Item({1800, 1045, 24, 24}) << nowhere << bottomBar
+                                        << QRect(1292, 494, 620, 540);
+    QTest::newRow("beside a left bar") << Item({4, 500, 24, 24}) << nowhere << leftBar << QRect(56, 242, 620, 540);
+    QTest::newRow("beside a left bar, low down")
+        << Item({4, 1050, 24, 24}) << nowhere << leftBar << QRect(56, 532, 620, 540);
+    QTest::newRow("beside a right bar, high up")
+        << Item({1890, 4, 24, 24}) << nowhere << rightBar << QRect(1244, 6, 620, 540);
+    QTest::newRow("a bar that reserves nothing")
+        << Item({950, 1050, 24, 24}) << nowhere << noBar << QRect(652, 504, 620, 540);
+    QTest::newRow("on the screen of the item")
+        << Item({2500, -200, 24, 24}) << QPoint(10, 10) << two << QRect(2202, -170, 620, 540);
+    QTest::newRow("item between screens") << Item({3300, 5000, 24, 24}) << nowhere << two << QRect(2572, 278, 620, 540);
+    QTest::newRow("fractional scale") << Item({1680, 0, 24, 27}) << nowhere << fractional << QRect(1079, 33, 620, 540);
+
+    QTest::newRow("unknown item: by the pointer") << Item() << QPoint(900, 300) << topBar << QRect(590, 307, 620, 540);
+    QTest::newRow("unknown: pointer low down") << Item() << QPoint(900, 900) << topBar << QRect(590, 354, 620, 540);
+    QTest::newRow("unknown: pointer in a corner")
+        << Item() << QPoint(1919, 1079) << bottomBar << QRect(1292, 494, 620, 540);
+    QTest::newRow("unknown: the pointer's screen") << Item() << QPoint(2000, 0) << two << QRect(1928, 7, 620, 540);
+    QTest::newRow("unknown: pointer nowhere") << Item() << nowhere << two << QRect(1292, 30, 620, 540);
+    QTest::newRow("no screen") << Item() << QPoint(0, 0) << QList<Screen>() << QRect(0, 0, 620, 540);
 }
 
-void PanelPlacementTest::nearPointer()
+void PanelPlacementTest::placesThePanel()
 {
+    QFETCH(std::optional<QRect>, item);
     QFETCH(QPoint, pointer);
-    QFETCH(QRect, workArea);
-    QTEST(PanelPlacement::nearPointer(pointer, {workArea, workArea}), "expected");
-}
-
-void PanelPlacementTest::screenAt_data()
-{
-    QTest::addColumn<QPoint>("point");
-    QTest::addColumn<QRect>("expected");
-
-    QTest::newRow("on the first") << QPoint(10, 10) << barOnTop.geometry;
-    QTest::newRow("on the second") << QPoint(1920, 500) << toTheRight.geometry;
-    QTest::newRow("in the dead corner beside the second") << QPoint(1950, 100) << barOnTop.geometry;
-    QTest::newRow("far below the second") << QPoint(2400, 3000) << toTheRight.geometry;
-}
-
-void PanelPlacementTest::screenAt()
-{
-    QFETCH(QPoint, point);
-    QFETCH(QRect, expected);
-    const auto screen = PanelPlacement::screenAt(point, {barOnTop, toTheRight});
-    QVERIFY(screen);
-    QCOMPARE(screen->geometry, expected);
-    QVERIFY(!PanelPlacement::screenAt(point, {}));
+    QFETCH(QList<Screen>, screens);
+    QFETCH(QRect, panel);
+    QCOMPARE(PanelPlacement::panelRect(item, pointer, screens), panel);
 }
 
 QTEST_APPLESS_MAIN(PanelPlacementTest)
