@@ -71,10 +71,10 @@ void X11Workspace::activeWindowChanged()
     if (m_session->isOurs(window))
         return;
     m_frontmost = traitsOf(window);
-    // While the entries are being read, the id is not known for sure; the next time will do.
-    if (m_reading.valid())
-        return;
     readEntriesAgainIfChanged();
+    // Without the entries its id is not known; entriesRead() comes here again.
+    if (m_entries->isEmpty() && m_reading.valid())
+        return;
     if (const auto id = applicationOf(*m_frontmost).bundleID; id && !m_windowIcons.contains(*id))
         keepWindowIcon(window, *id);
 }
@@ -145,14 +145,24 @@ QIcon X11Workspace::fileIcon(const QString& path) const
     return icon.isNull() ? plain : icon;
 }
 
-/// A few hundred small files, perhaps from a cold disk: read on another thread.
+/// A few hundred small files, perhaps from a cold disk: read on another thread. The future waits for it when this
+/// object goes.
 void X11Workspace::readEntries()
 {
     const QStringList folders = applicationFolders();
     m_foldersChanged = changeTimes(folders);
-    m_reading = std::async(std::launch::async, [folders, language = QLocale().name()]() -> EntriesPointer {
-        return std::make_shared<DesktopEntries>(folders, language);
+    m_reading = std::async(std::launch::async, [this, folders, language = QLocale().name()]() -> EntriesPointer {
+        auto entries = std::make_shared<DesktopEntries>(folders, language);
+        QMetaObject::invokeMethod(this, &X11Workspace::entriesRead, Qt::QueuedConnection);
+        return entries;
     });
+}
+
+void X11Workspace::entriesRead()
+{
+    if (m_reading.valid())
+        m_entries = m_reading.get();
+    activeWindowChanged();
 }
 
 /// Programs are installed rarely, and the next one to come to the front may be new.
@@ -164,9 +174,8 @@ void X11Workspace::readEntriesAgainIfChanged()
 
 const DesktopEntries& X11Workspace::entries() const
 {
-    // Only the first copy within milliseconds of the start waits for a reading; later ones take what is there.
-    const bool isFirst = m_entries->isEmpty();
-    if (m_reading.valid() && (isFirst || m_reading.wait_for(std::chrono::seconds(0)) == std::future_status::ready))
+    // Only a copy within milliseconds of the start has to wait; later ones take what is there.
+    if (m_entries->isEmpty() && m_reading.valid())
         m_entries = m_reading.get();
     return *m_entries;
 }

@@ -34,6 +34,7 @@ private:
     void keepWindowIcon(xcb_window_t window, const QString& bundleID);
 
     void readEntries();
+    void entriesRead();
     void readEntriesAgainIfChanged();
     [[nodiscard]] const X11::DesktopEntries& entries() const;
     [[nodiscard]] Application applicationOf(const X11::DesktopEntries::Traits& traits) const;

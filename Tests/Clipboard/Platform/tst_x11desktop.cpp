@@ -1,0 +1,377 @@
+#include "ForeignOwner.h"
+#include "PlatformLoader.h"
+#include "VirtualSession.h"
+#include "X11/X11Session.h"
+
+#include <QFile>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QRasterWindow>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <csignal>
+#include <memory>
+
+using namespace Clipboard;
+using namespace Clipboard::Testing;
+using namespace Qt::StringLiterals;
+
+/// Hot key, focus, keys and applications in a session with a window manager and real programs.
+class TestX11Desktop : public QObject
+{
+    Q_OBJECT
+public:
+    explicit TestX11Desktop(VirtualSession& session)
+        : m_session(session)
+    {
+    }
+
+private slots:
+    void init();
+    void cleanup();
+    void hotKeyWhateverTheLocks_data();
+    void hotKeyWhateverTheLocks();
+    void heldHotKeyCountsOnce();
+    void hotKeySurvivesALayoutChange();
+    void hotKeyWithoutLatinLetters();
+    void hotKeyOfAnotherProgram();
+    void frontmostApplicationIsNotOurs();
+    void unknownApplicationGoesByItsClass();
+    void keyboardIsLentAndGivenBack();
+    void focusIsNotTakenFromAThirdWindow();
+    void pasteIntoXterm_data();
+    void pasteIntoXterm();
+    void utilityWindowStaysOutOfTaskBars();
+    void compositorComesAndGoes();
+
+private:
+    void xdotool(const QString& arguments);
+    /// An xterm that writes what is typed or pasted into the file, line by line.
+    xcb_window_t startXterm(const QString& windowClass, const QString& file = u"typed"_s);
+    [[nodiscard]] bool waitForActive(xcb_window_t window);
+    [[nodiscard]] QByteArray typed() const;
+    /// What the panel does: shows a window over the one in front, which is remembered.
+    void showPanel();
+    void hidePanel();
+
+    VirtualSession& m_session;
+    Platform m_platform;
+    std::shared_ptr<X11::X11Session> m_observer;
+    QRasterWindow m_panel;
+    QList<QProcess*> m_programs;
+};
+
+void TestX11Desktop::init()
+{
+    m_observer = X11::X11Session::open();
+    QVERIFY(m_observer);
+    m_platform = loadPlatform();
+    m_panel.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    m_panel.setGeometry(600, 300, 200, 100);
+    m_panel.create();
+    m_platform.windows->prepareUtilityWindow(&m_panel);
+}
+
+void TestX11Desktop::cleanup()
+{
+    m_panel.hide();
+    m_panel.destroy();
+    for (QProcess* program : std::as_const(m_programs))
+        m_session.kill(*program);
+    m_programs.clear();
+    m_platform = {};
+    m_observer.reset();
+    m_session.run(u"setxkbmap"_s, {u"us"_s});
+    QFile::remove(m_session.homePath(u"typed"_s));
+}
+
+void TestX11Desktop::xdotool(const QString& arguments)
+{
+    QCOMPARE(m_session.run(u"xdotool"_s, arguments.split(u' ')).exitCode, 0);
+}
+
+xcb_window_t TestX11Desktop::startXterm(const QString& windowClass, const QString& file)
+{
+    const QString command = u"cat > %1"_s.arg(m_session.homePath(file));
+    m_programs.append(&m_session.start(u"xterm"_s, {u"-class"_s, windowClass, u"-e"_s, u"sh"_s, u"-c"_s, command}));
+    const bool isUp = QTest::qWaitFor(
+        [&] {
+            const auto active = m_observer->activeWindow();
+            return active != XCB_WINDOW_NONE && m_observer->windowClass(active).name == windowClass.toLatin1() &&
+                   QFile::exists(m_session.homePath(file));
+        },
+        20000);
+    return isUp ? m_observer->activeWindow() : static_cast<xcb_window_t>(XCB_WINDOW_NONE);
+}
+
+bool TestX11Desktop::waitForActive(xcb_window_t window)
+{
+    return QTest::qWaitFor(
+        [&] { return m_observer->activeWindow() == window && m_observer->focusWindow() != XCB_WINDOW_NONE; }, 5000);
+}
+
+QByteArray TestX11Desktop::typed() const
+{
+    QFile file(m_session.homePath(u"typed"_s));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void TestX11Desktop::showPanel()
+{
+    m_platform.windows->rememberFrontWindow();
+    m_panel.show();
+    m_platform.windows->activate(&m_panel);
+    QVERIFY(waitForActive(static_cast<xcb_window_t>(m_panel.winId())));
+}
+
+void TestX11Desktop::hidePanel()
+{
+    m_panel.hide();
+    m_platform.windows->restoreFrontWindow();
+}
+
+void TestX11Desktop::hotKeyWhateverTheLocks_data()
+{
+    QTest::addColumn<QString>("lock");
+    QTest::newRow("none") << QString();
+    QTest::newRow("Caps Lock") << u"Caps_Lock"_s;
+    QTest::newRow("Num Lock") << u"Num_Lock"_s;
+}
+
+void TestX11Desktop::hotKeyWhateverTheLocks()
+{
+    QFETCH(const QString, lock);
+    QSignalSpy pressed(m_platform.hotKey.get(), &HotKeyGrabber::pressed);
+    QSignalSpy failed(m_platform.hotKey.get(), &HotKeyGrabber::failed);
+    m_platform.hotKey->grab();
+    if (!lock.isEmpty())
+        xdotool(u"key "_s + lock);
+    xdotool(u"key super+shift+v"_s);
+    QTRY_COMPARE(pressed.size(), 1);
+    xdotool(u"key super+v"_s);
+    xdotool(u"key shift+v"_s);
+    if (!lock.isEmpty())
+        xdotool(u"key "_s + lock);
+    QTest::qWait(50);
+    QCOMPARE(pressed.size(), 1);
+    xdotool(u"key super+shift+v"_s);
+    QTRY_COMPARE(pressed.size(), 2);
+    QCOMPARE(failed.size(), 0);
+}
+
+void TestX11Desktop::heldHotKeyCountsOnce()
+{
+    QSignalSpy pressed(m_platform.hotKey.get(), &HotKeyGrabber::pressed);
+    m_platform.hotKey->grab();
+    m_session.run(u"xset"_s, {u"r"_s, u"rate"_s, u"100"_s, u"50"_s});
+    xdotool(u"keydown super keydown shift keydown v"_s);
+    QTest::qWait(500);
+    QCOMPARE(pressed.size(), 1);
+    xdotool(u"keyup v keyup shift keyup super"_s);
+}
+
+void TestX11Desktop::hotKeySurvivesALayoutChange()
+{
+    QSignalSpy pressed(m_platform.hotKey.get(), &HotKeyGrabber::pressed);
+    m_platform.hotKey->grab();
+    // V is on another key there.
+    m_session.run(u"setxkbmap"_s, {u"us"_s, u"dvorak"_s});
+    QTest::qWait(100);
+    xdotool(u"key super+shift+v"_s);
+    QTRY_COMPARE(pressed.size(), 1);
+}
+
+void TestX11Desktop::hotKeyWithoutLatinLetters()
+{
+    QSignalSpy pressed(m_platform.hotKey.get(), &HotKeyGrabber::pressed);
+    m_session.run(u"setxkbmap"_s, {u"ru"_s});
+    m_platform.hotKey->grab();
+    xdotool(u"keydown super keydown shift key 55 keyup shift keyup super"_s);
+    QTRY_COMPARE(pressed.size(), 1);
+}
+
+void TestX11Desktop::hotKeyOfAnotherProgram()
+{
+    m_platform.hotKey->grab();
+    auto other = loadPlatform();
+    QSignalSpy failed(other.hotKey.get(), &HotKeyGrabber::failed);
+    QTest::ignoreMessage(QtWarningMsg, "Super+Shift+V is in use by another program.");
+    other.hotKey->grab();
+    QCOMPARE(failed.size(), 1);
+    QCOMPARE(failed.first().first().toString(), u"Super+Shift+V is in use by another program."_s);
+
+    // What could be had is not kept: nothing of the key is ours.
+    m_platform.hotKey.reset();
+    auto third = loadPlatform();
+    QSignalSpy pressed(third.hotKey.get(), &HotKeyGrabber::pressed);
+    third.hotKey->grab();
+    xdotool(u"key super+shift+v"_s);
+    QTRY_COMPARE(pressed.size(), 1);
+}
+
+void TestX11Desktop::frontmostApplicationIsNotOurs()
+{
+    const auto window = startXterm(u"XTerm"_s);
+    QVERIFY(window != XCB_WINDOW_NONE);
+    QTRY_VERIFY(m_platform.workspace->frontmostApplication());
+    const auto before = *m_platform.workspace->frontmostApplication();
+    QCOMPARE(before.name, u"Terminal of the test"_s);
+    QCOMPARE(before.bundleID, u"test-terminal"_s);
+    QVERIFY(!m_platform.workspace->applicationIcon(u"test-terminal"_s).isNull());
+
+    showPanel();
+    QTest::qWait(20);
+    QCOMPARE(m_platform.workspace->frontmostApplication()->bundleID, u"test-terminal"_s);
+}
+
+void TestX11Desktop::unknownApplicationGoesByItsClass()
+{
+    // A window that tells nothing of its process, only a class and an icon.
+    auto& connection = m_observer->connection();
+    const xcb_window_t window = xcb_generate_id(connection.get());
+    xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, window, connection.root(), 0, 0, 100, 100, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    const QByteArray windowClass("elsewhere\0Elsewhere\0", 20);
+    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
+                        static_cast<uint32_t>(windowClass.size()), windowClass.constData());
+    const uint32_t icon[] = {1, 1, 0xff336699};
+    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, window, connection.atom("_NET_WM_ICON"),
+                        XCB_ATOM_CARDINAL, 32, 3, icon);
+    xcb_map_window(connection.get(), window);
+    connection.flush();
+    QVERIFY(waitForActive(window));
+
+    QTRY_VERIFY(m_platform.workspace->frontmostApplication());
+    QCOMPARE(m_platform.workspace->frontmostApplication()->name, u"Elsewhere"_s);
+    QCOMPARE(m_platform.workspace->frontmostApplication()->bundleID, u"Elsewhere"_s);
+    QVERIFY(!m_platform.workspace->applicationIcon(u"Elsewhere"_s).isNull());
+    QVERIFY(m_platform.workspace->applicationIcon(u"nothing.that.exists"_s).isNull());
+}
+
+void TestX11Desktop::keyboardIsLentAndGivenBack()
+{
+    const auto window = startXterm(u"XTerm"_s);
+    QVERIFY(window != XCB_WINDOW_NONE);
+    for (int round = 0; round < 3; ++round) {
+        showPanel();
+        hidePanel();
+        QVERIFY(waitForActive(window));
+    }
+    xdotool(u"type hello"_s);
+    xdotool(u"key Return"_s);
+    QTRY_COMPARE(typed(), QByteArray("hello\n"));
+}
+
+void TestX11Desktop::focusIsNotTakenFromAThirdWindow()
+{
+    const auto first = startXterm(u"First"_s, u"first"_s);
+    const auto second = startXterm(u"Second"_s, u"second"_s);
+    QVERIFY(first != XCB_WINDOW_NONE && second != XCB_WINDOW_NONE);
+    showPanel();
+    m_observer->activate(first);
+    QVERIFY(waitForActive(first));
+    hidePanel();
+    QTest::qWait(100);
+    QCOMPARE(m_observer->activeWindow(), first);
+}
+
+void TestX11Desktop::pasteIntoXterm_data()
+{
+    QTest::addColumn<QString>("windowClass");
+    QTest::addColumn<QString>("heldKeys");
+    QTest::addColumn<QString>("layout");
+    QTest::newRow("xterm") << u"XTerm"_s << QString() << u"us"_s;
+    QTest::newRow("keys of the hot key still held") << u"XTerm"_s << u"super shift v"_s << u"us"_s;
+    QTest::newRow("Return still held") << u"XTerm"_s << u"Return"_s << u"us"_s;
+    QTest::newRow("another terminal") << u"kitty"_s << QString() << u"us"_s;
+    QTest::newRow("another terminal, Dvorak") << u"kitty"_s << QString() << u"dvorak"_s;
+    QTest::newRow("another terminal, no Latin letters") << u"kitty"_s << QString() << u"ru"_s;
+    QTest::newRow("any program") << u"Program"_s << QString() << u"us"_s;
+}
+
+void TestX11Desktop::pasteIntoXterm()
+{
+    QFETCH(const QString, windowClass);
+    QFETCH(const QString, heldKeys);
+    QFETCH(const QString, layout);
+    m_session.run(u"setxkbmap"_s, {layout});
+    QVERIFY(startXterm(windowClass) != XCB_WINDOW_NONE);
+    showPanel();
+    for (const QString& key : heldKeys.split(u' ', Qt::SkipEmptyParts))
+        xdotool(u"keydown "_s + key);
+    m_platform.pasteboard->setString("pasted\n");
+    hidePanel();
+    bool isDone = false;
+    m_platform.keystrokes->sendPaste([&] { isDone = true; });
+    QVERIFY2(!isDone, "The caller was kept waiting.");
+    QTRY_VERIFY(isDone);
+    QTRY_COMPARE(typed(), QByteArray("pasted\n"));
+}
+
+void TestX11Desktop::utilityWindowStaysOutOfTaskBars()
+{
+    auto& connection = m_observer->connection();
+    for (int round = 0; round < 2; ++round) {
+        showPanel();
+        const auto states = connection.words(static_cast<xcb_window_t>(m_panel.winId()),
+                                             connection.atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 100);
+        for (const char* name : {"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER", "_NET_WM_STATE_ABOVE"})
+            QVERIFY2(std::ranges::find(states, connection.atom(name)) != states.end(), name);
+        hidePanel();
+    }
+}
+
+void TestX11Desktop::compositorComesAndGoes()
+{
+    QSignalSpy changes(m_platform.windows.get(), &WindowSystem::compositingChanged);
+    QVERIFY(!m_platform.windows->isCompositing());
+    ForeignOwner compositor(m_session.display().toLatin1(), "_NET_WM_CM_S0");
+    compositor.take();
+    QTRY_COMPARE(changes.size(), 1);
+    QVERIFY(m_platform.windows->isCompositing());
+    compositor.die();
+    QTRY_COMPARE(changes.size(), 2);
+    QVERIFY(!m_platform.windows->isCompositing());
+}
+
+int main(int argc, char** argv)
+{
+    VirtualSession session;
+    if (!session.failure().isEmpty()) {
+        qCritical().noquote() << session.failure();
+        return 1;
+    }
+    // The session is this process's desktop too.
+    const auto environment = session.environment();
+    for (const QString& name : environment.keys())
+        qputenv(name.toLatin1().constData(), environment.value(name).toLocal8Bit());
+    qputenv("QT_QPA_PLATFORM", "xcb");
+
+    // An xterm of ours, so that the test does not depend on what is installed.
+    const QString applications = session.homePath(u".local/share/applications"_s);
+    QDir().mkpath(applications);
+    QFile entry(applications + u"/test-terminal.desktop"_s);
+    QFile icon(session.homePath(u"icon.svg"_s));
+    if (!entry.open(QIODevice::WriteOnly) || !icon.open(QIODevice::WriteOnly))
+        return 1;
+    icon.write("<svg xmlns='http://www.w3.org/2000/svg' width='8' height='8'/>");
+    icon.close();
+    entry.write("[Desktop Entry]\nType=Application\nName=Terminal of the test\nStartupWMClass=XTerm\nIcon=" +
+                icon.fileName().toUtf8() + "\n");
+    entry.close();
+
+    // A terminal that pastes as the common ones do, and a program that pastes as most do.
+    QFile resources(session.homePath(u".Xdefaults"_s));
+    if (!resources.open(QIODevice::WriteOnly))
+        return 1;
+    resources.write("kitty*VT100.translations: #override Ctrl Shift <KeyPress> V: insert-selection(CLIPBOARD)\n"
+                    "Program*VT100.translations: #override Ctrl <KeyPress> v: insert-selection(CLIPBOARD)\n");
+    resources.close();
+
+    const QGuiApplication application(argc, argv);
+    TestX11Desktop test(session);
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_x11desktop.moc"
