@@ -101,6 +101,16 @@ QRect beside(const QRect& item, const QRect& area)
     return {topLeft, QSize(panelWidth, height)};
 }
 
+/// Nothing hangs here: below the pointer or above it where there is room, else as near as the work area allows.
+QRect byPointer(const QPoint& pointer, const QRect& area)
+{
+    const int height = std::min(area.height() - gap - margin, panelHeight);
+    int y = pointer.y() + gap;
+    if (y != fittedY(y, height, area))
+        y = pointer.y() - gap - height;
+    return {fittedX(pointer.x() - panelWidth / 2, area), fittedY(y, height, area), panelWidth, height};
+}
+
 } // namespace
 
 QRect PanelPlacement::panelRect(const std::optional<QRect>& statusItem, const QPoint& pointer,
@@ -112,9 +122,9 @@ QRect PanelPlacement::panelRect(const std::optional<QRect>& statusItem, const QP
         return beside(*statusItem, screenAt(statusItem->center(), screens).workArea);
     const Screen& screen = screenAt(pointer, screens);
     if (screen.geometry.contains(pointer))
-        return beside(QRect(pointer, QSize(1, 1)), screen.workArea);
+        return byPointer(pointer, screen.workArea);
     const QRect& area = screens.first().workArea;
-    return beside(QRect(rightEdge(area), area.y() - 1, 1, 1), area);
+    return byPointer({rightEdge(area), area.y()}, area);
 }
 
 } // namespace Clipboard

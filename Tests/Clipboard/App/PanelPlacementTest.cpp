@@ -56,11 +56,12 @@ void PanelPlacementTest::placesThePanel_data()
     QTest::newRow("item between screens") << Item({3300, 5000, 24, 24}) << nowhere << two << QRect(2572, 278, 620, 540);
     QTest::newRow("fractional scale") << Item({1680, 0, 24, 27}) << nowhere << fractional << QRect(1079, 33, 620, 540);
 
-    QTest::newRow("unknown item: by the pointer") << Item() << QPoint(900, 300) << topBar << QRect(590, 307, 620, 540);
-    QTest::newRow("unknown: pointer low down") << Item() << QPoint(900, 900) << topBar << QRect(590, 354, 620, 540);
-    QTest::newRow("unknown: pointer in a corner")
-        << Item() << QPoint(1919, 1079) << bottomBar << QRect(1292, 494, 620, 540);
-    QTest::newRow("unknown: the pointer's screen") << Item() << QPoint(2000, 0) << two << QRect(1928, 7, 620, 540);
+    QTest::newRow("unknown item: below the pointer")
+        << Item() << QPoint(900, 300) << topBar << QRect(590, 306, 620, 540);
+    QTest::newRow("unknown: above the pointer") << Item() << QPoint(900, 900) << topBar << QRect(590, 354, 620, 540);
+    QTest::newRow("unknown: in a corner") << Item() << QPoint(1919, 1079) << bottomBar << QRect(1292, 492, 620, 540);
+    QTest::newRow("unknown: no room on either side") << Item() << QPoint(600, 300) << low << QRect(290, 30, 620, 522);
+    QTest::newRow("unknown: the pointer's screen") << Item() << QPoint(2000, 0) << two << QRect(1928, 6, 620, 540);
     QTest::newRow("unknown: pointer nowhere") << Item() << nowhere << two << QRect(1292, 30, 620, 540);
     QTest::newRow("no screen") << Item() << QPoint(0, 0) << QList<Screen>() << QRect(0, 0, 620, 540);
 }
