@@ -17,7 +17,7 @@ constexpr int swatchSize = 98;
 constexpr int swatchRadius = 12;
 constexpr int rowsLeft = swatchSize + 20;
 constexpr int rowHeight = 32;
-constexpr int rowPitch = rowHeight + 1; // a seam between two rows
+constexpr int rowsTop = 1; // three rows stand in the middle of the swatch's height
 constexpr int keyWidth = 36;
 constexpr int keyGap = 12;
 constexpr std::array keys{QLatin1String("HEX"), QLatin1String("RGB"), QLatin1String("HSL")};
@@ -67,21 +67,21 @@ void ColorBody::paintEvent(QPaintEvent* /*event*/)
     const QColor fill = m_color ? QColor(m_color->r, m_color->g, m_color->b) : QColor(Theme::well);
     Painting::roundedFill(painter, swatch, swatchRadius, fill, Theme::pictureEdge);
     for (int i = 0; i < static_cast<int>(keys.size()); ++i) {
-        const QRectF row(rowsLeft, i * rowPitch, width() - rowsLeft, rowHeight);
+        const QRectF row(rowsLeft, rowsTop + i * rowHeight, width() - rowsLeft, rowHeight);
         Painting::textLine(painter, QRectF(row.topLeft(), QSizeF(keyWidth, rowHeight)), Fonts::chip, Theme::text3,
                            keys.at(static_cast<std::size_t>(i)));
         if (i > 0)
-            painter.fillRect(QRectF(rowsLeft, row.top() - 1, row.width(), 1), Theme::seam);
+            painter.fillRect(QRectF(rowsLeft, row.top(), row.width(), 1), Theme::seam);
     }
 }
 
 void ColorBody::resizeEvent(QResizeEvent* event)
 {
     const int left = rowsLeft + keyWidth + keyGap;
-    int top = (rowHeight - Fonts::value.lineHeight) / 2;
+    int top = rowsTop + (rowHeight - Fonts::value.lineHeight) / 2;
     for (TextBlock* value : m_values) {
         value->setGeometry(left, top, width() - left, Fonts::value.lineHeight);
-        top += rowPitch;
+        top += rowHeight;
     }
     PreviewBody::resizeEvent(event);
 }

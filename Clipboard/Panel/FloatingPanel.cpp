@@ -17,6 +17,8 @@
 #include <QVariantAnimation>
 #include <QWindow>
 
+#include <algorithm>
+
 using ClipboardCore::KeyCode;
 
 namespace Clipboard {
@@ -62,6 +64,7 @@ void FloatingPanel::setPanelGeometry(const QRect& panel)
 void FloatingPanel::applyCompositing()
 {
     m_surface.setComposited(m_services.windows.isCompositing());
+    setContentsMargins(m_surface.margins());
     setPanelGeometry(m_geometry);
     layOutView();
     update();
@@ -171,15 +174,17 @@ void FloatingPanel::resizeEvent(QResizeEvent* event)
 
 void FloatingPanel::layOutView()
 {
-    if (m_view != nullptr)
-        m_view->setGeometry(rect().marginsRemoved(m_surface.margins()));
+    if (m_view == nullptr)
+        return;
+    m_view->setGeometry(rect().marginsRemoved(m_surface.margins()));
+    m_view->setCornerRadius(m_surface.radius());
 }
 
 void FloatingPanel::paintEvent(QPaintEvent* event)
 {
     QPainter painter(this);
     const QRect card = rect().marginsRemoved(m_surface.margins());
-    const int edge = m_surface.radius();
+    const int edge = std::max(m_surface.radius(), 1);
     if (card.adjusted(edge, edge, -edge, -edge).contains(event->rect()))
         painter.fillRect(event->rect(), Theme::panel);
     else

@@ -1,6 +1,7 @@
 #include "PanelView.h"
 
 #include "ClipItemTexts.h"
+#include "CommandSheet.h"
 #include "EmptyContent.h"
 #include "FilterChips.h"
 #include "HistoryList.h"
@@ -34,6 +35,7 @@ PanelView::PanelView(HistoryViewModel& viewModel, const Workspace& workspace, Th
     , m_list(new HistoryList(viewModel, thumbs, this))
     , m_preview(new PreviewPane(viewModel, workspace, thumbs, this))
     , m_footer(new PanelFooter(this))
+    , m_sheet(new CommandSheet(viewModel, thumbs, this))
 {
     m_ages.setInterval(ageRefresh);
     connect(&m_ages, &QTimer::timeout, this, &PanelView::refreshAges);
@@ -60,7 +62,9 @@ void PanelView::connectViewModel()
     connect(model, &HistoryViewModel::queryChanged, this, [this] { changed(state); });
     connect(model, &HistoryViewModel::filterChanged, this, [this] { changed(state); });
     connect(model, &HistoryViewModel::countsChanged, this, [this] { changed(state); });
-    connect(model, &HistoryViewModel::cmdkOpenChanged, this, [this] { changed(state); });
+    connect(model, &HistoryViewModel::cmdkOpenChanged, this, [this] { changed(state | keyboard | sheet); });
+    connect(model, &HistoryViewModel::cmdkIndexChanged, this, [this] { changed(sheet); });
+    connect(model, &HistoryViewModel::cmdkQueryChanged, this, [this] { changed(sheet); });
     connect(model, &HistoryViewModel::focusTokenChanged, this, [this] { changed(keyboard); });
 }
 
@@ -79,16 +83,8 @@ void PanelView::sync()
     const unsigned what = std::exchange(m_changed, 0U);
     if (what == 0)
         return;
-    if (what & entries) {
-        m_list->reload();
-        m_footer->setCount(m_viewModel.visible().size());
-        const bool isEmpty = m_viewModel.visible().isEmpty();
-        m_list->setVisible(!isEmpty);
-        m_preview->setVisible(!isEmpty);
-        if (isEmpty || m_isEmpty != isEmpty)
-            update();
-        m_isEmpty = isEmpty;
-    }
+    if (what & entries)
+        syncEntries();
     if (what & (entries | selection)) {
         m_list->syncSelection((what & entries) == 0 && isVisible());
         m_preview->syncItem();
@@ -97,9 +93,23 @@ void PanelView::sync()
     m_preview->syncFocus();
     if (what & state)
         m_list->refreshRows();
+    if (what & sheet)
+        m_sheet->sync();
     if (what & keyboard)
-        m_header->searchField()->setFocus(Qt::OtherFocusReason);
+        activeField()->setFocus(Qt::OtherFocusReason);
     publishFrames();
+}
+
+void PanelView::syncEntries()
+{
+    m_list->reload();
+    m_footer->setCount(m_viewModel.visible().size());
+    const bool isEmpty = m_viewModel.visible().isEmpty();
+    m_list->setVisible(!isEmpty);
+    m_preview->setVisible(!isEmpty);
+    if (isEmpty || m_isEmpty != isEmpty)
+        update();
+    m_isEmpty = isEmpty;
 }
 
 void PanelView::publishFrames()
@@ -115,7 +125,12 @@ void PanelView::publishFrames()
 
 SearchField* PanelView::activeField() const
 {
-    return m_header->searchField();
+    return m_viewModel.cmdkOpen() ? m_sheet->filterField() : m_header->searchField();
+}
+
+void PanelView::setCornerRadius(int radius)
+{
+    m_sheet->setCornerRadius(radius);
 }
 
 QString PanelView::selectedPreviewText() const
@@ -135,7 +150,8 @@ void PanelView::resizeEvent(QResizeEvent* event)
     m_list->setGeometry(0, content.top(), Theme::listWidth - seam, content.height());
     m_preview->setGeometry(Theme::listWidth, content.top(), width() - Theme::listWidth - outline, content.height());
     m_footer->setGeometry(0, content.bottom() + 1 + seam, width(), Theme::footerHeight - seam);
-    changed(state);
+    m_sheet->setGeometry(rect());
+    changed(state | sheet);
     QWidget::resizeEvent(event);
 }
 

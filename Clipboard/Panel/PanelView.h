@@ -5,6 +5,7 @@
 
 namespace Clipboard {
 
+class CommandSheet;
 class HistoryList;
 class HistoryViewModel;
 class PanelFooter;
@@ -29,8 +30,10 @@ public:
     /// Brings everything on screen, and the view model's frames, in line with the view model now.
     void sync();
 
-    /// The field that has the keyboard.
+    /// The field that has the keyboard: the search field, or the filter of the command sheet.
     [[nodiscard]] SearchField* activeField() const;
+    /// The corners of the panel; 0 where they are square.
+    void setCornerRadius(int radius);
     /// What the user has marked in the preview.
     [[nodiscard]] QString selectedPreviewText() const;
 
@@ -41,9 +44,10 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    enum Change : unsigned { entries = 1, selection = 2, state = 4, keyboard = 8, everything = 15 };
+    enum Change : unsigned { entries = 1, selection = 2, state = 4, keyboard = 8, sheet = 16, everything = 31 };
     void connectViewModel();
     void changed(unsigned what);
+    void syncEntries();
     void publishFrames();
     void paintEmptyContent(QPainter& painter, const QRectF& area) const;
     void refreshAges();
@@ -54,6 +58,7 @@ private:
     HistoryList* m_list;
     PreviewPane* m_preview;
     PanelFooter* m_footer;
+    CommandSheet* m_sheet;
     QTimer m_ages;
     unsigned m_changed = everything;
     bool m_syncPending = false;

@@ -35,6 +35,24 @@ QString label(ItemAction action)
     Q_UNREACHABLE();
 }
 
+/// The key that does the same from anywhere in the panel; none for Copy.
+QString keys(ItemAction action)
+{
+    switch (action) {
+    case ItemAction::paste:
+        return QString(u'⏎');
+    case ItemAction::annotate:
+        return PreviewButton::tr("⌘E");
+    case ItemAction::pin:
+        return PreviewButton::tr("⌘P");
+    case ItemAction::delete_:
+        return PreviewButton::tr("⌘⌫");
+    case ItemAction::copy:
+        break;
+    }
+    return {};
+}
+
 const Fonts::Style& labelStyle(bool primary)
 {
     return primary ? Fonts::primaryButton : Fonts::button;
@@ -49,6 +67,7 @@ PreviewButton::PreviewButton(ItemAction action, QWidget* parent)
     setText(label(action));
     setAccessibleName(text());
     setCheckable(action == ItemAction::pin);
+    setTip(text(), keys(action));
 }
 
 bool PreviewButton::hasLabel() const

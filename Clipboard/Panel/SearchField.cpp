@@ -19,13 +19,14 @@ constexpr int cursorRectReach = 5;
 
 } // namespace
 
-SearchField::SearchField(const QString& placeholder, QWidget* parent)
+SearchField::SearchField(const Fonts::Style& style, const QString& placeholder, QWidget* parent)
     : QLineEdit(parent)
+    , m_style(style)
     , m_placeholder(placeholder)
 {
     setFrame(false);
     setAttribute(Qt::WA_MacShowFocusRect, false);
-    setFont(Fonts::font(Fonts::search));
+    setFont(Fonts::font(style));
     setAccessibleName(placeholder);
     QPalette colors = palette();
     colors.setBrush(QPalette::Base, Qt::NoBrush);
@@ -56,7 +57,7 @@ void SearchField::paintEvent(QPaintEvent* event)
     QPainter painter(this);
     if (text().isEmpty() && !m_composing) {
         const QRectF line(textInset + placeholderIndent, 0, width() - textInset - placeholderIndent, height());
-        Painting::textLine(painter, line, Fonts::search, Theme::text3, m_placeholder);
+        Painting::textLine(painter, line, m_style, Theme::text3, m_placeholder);
     }
     if (m_caretShown && hasFocus() && !hasSelectedText())
         Painting::roundedFill(painter, caretRect(), caretWidth / 2, Theme::accent);

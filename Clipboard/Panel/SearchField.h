@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Fonts.h"
+
 #include <QLineEdit>
 
 namespace Clipboard {
@@ -10,7 +12,7 @@ class SearchField final : public QLineEdit
 {
     Q_OBJECT
 public:
-    explicit SearchField(const QString& placeholder, QWidget* parent);
+    SearchField(const Fonts::Style& style, const QString& placeholder, QWidget* parent);
 
     /// The caret is drawn while this is on and the field has the keyboard.
     void setCaretShown(bool shown);
@@ -26,6 +28,7 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
+    Fonts::Style m_style;
     QString m_placeholder;
     bool m_caretShown = true;
     bool m_composing = false;

@@ -71,6 +71,8 @@ DarkMenu::DarkMenu(bool composited, QWidget* parent)
     setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
     if (composited)
         Surface::prepare(this);
+    // Qt widens its items by the shortcuts' column; here the shortcuts have their place inside.
+    setFixedWidth(menuWidth);
     auto* metrics = new MenuMetrics;
     metrics->setParent(this);
     setStyle(metrics);
@@ -83,7 +85,8 @@ void DarkMenu::paintEvent(QPaintEvent* event)
     Painting::roundedFill(painter, rect(), radius, Theme::raised, Theme::outline);
     const QList<QAction*> all = actions();
     for (const QAction* action : all) {
-        const QRectF item(actionGeometry(const_cast<QAction*>(action)));
+        QRectF item(actionGeometry(const_cast<QAction*>(action)));
+        item.setWidth(width() - 2 * padding);
         if (action->isVisible() && event->rect().intersects(item.toAlignedRect()))
             paintItem(painter, item, *action, action == activeAction());
     }

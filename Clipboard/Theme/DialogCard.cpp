@@ -5,7 +5,10 @@
 
 #include <QKeyEvent>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QTextLayout>
+
+#include <algorithm>
 
 namespace Clipboard {
 
@@ -36,10 +39,20 @@ QStringList wrapped(const QString& paragraph, qreal width)
     return lines;
 }
 
-/// Wraps into as few lines as fit, at the narrowest width that needs no more of them.
+QStringList sentences(const QString& paragraph)
+{
+    static const QRegularExpression afterSentence(QStringLiteral("(?<=[.!?]) "));
+    return paragraph.split(afterSentence);
+}
+
+/// Wraps into as few lines as fit: a sentence a line when that takes no more of them, else lines of about equal width.
 QStringList balanced(const QString& paragraph)
 {
     QStringList best = wrapped(paragraph, textWidth);
+    const QStringList whole = sentences(paragraph);
+    const auto fits = [](const QString& line) { return Fonts::width(Fonts::body, line) <= textWidth; };
+    if (whole.size() <= best.size() && std::all_of(whole.begin(), whole.end(), fits))
+        return whole;
     for (int width = textWidth - 8; width > textWidth / 2; width -= 8) {
         QStringList narrower = wrapped(paragraph, width);
         if (narrower.size() > best.size())

@@ -1,10 +1,12 @@
 #include "DrawnButton.h"
 
+#include "HoverTip.h"
 #include "Painting.h"
 
 #include <QEvent>
 #include <QHoverEvent>
 #include <QPainter>
+#include <QTimerEvent>
 
 namespace Clipboard {
 
@@ -19,6 +21,11 @@ DrawnButton::DrawnButton(QWidget* parent)
 {
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::NoFocus);
+}
+
+DrawnButton::~DrawnButton()
+{
+    delete m_tip; // belongs to the window, which may outlive the button
 }
 
 void DrawnButton::setRing(bool ring)
@@ -65,6 +72,9 @@ bool DrawnButton::event(QEvent* event)
     case QEvent::Hide:
         setHovered(false);
         break;
+    case QEvent::MouseButtonPress:
+        hideTip();
+        break;
     case QEvent::FocusIn:
     case QEvent::FocusOut:
         update();
@@ -80,7 +90,31 @@ void DrawnButton::setHovered(bool hovered)
     if (m_hovered == hovered)
         return;
     m_hovered = hovered;
+    if (hovered && !m_tipText.isEmpty())
+        m_tipTimer.start(Theme::tooltipDelay, this);
+    else
+        hideTip();
     update();
+}
+
+void DrawnButton::setTip(const QString& text, const QString& keys)
+{
+    m_tipText = text;
+    m_tipKeys = keys;
+}
+
+void DrawnButton::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() != m_tipTimer.timerId())
+        return QAbstractButton::timerEvent(event);
+    m_tipTimer.stop();
+    m_tip = new HoverTip(m_tipText, m_tipKeys, controlRectIn(window()), window());
+}
+
+void DrawnButton::hideTip()
+{
+    m_tipTimer.stop();
+    delete m_tip;
 }
 
 void DrawnButton::changeEvent(QEvent* event)

@@ -3,8 +3,12 @@
 #include "Theme.h"
 
 #include <QAbstractButton>
+#include <QBasicTimer>
+#include <QPointer>
 
 namespace Clipboard {
+
+class HoverTip;
 
 /// A button that paints itself. The widget is larger than the control it draws by the reach of the focus ring, so that
 /// the ring can lie outside the control.
@@ -13,6 +17,7 @@ class DrawnButton : public QAbstractButton
     Q_OBJECT
 public:
     explicit DrawnButton(QWidget* parent = nullptr);
+    ~DrawnButton() override;
 
     /// Marks the control as the one that has keyboard focus although its widget has not.
     void setRing(bool ring);
@@ -24,6 +29,9 @@ public:
     void setControlGeometry(const QRect& control);
     /// The control in the coordinates of `ancestor`.
     [[nodiscard]] QRect controlRectIn(const QWidget* ancestor) const;
+
+    /// What appears when the pointer rests on the control: its name and its key, which may be empty.
+    void setTip(const QString& text, const QString& keys);
 
     /// The size of the control alone.
     [[nodiscard]] virtual QSize controlSize() const = 0;
@@ -39,12 +47,19 @@ protected:
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) final;
     void changeEvent(QEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
     [[nodiscard]] bool hitButton(const QPoint& position) const final;
 
 private:
     void setHovered(bool hovered);
+    void hideTip();
+
     bool m_ring = false;
     bool m_hovered = false;
+    QString m_tipText;
+    QString m_tipKeys;
+    QBasicTimer m_tipTimer;
+    QPointer<HoverTip> m_tip;
 };
 
 } // namespace Clipboard

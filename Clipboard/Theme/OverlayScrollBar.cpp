@@ -12,7 +12,7 @@
 namespace Clipboard {
 
 namespace {
-constexpr int leastThumb = 32;
+constexpr int leastThumb = 48;
 } // namespace
 
 OverlayScrollBar::OverlayScrollBar(QScrollBar* source, QWidget* parent)

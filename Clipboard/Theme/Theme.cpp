@@ -1,14 +1,13 @@
 #include "Theme.h"
 
 #include "Fonts.h"
+#include "ProgramStyle.h"
 
 #include <QApplication>
 #include <QPalette>
-#include <QStyleFactory>
 
 #include <array>
 
-using namespace Qt::StringLiterals;
 using ClipboardCore::ClipType;
 
 namespace Clipboard::Theme {
@@ -57,7 +56,8 @@ QLatin1String typeIcon(ClipType type)
 
 void install(QApplication& application)
 {
-    QApplication::setStyle(QStyleFactory::create(u"fusion"_s));
+    QApplication::setStyle(new ProgramStyle); // the application owns it
+    QApplication::setCursorFlashTime(0);      // a caret that blinks wakes the processor twice a second
     QPalette palette(text, control, controlHover, well, controlLine, text, text, raised, panel);
     palette.setColor(QPalette::Highlight, rowSelLine);
     palette.setColor(QPalette::HighlightedText, text);

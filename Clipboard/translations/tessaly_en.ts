@@ -2,11 +2,14 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US" sourcelanguage="en">
 <context>
-    <name>Clipboard::CommandSheet</name>
+    <name>Clipboard::CommandCard</name>
     <message>
         <source>⌘1–9</source>
         <translation>Ctrl+1–9</translation>
     </message>
+</context>
+<context>
+    <name>Clipboard::CommandRow</name>
     <message>
         <source>⌘%1</source>
         <translation>Ctrl+%1</translation>
@@ -20,6 +23,13 @@
             <numerusform>%n item</numerusform>
             <numerusform>%n items</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::HistoryListModel</name>
+    <message>
+        <source>Double-tap to paste</source>
+        <translation>Double-click to paste</translation>
     </message>
 </context>
 <context>
@@ -38,6 +48,21 @@
             <numerusform>%n item</numerusform>
             <numerusform>%n items</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::PreviewButton</name>
+    <message>
+        <source>⌘E</source>
+        <translation>Ctrl+E</translation>
+    </message>
+    <message>
+        <source>⌘P</source>
+        <translation>Ctrl+P</translation>
+    </message>
+    <message>
+        <source>⌘⌫</source>
+        <translation>Ctrl+⌫</translation>
     </message>
 </context>
 </TS>

@@ -1,0 +1,174 @@
+#include "CommandCard.h"
+
+#include "ClipItemTexts.h"
+#include "CommandRow.h"
+#include "Hint.h"
+#include "HistoryViewModel.h"
+#include "OverlayScrollBar.h"
+#include "Painting.h"
+#include "RowThumb.h"
+#include "SearchField.h"
+#include "Theme.h"
+#include "TintedIcon.h"
+
+#include <QPainter>
+#include <QScrollArea>
+#include <QScrollBar>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using ClipboardCore::SmartAction;
+
+namespace Clipboard {
+
+namespace {
+
+constexpr int cardWidth = 380;
+constexpr int headerHeight = 48; // each band holds the seam below it
+constexpr int filterHeight = 40;
+constexpr int legendHeight = 36;
+constexpr int listPadding = 6;
+constexpr int rowsAtMost = 7;
+constexpr int lastOrdinal = 9;
+constexpr int thumbGap = 10;
+constexpr int lensFrame = 18;
+constexpr int lensSize = 16;
+constexpr int filterTextLeft = 44;
+constexpr int fieldTextInset = 2;
+constexpr int fieldHeight = 24;
+constexpr int scrollBarInset = 2;
+constexpr qsizetype measuredTitle = 200;
+
+} // namespace
+
+CommandCard::CommandCard(HistoryViewModel& viewModel, Thumbs& thumbs, QWidget* parent)
+    : QWidget(parent)
+    , m_viewModel(viewModel)
+    , m_thumbs(thumbs)
+    , m_surface(sheetShadow, Theme::raised)
+    , m_filter(new SearchField(Fonts::label, tr("Filter actions…"), this))
+    , m_scroll(new QScrollArea(this))
+    , m_page(new QWidget)
+    , m_scrollBar(new OverlayScrollBar(m_scroll->verticalScrollBar(), this))
+{
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setFocusPolicy(Qt::NoFocus);
+    m_scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scroll->setWidget(m_page);
+    m_scroll->viewport()->setAutoFillBackground(false);
+    m_page->setAutoFillBackground(false);
+    connect(m_filter, &QLineEdit::textEdited, this, [this](const QString& text) { m_viewModel.setCmdkQuery(text); });
+}
+
+void CommandCard::sync()
+{
+    if (m_filter->text() != m_viewModel.cmdkQuery())
+        m_filter->setText(m_viewModel.cmdkQuery());
+    rebuildRows(m_viewModel.cmdkActions());
+    for (qsizetype i = 0; i < m_rows.size(); ++i)
+        m_rows[i]->setSelected(i == m_viewModel.cmdkIndex());
+    layOut();
+    if (const auto index = m_viewModel.cmdkIndex(); index >= 0 && index < m_rows.size())
+        m_scroll->ensureWidgetVisible(m_rows[index], 0, 0);
+    update();
+}
+
+void CommandCard::rebuildRows(const QList<SmartAction>& actions)
+{
+    const auto item = m_viewModel.selectedItem();
+    QStringList labels;
+    for (const SmartAction& action : actions)
+        labels.append(action.label);
+    if (!item || (item->id == m_item && labels == m_labels))
+        return;
+    m_item = item->id;
+    m_labels = labels;
+    qDeleteAll(m_rows);
+    m_rows.clear();
+    for (int i = 0; i < static_cast<int>(actions.size()); ++i) {
+        const auto ordinal = i < lastOrdinal ? std::optional(i + 1) : std::nullopt;
+        auto* row = new CommandRow(actions.at(i).label, ordinal, Theme::readableTint(item->type), m_page);
+        connect(row, &CommandRow::entered, this, [this, i] { m_viewModel.setCmdkIndex(i); });
+        connect(row, &QAbstractButton::clicked, this, [this, i] { m_viewModel.runCmdkAt(i); });
+        row->show();
+        m_rows.append(row);
+    }
+}
+
+int CommandCard::listHeight() const
+{
+    const int count = std::clamp(static_cast<int>(m_rows.size()), 1, rowsAtMost);
+    return 2 * listPadding + count * CommandRow::height;
+}
+
+QRect CommandCard::cardRect() const
+{
+    return rect().marginsRemoved(margins());
+}
+
+void CommandCard::layOut()
+{
+    const QSize card(cardWidth, headerHeight + filterHeight + listHeight() + legendHeight);
+    resize(card.grownBy(margins()));
+    const QRect inside = cardRect();
+    const int filterTop = inside.top() + headerHeight;
+    const int fieldLeft = inside.left() + filterTextLeft - fieldTextInset;
+    m_filter->setGeometry(fieldLeft, filterTop + (filterHeight - 1 - fieldHeight) / 2,
+                          inside.right() - Theme::margin - fieldLeft, fieldHeight);
+    const QRect list(inside.left() + listPadding, filterTop + filterHeight + listPadding,
+                     inside.width() - 2 * listPadding, listHeight() - 2 * listPadding);
+    m_scroll->setGeometry(list);
+    m_page->resize(list.width(), static_cast<int>(m_rows.size()) * CommandRow::height);
+    for (int i = 0; i < static_cast<int>(m_rows.size()); ++i)
+        m_rows[i]->setGeometry(0, i * CommandRow::height, list.width(), CommandRow::height);
+    m_scrollBar->setGeometry(inside.right() + 1 - scrollBarInset - OverlayScrollBar::grabWidth, list.top(),
+                             OverlayScrollBar::grabWidth, list.height());
+    m_scrollBar->raise();
+}
+
+void CommandCard::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter(this);
+    const QRectF card(cardRect());
+    m_surface.paint(painter, card);
+    const QRectF header(card.left(), card.top(), card.width(), headerHeight - 1);
+    const QRectF filter(card.left(), header.bottom() + 1, card.width(), filterHeight - 1);
+    const QRectF legend(card.left(), card.bottom() - legendHeight + 1, card.width(), legendHeight - 1);
+    for (const qreal seam : {header.bottom(), filter.bottom(), legend.top() - 1})
+        painter.fillRect(QRectF(card.left() + 1, seam, card.width() - 2, 1), Theme::seam);
+    paintHeader(painter, header);
+    drawIcon(painter, {filter.left() + Theme::margin, filter.top(), lensFrame, filter.height()},
+             {QLatin1String("search"), lensSize, Theme::text2});
+    if (m_rows.isEmpty()) {
+        const QRectF line(card.left(), filter.bottom() + 1 + listPadding, card.width(), CommandRow::height);
+        Painting::textLine(painter, line, Fonts::label, Theme::text2, tr("No matching actions"), Qt::AlignHCenter);
+    }
+    paintLegend(painter, legend);
+}
+
+void CommandCard::paintHeader(QPainter& painter, const QRectF& band) const
+{
+    const auto item = m_viewModel.selectedItem();
+    if (!item)
+        return;
+    const QRectF square(band.left() + Theme::margin, band.top() + (headerHeight - Theme::thumbSize) / 2.0,
+                        Theme::thumbSize, Theme::thumbSize);
+    paintRowThumb(painter, square, *item, m_thumbs);
+    const qreal left = square.right() + thumbGap;
+    const QRectF line(left, square.top(), band.right() - Theme::margin - left, square.height());
+    const QString title = tr("Smart Actions") + u" · "_s + rowTitle(*item).left(measuredTitle);
+    Painting::textLine(painter, line, Fonts::primaryButton, Theme::text, title);
+}
+
+void CommandCard::paintLegend(QPainter& painter, const QRectF& band) const
+{
+    const Hint hints[] = {
+        {u"↑↓"_s, tr("Move")}, {u"⏎"_s, tr("Run")}, {tr("⌘1–9"), tr("Jump")}, {tr("esc"), tr("Close")}};
+    qreal x = band.left() + Theme::margin;
+    for (const Hint& hint : hints)
+        x = hint.paint(painter, band, x, KeyCap::normal, Theme::text2) + Hint::spacing;
+}
+
+} // namespace Clipboard

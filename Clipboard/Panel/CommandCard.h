@@ -1,0 +1,59 @@
+#pragma once
+
+#include "Actions/SmartActions.h"
+#include "Surface.h"
+
+#include <QList>
+#include <QStringList>
+#include <QUuid>
+#include <QWidget>
+
+class QScrollArea;
+
+namespace Clipboard {
+
+class CommandRow;
+class HistoryViewModel;
+class OverlayScrollBar;
+class SearchField;
+class Thumbs;
+
+/// The card of the command sheet: the entry, a filter, the matching actions and what the keys do.
+class CommandCard final : public QWidget
+{
+    Q_OBJECT
+public:
+    CommandCard(HistoryViewModel& viewModel, Thumbs& thumbs, QWidget* parent);
+
+    /// Takes over filter, actions and highlight; the card is as high as they need.
+    void sync();
+    [[nodiscard]] SearchField* filterField() const { return m_filter; }
+
+    /// The card without its shadow, in widget coordinates.
+    [[nodiscard]] QRect cardRect() const;
+    /// The margin that holds the shadow.
+    [[nodiscard]] QMargins margins() const { return m_surface.margins(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void rebuildRows(const QList<ClipboardCore::SmartAction>& actions);
+    void layOut();
+    void paintHeader(QPainter& painter, const QRectF& band) const;
+    void paintLegend(QPainter& painter, const QRectF& band) const;
+    [[nodiscard]] int listHeight() const;
+
+    HistoryViewModel& m_viewModel;
+    Thumbs& m_thumbs;
+    Surface m_surface;
+    SearchField* m_filter;
+    QScrollArea* m_scroll;
+    QWidget* m_page;
+    OverlayScrollBar* m_scrollBar;
+    QUuid m_item; // whose actions the rows are
+    QStringList m_labels;
+    QList<CommandRow*> m_rows;
+};
+
+} // namespace Clipboard

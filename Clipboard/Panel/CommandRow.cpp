@@ -1,0 +1,65 @@
+#include "CommandRow.h"
+
+#include "KeyCap.h"
+#include "Painting.h"
+#include "TintedIcon.h"
+
+#include <QPainter>
+
+namespace Clipboard {
+
+namespace {
+
+constexpr int padding = 10;
+constexpr int signFrame = 18;
+constexpr int signSize = 16;
+constexpr int gap = 10;
+
+} // namespace
+
+CommandRow::CommandRow(const QString& label, std::optional<int> ordinal, const QColor& tint, QWidget* parent)
+    : QAbstractButton(parent)
+    , m_ordinal(ordinal)
+    , m_tint(tint)
+{
+    setText(label);
+    setAccessibleName(label);
+    setFocusPolicy(Qt::NoFocus);
+}
+
+void CommandRow::setSelected(bool selected)
+{
+    if (m_selected == selected)
+        return;
+    m_selected = selected;
+    update();
+}
+
+QString CommandRow::keys() const
+{
+    if (m_selected)
+        return QString(u'⏎');
+    return m_ordinal ? tr("⌘%1").arg(*m_ordinal) : QString();
+}
+
+void CommandRow::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter(this);
+    const QRectF row(rect());
+    if (m_selected)
+        Painting::roundedFill(painter, row, Theme::rowRadius, Theme::rowSel, Theme::rowSelLine);
+    const QRectF frame(padding, 0, signFrame, height);
+    drawIcon(painter, frame, {QLatin1String("wand"), signSize, m_selected ? QColor(Theme::text) : m_tint});
+    const QSizeF cap = KeyCap::size(keys());
+    const QRectF label(frame.right() + gap, 0, row.right() - padding - cap.width() - gap - frame.right() - gap, height);
+    Painting::textLine(painter, label, m_selected ? Fonts::button : Fonts::label, Theme::text, text());
+    KeyCap::draw(painter, {row.right() - padding - cap.width(), (height - cap.height()) / 2}, keys(),
+                 m_selected ? KeyCap::selected : KeyCap::normal);
+}
+
+void CommandRow::enterEvent(QEnterEvent* /*event*/)
+{
+    emit entered();
+}
+
+} // namespace Clipboard
