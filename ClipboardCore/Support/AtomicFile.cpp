@@ -71,11 +71,13 @@ void AtomicFile::open()
         m_file = uninterrupted([this] {
             return ::open(m_temporary.constData(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
         });
+        if (m_file < 0 && errno == ELOOP && unlink(m_temporary.constData()) == 0)
+            continue; // a link stood in its place
         if (m_file < 0)
             return fail("open"_L1);
         if (uninterrupted([this] { return flock(m_file, LOCK_EX); }) < 0)
             return fail("lock"_L1);
-    } while (!isSameFile(m_file, m_temporary));
+    } while (m_file < 0 || !isSameFile(m_file, m_temporary));
 
     if (ftruncate(m_file, 0) < 0)
         return fail("truncate"_L1);

@@ -51,6 +51,13 @@ QString withoutDiacritics(const QString& text)
     return QString::fromUcs4(reinterpret_cast<const char32_t*>(kept.constData()), kept.size());
 }
 
+/// Full case folding of one code point. Qt's folds one by one; those that become several ("ß") do so as capitals too.
+QString caseFolded(const QString& codePoint)
+{
+    const QString upper = codePoint.toUpper();
+    return upper.toUcs4().size() > 1 ? upper.toCaseFolded() : codePoint.toCaseFolded();
+}
+
 /// What becomes of each of 256 neighbouring code points. Made when the first of them is met.
 class Page
 {
@@ -82,7 +89,7 @@ void Page::add(char32_t codePoint, size_t index)
     if (!QChar::isSurrogate(codePoint)) {
         const QString text = QString::fromUcs4(&codePoint, 1);
         const QString folded =
-            withoutDiacritics(withoutDiacritics(text).toCaseFolded()).normalized(QString::NormalizationForm_C);
+            withoutDiacritics(caseFolded(withoutDiacritics(text))).normalized(QString::NormalizationForm_C);
         if (folded.isEmpty())
             effect = Effect::drop;
         else if (mayJoin(codePoint))

@@ -29,7 +29,8 @@ bool isASCII(QByteArrayView text)
 
 QString toString(QByteArrayView text)
 {
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringConverter::Flag::ConvertInitialBom);
+    QStringDecoder decoder(QStringDecoder::Utf8,
+                           QStringConverter::Flag::ConvertInitialBom | QStringConverter::Flag::Stateless);
     return decoder(text);
 }
 

@@ -70,7 +70,7 @@ struct CodePoint
 /// `text` as UTF-16, a leading byte order mark included (QString::fromUtf8 drops it).
 [[nodiscard]] QString toString(QByteArrayView text);
 
-/// `bytes` with each maximal ill-formed sequence replaced by U+FFFD; shares them when there is none.
+/// `bytes` with what is ill-formed replaced by U+FFFD; shares them when nothing is.
 [[nodiscard]] QByteArray repaired(const QByteArray& bytes);
 
 } // namespace ClipboardCore::Utf8

@@ -1,0 +1,198 @@
+#include "Support/CanonicalText.h"
+#include "Support/Utf8Text.h"
+#include "Support/WhiteSpace.h"
+
+#include <QTest>
+
+#include <random>
+
+using namespace ClipboardCore;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString decomposed(const QString& text)
+{
+    return text.normalized(QString::NormalizationForm_D);
+}
+
+QByteArray composed(const QString& text)
+{
+    return text.normalized(QString::NormalizationForm_C).toUtf8();
+}
+
+} // namespace
+
+class CanonicalTextTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void equality_data();
+    void equality();
+    void everyCodePointEqualsItsForms();
+    void agreesWithNormalizationOnMarks();
+    void keysOfLongEqualTextsAreEqual();
+    void keysSeeBothEnds();
+    void repairsBytes_data();
+    void repairsBytes();
+    void whiteSpace_data();
+    void whiteSpace();
+};
+
+void CanonicalTextTest::equality_data()
+{
+    QTest::addColumn<QString>("a");
+    QTest::addColumn<QString>("b");
+    QTest::addColumn<bool>("expected");
+
+    const QString filler(5000, u'x');
+    QTest::newRow("both empty") << QString() << QString() << true;
+    QTest::newRow("one empty") << QString() << u"a"_s << false;
+    QTest::newRow("case counts") << u"a"_s << u"A"_s << false;
+    QTest::newRow("composed and decomposed") << u"caf\u00E9"_s << u"cafe\u0301"_s << true;
+    QTest::newRow("marks in another order") << u"a\u0323\u0302"_s << u"a\u0302\u0323"_s << true;
+    QTest::newRow("marks of one class keep their order") << u"a\u0300\u0301"_s << u"a\u0301\u0300"_s << false;
+    QTest::newRow("Hangul syllable and its letters") << u"\uAC01"_s << u"\u1100\u1161\u11A8"_s << true;
+    QTest::newRow("ASCII equals a sign that stands for it") << u"100 K;"_s << u"100 \u212A\u037E"_s << true;
+    QTest::newRow("starter that is made of marks") << u"\u0F73a"_s << u"\u0F71\u0F72a"_s << true;
+    QTest::newRow("compatibility is no equivalence") << u"\uFB01"_s << u"fi"_s << false;
+    QTest::newRow("mark after a common end") << u"e"_s << u"e\u0301"_s << false;
+    QTest::newRow("mark changes what both begin with") << filler + u"e\u0301"_s << filler + u"\u00E9"_s << true;
+    QTest::newRow("equal again after a difference")
+        << u"\u00E9"_s + filler + u"!"_s << u"e\u0301"_s + filler + u"!"_s << true;
+    QTest::newRow("another difference later")
+        << u"\u00E9"_s + filler + u"!"_s << u"e\u0301"_s + filler + u"?"_s << false;
+}
+
+void CanonicalTextTest::equality()
+{
+    QFETCH(QString, a);
+    QFETCH(QString, b);
+    QFETCH(bool, expected);
+    QCOMPARE(Utf8Text(a) == Utf8Text(b), expected);
+    QCOMPARE(Utf8Text(b) == Utf8Text(a), expected);
+    if (expected)
+        QCOMPARE(CanonicalText::key(a.toUtf8()), CanonicalText::key(b.toUtf8()));
+}
+
+void CanonicalTextTest::everyCodePointEqualsItsForms()
+{
+    for (char32_t codePoint = 0; codePoint <= QChar::LastValidCodePoint; ++codePoint) {
+        if (QChar::isSurrogate(codePoint))
+            continue;
+        const QString text = u"\u0327e\u0301"_s + QString::fromUcs4(&codePoint, 1) + u"\u0301\u0F71\u11A8z"_s;
+        const QByteArray utf8 = text.toUtf8();
+        const QByteArray others[] = {decomposed(text).toUtf8(), composed(text)};
+        for (const QByteArray& other : others) {
+            if (!CanonicalText::equal(utf8, other) || CanonicalText::key(utf8) != CanonicalText::key(other))
+                QFAIL(qPrintable(u"U+"_s + QString::number(codePoint, 16)));
+        }
+    }
+}
+
+void CanonicalTextTest::agreesWithNormalizationOnMarks()
+{
+    // Short texts of what composes, reorders and decomposes oddly: equal ones are frequent.
+    const std::u32string alphabet =
+        U"ae\u00E9\u1EC7\u0301\u0302\u0323\u0327\u1100\u1161\u11A8\uAC00\u0F71\u0F72\u0F73\u212BA\u030A";
+    std::minstd_rand random(1);
+    int equalPairs = 0;
+    for (int round = 0; round < 200'000; ++round) {
+        const auto make = [&] {
+            QString text;
+            for (auto length = random() % 5; length > 0; --length)
+                text += QString::fromUcs4(&alphabet[random() % alphabet.size()], 1);
+            return text;
+        };
+        const QString a = make();
+        const QString b = make();
+        const bool expected = decomposed(a) == decomposed(b);
+        equalPairs += int(expected);
+        if (CanonicalText::equal(a.toUtf8(), b.toUtf8()) != expected)
+            QFAIL((a.toUtf8().toHex() + " " + b.toUtf8().toHex()).constData());
+    }
+    QVERIFY(equalPairs > 1000);
+}
+
+void CanonicalTextTest::keysOfLongEqualTextsAreEqual()
+{
+    // Marks around the ends of what a key sees, in every position.
+    for (qsizetype shift = 0; shift < 6; ++shift) {
+        const QString text = QString(shift, u'x') + u"e\u0323\u0301\u0302\uAC01o\u0308"_s.repeated(200);
+        const QByteArray forms[] = {text.toUtf8(), decomposed(text).toUtf8(), composed(text)};
+        QVERIFY(forms[1] != forms[2]);
+        for (const QByteArray& form : forms)
+            QCOMPARE(CanonicalText::key(form), CanonicalText::key(forms[0]));
+    }
+    const QString onlyMarks = u"\u0301\u0323"_s.repeated(1000);
+    QCOMPARE(CanonicalText::key(onlyMarks.toUtf8()), CanonicalText::key(decomposed(onlyMarks).toUtf8()));
+}
+
+void CanonicalTextTest::keysSeeBothEnds()
+{
+    const QByteArray middle(10'000, 'x');
+    QVERIFY(CanonicalText::key("a" + middle) != CanonicalText::key("b" + middle));
+    QVERIFY(CanonicalText::key(middle + "a") != CanonicalText::key(middle + "b"));
+    QVERIFY(CanonicalText::key("a", 1) != CanonicalText::key("a", 2));
+}
+
+void CanonicalTextTest::repairsBytes_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QByteArray>("text");
+
+    const QByteArray replacement = "\xEF\xBF\xBD";
+    QTest::newRow("well-formed") << "caf\xC3\xA9 \xF0\x9F\x98\x80"_ba
+                                 << "caf\xC3\xA9 \xF0\x9F\x98\x80"_ba;
+    QTest::newRow("byte order mark stays") << "\xEF\xBB\xBF"
+                                              "a"_ba
+                                           << "\xEF\xBB\xBF"
+                                              "a"_ba;
+    QTest::newRow("NUL stays") << QByteArray("a\0b", 3) << QByteArray("a\0b", 3);
+    QTest::newRow("Latin-1") << "caf\xE9"_ba
+                             << "caf" + replacement;
+    QTest::newRow("truncated") << "a\xF0\x9F\x98"_ba
+                               << "a" + replacement;
+    QTest::newRow("byte order mark before a repair") << "\xEF\xBB\xBF"
+                                                        "\xFF"_ba
+                                                     << "\xEF\xBB\xBF" + replacement;
+}
+
+void CanonicalTextTest::repairsBytes()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QByteArray, text);
+    QCOMPARE(Utf8Text::fromUtf8(bytes).utf8(), text);
+    QCOMPARE(Utf8Text::fromUtf8(bytes).toString().toUtf8(), text);
+}
+
+void CanonicalTextTest::whiteSpace_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("trimmed");
+    QTest::addColumn<bool>("isIn"); // in the trimmed text
+
+    const QString all = u"\t\n\v\f\r \u0085\u00A0\u1680\u2000\u200A\u2028\u2029\u202F\u205F\u3000"_s;
+    QTest::newRow("every kind, both ends") << all + u"x"_s + all << u"x"_s << false;
+    QTest::newRow("blank") << all << QString() << false;
+    QTest::newRow("empty") << QString() << QString() << false;
+    QTest::newRow("inside") << u" a b "_s << u"a b"_s << true;
+    QTest::newRow("wide one far inside") << QString(1000, u'x') + u"\u3000y"_s << QString(1000, u'x') + u"\u3000y"_s
+                                         << true;
+    QTest::newRow("lead byte alone is none") << u"\u00BF\u2020\u3042\u1000"_s << u"\u00BF\u2020\u3042\u1000"_s << false;
+    QTest::newRow("zero width is none") << u"\u200B\uFEFF"_s << u"\u200B\uFEFF"_s << false;
+}
+
+void CanonicalTextTest::whiteSpace()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, trimmed);
+    QFETCH(bool, isIn);
+    const QByteArray utf8 = text.toUtf8();
+    QCOMPARE(WhiteSpace::trimmed(utf8).toByteArray(), trimmed.toUtf8());
+    QCOMPARE(WhiteSpace::isBlank(utf8), trimmed.isEmpty());
+    QCOMPARE(WhiteSpace::isIn(trimmed.toUtf8()), isIn);
+}
+
+QTEST_GUILESS_MAIN(CanonicalTextTest)
+#include "CanonicalTextTest.moc"

@@ -1,0 +1,96 @@
+#include "Support/Graphemes.h"
+
+#include <QTest>
+
+using namespace ClipboardCore;
+using namespace Qt::StringLiterals;
+
+class GraphemesTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void characters_data();
+    void characters();
+    void prefixOfAnySize_data();
+    void prefixOfAnySize();
+    void cutsEndlessCharacters();
+};
+
+void GraphemesTest::characters_data()
+{
+    QTest::addColumn<QString>("character");
+
+    QTest::newRow("letter") << u"a"_s;
+    QTest::newRow("accent") << u"e\u0301"_s;
+    QTest::newRow("several marks") << u"a\u0323\u0302"_s;
+    QTest::newRow("carriage return and line feed") << u"\r\n"_s;
+    QTest::newRow("Hangul letters") << u"\u1100\u1161\u11A8"_s;
+    QTest::newRow("flag") << u"\U0001F1E9\U0001F1EA"_s;
+    QTest::newRow("skin tone") << u"\U0001F44D\U0001F3FD"_s;
+    QTest::newRow("family") << u"\U0001F468\u200D\U0001F469\u200D\U0001F467"_s;
+    QTest::newRow("heart with selector") << u"\u2764\uFE0F"_s;
+    QTest::newRow("Devanagari vowel sign") << u"\u0928\u093F"_s;
+    QTest::newRow("beyond the basic plane") << u"\U00020000"_s;
+}
+
+/// The character is one wherever it stands; the windows in which long texts are read make no difference.
+void GraphemesTest::characters()
+{
+    QFETCH(QString, character);
+    QCOMPARE(Graphemes::count(character), 1);
+    for (const qsizetype count : {1, 2, 100, 1000}) {
+        for (const QString& start : {QString(), u"x"_s, u"xy"_s, u"xyz"_s}) {
+            const QString text = start + character.repeated(count);
+            QCOMPARE(Graphemes::count(text), start.size() + count);
+            QCOMPARE(Graphemes::prefix(QStringView(text), start.size() + count - 1).toString(),
+                     text.chopped(character.size()));
+            const auto prefix = Graphemes::prefix(Utf8Text(text), start.size() + count - 1);
+            QCOMPARE(prefix.text, text.chopped(character.size()));
+            QVERIFY(!prefix.isWhole);
+        }
+    }
+}
+
+void GraphemesTest::prefixOfAnySize_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("first2");
+    QTest::addColumn<bool>("isWhole");
+
+    QTest::newRow("empty") << QString() << QString() << true;
+    QTest::newRow("shorter") << u"a"_s << u"a"_s << true;
+    QTest::newRow("as long") << u"ab"_s << u"ab"_s << true;
+    QTest::newRow("longer") << u"abc"_s << u"ab"_s << false;
+    QTest::newRow("mark on the last one") << u"ab\u0301"_s << u"ab\u0301"_s << true;
+    QTest::newRow("line end counts once") << u"a\r\nb"_s << u"a\r\n"_s << false;
+    QTest::newRow("byte order mark is kept") << u"\uFEFF"_s + u"bc"_s << u"\uFEFF"_s + u"b"_s << false;
+    QTest::newRow("huge") << QString(1'000'000, u'\u4E2D') << u"\u4E2D\u4E2D"_s << false;
+}
+
+void GraphemesTest::prefixOfAnySize()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, first2);
+    QFETCH(bool, isWhole);
+    const auto prefix = Graphemes::prefix(Utf8Text(text), 2);
+    QCOMPARE(prefix.text, first2);
+    QCOMPARE(prefix.isWhole, isWhole);
+}
+
+void GraphemesTest::cutsEndlessCharacters()
+{
+    const QString endless = u"a"_s + QString(1'000'000, u'\u0301');
+    const auto prefix = Graphemes::prefix(Utf8Text(endless), 2);
+    QCOMPARE(prefix.text.size(), 2 * Graphemes::longestCharacter);
+    QVERIFY(!prefix.isWhole);
+
+    QString pairs = u"a"_s; // each mark is a surrogate pair, which must not be torn
+    for (int i = 0; i < 10'000; ++i)
+        pairs += u"\U0001E8D0"_s;
+    const QString cut = Graphemes::prefix(Utf8Text(pairs), 1).text;
+    QVERIFY(cut.size() >= Graphemes::longestCharacter - 1);
+    QVERIFY(cut.isValidUtf16());
+}
+
+QTEST_GUILESS_MAIN(GraphemesTest)
+#include "GraphemesTest.moc"

@@ -1,0 +1,252 @@
+#include "History/SearchIndex.h"
+#include "History/SearchPattern.h"
+#include "Support/TextFolding.h"
+
+#include <QTest>
+
+#include <random>
+
+using namespace ClipboardCore;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+ClipItem entry(const QString& content, const std::optional<QString>& app = std::nullopt)
+{
+    return {QUuid::createUuid(), ClipType::text, content, app, std::nullopt, 0, false};
+}
+
+QString folded(const QString& text)
+{
+    return QString::fromUtf8(TextFolding::folded(text.toUtf8()));
+}
+
+/// Larger than what is folded at once.
+QString large(const QString& start)
+{
+    return start + QString(200'000, u'\u0416');
+}
+
+} // namespace
+
+class SearchIndexTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void finds_data();
+    void finds();
+    void foldsEquivalentTextsAlike();
+    void foldsEveryCodePointAlikeInBothForms();
+    void sharesWhatDoesNotChange();
+    void foldsEndlessMarks();
+    void patternAgreesWithPlainSearch();
+    void searchesContentAndApp();
+    void emptyQueryFindsAll();
+    void narrowing();
+    void largeTextsComeLater();
+    void preparesInTheBackground();
+    void forgetsRemovedEntries();
+};
+
+void SearchIndexTest::finds_data()
+{
+    QTest::addColumn<QString>("query");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("expected");
+
+    const auto row = [](const char* name, const QString& query, const QString& text, bool expected) {
+        QTest::newRow(name) << query << text << expected;
+    };
+    row("same", u"caf"_s, u"a cafe"_s, true);
+    row("case", u"CAFE"_s, u"cafe"_s, true);
+    row("accent in the query", u"é"_s, u"Cafe"_s, true);
+    row("accent in the text", u"cafe"_s, u"CAFÉ"_s, true);
+    row("accent, decomposed", u"cafe!"_s, u"cafe\u0301!"_s, true);
+    row("not there", u"coffee"_s, u"cafe"_s, false);
+    row("space is a query", u" "_s, u"ab"_s, false);
+    row("not trimmed", u"a "_s, u"xa y"_s, true);
+    row("punctuation keeps its case bit", u"@["_s, u"`{"_s, false);
+    row("control characters are no letters", u"a"_s, u"\u0001"_s, false);
+    row("sharp s", u"STRASSE"_s, u"Straße"_s, true);
+    row("final sigma", u"ΟΔΟΣ"_s, u"οδος"_s, true);
+    row("dotted capital I", u"istanbul"_s, u"İstanbul"_s, true);
+    row("Cyrillic", u"ПРИВЕТ"_s, u"привет"_s, true);
+    row("Cyrillic accent", u"ежик"_s, u"Ёжик"_s, true);
+    row("Vietnamese", u"viet"_s, u"Việt"_s, true);
+    row("stroke is no accent", u"o"_s, u"ø"_s, false);
+    row("Hebrew points", u"שלום"_s, u"שָׁלוֹם"_s, true);
+    row("Arabic points", u"كتب"_s, u"كَتَبَ"_s, true);
+    row("Hangul syllable", u"한국"_s, u"대한국민"_s, true);
+    row("Hangul letters", u"\u1112\u1161\u11AB"_s, u"한국"_s, true);
+    row("no part of a syllable", u"가"_s, u"각"_s, false);
+    row("voicing makes another kana", u"か"_s, u"が"_s, false);
+    row("voiced kana, decomposed", u"か\u3099"_s, u"が"_s, true);
+    row("vowel sign makes another syllable", u"कि"_s, u"कु"_s, false);
+    row("nukta, both forms", u"\u0958"_s, u"\u0915\u093C"_s, true);
+    row("Thai tone", u"ไม"_s, u"ไม่"_s, true);
+    row("Thai vowel stays", u"กุ"_s, u"กู"_s, false);
+    row("emoji", u"😀"_s, u"a😀b"_s, true);
+    row("Deseret case", u"\U00010428"_s, u"\U00010400"_s, true);
+    row("only a mark finds all", u"\u0301"_s, u"abc"_s, true);
+    row("longer than the text", u"abcd"_s, u"abc"_s, false);
+}
+
+void SearchIndexTest::finds()
+{
+    QFETCH(QString, query);
+    QFETCH(QString, text);
+    QFETCH(bool, expected);
+    SearchIndex index;
+    index.setItems({entry(text)});
+    QCOMPARE(!index.match(query).isEmpty(), expected);
+}
+
+void SearchIndexTest::foldsEquivalentTextsAlike()
+{
+    const std::u32string alphabet = U"aAzé\u1EC7\u0301\u0302\u0323\u093C\u0915\u0958\u09C7\u09BE\u1100\u1161\u11A8"
+                                    U"\uAC00\u304B\u3099\u304C\u00DF\u03A3\u0130"
+                                    U"\u0F71\u0F72\u0F73\u0E38\u102E\u1025\U0001F600\U00010400";
+    std::minstd_rand random(1);
+    for (int round = 0; round < 100'000; ++round) {
+        QString text;
+        for (auto length = 1 + random() % 6; length > 0; --length)
+            text += QString::fromUcs4(&alphabet[random() % alphabet.size()], 1);
+        const QString form = folded(text);
+        QCOMPARE(folded(text.normalized(QString::NormalizationForm_C)), form);
+        QCOMPARE(folded(text.normalized(QString::NormalizationForm_D)), form);
+        QCOMPARE(folded(form), form);
+    }
+}
+
+void SearchIndexTest::foldsEveryCodePointAlikeInBothForms()
+{
+    for (char32_t codePoint = 0x80; codePoint <= QChar::LastValidCodePoint; ++codePoint) {
+        if (QChar::isSurrogate(codePoint))
+            continue;
+        const QString text = u'x' + QString::fromUcs4(&codePoint, 1) + u'x';
+        const QString decomposed = text.normalized(QString::NormalizationForm_D);
+        // The dotless i is another letter than that of its capital, and the iota below a letter is dropped with it.
+        const bool hasOwnCapital = codePoint != 0x131 && !decomposed.contains(u'\u0345');
+        if (folded(text) != folded(decomposed) || (hasOwnCapital && folded(text) != folded(text.toUpper())))
+            QFAIL(qPrintable(u"U+"_s + QString::number(codePoint, 16)));
+    }
+}
+
+void SearchIndexTest::sharesWhatDoesNotChange()
+{
+    const QByteArray plain = "nothing to fold, \xE4\xB8\xAD\xE6\x96\x87";
+    QVERIFY(TextFolding::folded(plain).isSharedWith(plain));
+    QCOMPARE(TextFolding::folded("Nothing"), "nothing");
+    QVERIFY(TextFolding::onlyFoldsASCII("NOTHING \xE4\xB8\xAD"));
+    QVERIFY(!TextFolding::onlyFoldsASCII("caf\xC3\xA9"));
+}
+
+void SearchIndexTest::foldsEndlessMarks()
+{
+    // Alternating classes, which a naive sort takes a quadratic time for; kept ones and dropped ones.
+    const QString kept = u"\u0F71\u0F72\u093C\u094D"_s.repeated(100'000);
+    QCOMPARE(folded(kept).size(), kept.size());
+    QVERIFY(folded(u"\u0301\u0323"_s.repeated(100'000)).isEmpty());
+}
+
+void SearchIndexTest::patternAgreesWithPlainSearch()
+{
+    // Few letters, so that partial matches abound; lengths around the sizes of the blocks.
+    std::minstd_rand random(1);
+    const auto make = [&random](auto length) {
+        QByteArray text;
+        for (; length > 0; --length)
+            text += "aAbB.@"[random() % 6];
+        return text;
+    };
+    int found = 0;
+    for (int round = 0; round < 100'000; ++round) {
+        const QByteArray text = make(random() % 70);
+        const QByteArray query = make(random() % 6).toLower();
+        const bool expected = text.toLower().contains(query);
+        found += int(expected);
+        if (SearchPattern(query).isIn(text) != expected)
+            QFAIL((query + " in " + text).constData());
+    }
+    QVERIFY(found > 1000 && found < 99'000);
+}
+
+void SearchIndexTest::searchesContentAndApp()
+{
+    SearchIndex index;
+    index.setItems({entry(u"one"_s, u"Kate"_s), entry(u"kate"_s), entry(u"two"_s, u"Konsole"_s), entry(u"three"_s)});
+    QCOMPARE(index.match(u"KÁTE"_s), QList<qsizetype>({0, 1}));
+    QCOMPARE(index.match(u"o"_s), QList<qsizetype>({0, 2}));
+    QCOMPARE(index.match(u"none"_s), QList<qsizetype>());
+}
+
+void SearchIndexTest::emptyQueryFindsAll()
+{
+    SearchIndex index;
+    QCOMPARE(index.match(QString()), QList<qsizetype>());
+    index.setItems({entry(u"a"_s), entry(QString())});
+    QCOMPARE(index.match(QString()), QList<qsizetype>({0, 1}));
+}
+
+void SearchIndexTest::narrowing()
+{
+    SearchIndex index;
+    QList<ClipItem> items{entry(u"abc"_s), entry(u"ab"_s), entry(u"bc"_s), entry(u"xyz"_s, u"abc"_s)};
+    index.setItems(items);
+    QCOMPARE(index.match(u"a"_s), QList<qsizetype>({0, 1, 3}));
+    QCOMPARE(index.match(u"ab"_s), QList<qsizetype>({0, 1, 3}));
+    QCOMPARE(index.match(u"abc"_s), QList<qsizetype>({0, 3}));
+    QCOMPARE(index.match(u"bc"_s), QList<qsizetype>({0, 2, 3})); // shorter again
+    QCOMPARE(index.match(u"xbc"_s), QList<qsizetype>());
+    items.append(entry(u"xbcx"_s));
+    index.setItems(items);
+    QCOMPARE(index.match(u"xbcx"_s), QList<qsizetype>({4}));
+}
+
+void SearchIndexTest::largeTextsComeLater()
+{
+    SearchIndex index;
+    int ready = 0;
+    index.onReady([&ready] { ++ready; });
+    index.setItems({entry(large(u"abc"_s)), entry(u"abc"_s), entry(large(u"abc"_s), u"abc"_s)});
+    QCOMPARE(index.match(u"a"_s), QList<qsizetype>({1, 2}));
+    QCOMPARE(index.match(u"ab"_s), QList<qsizetype>({1, 2}));
+    QTRY_COMPARE(ready, 2);
+    QCOMPARE(index.match(u"abc"_s), QList<qsizetype>({0, 1, 2})); // narrowing did not lose what was not ready
+    QCOMPARE(index.match(u"жж"_s), QList<qsizetype>({0, 2}));
+}
+
+void SearchIndexTest::preparesInTheBackground()
+{
+    SearchIndex index;
+    bool isReady = false;
+    index.onReady([&isReady] { isReady = true; });
+    QList<ClipItem> items;
+    for (int i = 0; i < 50; ++i)
+        items.append(entry(u"é%1"_s.arg(i).repeated(i % 10 == 0 ? 50'000 : 50)));
+    index.setItems(items);
+    index.prepare();
+    index.prepare();                           // nothing left to do
+    QCOMPARE(index.match(u"e7"_s).front(), 7); // what is small need not wait
+    QTRY_COMPARE(index.match(u"e40"_s).value(0), 40);
+    QTRY_VERIFY(isReady);
+    QCOMPARE(index.match(u"E"_s).size(), 50);
+}
+
+void SearchIndexTest::forgetsRemovedEntries()
+{
+    SearchIndex index;
+    bool isReady = false;
+    index.onReady([&isReady] { isReady = true; });
+    const QList<ClipItem> items{entry(large(u"abc"_s)), entry(u"abd"_s)};
+    index.setItems(items);
+    QCOMPARE(index.match(u"ab"_s), QList<qsizetype>({1}));
+    index.setItems({items[1]});
+    QCOMPARE(index.match(u"ab"_s), QList<qsizetype>({0}));
+    QTest::qWait(100);
+    QVERIFY(!isReady); // nobody waits for what is gone
+    QCOMPARE(index.match(u"abc"_s), QList<qsizetype>());
+}
+
+QTEST_GUILESS_MAIN(SearchIndexTest)
+#include "SearchIndexTest.moc"

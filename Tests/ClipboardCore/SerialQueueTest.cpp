@@ -1,0 +1,148 @@
+#include "Support/SerialQueue.h"
+
+#include <QMutex>
+#include <QTest>
+
+#include <atomic>
+#include <thread>
+
+using namespace ClipboardCore;
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// What ran, in order; used from two threads.
+class Log
+{
+public:
+    [[nodiscard]] SerialQueue::Task task(int number)
+    {
+        return [this, number] {
+            const QMutexLocker lock(&m_mutex);
+            m_numbers.append(number);
+        };
+    }
+    [[nodiscard]] QList<int> numbers()
+    {
+        const QMutexLocker lock(&m_mutex);
+        return m_numbers;
+    }
+
+private:
+    QMutex m_mutex;
+    QList<int> m_numbers;
+};
+
+} // namespace
+
+class SerialQueueTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void runsInOrder();
+    void runsWhenDue();
+    void cancelledTasksNeverRun();
+    void drainWaitsForRunningAndDueTasksAlone();
+    void tasksMayAddTasks();
+    void destructionWaitsForTheRunningTask();
+    void takesTasksFromManyThreads();
+};
+
+void SerialQueueTest::runsInOrder()
+{
+    Log log;
+    SerialQueue queue("test");
+    QList<int> expected;
+    for (int i = 0; i < 1000; ++i) {
+        queue.async(log.task(i));
+        expected.append(i);
+    }
+    queue.drain();
+    QCOMPARE(log.numbers(), expected);
+}
+
+void SerialQueueTest::runsWhenDue()
+{
+    Log log;
+    SerialQueue queue("test");
+    queue.async(log.task(3), 60ms);
+    queue.async(log.task(2), 30ms);
+    queue.async(log.task(1));
+    QTRY_COMPARE(log.numbers(), QList<int>({1, 2, 3}));
+}
+
+void SerialQueueTest::cancelledTasksNeverRun()
+{
+    Log log;
+    SerialQueue queue("test");
+    const auto cancelled = queue.async(log.task(1), 20ms);
+    queue.async(log.task(2), 40ms);
+    queue.cancel(cancelled);
+    QTRY_COMPARE(log.numbers(), QList<int>({2}));
+    queue.cancel(cancelled); // again, and too late: nothing
+}
+
+void SerialQueueTest::drainWaitsForRunningAndDueTasksAlone()
+{
+    Log log;
+    SerialQueue queue("test");
+    queue.drain(); // nothing to wait for
+    queue.async(log.task(9), 1h);
+    queue.async([] { std::this_thread::sleep_for(50ms); });
+    queue.async(log.task(1));
+    queue.drain();
+    QCOMPARE(log.numbers(), QList<int>({1}));
+}
+
+void SerialQueueTest::tasksMayAddTasks()
+{
+    Log log;
+    SerialQueue queue("test");
+    queue.async([&] {
+        queue.async(log.task(2));
+        log.task(1)();
+    });
+    QTRY_COMPARE(log.numbers(), QList<int>({1, 2}));
+}
+
+void SerialQueueTest::destructionWaitsForTheRunningTask()
+{
+    std::atomic<bool> isStarted = false;
+    std::atomic<bool> isDone = false;
+    Log log;
+    {
+        SerialQueue queue("test");
+        queue.async([&] {
+            isStarted = true;
+            std::this_thread::sleep_for(50ms);
+            isDone = true;
+        });
+        queue.async(log.task(1));
+        while (!isStarted)
+            std::this_thread::yield();
+    }
+    QVERIFY(isDone);
+    QVERIFY(log.numbers().isEmpty());
+}
+
+void SerialQueueTest::takesTasksFromManyThreads()
+{
+    int count = 0; // touched by the tasks alone, which never overlap
+    SerialQueue queue("test");
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([&] {
+            for (int task = 0; task < 500; ++task)
+                queue.cancel(queue.async([&count] { ++count; }, task % 2 == 0 ? 0ns : 1h));
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    queue.async([&count] { ++count; });
+    queue.drain();
+    QVERIFY(count >= 1 && count <= 1001);
+}
+
+QTEST_GUILESS_MAIN(SerialQueueTest)
+#include "SerialQueueTest.moc"
