@@ -9,9 +9,10 @@ target_compile_definitions(TessalyOptions INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING
     QT_NO_FOREACH QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_STRICT_ITERATORS QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 if(TESSALY_SANITIZERS)
-    # The optimiser's null-dereference analysis misfires on the instrumented code.
+    # The optimiser's analyses of null pointers and unset values misfire on the instrumented code.
     target_compile_options(TessalyOptions INTERFACE
-        -fsanitize=${TESSALY_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer -Wno-null-dereference)
+        -fsanitize=${TESSALY_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer -Wno-null-dereference
+        -Wno-maybe-uninitialized)
     target_link_options(TessalyOptions INTERFACE -fsanitize=${TESSALY_SANITIZERS})
 endif()
 
