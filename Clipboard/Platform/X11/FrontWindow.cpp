@@ -10,7 +10,8 @@ FrontWindow::FrontWindow(std::shared_ptr<X11Session> session)
 void FrontWindow::remember()
 {
     xcb_window_t window = m_session->activeWindow();
-    if (window == XCB_WINDOW_NONE)
+    // With no window active, a window manager keeps the focus in one of its own. Without a manager it is all there is.
+    if (window == XCB_WINDOW_NONE && !m_session->hasActivation())
         window = m_session->focusWindow();
     if (window == XCB_WINDOW_NONE || !m_session->isOurs(window))
         m_window = window;

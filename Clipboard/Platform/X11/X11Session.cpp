@@ -129,17 +129,13 @@ void X11Session::activate(xcb_window_t window)
         return;
     }
     constexpr uint32_t sourceIsUser = 2; // as a pager asks: at the user's wish, so it is not refused
-    sendToWindowManager(window, m_connection->atom("_NET_ACTIVE_WINDOW"), {sourceIsUser, time, 0, 0, 0});
-}
-
-void X11Session::sendToWindowManager(xcb_window_t window, xcb_atom_t type, const std::array<uint32_t, 5>& data)
-{
     xcb_client_message_event_t message = {};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
     message.window = window;
-    message.type = type;
-    std::ranges::copy(data, message.data.data32);
+    message.type = m_connection->atom("_NET_ACTIVE_WINDOW");
+    message.data.data32[0] = sourceIsUser;
+    message.data.data32[1] = time;
     xcb_send_event(xcb(), 0, root(), XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                    reinterpret_cast<const char*>(&message));
     m_connection->flush();

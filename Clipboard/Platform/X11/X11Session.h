@@ -5,7 +5,6 @@
 #include <QObject>
 #include <QSocketNotifier>
 
-#include <array>
 #include <memory>
 
 namespace Clipboard::X11 {
@@ -47,8 +46,6 @@ public:
     [[nodiscard]] bool hasActivation();
     /// Asks the window manager to make the window active, as if the user had picked it; without one, sets the focus.
     void activate(xcb_window_t window);
-    /// A message about the window to the window manager, as EWMH has them sent.
-    void sendToWindowManager(xcb_window_t window, xcb_atom_t type, const std::array<uint32_t, 5>& data);
 
 signals:
     /// Every event of this connection, in order.

@@ -53,8 +53,6 @@ void X11WindowSystem::prepareUtilityWindow(QWindow* window)
 {
     writeStates(*window);
     window->installEventFilter(this);
-    m_utilityWindows.insert(window);
-    connect(window, &QObject::destroyed, this, [this, window] { m_utilityWindows.remove(window); });
 }
 
 /// A window manager forgets the states of a window that is hidden, so they are written each time before it is shown.
@@ -93,23 +91,7 @@ void X11WindowSystem::activate(QWindow* window)
 {
     // The window manager must have heard of the window before it is asked to make it active.
     finishRequestsOfQt();
-    // Shown again right after it was hidden, it may have lost its states to the window manager's tidying up.
-    if (m_utilityWindows.contains(window))
-        requestStates(*window);
     m_session->activate(idOf(*window));
-}
-
-void X11WindowSystem::requestStates(const QWindow& window)
-{
-    auto& connection = m_session->connection();
-    constexpr uint32_t add = 1;
-    constexpr uint32_t sourceIsApplication = 1;
-    const auto request = [&](const char* first, const char* second) {
-        m_session->sendToWindowManager(idOf(window), connection.atom("_NET_WM_STATE"),
-                                       {add, connection.atom(first), connection.atom(second), sourceIsApplication, 0});
-    };
-    request("_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER");
-    request("_NET_WM_STATE_ABOVE", "_NET_WM_STATE_STICKY");
 }
 
 void X11WindowSystem::restoreFrontWindow()

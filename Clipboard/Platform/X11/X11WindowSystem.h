@@ -4,8 +4,6 @@
 #include "X11/FrontWindow.h"
 #include "X11/X11Session.h"
 
-#include <QSet>
-
 #include <memory>
 
 namespace Clipboard {
@@ -25,10 +23,7 @@ public:
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
-    /// For a window that is not shown.
     void writeStates(const QWindow& window);
-    /// For one that is.
-    void requestStates(const QWindow& window);
     void handle(const xcb_generic_event_t* event);
     void updateCompositing();
 
@@ -37,7 +32,6 @@ private:
     xcb_atom_t m_compositorSelection;
     int m_selectionEvent = -1;
     bool m_isCompositing = false;
-    QSet<const QWindow*> m_utilityWindows;
 };
 
 } // namespace Clipboard
