@@ -90,7 +90,7 @@ void StatusItemController::connectStatusItem()
     connect(&m_statusItem, &StatusItem::menuWillShow, &m_panel, &FloatingPanel::dismiss);
     connect(&m_statusItem, &StatusItem::clearHistoryChosen, this, &StatusItemController::clearHistory);
     connect(&m_statusItem, &StatusItem::aboutChosen, this, &StatusItemController::showAbout);
-    connect(&m_statusItem, &StatusItem::quitChosen, qApp, &QCoreApplication::quit);
+    connect(&m_statusItem, &StatusItem::quitChosen, this, [] { QCoreApplication::exit(); });
     // Talking to the tray takes its time; copies are watched by then.
     QTimer::singleShot(0, &m_statusItem, &StatusItem::show);
 }

@@ -94,7 +94,9 @@ int main(int argc, char** argv)
     Clipboard::installTranslations(application);
     Clipboard::AppDelegate delegate(application, dataFolder);
     const Clipboard::ProcessSignals processSignals;
-    QObject::connect(&processSignals, &Clipboard::ProcessSignals::quitRequested, &application, &QCoreApplication::quit);
+    // Not quit(), which asks every window and gives up when one stays.
+    QObject::connect(&processSignals, &Clipboard::ProcessSignals::quitRequested, &application,
+                     [] { QCoreApplication::exit(); });
     QObject::connect(&processSignals, &Clipboard::ProcessSignals::showRequested, &delegate,
                      &Clipboard::AppDelegate::showPanel);
     return QApplication::exec();
