@@ -68,6 +68,8 @@ private slots:
 private:
     [[nodiscard]] QByteArray display() const { return m_session->display().toLatin1(); }
     void own(const X11::SelectionForms& forms);
+    /// Ends the program and waits until its content is in our hands.
+    void endAndTakeOver(ForeignOwner& owner);
 
     std::unique_ptr<VirtualSession> m_session;
     std::unique_ptr<EngineWithLog> m_log;
@@ -100,6 +102,15 @@ void TestSelectionOwning::own(const X11::SelectionForms& forms)
     std::promise<void> done;
     m_log->engine->afterWrites(false, [&] { done.set_value(); });
     done.get_future().wait();
+}
+
+void TestSelectionOwning::endAndTakeOver(ForeignOwner& owner)
+{
+    owner.die();
+    QVERIFY(VirtualSession::waitUntil([&] {
+        const auto current = m_session->selectionOwner("CLIPBOARD");
+        return current != XCB_WINDOW_NONE && current != owner.window();
+    }));
 }
 
 void TestSelectionOwning::formsOnOffer_data()
@@ -337,7 +348,7 @@ void TestSelectionOwning::contentOutlivesItsOwner()
     owner.offer(answers);
     owner.take();
     QVERIFY(owner.save()); // everything worth keeping has been read
-    owner.die();
+    endAndTakeOver(owner);
     ForeignRequestor reader(display());
     for (auto answer = answers.begin(); answer != answers.end(); ++answer) {
         const auto received = reader.convert(answer.key());
@@ -348,12 +359,11 @@ void TestSelectionOwning::contentOutlivesItsOwner()
 
 void TestSelectionOwning::takeOverIsNoChange()
 {
-    auto owner = std::make_unique<ForeignOwner>(display());
-    owner->offerText("left behind");
-    owner->take();
+    ForeignOwner owner(display());
+    owner.offerText("left behind");
+    owner.take();
     QCOMPARE(m_log->waitForSnapshot().text, QByteArray("left behind"));
-    owner->die();
-    QVERIFY(VirtualSession::waitUntil([&] { return m_session->selectionOwner("CLIPBOARD") != 0; }));
+    endAndTakeOver(owner);
     ForeignOwner next(display());
     next.offerText("next");
     next.take();
@@ -392,7 +402,7 @@ void TestSelectionOwning::managerSavesBeforeTheEnd()
     owner.offer({{"UTF8_STRING", {.bytes = text, .manner = Manner::InPieces}}});
     owner.take();
     QVERIFY(owner.save());
-    owner.die();
+    endAndTakeOver(owner);
     QVERIFY(ForeignRequestor(display()).convert("UTF8_STRING")->bytes == text);
 }
 
