@@ -8,7 +8,10 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QKeySequence>
+#include <QPainter>
+#include <QPixmap>
 
+#include <array>
 #include <utility>
 
 namespace Clipboard {
@@ -17,12 +20,41 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The sizes that trays ask for, from a bare X11 tray to a panel at twice the usual density.
-QIcon trayIcon(const QColor& color)
+// From a bare X11 tray to a desktop's panel at twice the usual density.
+constexpr std::array traySizes{16, 22, 24, 32, 44, 48};
+
+/// The drawing fills most of the square; while the panel is open it stands on a light ground. Panels are light or dark,
+/// and do not say which: a dark rim keeps the drawing visible on both.
+QPixmap trayPixmap(int size, bool highlighted)
+{
+    constexpr qreal drawingShare = 17.0 / 22.0;
+    constexpr qreal rim = 1.0 / 22.0;
+    QPixmap pixmap(size, size);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (highlighted) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(QColor(255, 255, 255, 0x29));
+        painter.drawRoundedRect(pixmap.rect(), size / 5.0, size / 5.0);
+    }
+    const auto drawing = [size](const QColor& color) {
+        return TintedIcon{"layers"_L1, qRound(size * drawingShare), color};
+    };
+    const QRectF square(0, 0, size, size);
+    painter.setOpacity(0.35);
+    for (const QPointF& offset : {QPointF(-1, 0), QPointF(1, 0), QPointF(0, -1), QPointF(0, 1)})
+        drawIcon(painter, square.translated(offset * size * rim), drawing(Qt::black));
+    painter.setOpacity(1);
+    drawIcon(painter, square, drawing(Theme::text));
+    return pixmap;
+}
+
+QIcon trayIcon(bool highlighted)
 {
     QIcon icon;
-    for (const int size : {16, 22, 24, 32, 44, 48})
-        icon.addPixmap(tintedPixmap({"layers"_L1, size, color}, 1));
+    for (const int size : traySizes)
+        icon.addPixmap(trayPixmap(size, highlighted));
     return icon;
 }
 
@@ -33,7 +65,6 @@ StatusItem::StatusItem(LoginItem loginItem, bool composited, QObject* parent)
     , m_loginItem(std::move(loginItem))
 {
     buildMenu(composited);
-    m_icon.setIcon(trayIcon(Theme::text));
     m_icon.setToolTip(u"Tessaly"_s);
     m_icon.setContextMenu(m_menu.get());
     connect(&m_icon, &QSystemTrayIcon::activated, this, &StatusItem::handleActivation);
@@ -72,12 +103,13 @@ void StatusItem::handleActivation(QSystemTrayIcon::ActivationReason reason)
 
 void StatusItem::show()
 {
+    m_icon.setIcon(trayIcon(false));
     m_icon.show();
 }
 
 void StatusItem::setHighlighted(bool highlighted)
 {
-    m_icon.setIcon(trayIcon(highlighted ? Theme::accent : Theme::text));
+    m_icon.setIcon(trayIcon(highlighted));
 }
 
 void StatusItem::setNotice(const QString& notice)
