@@ -127,6 +127,10 @@ void measureHuge(const QString& folder)
     const Utf8Text link = Utf8Text::fromUtf8("https://example.org/" + QByteArray(hugeSize, 'x'));
     report(u"type of a 50 MB link"_s, median(5, [&] { static_cast<void>(TypeDetector::classify(link)); }), u"≤ 16"_s);
 
+    const Utf8Text blank = Utf8Text::fromUtf8(QByteArray(hugeSize, ' '));
+    report(u"type of 50 MB of blanks"_s, median(5, [&] { static_cast<void>(TypeDetector::classify(blank)); }),
+           u"≤ 16"_s);
+
     JSONHistoryStore store(folder + u"/huge.json"_s, entryCount, 3600);
     for (const ClipItem& item : history(20'000))
         static_cast<void>(store.add(item));

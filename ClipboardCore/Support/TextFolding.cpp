@@ -10,6 +10,7 @@
 #include <atomic>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 namespace ClipboardCore::TextFolding {
 
@@ -18,10 +19,13 @@ namespace {
 // As many as the Stream-Safe Text Format allows (UAX #15, section 13), and the starter's own.
 constexpr int longestMarkRun = 32;
 
+// The longest code point: a copy of a known size is one instruction.
+constexpr qsizetype copiedAtOnce = 4;
+
 enum class Effect : quint8 {
     none,    // stays as it is
     replace, // becomes another text
-    drop,    // disappears
+    drop,    // disappears: becomes an empty text
     join,    // may compose or change places with what is before it
 };
 
@@ -66,9 +70,11 @@ public:
     {
         for (char32_t i = 0; i < m_effects.size(); ++i)
             add(first + i, i);
+        m_texts.append(copiedAtOnce, '\0');
     }
 
     [[nodiscard]] Effect effect(char32_t codePoint) const { return m_effects[codePoint % m_effects.size()]; }
+    /// Followed by `copiedAtOnce` readable bytes.
     [[nodiscard]] QByteArrayView replacement(char32_t codePoint) const
     {
         const size_t index = codePoint % m_effects.size();
@@ -79,7 +85,7 @@ private:
     void add(char32_t codePoint, size_t index);
 
     std::array<Effect, 256> m_effects{};
-    std::array<qsizetype, 257> m_ends{};
+    std::array<quint16, 257> m_ends{};
     QByteArray m_texts;
 };
 
@@ -98,21 +104,27 @@ void Page::add(char32_t codePoint, size_t index)
             effect = Effect::replace;
         m_texts += folded.toUtf8();
     }
-    m_ends[index + 1] = m_texts.size();
+    m_ends[index + 1] = static_cast<quint16>(m_texts.size());
 }
 
-const Page& page(char32_t codePoint)
+using PageSlot = std::atomic<const Page*>;
+
+const Page& makePage(PageSlot& slot, char32_t codePoint)
 {
-    static std::array<std::atomic<const Page*>, (QChar::LastValidCodePoint + 1) / 256> pages;
-    auto& slot = pages[codePoint / 256];
-    const Page* known = slot.load(std::memory_order_acquire);
-    if (known)
-        return *known;
     // Two threads may make the same page; the second one's is dropped.
+    const Page* known = nullptr;
     auto made = std::make_unique<const Page>(codePoint / 256 * 256);
     if (slot.compare_exchange_strong(known, made.get(), std::memory_order_acq_rel))
         return *made.release();
     return *known;
+}
+
+inline const Page& page(char32_t codePoint)
+{
+    static std::array<PageSlot, (QChar::LastValidCodePoint + 1) / 256> pages;
+    PageSlot& slot = pages[codePoint / 256];
+    const Page* known = slot.load(std::memory_order_acquire);
+    return known ? *known : makePage(slot, codePoint);
 }
 
 char lowerCase(char c)
@@ -134,30 +146,68 @@ qsizetype asciiLength(QByteArrayView text)
     return length;
 }
 
-void appendLowerCase(QByteArray& out, QByteArrayView ascii)
+/// The folded text while it grows.
+class Output
 {
-    const qsizetype before = out.size();
-    out.resize(before + ascii.size());
-    std::transform(ascii.begin(), ascii.end(), out.begin() + before, lowerCase);
-}
+public:
+    explicit Output(qsizetype expectedSize)
+        : m_bytes(expectedSize + copiedAtOnce, Qt::Uninitialized)
+    {
+    }
+
+    [[nodiscard]] QByteArrayView view() const { return QByteArrayView(m_bytes).first(m_size); }
+    [[nodiscard]] QByteArray take()
+    {
+        m_bytes.truncate(m_size);
+        return std::move(m_bytes);
+    }
+    void truncate(qsizetype size) { m_size = size; }
+
+    void append(QByteArrayView bytes) { std::copy(bytes.begin(), bytes.end(), end(bytes.size())); }
+    void appendLowerCase(QByteArrayView ascii)
+    {
+        std::transform(ascii.begin(), ascii.end(), end(ascii.size()), lowerCase);
+    }
+    /// `bytes` are followed by readable ones, up to `copiedAtOnce`.
+    void appendPadded(QByteArrayView bytes)
+    {
+        if (bytes.size() > copiedAtOnce)
+            return append(bytes);
+        std::memcpy(end(copiedAtOnce), bytes.data(), copiedAtOnce);
+        m_size -= copiedAtOnce - bytes.size();
+    }
+
+private:
+    /// Room for `count` more bytes, which count from now on.
+    char* end(qsizetype count)
+    {
+        if (m_size + count > m_bytes.size())
+            m_bytes.resize(m_size + count + m_bytes.size() / 2);
+        m_size += count;
+        return m_bytes.data() + m_size - count;
+    }
+
+    QByteArray m_bytes;
+    qsizetype m_size = 0;
+};
 
 /// Composes what follows the last starter of `out`, that starter included.
-void composeEnd(QByteArray& out)
+void composeEnd(Output& out)
 {
-    qsizetype start = out.size();
+    qsizetype start = out.view().size();
     for (int count = 0; count < 2 * longestMarkRun && start > 0; ++count) {
-        const auto last = Utf8::decodeBefore(out, start);
+        const auto last = Utf8::decodeBefore(out.view(), start);
         start -= last.length;
         if (!mayJoin(last.value))
             break;
     }
-    const QString piece = Utf8::toString(QByteArrayView(out).sliced(start));
+    const QString piece = Utf8::toString(out.view().sliced(start));
     out.truncate(start);
-    out += piece.normalized(QString::NormalizationForm_C).toUtf8();
+    out.append(piece.normalized(QString::NormalizationForm_C).toUtf8());
 }
 
 /// Folds the marks at the beginning of `text` onto the end of `out`; returns how many bytes they take.
-qsizetype appendMarks(QByteArray& out, QByteArrayView text)
+qsizetype appendMarks(Output& out, QByteArrayView text)
 {
     qsizetype at = 0;
     for (int count = 0; count < longestMarkRun && at < text.size(); ++count) {
@@ -165,7 +215,7 @@ qsizetype appendMarks(QByteArray& out, QByteArrayView text)
         const Page& folding = page(codePoint.value);
         const Effect effect = folding.effect(codePoint.value);
         if (effect == Effect::join)
-            out += folding.replacement(codePoint.value);
+            out.append(folding.replacement(codePoint.value));
         else if (effect != Effect::drop)
             break;
         at += codePoint.length;
@@ -182,32 +232,24 @@ QByteArray folded(const QByteArray& utf8)
     if (onlyFoldsASCII(text) && std::none_of(text.begin(), text.end(), [](char c) { return c != lowerCase(c); }))
         return utf8;
 
-    QByteArray out;
-    out.reserve(text.size());
+    Output out(text.size());
     for (qsizetype at = 0; at < text.size();) {
-        if (const qsizetype ascii = asciiLength(text.sliced(at)); ascii > 0) {
-            appendLowerCase(out, text.sliced(at, ascii));
+        if (static_cast<unsigned char>(text[at]) < 0x80) {
+            const qsizetype ascii = asciiLength(text.sliced(at));
+            out.appendLowerCase(text.sliced(at, ascii));
             at += ascii;
             continue;
         }
         const auto codePoint = Utf8::decode(text, at);
         const Page& folding = page(codePoint.value);
-        switch (folding.effect(codePoint.value)) {
-        case Effect::none:
-            out += text.sliced(at, codePoint.length);
-            break;
-        case Effect::replace:
-            out += folding.replacement(codePoint.value);
-            break;
-        case Effect::drop:
-            break;
-        case Effect::join:
+        if (folding.effect(codePoint.value) == Effect::join) {
             at += appendMarks(out, text.sliced(at));
-            continue;
+        } else {
+            out.appendPadded(folding.replacement(codePoint.value));
+            at += codePoint.length;
         }
-        at += codePoint.length;
     }
-    return out;
+    return out.take();
 }
 
 bool onlyFoldsASCII(QByteArrayView utf8)

@@ -10,10 +10,26 @@ namespace ClipboardCore::WhiteSpace {
 
 namespace {
 
+// Long runs of plain white space are passed in blocks: a copied megabyte of blanks must not hold up the caller.
+constexpr qsizetype plainBlock = 64;
+
+/// True when `block` is nothing but ASCII white space.
+bool isPlainBlank(QByteArrayView block)
+{
+    unsigned char others = 0;
+    for (const char c : block) {
+        const auto byte = static_cast<unsigned char>(c);
+        others |= static_cast<unsigned char>((byte != ' ') & (static_cast<unsigned char>(byte - '\t') > '\r' - '\t'));
+    }
+    return others == 0;
+}
+
 /// The length of the white space at the beginning.
 qsizetype leading(QByteArrayView text)
 {
     qsizetype at = 0;
+    while (at + plainBlock <= text.size() && isPlainBlank(text.sliced(at, plainBlock)))
+        at += plainBlock;
     while (at < text.size()) {
         const auto codePoint = Utf8::decode(text, at);
         if (!QChar::isSpace(codePoint.value))
@@ -39,6 +55,8 @@ constexpr unsigned char mayBegin(unsigned char byte)
 QByteArrayView trimmed(QByteArrayView text)
 {
     text = text.sliced(leading(text));
+    while (text.size() >= plainBlock && isPlainBlank(text.last(plainBlock)))
+        text.chop(plainBlock);
     while (!text.isEmpty()) {
         const auto codePoint = Utf8::decodeBefore(text, text.size());
         if (!QChar::isSpace(codePoint.value))

@@ -152,7 +152,7 @@ void CanonicalTextTest::repairsBytes_data()
     QTest::newRow("Latin-1") << "caf\xE9"_ba
                              << "caf" + replacement;
     QTest::newRow("truncated") << "a\xF0\x9F\x98"_ba
-                               << "a" + replacement;
+                               << "a" + replacement.repeated(3);
     QTest::newRow("byte order mark before a repair") << "\xEF\xBB\xBF"
                                                         "\xFF"_ba
                                                      << "\xEF\xBB\xBF" + replacement;
@@ -174,6 +174,11 @@ void CanonicalTextTest::whiteSpace_data()
 
     const QString all = u"\t\n\v\f\r \u0085\u00A0\u1680\u2000\u200A\u2028\u2029\u202F\u205F\u3000"_s;
     QTest::newRow("every kind, both ends") << all + u"x"_s + all << u"x"_s << false;
+    const QString plain = u" \t\n\v\f\r"_s.repeated(50);
+    QTest::newRow("long runs") << plain + u"x"_s + plain << u"x"_s << false;
+    QTest::newRow("long blank") << plain << QString() << false;
+    QTest::newRow("control characters are none")
+        << plain + u"\u0008\u000E\u001F"_s + plain << u"\u0008\u000E\u001F"_s << false;
     QTest::newRow("blank") << all << QString() << false;
     QTest::newRow("empty") << QString() << QString() << false;
     QTest::newRow("inside") << u" a b "_s << u"a b"_s << true;
