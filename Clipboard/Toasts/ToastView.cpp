@@ -42,7 +42,9 @@ ToastView::ToastView(QString text, bool composited)
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_QuitOnClose, false);
     setFocusPolicy(Qt::NoFocus);
+    setWindowTitle(m_text);
     setAccessibleName(m_text);
+    setWindowTitle(m_text);
 }
 
 void ToastView::placeIn(const QRect& workArea)
