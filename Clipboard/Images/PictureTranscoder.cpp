@@ -11,7 +11,7 @@ namespace Clipboard {
 namespace {
 
 // Deflate's fastest level: a large screenshot must be stored before the user calls up the panel.
-// docs/decisions/picture-codec.md has the measurements.
+// docs/decisions/0004-picture-codec.md has the measurements.
 constexpr int compressionLevel = 1;
 
 /// One cheap filter makes a photograph smaller and, because there is less to compress, faster. Palette indexes and
