@@ -93,8 +93,9 @@ void StatusItem::buildMenu(bool composited)
 
 void StatusItem::handleActivation(QSystemTrayIcon::ActivationReason reason)
 {
-    if (reason != QSystemTrayIcon::Trigger)
-        return; // the tray itself opens the menu on a right click
+    // A second click soon after the first comes as a double click. The tray itself opens the menu on a right click.
+    if (reason != QSystemTrayIcon::Trigger && reason != QSystemTrayIcon::DoubleClick)
+        return;
     if (QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier))
         m_menu->popup(QCursor::pos());
     else

@@ -1,5 +1,6 @@
 #include "HistoryList.h"
 
+#include "FrameReport.h"
 #include "HistoryListModel.h"
 #include "HistoryViewModel.h"
 #include "ListRow.h"
@@ -109,6 +110,12 @@ void HistoryList::addFrames(QHash<FocusKey, QRectF>& frames, const QWidget* ance
         frames.insert(FocusKey::row(m_model->item(row).id),
                       QRectF(origin.x(), origin.y() + top, Theme::rowWidth, Theme::rowHeight));
     }
+}
+
+void HistoryList::paintEvent(QPaintEvent* event)
+{
+    QListView::paintEvent(event);
+    reportFrame(this, "list-painted");
 }
 
 void HistoryList::resizeEvent(QResizeEvent* event)

@@ -4,6 +4,7 @@
 #include "CommandSheet.h"
 #include "EmptyContent.h"
 #include "FilterChips.h"
+#include "FrameReport.h"
 #include "HistoryList.h"
 #include "HistoryViewModel.h"
 #include "PanelFooter.h"
@@ -184,6 +185,7 @@ void PanelView::paintEvent(QPaintEvent* /*event*/)
         paintEmptyContent(painter, content);
     else
         painter.fillRect(Theme::listWidth - seam, content.top(), seam, content.height(), Theme::seam);
+    reportFrame(this, "panel-painted");
 }
 
 void PanelView::paintEmptyContent(QPainter& painter, const QRectF& area) const

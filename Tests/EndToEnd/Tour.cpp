@@ -22,7 +22,7 @@ public:
 
 private:
     void say(const char* text) const;
-    void copy(const QByteArray& content, const QString& target = u"UTF8_STRING"_s);
+    [[nodiscard]] bool copy(const QByteArray& content, const QString& target = u"UTF8_STRING"_s);
     [[nodiscard]] bool copiesOfAllKinds();
     [[nodiscard]] bool searchAndPaste();
     [[nodiscard]] bool menu();
@@ -59,9 +59,10 @@ bool Tour::waitForFront(const QByteArray& title)
     });
 }
 
-void Tour::copy(const QByteArray& content, const QString& target)
+bool Tour::copy(const QByteArray& content, const QString& target)
 {
     m_session.run(u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-t"_s, target, u"-i"_s}, content);
+    return m_tessaly.waitForCaptures(1);
 }
 
 bool Tour::copiesOfAllKinds()
@@ -91,12 +92,9 @@ bool Tour::copiesOfAllKinds()
     if (!bytes.open(QFile::ReadOnly)) {
         return false;
     }
-    copy(bytes.readAll(), u"image/png"_s);
-    copy("https://www.debian.org/releases/bookworm/?source=tour");
-    copy("#8FA0FF");
-    copy("file://" + letter.toUtf8(), u"text/uri-list"_s);
-    copy("int main()\n{\n    return 0;\n}\n");
-    return m_tessaly.waitForHistory([](const auto& entries) { return entries.size() == 6; });
+    return copy(bytes.readAll(), u"image/png"_s) && copy("https://www.debian.org/releases/bookworm/?source=tour") &&
+           copy("#8FA0FF") && copy("file://" + letter.toUtf8(), u"text/uri-list"_s) &&
+           copy("int main()\n{\n    return 0;\n}\n");
 }
 
 bool Tour::searchAndPaste()
