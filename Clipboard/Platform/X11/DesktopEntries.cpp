@@ -96,7 +96,7 @@ DesktopEntries::DesktopEntries(const QStringList& folders, const QString& langua
         }
     }
     // Helpers that no menu shows often claim the same class or program as the application itself.
-    std::ranges::stable_partition(m_entries, &Entry::isShown);
+    std::stable_partition(m_entries.begin(), m_entries.end(), [](const Entry& entry) { return entry.isShown; });
 }
 
 const DesktopEntries::Entry* DesktopEntries::find(const QString& id) const

@@ -66,6 +66,7 @@ std::vector<X11HotKeyGrabber::Combination> X11HotKeyGrabber::wantedCombinations(
 bool X11HotKeyGrabber::grabAll(const std::vector<Combination>& combinations)
 {
     std::vector<xcb_void_cookie_t> cookies;
+    cookies.reserve(combinations.size());
     for (const Combination& combination : combinations)
         cookies.push_back(xcb_grab_key_checked(m_session->xcb(), 1, m_session->root(), combination.modifiers,
                                                combination.key, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));

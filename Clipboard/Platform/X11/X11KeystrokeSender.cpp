@@ -7,6 +7,8 @@
 #include <X11/keysym.h>
 #include <xcb/xtest.h>
 
+#include <algorithm>
+
 namespace Clipboard {
 
 using namespace std::chrono_literals;
@@ -98,8 +100,9 @@ void X11KeystrokeSender::type(PasteChord chord)
     }
     for (const xcb_keycode_t key : keys)
         fake(XCB_KEY_PRESS, key);
-    for (auto key = keys.rbegin(); key != keys.rend(); ++key)
-        fake(XCB_KEY_RELEASE, *key);
+    std::ranges::reverse(keys);
+    for (const xcb_keycode_t key : keys)
+        fake(XCB_KEY_RELEASE, key);
     m_session->connection().flush();
 }
 
