@@ -17,7 +17,7 @@ namespace ClipboardCore {
 namespace {
 
 // Folding this much takes well under a millisecond in any script.
-constexpr qsizetype largestFoldedAtOnce = 64 * 1024;
+constexpr auto largestFoldedAtOnce = qsizetype(64) * 1024;
 
 /// An entry's content as it is searched. The bytes of the entry itself, unless folding does more than lower-case
 /// ASCII: the pattern sees to that.

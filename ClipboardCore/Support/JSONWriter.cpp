@@ -11,7 +11,7 @@ namespace ClipboardCore {
 namespace {
 
 // Large enough that a system call for each is cheap.
-constexpr qsizetype heldBackSize = 256 * 1024;
+constexpr auto heldBackSize = qsizetype(256) * 1024;
 
 constexpr bool needsEscape(unsigned char byte)
 {

@@ -2,11 +2,13 @@
 
 #include <QByteArray>
 
+#include <algorithm>
 #include <condition_variable>
 #include <future>
 #include <map>
 #include <mutex>
 #include <thread>
+#include <tuple>
 #include <utility>
 
 #include <pthread.h>
@@ -36,7 +38,7 @@ struct SerialQueue::Private
     {
         Clock::time_point due;
         TaskID id;
-        auto operator<=>(const Key&) const = default;
+        bool operator<(const Key& other) const { return std::tie(due, id) < std::tie(other.due, other.id); }
     };
 
     explicit Private(QByteArray threadLabel)
