@@ -23,6 +23,8 @@ namespace {
 constexpr qsizetype historyCapacity = 500;
 constexpr double saveDelaySeconds = 1.0;
 constexpr std::chrono::milliseconds showAfterLaunch{400};
+// The first showing then costs what the others do; at the start itself there is more urgent work.
+constexpr std::chrono::milliseconds prepareAfterLaunch{1000};
 
 // A large picture that was just copied is converted in a fraction of this.
 constexpr std::chrono::milliseconds conversionLimit{2000};
@@ -82,6 +84,7 @@ void StatusItemController::connectHistory()
 void StatusItemController::connectPanel()
 {
     connect(&m_panel, &FloatingPanel::willClose, &m_statusItem, [this] { m_statusItem.setHighlighted(false); });
+    QTimer::singleShot(prepareAfterLaunch, &m_panel, &FloatingPanel::prepare);
 }
 
 void StatusItemController::connectStatusItem()
@@ -109,7 +112,6 @@ void StatusItemController::grabHotKey()
 void StatusItemController::show(std::optional<QUuid> selecting)
 {
     m_panel.setPanelGeometry(PanelPlacement::panelRect(m_statusItem.geometry(), QCursor::pos(), currentScreens()));
-    m_thumbs.forgetFailures();
     m_viewModel.panelWillShow(selecting);
     m_panel.open();
     // After the panel's first picture: the tray may be slow to answer.
