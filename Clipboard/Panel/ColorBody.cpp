@@ -41,6 +41,7 @@ void ColorBody::setItem(const ClipboardCore::ClipItem& item, int visibleHeight)
 {
     const QString content = item.content.toString();
     m_color = ColorMath::hexToRGB(content);
+    layOut(); // a hidden widget is told of its size only when it is shown
     const auto texts = m_color ? valueTexts(*m_color) : std::array<QString, 3>{content.toUpper(), {}, {}};
     for (std::size_t i = 0; i < m_values.size(); ++i)
         m_values[i]->setText(texts[i], {}, visibleHeight);
@@ -75,7 +76,7 @@ void ColorBody::paintEvent(QPaintEvent* /*event*/)
     }
 }
 
-void ColorBody::resizeEvent(QResizeEvent* event)
+void ColorBody::layOut()
 {
     const int left = rowsLeft + keyWidth + keyGap;
     int top = rowsTop + (rowHeight - Fonts::value.lineHeight) / 2;
@@ -83,6 +84,11 @@ void ColorBody::resizeEvent(QResizeEvent* event)
         value->setGeometry(left, top, width() - left, Fonts::value.lineHeight);
         top += rowHeight;
     }
+}
+
+void ColorBody::resizeEvent(QResizeEvent* event)
+{
+    layOut();
     PreviewBody::resizeEvent(event);
 }
 

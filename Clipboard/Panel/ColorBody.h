@@ -26,6 +26,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void layOut();
     std::optional<ClipboardCore::ColorMath::RGB> m_color;
     std::array<TextBlock*, 3> m_values;
 };

@@ -17,7 +17,8 @@ void reportFrame(QObject* painted, const char* name)
     if (!timing().isDebugEnabled())
         return;
     // What is painted is flushed to the screen before the next event is served.
-    QMetaObject::invokeMethod(painted, [name] { qCDebug(timing, "%s", name); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        painted, [name] { qCDebug(timing, "%s", name); }, Qt::QueuedConnection);
 }
 
 } // namespace Clipboard

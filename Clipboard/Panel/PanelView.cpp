@@ -152,12 +152,13 @@ void PanelView::resizeEvent(QResizeEvent* event)
     m_preview->setGeometry(Theme::listWidth, content.top(), width() - Theme::listWidth - outline, content.height());
     m_footer->setGeometry(0, content.bottom() + 1 + seam, width(), Theme::footerHeight - seam);
     m_sheet->setGeometry(rect());
-    changed(state | sheet);
+    changed(selection | state | sheet);
     QWidget::resizeEvent(event);
 }
 
 void PanelView::showEvent(QShowEvent* event)
 {
+    sync(); // parts that were hidden have their sizes only now
     m_ages.start();
     QWidget::showEvent(event);
 }

@@ -100,7 +100,7 @@ void PreviewPane::syncItem()
         m_body->hide();
     m_body = body;
     m_body->resize(innerWidth, 0);
-    m_body->setItem(*item, m_scroll->height());
+    m_body->setItem(*item, Theme::panelHeight);
     m_body->show();
     layOutContent();
     m_scroll->verticalScrollBar()->setValue(0);

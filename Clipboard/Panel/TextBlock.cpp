@@ -86,6 +86,8 @@ std::unique_ptr<QTextLayout> TextBlock::makeLayout(qsizetype start, qsizetype le
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     option.setTabStopDistance(tabWidthInSpaces * Fonts::width(m_style, QStringLiteral(" ")));
+    if (layout->text().isRightToLeft())
+        option.setAlignment(Qt::AlignRight);
     layout->setTextOption(option);
     layout->setFormats(formatsFor(start, length));
     layout->setCacheEnabled(true);

@@ -53,8 +53,8 @@ void ToastPresenter::show(const QString& text)
 void ToastPresenter::hide()
 {
     m_view->fadeOut([this] {
-        // The view is in the middle of its own signal: it goes once that has returned.
-        m_view.release()->deleteLater();
+        m_view->hide();
+        m_view.release()->deleteLater(); // it may be in the middle of its own signal
         emit hidden();
     });
 }

@@ -1,0 +1,194 @@
+#include "PanelFixture.h"
+
+#include <QInputMethodEvent>
+#include <QSignalSpy>
+
+using namespace Clipboard;
+using namespace Clipboard::Testing;
+using namespace Qt::StringLiterals;
+
+class FloatingPanelTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void takesAndReturnsTheKeyboard();
+    void closesOnceHoweverItIsAsked();
+    void closesOnLosingTheKeyboard();
+    void escapeClearsThenCloses();
+    void opensAgainAsNew();
+    void marginIsNotPartOfThePanel();
+    void keysReachTheModelFirst();
+    void composingKeepsItsKeys();
+    void keypadEnterIsReturn();
+    void caretDecidesWhetherArrowsLeaveTheField();
+};
+
+void FloatingPanelTest::takesAndReturnsTheKeyboard()
+{
+    PanelFixture f;
+    f.fillTexts({u"one"_s});
+    QVERIFY(f.open());
+    QCOMPARE(f.windows.calls, QStringList({u"prepareUtilityWindow"_s, u"rememberFrontWindow"_s, u"activate"_s}));
+    f.windows.calls.clear();
+    f.panel.dismiss();
+    QVERIFY(!f.panel.isVisible());
+    QCOMPARE(f.windows.calls, QStringList({u"restoreFrontWindow"_s}));
+    f.windows.calls.clear();
+    QVERIFY(f.open());
+    QCOMPARE(f.windows.calls, QStringList({u"rememberFrontWindow"_s, u"activate"_s}));
+}
+
+void FloatingPanelTest::closesOnceHoweverItIsAsked()
+{
+    PanelFixture f;
+    QSignalSpy willClose(&f.panel, &FloatingPanel::willClose);
+    QSignalSpy closed(&f.panel, &FloatingPanel::closed);
+    bool visibleBefore = false;
+    connect(&f.panel, &FloatingPanel::willClose, &f.panel, [&] {
+        visibleBefore = f.panel.isVisible();
+        f.panel.dismiss();
+    });
+    f.panel.dismiss();
+    QCOMPARE(willClose.size(), 0);
+    QVERIFY(f.open());
+    f.panel.dismiss();
+    f.panel.close();
+    QCOMPARE(willClose.size(), 1);
+    QCOMPARE(closed.size(), 1);
+    QVERIFY(visibleBefore);
+    QCOMPARE(f.windows.calls.count(u"restoreFrontWindow"_s), 1);
+}
+
+void FloatingPanelTest::closesOnLosingTheKeyboard()
+{
+    PanelFixture f;
+    QVERIFY(f.open());
+    QSignalSpy closed(&f.panel, &FloatingPanel::closed);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QTRY_COMPARE(closed.size(), 1);
+    QVERIFY(!f.panel.isVisible());
+}
+
+void FloatingPanelTest::escapeClearsThenCloses()
+{
+    PanelFixture f;
+    f.fillTexts({u"one"_s, u"two"_s});
+    QVERIFY(f.open());
+    f.type(u"two"_s);
+    f.press(Qt::Key_Escape);
+    QVERIFY(f.panel.isVisible());
+    QCOMPARE(f.typed(), QString());
+    QCOMPARE(f.visible(), QStringList({u"one"_s, u"two"_s}));
+    f.press(Qt::Key_Escape);
+    QVERIFY(!f.panel.isVisible());
+}
+
+void FloatingPanelTest::opensAgainAsNew()
+{
+    PanelFixture f;
+    f.fillTexts({u"one"_s, u"two"_s});
+    QVERIFY(f.open());
+    f.type(u"two"_s);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QVERIFY(!f.panel.isVisible());
+    QVERIFY(f.open());
+    QCOMPARE(f.typed(), QString());
+    QTRY_VERIFY(f.view()->activeField()->hasFocus());
+    QCOMPARE(f.selected(), u"one"_s);
+}
+
+void FloatingPanelTest::marginIsNotPartOfThePanel()
+{
+    PanelFixture f;
+    QVERIFY(f.open());
+    const QRect panel(60, 40, Theme::panelWidth, Theme::panelHeight);
+    const auto card = [&] { return QRect(f.view()->mapToGlobal(QPoint(0, 0)), f.view()->size()); };
+    QCOMPARE(card(), panel);
+    QVERIFY(f.panel.frameGeometry().contains(panel.adjusted(-20, -20, 20, 20)));
+    // A compositor that stops takes shadow and margin with it.
+    f.windows.setCompositing(false);
+    QTRY_COMPARE(f.panel.frameGeometry(), panel);
+    QTRY_COMPARE(card(), panel);
+    QCOMPARE(f.colorAt({0, 0}), QColor(Theme::outline));
+    QCOMPARE(f.colorAt({1, 1}), QColor(Theme::panel));
+    f.windows.setCompositing(true);
+    QTRY_COMPARE(card(), panel);
+    QVERIFY(f.colorAt({0, 0}) != QColor(Theme::outline));
+}
+
+void FloatingPanelTest::keysReachTheModelFirst()
+{
+    PanelFixture f;
+    f.fillTexts({u"one"_s, u"two"_s, u"three"_s});
+    QVERIFY(f.open());
+    f.type(u"t"_s);
+    QCOMPARE(f.visible(), QStringList({u"two"_s, u"three"_s}));
+    f.press(Qt::Key_Down);
+    QCOMPARE(f.selected(), u"three"_s);
+    f.press(Qt::Key_Backspace);
+    QCOMPARE(f.typed(), QString());
+    QCOMPARE(f.visible().size(), 3);
+    f.press(Qt::Key_Backspace, Qt::ControlModifier);
+    QCOMPARE(f.stored(), QStringList({u"one"_s, u"two"_s}));
+    f.press(Qt::Key_Home);
+    QCOMPARE(f.selected(), u"one"_s);
+    f.press(Qt::Key_P, Qt::ControlModifier);
+    QVERIFY(f.model.selectedItem()->isPinned);
+    f.press(Qt::Key_Return);
+    QCOMPARE(f.closeRequests, 1);
+}
+
+void FloatingPanelTest::composingKeepsItsKeys()
+{
+    PanelFixture f;
+    f.fillTexts({u"one"_s, u"two"_s});
+    QVERIFY(f.open());
+    QInputMethodEvent composing(u"ni"_s, {});
+    QCoreApplication::sendEvent(f.view()->activeField(), &composing);
+    f.press(Qt::Key_Return);
+    f.press(Qt::Key_Down);
+    QCOMPARE(f.closeRequests, 0);
+    QCOMPARE(f.selected(), u"one"_s);
+    QInputMethodEvent committed;
+    committed.setCommitString(u"t"_s);
+    QCoreApplication::sendEvent(f.view()->activeField(), &committed);
+    QCOMPARE(f.model.query(), u"t"_s);
+    f.press(Qt::Key_Return);
+    QCOMPARE(f.closeRequests, 1);
+}
+
+void FloatingPanelTest::keypadEnterIsReturn()
+{
+    PanelFixture f;
+    f.fillTexts({u"one"_s});
+    QVERIFY(f.open());
+    f.press(Qt::Key_Enter, Qt::KeypadModifier);
+    QCOMPARE(f.closeRequests, 1);
+}
+
+void FloatingPanelTest::caretDecidesWhetherArrowsLeaveTheField()
+{
+    PanelFixture f;
+    f.fillTexts({u"one two"_s});
+    QVERIFY(f.open());
+    f.type(u"one"_s);
+    f.press(Qt::Key_Left);
+    QVERIFY(!f.model.focus().has_value());
+    QCOMPARE(f.view()->activeField()->cursorPosition(), 2);
+    f.press(Qt::Key_Right);
+    QCOMPARE(f.view()->activeField()->cursorPosition(), 3);
+    f.press(Qt::Key_Right);
+    QVERIFY(f.model.focus().has_value());
+    f.press(Qt::Key_Escape);
+    QVERIFY(!f.model.focus().has_value());
+    QVERIFY(f.panel.isVisible());
+}
+
+QTEST_MAIN(FloatingPanelTest)
+
+#include "FloatingPanelTest.moc"

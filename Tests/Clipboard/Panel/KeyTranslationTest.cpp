@@ -1,0 +1,110 @@
+#include "KeyTranslation.h"
+
+#include <QKeyEvent>
+#include <QTest>
+
+using namespace Clipboard;
+using namespace Qt::StringLiterals;
+using ClipboardCore::KeyCode;
+
+class KeyTranslationTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void codes_data();
+    void codes();
+    void modifiers();
+    void charactersIgnoreModifiers_data();
+    void charactersIgnoreModifiers();
+    void otherScriptsGoByPlace_data();
+    void otherScriptsGoByPlace();
+};
+
+namespace {
+
+ClipboardCore::KeyEvent translate(int key, Qt::KeyboardModifiers modifiers = {}, quint32 scanCode = 0)
+{
+    return translateKey(QKeyEvent(QEvent::KeyPress, key, modifiers, scanCode, 0, 0));
+}
+
+} // namespace
+
+void KeyTranslationTest::codes_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<KeyCode>("code");
+    QTest::newRow("backspace deletes") << int(Qt::Key_Backspace) << KeyCode::delete_;
+    QTest::newRow("delete deletes") << int(Qt::Key_Delete) << KeyCode::delete_;
+    QTest::newRow("return") << int(Qt::Key_Return) << KeyCode::return_;
+    QTest::newRow("keypad enter") << int(Qt::Key_Enter) << KeyCode::keypadEnter;
+    QTest::newRow("escape") << int(Qt::Key_Escape) << KeyCode::escape;
+    QTest::newRow("home") << int(Qt::Key_Home) << KeyCode::home;
+    QTest::newRow("end") << int(Qt::Key_End) << KeyCode::end;
+    QTest::newRow("page up") << int(Qt::Key_PageUp) << KeyCode::pageUp;
+    QTest::newRow("page down") << int(Qt::Key_PageDown) << KeyCode::pageDown;
+    QTest::newRow("up") << int(Qt::Key_Up) << KeyCode::up;
+    QTest::newRow("down") << int(Qt::Key_Down) << KeyCode::down;
+    QTest::newRow("left") << int(Qt::Key_Left) << KeyCode::left;
+    QTest::newRow("right") << int(Qt::Key_Right) << KeyCode::right;
+    QTest::newRow("k") << int(Qt::Key_K) << KeyCode::k;
+    QTest::newRow("no table names it") << int(Qt::Key_Q) << KeyCode::unknown;
+    QTest::newRow("a modifier alone") << int(Qt::Key_Control) << KeyCode::unknown;
+    QTest::newRow("no key at all") << 0 << KeyCode::unknown;
+}
+
+void KeyTranslationTest::codes()
+{
+    QFETCH(int, key);
+    QTEST(translate(key).code, "code");
+}
+
+void KeyTranslationTest::modifiers()
+{
+    const auto control = translate(Qt::Key_K, Qt::ControlModifier);
+    QVERIFY(control.command && !control.option && !control.shift);
+    const auto alt = translate(Qt::Key_Down, Qt::AltModifier | Qt::ShiftModifier);
+    QVERIFY(!alt.command && alt.option && alt.shift);
+    // The Super key belongs to the desktop.
+    const auto super = translate(Qt::Key_K, Qt::MetaModifier);
+    QVERIFY(!super.command && !super.option && !super.control);
+}
+
+void KeyTranslationTest::charactersIgnoreModifiers_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<QString>("characters");
+    QTest::newRow("digit, which types nothing under Control") << int(Qt::Key_3) << u"3"_s;
+    QTest::newRow("letter") << int(Qt::Key_V) << u"v"_s;
+    QTest::newRow("plus") << int(Qt::Key_Plus) << u"+"_s;
+    QTest::newRow("types nothing") << int(Qt::Key_F5) << QString();
+}
+
+void KeyTranslationTest::charactersIgnoreModifiers()
+{
+    QFETCH(int, key);
+    QTEST(translate(key, Qt::ControlModifier).charactersIgnoringModifiers, "characters");
+}
+
+void KeyTranslationTest::otherScriptsGoByPlace_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<quint32>("scanCode");
+    QTest::addColumn<KeyCode>("code");
+    QTest::newRow("Russian, key of K") << 0x041b << quint32(45) << KeyCode::k;
+    QTest::newRow("Greek, key of F") << 0x03a6 << quint32(41) << KeyCode::f;
+    QTest::newRow("Hebrew, key of P") << 0x05e4 << quint32(33) << KeyCode::p;
+    QTest::newRow("Russian, key of a bracket") << 0x0425 << quint32(34) << KeyCode::unknown;
+    QTest::newRow("Latin letters go by what they type") << int(Qt::Key_A) << quint32(24) << KeyCode::a;
+    QTest::newRow("an accented letter is no plain one") << 0x00c9 << quint32(26) << KeyCode::unknown;
+}
+
+void KeyTranslationTest::otherScriptsGoByPlace()
+{
+    QFETCH(int, key);
+    QFETCH(quint32, scanCode);
+    QTEST(translate(key, Qt::ControlModifier, scanCode).code, "code");
+}
+
+QTEST_APPLESS_MAIN(KeyTranslationTest)
+
+#include "KeyTranslationTest.moc"

@@ -1,0 +1,345 @@
+#include "PanelFixture.h"
+
+#include "CommandSheet.h"
+#include "FilterChip.h"
+#include "FilterChips.h"
+#include "HistoryList.h"
+#include "PreviewButton.h"
+
+#include <QAbstractButton>
+#include <QScrollBar>
+
+using namespace Clipboard;
+using namespace Clipboard::Testing;
+using namespace Qt::StringLiterals;
+using ClipboardCore::ClipType;
+using ClipboardCore::FocusKey;
+using ClipboardCore::ItemAction;
+
+class PanelViewTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void framesAreWhereThingsAre();
+    void framesHoldOnlyWhatIsOnScreen();
+    void annotateTakesFocusForPicturesAlone();
+    void emptyListLeavesTheChips();
+    void selectionStaysInView();
+    void rowShowsItsState();
+    void clickSelectsAndDoubleClickPastes();
+    void chipsFilterAndTell();
+    void manyEntriesLeaveRoomForAllChips();
+    void focusMovesRingAndCaret();
+    void buttonsActOnTheSelection();
+    void clearSearchEmptiesTheField();
+    void rowsSpeak();
+    void sheetTakesTheKeyboard();
+    void clickBesideTheSheetClosesIt();
+    void hiddenPanelDoesNoWork();
+};
+
+namespace {
+
+FilterChip* chip(const PanelFixture& f, std::optional<ClipType> type)
+{
+    for (FilterChip* candidate : f.view()->findChild<FilterChips*>()->chips()) {
+        if (candidate->type() == type)
+            return candidate;
+    }
+    return nullptr;
+}
+
+PreviewButton* button(const PanelFixture& f, ItemAction action)
+{
+    for (auto* candidate : f.view()->findChildren<PreviewButton*>()) {
+        if (candidate->action() == action)
+            return candidate;
+    }
+    return nullptr;
+}
+
+int rowFrames(const PanelFixture& f)
+{
+    int count = 0;
+    for (auto key = f.model.frames.keyBegin(); key != f.model.frames.keyEnd(); ++key)
+        count += key->as<FocusKey::Row>() != nullptr ? 1 : 0;
+    return count;
+}
+
+} // namespace
+
+void PanelViewTest::framesAreWhereThingsAre()
+{
+    PanelFixture f;
+    f.fillTexts({u"one"_s, u"two"_s});
+    QVERIFY(f.open());
+    QCOMPARE(f.frame(FocusKey::chip(std::nullopt)).topLeft(), QPoint(16, 48));
+    QCOMPARE(f.frame(FocusKey::chip(std::nullopt)).height(), 26);
+    const QRect all = f.frame(FocusKey::chip(std::nullopt));
+    QCOMPARE(f.frame(FocusKey::chip(ClipType::text)).left(), all.left() + all.width() + 6);
+    QCOMPARE(f.frame(FocusKey::row(f.entry(0).id)), QRect(8, 96, 224, 44));
+    QCOMPARE(f.frame(FocusKey::row(f.entry(1).id)), QRect(8, 140, 224, 44));
+    QCOMPARE(f.frame(FocusKey::button(ItemAction::paste)).topLeft(), QPoint(256, 468));
+    QCOMPARE(f.frame(FocusKey::button(ItemAction::delete_)), QRect(572, 468, 32, 28));
+    // A frame is where the thing is drawn.
+    QCOMPARE(f.colorAt(f.frame(FocusKey::button(ItemAction::paste)).center() + QPoint(0, 11)), QColor(Theme::accent));
+}
+
+void PanelViewTest::framesHoldOnlyWhatIsOnScreen()
+{
+    PanelFixture f;
+    f.fillTexts(f.numbered(40));
+    QVERIFY(f.open());
+    QCOMPARE(rowFrames(f), 9);
+    QVERIFY(f.model.frames.contains(FocusKey::row(f.entry(8).id)));
+    QVERIFY(!f.model.frames.contains(FocusKey::row(f.entry(9).id)));
+    f.press(Qt::Key_End);
+    QCOMPARE(rowFrames(f), 9);
+    QVERIFY(!f.model.frames.contains(FocusKey::row(f.entry(0).id)));
+    QCOMPARE(f.frame(FocusKey::row(f.entry(39).id)), QRect(8, 96 + 8 * 44, 224, 44));
+}
+
+void PanelViewTest::annotateTakesFocusForPicturesAlone()
+{
+    PanelFixture f;
+    f.fill({f.item(ClipType::text, u"text"_s), f.item(ClipType::image, u"/nowhere/picture.png"_s)});
+    QVERIFY(f.open());
+    QVERIFY(!f.model.frames.contains(FocusKey::button(ItemAction::annotate)));
+    f.press(Qt::Key_Down);
+    QVERIFY(f.model.frames.contains(FocusKey::button(ItemAction::annotate)));
+}
+
+void PanelViewTest::emptyListLeavesTheChips()
+{
+    PanelFixture f;
+    f.fillTexts({u"one"_s});
+    QVERIFY(f.open());
+    f.type(u"zzz"_s);
+    QCOMPARE(f.model.frames.size(), 7);
+    QVERIFY(f.model.frames.contains(FocusKey::chip(ClipType::file)));
+    QVERIFY(!f.view()->findChild<HistoryList*>()->isVisible());
+    f.press(Qt::Key_Escape);
+    QVERIFY(f.view()->findChild<HistoryList*>()->isVisible());
+    QCOMPARE(f.model.frames.size(), 7 + 1 + 4);
+}
+
+void PanelViewTest::selectionStaysInView()
+{
+    PanelFixture f;
+    f.fillTexts(f.numbered(40));
+    QVERIFY(f.open());
+    const auto inView = [&] { return f.model.frames.contains(FocusKey::row(*f.model.selectedID())); };
+    const QScrollBar* scroll = f.view()->findChild<HistoryList*>()->verticalScrollBar();
+    for (int i = 1; i < 40; ++i) {
+        f.press(Qt::Key_Down);
+        QVERIFY2(inView(), qPrintable(f.selected()));
+        QCOMPARE(scroll->value() % Theme::rowHeight, 0);
+    }
+    f.press(Qt::Key_Down);
+    QCOMPARE(f.selected(), u"entry 0"_s);
+    QCOMPARE(scroll->value(), 0);
+    f.type(u"39"_s);
+    QVERIFY(inView());
+    f.press(Qt::Key_Escape);
+    QCOMPARE(f.selected(), u"entry 39"_s);
+    QVERIFY(inView());
+}
+
+void PanelViewTest::rowShowsItsState()
+{
+    PanelFixture f;
+    f.fillTexts({u"one"_s, u"two"_s});
+    QVERIFY(f.open());
+    const QPoint inFirst = f.frame(FocusKey::row(f.entry(0).id)).topLeft() + QPoint(4, 22);
+    const QPoint inSecond = f.frame(FocusKey::row(f.entry(1).id)).topLeft() + QPoint(4, 22);
+    QCOMPARE(f.colorAt(inFirst), QColor(Theme::rowSel));
+    QCOMPARE(f.colorAt(inFirst - QPoint(4, 0)), QColor(Theme::rowSelLine));
+    QCOMPARE(f.colorAt(inSecond), QColor(Theme::panel));
+    f.press(Qt::Key_Up);
+    QVERIFY(f.model.focus().has_value());
+    QCOMPARE(f.colorAt(inFirst), QColor(Theme::rowIdle));
+    f.press(Qt::Key_Escape);
+    f.press(Qt::Key_Down);
+    QCOMPARE(f.colorAt(inFirst), QColor(Theme::panel));
+    QCOMPARE(f.colorAt(inSecond), QColor(Theme::rowSel));
+}
+
+void PanelViewTest::clickSelectsAndDoubleClickPastes()
+{
+    PanelFixture f;
+    f.fillTexts({u"one"_s, u"two"_s});
+    QVERIFY(f.open());
+    QWidget* rows = f.view()->findChild<HistoryList*>()->viewport();
+    const QPoint second(100, Theme::rowHeight + 20);
+    f.press(Qt::Key_Up);
+    QTest::mouseClick(rows, Qt::LeftButton, {}, second);
+    QCOMPARE(f.selected(), u"two"_s);
+    QVERIFY(!f.model.focus().has_value());
+    QTest::mouseClick(rows, Qt::LeftButton, {}, second + QPoint(0, 200));
+    QCOMPARE(f.selected(), u"two"_s);
+    QVERIFY(f.view()->activeField()->hasFocus());
+    QTest::mouseDClick(rows, Qt::LeftButton, {}, second);
+    QCOMPARE(f.closeRequests, 1);
+    QCOMPARE(f.stored().first(), u"two"_s);
+}
+
+void PanelViewTest::chipsFilterAndTell()
+{
+    PanelFixture f;
+    f.fill({f.item(ClipType::text, u"text"_s), f.item(ClipType::link, u"https://a.example"_s),
+            f.item(ClipType::link, u"https://b.example"_s)});
+    QVERIFY(f.open());
+    QVERIFY(chip(f, std::nullopt)->isChecked());
+    QTest::mouseClick(chip(f, ClipType::link), Qt::LeftButton);
+    QCOMPARE(f.model.filter(), std::optional(ClipType::link));
+    QCOMPARE(f.visible().size(), 2);
+    QVERIFY(chip(f, ClipType::link)->isChecked());
+    QVERIFY(!chip(f, std::nullopt)->isChecked());
+    QTest::mouseClick(chip(f, ClipType::link), Qt::LeftButton);
+    QVERIFY(chip(f, ClipType::link)->isChecked());
+    QCOMPARE(chip(f, ClipType::link)->accessibleName(), u"Links"_s);
+    QVERIFY(chip(f, ClipType::link)->accessibleDescription().startsWith(u"2 "));
+    QVERIFY(chip(f, ClipType::file)->accessibleDescription().startsWith(u"0 "));
+}
+
+void PanelViewTest::manyEntriesLeaveRoomForAllChips()
+{
+    PanelFixture f;
+    QList<ClipboardCore::ClipItem> items;
+    for (const ClipType type : ClipboardCore::allClipTypes) {
+        for (int i = 0; i < 83; ++i)
+            items.append(f.item(type, u"/%1/%2"_s.arg(int(type)).arg(i)));
+    }
+    f.fill(items);
+    QVERIFY(f.open());
+    const QRect last = f.frame(FocusKey::chip(ClipType::file));
+    QVERIFY2(last.right() < Theme::panelWidth, qPrintable(QString::number(last.right())));
+}
+
+void PanelViewTest::focusMovesRingAndCaret()
+{
+    PanelFixture f;
+    f.fillTexts({u"one"_s});
+    QVERIFY(f.open());
+    const SearchField* field = f.view()->activeField();
+    const QPoint caret = field->mapTo(f.view(), field->caretRect().topLeft().toPoint() + QPoint(0, 9));
+    QCOMPARE(f.colorAt(caret), QColor(Theme::accent));
+    f.press(Qt::Key_Up);
+    const auto focused = f.model.focus();
+    QVERIFY(focused.has_value());
+    const QRect frame = f.frame(*focused);
+    QCOMPARE(f.colorAt({frame.center().x(), frame.top() - 2}), QColor(Theme::accent));
+    QCOMPARE(f.colorAt({frame.center().x(), frame.top() - 1}), QColor(Theme::panel));
+    QVERIFY(f.colorAt(caret) != QColor(Theme::accent));
+    f.press(Qt::Key_Escape);
+    QCOMPARE(f.colorAt({frame.center().x(), frame.top() - 2}), QColor(Theme::panel));
+    QCOMPARE(f.colorAt(caret), QColor(Theme::accent));
+}
+
+void PanelViewTest::buttonsActOnTheSelection()
+{
+    PanelFixture f;
+    f.fillTexts({u"one"_s, u"two"_s});
+    QVERIFY(f.open());
+    QTest::mouseClick(button(f, ItemAction::pin), Qt::LeftButton);
+    QVERIFY(f.model.selectedItem()->isPinned);
+    QVERIFY(button(f, ItemAction::pin)->isChecked());
+    QTest::mouseClick(button(f, ItemAction::pin), Qt::LeftButton);
+    QVERIFY(!button(f, ItemAction::pin)->isChecked());
+    QTest::mouseClick(button(f, ItemAction::copy), Qt::LeftButton);
+    QCOMPARE(f.toasts.size(), 1);
+    QTest::mouseClick(button(f, ItemAction::delete_), Qt::LeftButton);
+    QCOMPARE(f.stored().size(), 1);
+    QTest::mouseClick(button(f, ItemAction::paste), Qt::LeftButton);
+    QCOMPARE(f.closeRequests, 1);
+}
+
+void PanelViewTest::clearSearchEmptiesTheField()
+{
+    PanelFixture f;
+    f.fillTexts({u"one"_s});
+    QVERIFY(f.open());
+    QAbstractButton* clear = nullptr;
+    for (auto* candidate : f.view()->findChildren<QAbstractButton*>()) {
+        if (candidate->accessibleName() == u"Clear search"_s)
+            clear = candidate;
+    }
+    QVERIFY(clear != nullptr && !clear->isVisible());
+    f.type(u"one"_s);
+    QTRY_VERIFY(clear->isVisible());
+    QTest::mouseClick(clear, Qt::LeftButton);
+    QCOMPARE(f.model.query(), QString());
+    QTRY_COMPARE(f.typed(), QString());
+    QVERIFY(f.view()->activeField()->hasFocus());
+}
+
+void PanelViewTest::rowsSpeak()
+{
+    PanelFixture f;
+    auto item = f.item(ClipType::text, u"hello world"_s);
+    item.sourceApp = u"Notes"_s;
+    f.fill({item});
+    QVERIFY(f.open());
+    const QAbstractItemModel* rows = f.view()->findChild<HistoryList*>()->model();
+    const QString spoken = rows->data(rows->index(0, 0), Qt::AccessibleTextRole).toString();
+    QVERIFY2(spoken.startsWith(u"Text, hello world, from Notes, copied "), qPrintable(spoken));
+    QCOMPARE(f.view()->activeField()->accessibleName(), u"Search clipboard…"_s);
+    for (const auto* control : f.view()->findChildren<QAbstractButton*>())
+        QVERIFY2(!control->accessibleName().isEmpty(), control->metaObject()->className());
+}
+
+void PanelViewTest::sheetTakesTheKeyboard()
+{
+    PanelFixture f;
+    f.catalogue = {{u"Slugify"_s, [] { return ClipboardCore::SmartActionResult(); }},
+                   {u"QR code"_s, [] { return ClipboardCore::SmartActionResult(); }}};
+    f.fillTexts({u"one"_s});
+    QVERIFY(f.open());
+    const SearchField* search = f.view()->activeField();
+    f.press(Qt::Key_K, Qt::ControlModifier);
+    QVERIFY(f.view()->findChild<CommandSheet*>()->isVisible());
+    QVERIFY(f.view()->activeField() != search);
+    QVERIFY(f.view()->activeField()->hasFocus());
+    f.type(u"qr"_s);
+    QCOMPARE(f.model.cmdkQuery(), u"qr"_s);
+    QCOMPARE(f.model.query(), QString());
+    f.press(Qt::Key_Escape);
+    QCOMPARE(f.typed(), QString());
+    f.press(Qt::Key_2, Qt::ControlModifier);
+    QCOMPARE(f.effects.size(), 1);
+    QVERIFY(!f.view()->findChild<CommandSheet*>()->isVisible());
+    QCOMPARE(f.view()->activeField(), search);
+    QVERIFY(search->hasFocus());
+}
+
+void PanelViewTest::clickBesideTheSheetClosesIt()
+{
+    PanelFixture f;
+    f.fillTexts({u"one"_s});
+    QVERIFY(f.open());
+    f.press(Qt::Key_K, Qt::ControlModifier);
+    auto* sheet = f.view()->findChild<CommandSheet*>();
+    QTest::mouseClick(sheet, Qt::LeftButton, {}, {310, 120});
+    QVERIFY(f.model.cmdkOpen());
+    QTest::mouseClick(sheet, Qt::LeftButton, {}, {30, 300});
+    QVERIFY(!f.model.cmdkOpen());
+    QTRY_VERIFY(!sheet->isVisible());
+}
+
+void PanelViewTest::hiddenPanelDoesNoWork()
+{
+    PanelFixture f;
+    f.fillTexts({u"one"_s});
+    QVERIFY(f.open());
+    f.panel.dismiss();
+    const QAbstractItemModel* rows = f.view()->findChild<HistoryList*>()->model();
+    f.fillTexts({u"two"_s});
+    QCoreApplication::processEvents();
+    QCOMPARE(rows->rowCount(), 1);
+    QVERIFY(f.open());
+    QCOMPARE(rows->rowCount(), 2);
+}
+
+QTEST_MAIN(PanelViewTest)
+
+#include "PanelViewTest.moc"

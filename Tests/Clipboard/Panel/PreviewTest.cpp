@@ -1,0 +1,199 @@
+#include "PanelFixture.h"
+
+#include "CodeBody.h"
+#include "ColorBody.h"
+#include "MetaCaption.h"
+#include "PreviewBody.h"
+#include "TextBlock.h"
+#include "TextBody.h"
+
+#include <QFile>
+#include <QLocale>
+#include <QSignalSpy>
+
+using namespace Clipboard;
+using namespace Clipboard::Testing;
+using namespace Qt::StringLiterals;
+using ClipboardCore::ClipItem;
+using ClipboardCore::ClipType;
+
+class PreviewTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void longTextIsCutWithANote_data();
+    void longTextIsCutWithANote();
+    void codeStaysInItsWell();
+    void colorShowsItsValues_data();
+    void colorShowsItsValues();
+    void captionTellsSourceAgeAndSize_data();
+    void captionTellsSourceAgeAndSize();
+    void captionReadsFilesAside();
+    void followsTheSelection();
+};
+
+namespace {
+
+constexpr int width = 348;
+
+ClipItem item(ClipType type, const QString& content)
+{
+    ClipItem made = ViewModelFixture::item(type, content);
+    made.createdAt = ClipboardCore::currentTime();
+    return made;
+}
+
+QList<TextBlock*> shownBlocks(const QWidget& body)
+{
+    QList<TextBlock*> shown;
+    for (auto* block : body.findChildren<TextBlock*>()) {
+        if (!block->isHidden())
+            shown.append(block);
+    }
+    return shown;
+}
+
+} // namespace
+
+void PreviewTest::longTextIsCutWithANote_data()
+{
+    QTest::addColumn<qsizetype>("characters");
+    QTest::addColumn<bool>("cut");
+    QTest::newRow("empty") << qsizetype(0) << false;
+    QTest::newRow("short") << qsizetype(12) << false;
+    QTest::newRow("exactly as long as shown") << qsizetype(20000) << false;
+    QTest::newRow("one more") << qsizetype(20001) << true;
+    QTest::newRow("far more") << qsizetype(3'000'000) << true;
+}
+
+void PreviewTest::longTextIsCutWithANote()
+{
+    QFETCH(qsizetype, characters);
+    QFETCH(bool, cut);
+    TextBody body(ClipType::text, nullptr);
+    body.resize(width, 0);
+    body.setItem(item(ClipType::text, QString(characters, u'a')), 400);
+    const auto blocks = shownBlocks(body);
+    QCOMPARE(blocks.size(), cut ? 2 : 1);
+    if (cut) {
+        const QString note =
+            u"Preview shows the first %1 characters — Paste inserts the full text."_s.arg(QLocale().toString(20000));
+        QCOMPARE(blocks.last()->accessibleName(), note);
+    }
+    QVERIFY(body.contentHeight() >= std::min(400, blocks.first()->contentHeight()));
+}
+
+void PreviewTest::codeStaysInItsWell()
+{
+    CodeBody body(nullptr);
+    body.resize(width, 0);
+    body.setItem(item(ClipType::code, u"a\nb\nc"_s), 400);
+    QCOMPARE(body.contentHeight(), 3 * 18 + 16);
+    body.setItem(item(ClipType::code, u"line\n"_s.repeated(5000)), 400);
+    QCOMPARE(body.contentHeight(), 196);
+}
+
+void PreviewTest::colorShowsItsValues_data()
+{
+    QTest::addColumn<QString>("content");
+    QTest::addColumn<QStringList>("values");
+    QTest::newRow("six digits") << u"#e2725b"_s << QStringList({u"#E2725B"_s, u"226, 114, 91"_s, u"10, 70%, 62%"_s});
+    QTest::newRow("three digits") << u"#fff"_s << QStringList({u"#FFFFFF"_s, u"255, 255, 255"_s, u"0, 0%, 100%"_s});
+    QTest::newRow("no colour at all") << u"teal-ish"_s << QStringList({u"TEAL-ISH"_s, QString(), QString()});
+}
+
+void PreviewTest::colorShowsItsValues()
+{
+    QFETCH(QString, content);
+    ColorBody body(nullptr);
+    body.resize(width, 98);
+    body.setItem(item(ClipType::color, content), 400);
+    QStringList shown;
+    for (const auto* block : body.findChildren<TextBlock*>()) {
+        shown.append(block->accessibleName());
+        QVERIFY(block->contentHeight() <= 18); // on one line
+    }
+    QTEST(shown, "values");
+}
+
+void PreviewTest::captionTellsSourceAgeAndSize_data()
+{
+    QTest::addColumn<ClipType>("type");
+    QTest::addColumn<QString>("content");
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QStringList>("parts");
+    const QString now = u"just now"_s;
+    QTest::newRow("text") << ClipType::text << u"héllo"_s << u"Notes"_s
+                          << QStringList({u"Notes"_s, now, u"5 characters"_s});
+    QTest::newRow("no source") << ClipType::text << u"x"_s << QString()
+                               << QStringList({u"Unknown"_s, now, u"1 characters"_s});
+    QTest::newRow("largest counted text") << ClipType::text << QString(262144, u'a') << u"A"_s
+                                          << QStringList({u"A"_s, now, QLocale().toString(262144) + u" characters"_s});
+    QTest::newRow("larger text") << ClipType::text << QString(262145, u'a') << u"A"_s
+                                 << QStringList({u"A"_s, now,
+                                                 QLocale().formattedDataSize(262145, 1, QLocale::DataSizeSIFormat)});
+    QTest::newRow("one line of code") << ClipType::code << u"x = 1"_s << u"A"_s
+                                      << QStringList({u"A"_s, now, u"1 lines"_s});
+    QTest::newRow("code") << ClipType::code << u"a\nb\n"_s << u"A"_s << QStringList({u"A"_s, now, u"3 lines"_s});
+    QTest::newRow("link") << ClipType::link << u"https://a.example"_s << u"A"_s << QStringList({u"A"_s, now});
+    QTest::newRow("colour") << ClipType::color << u"#fff"_s << u"A"_s << QStringList({u"A"_s, now});
+    QTest::newRow("picture that is gone")
+        << ClipType::image << u"/nowhere/a.png"_s << u"A"_s << QStringList({u"A"_s, now});
+}
+
+void PreviewTest::captionTellsSourceAgeAndSize()
+{
+    QFETCH(ClipType, type);
+    QFETCH(QString, content);
+    QFETCH(QString, source);
+    QFETCH(QStringList, parts);
+    PanelFixture f;
+    MetaCaption caption(nullptr);
+    ClipItem shown = item(type, content);
+    if (!source.isEmpty())
+        shown.sourceApp = source;
+    caption.setItem(shown);
+    QTRY_COMPARE(caption.parts(), parts);
+}
+
+void PreviewTest::captionReadsFilesAside()
+{
+    PanelFixture f;
+    const QString path = f.folder.filePath(u"note.txt"_s);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(QByteArray(1500, 'x')) == 1500);
+    file.close();
+    MetaCaption caption(nullptr);
+    QSignalSpy changed(&caption, &MetaCaption::partsChanged);
+    caption.setItem(item(ClipType::file, path));
+    QCOMPARE(caption.parts().size(), 2);
+    QTRY_COMPARE(changed.size(), 1);
+    QCOMPARE(caption.parts().last(), QLocale().formattedDataSize(1500, 1, QLocale::DataSizeSIFormat));
+}
+
+void PreviewTest::followsTheSelection()
+{
+    PanelFixture f;
+    f.fill(
+        {f.item(ClipType::text, u"first"_s), f.item(ClipType::code, u"second"_s), f.item(ClipType::text, u"third"_s)});
+    QVERIFY(f.open());
+    const auto shownText = [&] {
+        QStringList texts;
+        for (const auto* body : f.view()->findChildren<PreviewBody*>()) {
+            for (const auto* block : body->findChildren<TextBlock*>()) {
+                if (block->isVisible())
+                    texts.append(block->accessibleName());
+            }
+        }
+        return texts.join(u'|');
+    };
+    QCOMPARE(shownText(), u"first"_s);
+    f.press(Qt::Key_Down);
+    QCOMPARE(shownText(), u"second"_s);
+    f.press(Qt::Key_Down);
+    QCOMPARE(shownText(), u"third"_s);
+}
+
+QTEST_MAIN(PreviewTest)
+
+#include "PreviewTest.moc"

@@ -1,0 +1,141 @@
+#include "ToastPresenter.h"
+#include "Fakes.h"
+#include "Motion.h"
+#include "ToastView.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QPointer>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Clipboard;
+using namespace Clipboard::Testing;
+using namespace Qt::StringLiterals;
+
+class ToastPresenterTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void standsAboveTheWorkAreasBottom();
+    void neverTakesFocusOrClicks();
+    void longTextStaysOnTheScreen();
+    void newNoticeReplacesTheOldAtOnce();
+    void staysForItsWholeTime();
+    void fadesWhereMotionIsWelcome();
+    void sharedIsTheOneThatExists();
+
+private:
+    FakeWindowSystem m_windows;
+};
+
+namespace {
+
+constexpr qint64 visibleMilliseconds = 1900;
+constexpr int patience = 20000;
+
+int visibleToasts()
+{
+    int count = 0;
+    for (const QWidget* widget : QApplication::topLevelWidgets())
+        count += qobject_cast<const ToastView*>(widget) != nullptr && widget->isVisible() ? 1 : 0;
+    return count;
+}
+
+} // namespace
+
+void ToastPresenterTest::init()
+{
+    Motion::setReduced(true);
+    m_windows.compositing = true;
+}
+
+void ToastPresenterTest::standsAboveTheWorkAreasBottom()
+{
+    const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
+    for (const bool compositing : {true, false}) {
+        m_windows.compositing = compositing;
+        ToastPresenter presenter(m_windows);
+        presenter.show(u"Copied “hello”"_s);
+        const QRect card = presenter.current()->cardGeometry();
+        QCOMPARE(card.height(), 40);
+        QCOMPARE(card.y() + card.height(), area.y() + area.height() - 66);
+        QVERIFY(std::abs(card.center().x() - area.center().x()) <= 1);
+    }
+}
+
+void ToastPresenterTest::neverTakesFocusOrClicks()
+{
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    ToastPresenter presenter(m_windows);
+    presenter.show(u"Copied “hello”"_s);
+    QVERIFY(QTest::qWaitForWindowExposed(presenter.current()->windowHandle()));
+    QVERIFY(other.isActiveWindow());
+    const Qt::WindowFlags flags = presenter.current()->windowFlags();
+    QVERIFY(flags.testFlag(Qt::WindowTransparentForInput));
+    QVERIFY(flags.testFlag(Qt::WindowDoesNotAcceptFocus));
+    QVERIFY(flags.testFlag(Qt::ToolTip));
+}
+
+void ToastPresenterTest::longTextStaysOnTheScreen()
+{
+    ToastPresenter presenter(m_windows);
+    presenter.show(u"a very long notice "_s.repeated(100));
+    const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
+    QVERIFY(area.contains(presenter.current()->cardGeometry()));
+}
+
+void ToastPresenterTest::newNoticeReplacesTheOldAtOnce()
+{
+    ToastPresenter presenter(m_windows);
+    presenter.show(u"first"_s);
+    const QPointer<const ToastView> first = presenter.current();
+    presenter.show(u"second"_s);
+    QVERIFY(first.isNull());
+    QCOMPARE(visibleToasts(), 1);
+    QCOMPARE(presenter.current()->text(), u"second"_s);
+}
+
+void ToastPresenterTest::staysForItsWholeTime()
+{
+    ToastPresenter presenter(m_windows);
+    QSignalSpy hidden(&presenter, &ToastPresenter::hidden);
+    presenter.show(u"first"_s);
+    QTest::qWait(500);
+    presenter.show(u"second"_s);
+    QElapsedTimer sinceSecond;
+    sinceSecond.start();
+    QVERIFY(hidden.wait(patience));
+    // The first notice's time would have been up half a second earlier.
+    QVERIFY2(sinceSecond.elapsed() >= visibleMilliseconds - 5, qPrintable(QString::number(sinceSecond.elapsed())));
+    QCOMPARE(hidden.size(), 1);
+    QCOMPARE(presenter.current(), nullptr);
+    QCOMPARE(visibleToasts(), 0);
+}
+
+void ToastPresenterTest::fadesWhereMotionIsWelcome()
+{
+    Motion::setReduced(false);
+    ToastPresenter presenter(m_windows);
+    QSignalSpy hidden(&presenter, &ToastPresenter::hidden);
+    presenter.show(u"fading"_s);
+    QVERIFY(presenter.current()->windowOpacity() < 1);
+    QTRY_COMPARE(presenter.current()->windowOpacity(), 1.0);
+    QVERIFY(hidden.wait(patience));
+    QCOMPARE(visibleToasts(), 0);
+}
+
+void ToastPresenterTest::sharedIsTheOneThatExists()
+{
+    ToastPresenter presenter(m_windows);
+    QCOMPARE(&ToastPresenter::shared(), &presenter);
+}
+
+QTEST_MAIN(ToastPresenterTest)
+
+#include "ToastPresenterTest.moc"
