@@ -65,4 +65,11 @@
         <translation>Ctrl+⌫</translation>
     </message>
 </context>
+<context>
+    <name>Clipboard::PasteService</name>
+    <message>
+        <source>Copied %1 — press ⌘V to paste</source>
+        <translation>Copied %1 — press Ctrl+V to paste</translation>
+    </message>
+</context>
 </TS>
