@@ -4,6 +4,8 @@
 #include <QFileInfo>
 
 #include <cerrno>
+#include <chrono>
+#include <thread>
 #include <utility>
 
 #include <fcntl.h>
@@ -12,6 +14,7 @@
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace ClipboardCore {
 
@@ -25,6 +28,19 @@ auto uninterrupted(Call call)
     while (result < 0 && errno == EINTR)
         result = call();
     return result;
+}
+
+/// Locks the file, or gives up after a while: a process that is stopped while it writes must not stop another.
+bool lock(int file)
+{
+    constexpr auto longestWait = 2s;
+    constexpr auto pause = 10ms;
+    for (auto waited = 0ms; flock(file, LOCK_EX | LOCK_NB) < 0; waited += pause) {
+        if ((errno != EWOULDBLOCK && errno != EINTR) || waited >= longestWait)
+            return false;
+        std::this_thread::sleep_for(pause);
+    }
+    return true;
 }
 
 /// True when `path` still names the file that is open as `file`.
@@ -75,8 +91,10 @@ void AtomicFile::open()
             continue; // a link stood in its place
         if (m_file < 0)
             return fail("open"_L1);
-        if (uninterrupted([this] { return flock(m_file, LOCK_EX); }) < 0)
+        if (!lock(m_file)) {
+            close(std::exchange(m_file, -1)); // not ours to remove
             return fail("lock"_L1);
+        }
     } while (m_file < 0 || !isSameFile(m_file, m_temporary));
 
     if (ftruncate(m_file, 0) < 0)

@@ -10,7 +10,8 @@ namespace ClipboardCore {
 /// Replaces a file as a whole: whoever reads it sees the old content or the new one, whatever happens in between.
 ///
 /// The content goes to "<path>.tmp" beside it, readable by the user alone, is flushed to the disk and renamed; the
-/// folder's entry is flushed too. Two processes that write the same file take turns. What a killed process leaves of
+/// folder's entry is flushed too. Two processes that write the same file take turns; after two seconds
+/// of waiting the write fails. What a killed process leaves of
 /// the temporary file is overwritten by the next write.
 class AtomicFile final
 {

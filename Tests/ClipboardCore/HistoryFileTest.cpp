@@ -94,6 +94,11 @@ int saveForEver(const QString& path)
 class HistoryFileTest final : public QObject
 {
     Q_OBJECT
+
+    [[nodiscard]] QString path() const { return m_folder->filePath(u"history.json"_s); }
+
+    std::optional<QTemporaryDir> m_folder;
+
 private slots:
     void init();
     void startsEmptyWithout_data();
@@ -108,13 +113,9 @@ private slots:
     void failureIsNoHarmToBackgroundSaves();
     void fullDiskKeepsTheOldFile();
     void writersTakeTurns();
+    void doesNotWaitForEver();
     void followsNoLinkInPlaceOfTheTemporaryFile();
     void isWholeWheneverKilled();
-
-private:
-    [[nodiscard]] QString path() const { return m_folder->filePath(u"history.json"_s); }
-
-    std::optional<QTemporaryDir> m_folder;
 };
 
 void HistoryFileTest::init()
@@ -285,6 +286,16 @@ void HistoryFileTest::writersTakeTurns()
     QCOMPARE(contentOf(path()), "[]");
     close(other);
     QTRY_COMPARE(JSONHistoryStore(path(), 500, never).items(), store.items());
+}
+
+void HistoryFileTest::doesNotWaitForEver()
+{
+    const QByteArray temporary = QFile::encodeName(path()) + ".tmp";
+    const int stopped = open(temporary.constData(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+    QCOMPARE(flock(stopped, LOCK_EX), 0);
+    QVERIFY(JSONHistoryStore(path(), 500, never).save().has_value());
+    QVERIFY(QFile::exists(path() + u".tmp"_s)); // the other one's
+    close(stopped);
 }
 
 void HistoryFileTest::followsNoLinkInPlaceOfTheTemporaryFile()

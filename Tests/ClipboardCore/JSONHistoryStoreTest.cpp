@@ -31,6 +31,12 @@ QStringList contents(const QList<ClipItem>& items)
 class JSONHistoryStoreTest final : public QObject
 {
     Q_OBJECT
+
+    [[nodiscard]] QString path() const { return m_folder->filePath(u"history.json"_s); }
+    [[nodiscard]] QStringList saved() const { return contents(JSONHistoryStore(path(), 500, never).items()); }
+
+    std::optional<QTemporaryDir> m_folder;
+
 private slots:
     void init();
     void pinnedThenNewestFirst();
@@ -54,12 +60,6 @@ private slots:
     void flushOvertakesThePendingSave();
     void destructionDropsThePendingSave();
     void refusesTimesThatAreNoNumbers();
-
-private:
-    [[nodiscard]] QString path() const { return m_folder->filePath(u"history.json"_s); }
-    [[nodiscard]] QStringList saved() const { return contents(JSONHistoryStore(path(), 500, never).items()); }
-
-    std::optional<QTemporaryDir> m_folder;
 };
 
 void JSONHistoryStoreTest::init()
@@ -220,8 +220,8 @@ void JSONHistoryStoreTest::duplicatesAreFoundAfterEveryChange()
 {
     // Whatever moved the entries around, each is still recognised.
     JSONHistoryStore store(path(), 50, never);
-    for (int i = 0; i < 200; ++i) {
-        static_cast<void>(store.add(entry(QString::number(i % 60), i, i % 7 == 0)));
+    for (qsizetype i = 0; i < 200; ++i) {
+        static_cast<void>(store.add(entry(QString::number(i % 60), double(i), i % 7 == 0)));
         if (i % 3 == 0)
             store.togglePin(store.items()[i % store.items().size()].id);
         if (i % 11 == 0)

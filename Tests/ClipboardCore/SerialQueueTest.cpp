@@ -1,9 +1,10 @@
 #include "Support/SerialQueue.h"
 
-#include <QMutex>
 #include <QTest>
 
+#include <array>
 #include <atomic>
+#include <mutex>
 #include <thread>
 
 using namespace ClipboardCore;
@@ -19,18 +20,18 @@ public:
     [[nodiscard]] SerialQueue::Task task(int number)
     {
         return [this, number] {
-            const QMutexLocker lock(&m_mutex);
+            const std::lock_guard lock(m_mutex);
             m_numbers.append(number);
         };
     }
     [[nodiscard]] QList<int> numbers()
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard lock(m_mutex);
         return m_numbers;
     }
 
 private:
-    QMutex m_mutex;
+    std::mutex m_mutex;
     QList<int> m_numbers;
 };
 
@@ -130,9 +131,9 @@ void SerialQueueTest::takesTasksFromManyThreads()
 {
     int count = 0; // touched by the tasks alone, which never overlap
     SerialQueue queue("test");
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([&] {
+    std::array<std::thread, 4> threads;
+    for (std::thread& thread : threads) {
+        thread = std::thread([&] {
             for (int task = 0; task < 500; ++task)
                 queue.cancel(queue.async([&count] { ++count; }, task % 2 == 0 ? 0ns : 1h));
         });
