@@ -186,8 +186,7 @@ void SelectionDispatcher::ownerChanged(const xcb_generic_event_t& event)
     } else {
         ownerGone(change.subtype == XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER, change.selection_timestamp);
     }
-    if (!m_reader.isBusy())
-        answerHeldSaves();
+    answerHeldSaves();
 }
 
 /// A program that gave the clipboard up wanted it empty. One that ended did not: what was read of its content takes its
@@ -223,16 +222,17 @@ void SelectionDispatcher::requested(const xcb_selection_request_event_t& request
         owner->answer(request);
     } else if (m_heldSaves.size() < maxHeldSaves) {
         m_heldSaves.push_back(request);
-        if (!m_reader.isBusy())
-            answerHeldSaves();
+        answerHeldSaves();
     } else {
         owner->refuse(request);
     }
 }
 
-/// The content is safe, or never will be: whoever waits to end can do so.
+/// Once the content is safe, or is known never to be, whoever waits to end can do so.
 void SelectionDispatcher::answerHeldSaves()
 {
+    if (m_reader.isBusy())
+        return;
     const bool isSafe = m_reader.hasContent() || m_clipboard.isOwned();
     for (const auto& request : std::exchange(m_heldSaves, {})) {
         if (isSafe)

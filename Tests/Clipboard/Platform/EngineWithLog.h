@@ -8,6 +8,17 @@
 
 namespace Clipboard::Testing {
 
+/// Bytes in which a piece out of place shows.
+inline QByteArray numbers(qsizetype size)
+{
+    QByteArray bytes;
+    bytes.reserve(size + 16);
+    for (int i = 0; bytes.size() < size; ++i)
+        bytes += QByteArray::number(i) + ' ';
+    bytes.truncate(size);
+    return bytes;
+}
+
 /// A selection engine and every snapshot that it published.
 class EngineWithLog final
 {

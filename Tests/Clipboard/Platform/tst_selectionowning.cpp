@@ -17,22 +17,7 @@ using namespace std::chrono_literals;
 
 using Manner = ForeignOwner::Answer::Manner;
 
-namespace {
-
-/// Bytes in which a piece out of place shows.
-QByteArray numbers(qsizetype size)
-{
-    QByteArray bytes;
-    bytes.reserve(size + 16);
-    for (int i = 0; bytes.size() < size; ++i)
-        bytes += QByteArray::number(i) + ' ';
-    bytes.truncate(size);
-    return bytes;
-}
-
-} // namespace
-
-/// What other programs get of the content that the engine owns, or keeps alive for one that has ended.
+/// What other programs get of the content that the engine owns.
 class TestSelectionOwning : public QObject
 {
     Q_OBJECT
@@ -55,21 +40,11 @@ private slots:
     void ownWriteIsNoChange();
     void copyAfterWriteIsCountedSo();
     void primaryFollows();
-    void contentOutlivesItsOwner_data();
-    void contentOutlivesItsOwner();
-    void takeOverIsNoChange();
-    void unreadContentDoesNotOutlive();
-    void deliberateClearStays();
-    void managerSavesBeforeTheEnd();
-    void managerRefusesWhatItCannotRead();
-    void managerInPlaceIsRespected();
     void stopsAtOnce();
 
 private:
     [[nodiscard]] QByteArray display() const { return m_session->display().toLatin1(); }
     void own(const X11::SelectionForms& forms);
-    /// Ends the program and waits until its content is in our hands.
-    void endAndTakeOver(ForeignOwner& owner);
 
     std::unique_ptr<VirtualSession> m_session;
     std::unique_ptr<EngineWithLog> m_log;
@@ -102,15 +77,6 @@ void TestSelectionOwning::own(const X11::SelectionForms& forms)
     std::promise<void> done;
     m_log->engine->afterWrites(false, [&] { done.set_value(); });
     done.get_future().wait();
-}
-
-void TestSelectionOwning::endAndTakeOver(ForeignOwner& owner)
-{
-    owner.die();
-    QVERIFY(VirtualSession::waitUntil([&] {
-        const auto current = m_session->selectionOwner("CLIPBOARD");
-        return current != XCB_WINDOW_NONE && current != owner.window();
-    }));
 }
 
 void TestSelectionOwning::formsOnOffer_data()
@@ -321,114 +287,6 @@ void TestSelectionOwning::primaryFollows()
     done.get_future().wait();
     QCOMPARE(ForeignRequestor(display(), "PRIMARY").convert("UTF8_STRING")->bytes, QByteArray("marked too"));
     QCOMPARE(ForeignRequestor(display()).convert("UTF8_STRING")->bytes, QByteArray("marked too"));
-}
-
-void TestSelectionOwning::contentOutlivesItsOwner_data()
-{
-    using Answers = QHash<QByteArray, ForeignOwner::Answer>;
-    QTest::addColumn<Answers>("answers");
-    const auto row = [](const char* name, const Answers& answers) { QTest::newRow(name) << answers; };
-    row("text", {{"UTF8_STRING", {.bytes = "text"}}});
-    row("rich text", {{"UTF8_STRING", {.bytes = "text"}}, {"text/html", {.bytes = "<b>text</b>"}}});
-    row("large text", {{"UTF8_STRING", {.bytes = numbers(3'000'000), .manner = Manner::InPieces}}});
-    row("picture", {{"image/png", {.bytes = "\x89PNG"}}});
-    row("TIFF picture", {{"image/tiff", {.bytes = "II*"}}});
-    row("files", {{"text/uri-list", {.bytes = "file:///a\r\nfile:///b\r\n"}},
-                  {"x-special/gnome-copied-files", {.bytes = "cut\nfile:///a\nfile:///b"}},
-                  {"UTF8_STRING", {.bytes = "/a /b"}}});
-    row("link with its text",
-        {{"text/uri-list", {.bytes = "https://a/\r\n"}}, {"UTF8_STRING", {.bytes = "https://a/"}}});
-}
-
-void TestSelectionOwning::contentOutlivesItsOwner()
-{
-    using Answers = QHash<QByteArray, ForeignOwner::Answer>;
-    QFETCH(const Answers, answers);
-    ForeignOwner owner(display());
-    owner.offer(answers);
-    owner.take();
-    QVERIFY(owner.save()); // everything worth keeping has been read
-    endAndTakeOver(owner);
-    ForeignRequestor reader(display());
-    for (auto answer = answers.begin(); answer != answers.end(); ++answer) {
-        const auto received = reader.convert(answer.key());
-        QVERIFY2(received, answer.key().constData());
-        QVERIFY(received->bytes == answer->bytes);
-    }
-}
-
-void TestSelectionOwning::takeOverIsNoChange()
-{
-    ForeignOwner owner(display());
-    owner.offerText("left behind");
-    owner.take();
-    QCOMPARE(m_log->waitForSnapshot().text, QByteArray("left behind"));
-    endAndTakeOver(owner);
-    ForeignOwner next(display());
-    next.offerText("next");
-    next.take();
-    QCOMPARE(m_log->waitForSnapshot(2).text, QByteArray("next"));
-}
-
-void TestSelectionOwning::unreadContentDoesNotOutlive()
-{
-    ForeignOwner owner(display());
-    owner.offer({{"UTF8_STRING", {.bytes = numbers(400'000), .manner = Manner::StallInTheMiddle}}});
-    owner.take();
-    QVERIFY(VirtualSession::waitUntil([&] { return owner.asked().contains("UTF8_STRING"); }));
-    owner.die();
-    QVERIFY(m_log->waitForSnapshot().types.isEmpty());
-    QCOMPARE(m_session->selectionOwner("CLIPBOARD"), 0U);
-}
-
-void TestSelectionOwning::deliberateClearStays()
-{
-    ForeignOwner owner(display());
-    owner.offerText("for ten seconds");
-    owner.take();
-    QCOMPARE(m_log->waitForSnapshot().text, QByteArray("for ten seconds"));
-    owner.clear();
-    QVERIFY(m_log->waitForSnapshot(2).types.isEmpty());
-    owner.die();
-    QTest::qWait(50);
-    QCOMPARE(m_session->selectionOwner("CLIPBOARD"), 0U);
-}
-
-void TestSelectionOwning::managerSavesBeforeTheEnd()
-{
-    // It asks before its content has been read, as a program does that copies and quits at once.
-    const QByteArray text = numbers(5'000'000);
-    ForeignOwner owner(display());
-    owner.offer({{"UTF8_STRING", {.bytes = text, .manner = Manner::InPieces}}});
-    owner.take();
-    QVERIFY(owner.save());
-    endAndTakeOver(owner);
-    QVERIFY(ForeignRequestor(display()).convert("UTF8_STRING")->bytes == text);
-}
-
-void TestSelectionOwning::managerRefusesWhatItCannotRead()
-{
-    ForeignOwner owner(display());
-    owner.offer({{"secret/marker", {.bytes = "secret"}}, {"UTF8_STRING", {.bytes = "hunter2"}}});
-    owner.take();
-    QElapsedTimer clock;
-    clock.start();
-    QVERIFY(!owner.save());
-    QVERIFY2(clock.elapsed() < 5000, "A program that wants to end was kept waiting.");
-    QCOMPARE(owner.asked(), QByteArrayList{"TARGETS"});
-}
-
-void TestSelectionOwning::managerInPlaceIsRespected()
-{
-    m_log.reset();
-    ForeignOwner other(display(), "CLIPBOARD_MANAGER");
-    other.take();
-    EngineWithLog log(m_session->display());
-    ForeignOwner owner(display());
-    owner.offerText("text");
-    owner.take();
-    QCOMPARE(log.waitForSnapshot().text, QByteArray("text"));
-    QVERIFY(other.ownsSelection());
 }
 
 void TestSelectionOwning::stopsAtOnce()

@@ -1,0 +1,180 @@
+#include "EngineWithLog.h"
+#include "ForeignOwner.h"
+#include "ForeignRequestor.h"
+#include "VirtualSession.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+
+#include <memory>
+
+using namespace Clipboard;
+using namespace Clipboard::Testing;
+
+using Manner = ForeignOwner::Answer::Manner;
+
+/// What becomes of a program's content when it ends, gives it up, or asks for it to be kept.
+class TestSelectionKeeping : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void contentOutlivesItsOwner_data();
+    void contentOutlivesItsOwner();
+    void takeOverIsNoChange();
+    void unreadContentDoesNotOutlive();
+    void deliberateClearStays();
+    void managerSavesBeforeTheEnd();
+    void managerRefusesWhatItCannotRead();
+    void managerInPlaceIsRespected();
+
+private:
+    [[nodiscard]] QByteArray display() const { return m_session->display().toLatin1(); }
+    /// Ends the program and waits until its content is in our hands.
+    void endAndTakeOver(ForeignOwner& owner);
+
+    std::unique_ptr<VirtualSession> m_session;
+    std::unique_ptr<EngineWithLog> m_log;
+};
+
+void TestSelectionKeeping::initTestCase()
+{
+    VirtualSession::Options options;
+    options.windowManager = false;
+    m_session = std::make_unique<VirtualSession>(options);
+    QVERIFY2(m_session->failure().isEmpty(), qPrintable(m_session->failure()));
+}
+
+void TestSelectionKeeping::init()
+{
+    m_log = std::make_unique<EngineWithLog>(m_session->display());
+    QVERIFY(m_log->engine);
+    QVERIFY(VirtualSession::waitUntil([&] { return m_session->selectionOwner("CLIPBOARD_MANAGER") != 0; }));
+}
+
+void TestSelectionKeeping::cleanup()
+{
+    m_log.reset();
+}
+
+void TestSelectionKeeping::endAndTakeOver(ForeignOwner& owner)
+{
+    owner.die();
+    QVERIFY(VirtualSession::waitUntil([&] {
+        const auto current = m_session->selectionOwner("CLIPBOARD");
+        return current != XCB_WINDOW_NONE && current != owner.window();
+    }));
+}
+
+void TestSelectionKeeping::contentOutlivesItsOwner_data()
+{
+    using Answers = QHash<QByteArray, ForeignOwner::Answer>;
+    QTest::addColumn<Answers>("answers");
+    const auto row = [](const char* name, const Answers& answers) { QTest::newRow(name) << answers; };
+    row("text", {{"UTF8_STRING", {.bytes = "text"}}});
+    row("rich text", {{"UTF8_STRING", {.bytes = "text"}}, {"text/html", {.bytes = "<b>text</b>"}}});
+    row("large text", {{"UTF8_STRING", {.bytes = numbers(3'000'000), .manner = Manner::InPieces}}});
+    row("picture", {{"image/png", {.bytes = "\x89PNG"}}});
+    row("TIFF picture", {{"image/tiff", {.bytes = "II*"}}});
+    row("files", {{"text/uri-list", {.bytes = "file:///a\r\nfile:///b\r\n"}},
+                  {"x-special/gnome-copied-files", {.bytes = "cut\nfile:///a\nfile:///b"}},
+                  {"UTF8_STRING", {.bytes = "/a /b"}}});
+    row("link with its text",
+        {{"text/uri-list", {.bytes = "https://a/\r\n"}}, {"UTF8_STRING", {.bytes = "https://a/"}}});
+}
+
+void TestSelectionKeeping::contentOutlivesItsOwner()
+{
+    using Answers = QHash<QByteArray, ForeignOwner::Answer>;
+    QFETCH(const Answers, answers);
+    ForeignOwner owner(display());
+    owner.offer(answers);
+    owner.take();
+    QVERIFY(owner.save()); // everything worth keeping has been read
+    endAndTakeOver(owner);
+    ForeignRequestor reader(display());
+    for (auto answer = answers.begin(); answer != answers.end(); ++answer) {
+        const auto received = reader.convert(answer.key());
+        QVERIFY2(received, answer.key().constData());
+        QVERIFY(received->bytes == answer->bytes);
+    }
+}
+
+void TestSelectionKeeping::takeOverIsNoChange()
+{
+    ForeignOwner owner(display());
+    owner.offerText("left behind");
+    owner.take();
+    QCOMPARE(m_log->waitForSnapshot().text, QByteArray("left behind"));
+    endAndTakeOver(owner);
+    ForeignOwner next(display());
+    next.offerText("next");
+    next.take();
+    QCOMPARE(m_log->waitForSnapshot(2).text, QByteArray("next"));
+}
+
+void TestSelectionKeeping::unreadContentDoesNotOutlive()
+{
+    ForeignOwner owner(display());
+    owner.offer({{"UTF8_STRING", {.bytes = numbers(400'000), .manner = Manner::StallInTheMiddle}}});
+    owner.take();
+    QVERIFY(VirtualSession::waitUntil([&] { return owner.asked().contains("UTF8_STRING"); }));
+    owner.die();
+    QVERIFY(m_log->waitForSnapshot().types.isEmpty());
+    QCOMPARE(m_session->selectionOwner("CLIPBOARD"), 0U);
+}
+
+void TestSelectionKeeping::deliberateClearStays()
+{
+    ForeignOwner owner(display());
+    owner.offerText("for ten seconds");
+    owner.take();
+    QCOMPARE(m_log->waitForSnapshot().text, QByteArray("for ten seconds"));
+    owner.clear();
+    QVERIFY(m_log->waitForSnapshot(2).types.isEmpty());
+    owner.die();
+    QTest::qWait(50);
+    QCOMPARE(m_session->selectionOwner("CLIPBOARD"), 0U);
+}
+
+void TestSelectionKeeping::managerSavesBeforeTheEnd()
+{
+    // It asks before its content has been read, as a program does that copies and quits at once.
+    const QByteArray text = numbers(5'000'000);
+    ForeignOwner owner(display());
+    owner.offer({{"UTF8_STRING", {.bytes = text, .manner = Manner::InPieces}}});
+    owner.take();
+    QVERIFY(owner.save());
+    endAndTakeOver(owner);
+    QVERIFY(ForeignRequestor(display()).convert("UTF8_STRING")->bytes == text);
+}
+
+void TestSelectionKeeping::managerRefusesWhatItCannotRead()
+{
+    ForeignOwner owner(display());
+    owner.offer({{"secret/marker", {.bytes = "secret"}}, {"UTF8_STRING", {.bytes = "hunter2"}}});
+    owner.take();
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY(!owner.save());
+    QVERIFY2(clock.elapsed() < 5000, "A program that wants to end was kept waiting.");
+    QCOMPARE(owner.asked(), QByteArrayList{"TARGETS"});
+}
+
+void TestSelectionKeeping::managerInPlaceIsRespected()
+{
+    m_log.reset();
+    ForeignOwner other(display(), "CLIPBOARD_MANAGER");
+    other.take();
+    EngineWithLog log(m_session->display());
+    ForeignOwner owner(display());
+    owner.offerText("text");
+    owner.take();
+    QCOMPARE(log.waitForSnapshot().text, QByteArray("text"));
+    QVERIFY(other.ownsSelection());
+}
+
+QTEST_GUILESS_MAIN(TestSelectionKeeping)
+#include "tst_selectionkeeping.moc"
