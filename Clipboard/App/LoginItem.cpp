@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // An entry is a few lines; what is larger was not written for this purpose.
-constexpr qint64 maxEntryBytes = 64 * 1024;
+constexpr qint64 maxEntryBytes = qint64{64} * 1024;
 
 /// One argument of an Exec line. Reserved characters stand in double quotes, of which four need a backslash, which is
 /// itself escaped once more as in every string value; a percent sign would start a field code.

@@ -37,6 +37,9 @@ public:
     void show(std::optional<QUuid> selecting = std::nullopt);
     /// Closes an open panel, opens a closed one.
     void togglePanel();
+    /// Asks, and on consent removes every entry that is not pinned.
+    void clearHistory();
+    void showAbout();
     /// Stores the copies under conversion and writes the history. For the end of the program.
     void flush();
 
@@ -45,8 +48,6 @@ private:
     void connectPanel();
     void connectStatusItem();
     void grabHotKey();
-    void clearHistory();
-    void showAbout();
     void present(std::unique_ptr<QDialog> dialog);
 
     Platform m_platform;

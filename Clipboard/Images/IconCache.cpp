@@ -40,7 +40,7 @@ QIcon IconCache::icon(const std::optional<QString>& bundleID)
         return {};
     if (const QIcon* known = m_icons.object(*bundleID))
         return *known;
-    const QIcon icon = m_workspace.applicationIcon(*bundleID);
+    QIcon icon = m_workspace.applicationIcon(*bundleID);
     m_icons.insert(*bundleID, std::make_unique<QIcon>(icon).release());
     return icon;
 }

@@ -30,7 +30,7 @@ std::optional<QString> ImageDimensions::label(const QString& path)
     static QCache<QString, std::optional<QString>> labels(maxLabels);
     if (const auto* known = labels.object(path))
         return *known;
-    const std::optional<QString> label = readLabel(path);
+    std::optional<QString> label = readLabel(path);
     labels.insert(path, std::make_unique<std::optional<QString>>(label).release());
     return label;
 }
