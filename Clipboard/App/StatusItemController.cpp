@@ -111,6 +111,7 @@ void StatusItemController::grabHotKey()
 
 void StatusItemController::show(std::optional<QUuid> selecting)
 {
+    m_panel.dismiss(); // an open one opens afresh, and remembers the application behind it
     m_panel.setPanelGeometry(PanelPlacement::panelRect(m_statusItem.geometry(), QCursor::pos(), currentScreens()));
     m_viewModel.panelWillShow(selecting);
     m_panel.open();

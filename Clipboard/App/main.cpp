@@ -61,6 +61,28 @@ bool hasUnknownArgument()
     return true;
 }
 
+/// Where the session offers X11 beside Wayland, the program runs on X11: Wayland tells a program in the background
+/// nothing of copies. The choice is not handed on to the programs that are started from here.
+class DisplayChoice final
+{
+public:
+    DisplayChoice()
+        : m_isOurs(!qEnvironmentVariableIsEmpty("DISPLAY") && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+    {
+        if (m_isOurs)
+            qputenv("QT_QPA_PLATFORM", "xcb;wayland");
+    }
+    ~DisplayChoice()
+    {
+        if (m_isOurs)
+            qunsetenv("QT_QPA_PLATFORM");
+    }
+    Q_DISABLE_COPY_MOVE(DisplayChoice)
+
+private:
+    bool m_isOurs;
+};
+
 int askToShow(pid_t runningProcess)
 {
     ::kill(runningProcess, SIGUSR1);
@@ -75,7 +97,9 @@ int main(int argc, char** argv)
     if (const std::optional<int> code = answerAtOnce(argc, argv))
         return *code;
     Clipboard::ProcessSignals::install();
+    std::optional<DisplayChoice> displayChoice(std::in_place);
     QApplication application(argc, argv);
+    displayChoice.reset();
     QApplication::setApplicationName(u"Tessaly"_s);
     QApplication::setOrganizationName(u"Tessaly"_s);
     QApplication::setApplicationVersion(QStringLiteral(TESSALY_VERSION));
