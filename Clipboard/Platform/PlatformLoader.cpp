@@ -21,21 +21,16 @@ namespace {
 
 Q_LOGGING_CATEGORY(log, "tessaly.platform")
 
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("PlatformLoader", text);
-}
-
 Platform nullPlatform()
 {
     Platform platform;
-    platform.pasteboard = std::make_unique<NullPasteboard>(
-        tr("The clipboard cannot be watched in this session: there is no X11 display."));
+    platform.pasteboard = std::make_unique<NullPasteboard>(QCoreApplication::translate(
+        "PlatformLoader", "The clipboard cannot be watched in this session: there is no X11 display."));
     platform.workspace = std::make_unique<NullWorkspace>();
-    platform.keystrokes =
-        std::make_unique<NullKeystrokeSender>(tr("No key can be sent in this session: there is no X11 display."));
-    platform.hotKey = std::make_unique<NullHotKeyGrabber>(
-        tr("Super+Shift+V is not available in this session: there is no X11 display."));
+    platform.keystrokes = std::make_unique<NullKeystrokeSender>(
+        QCoreApplication::translate("PlatformLoader", "No key can be sent in this session: there is no X11 display."));
+    platform.hotKey = std::make_unique<NullHotKeyGrabber>(QCoreApplication::translate(
+        "PlatformLoader", "Super+Shift+V is not available in this session: there is no X11 display."));
     platform.windows = std::make_unique<NullWindowSystem>();
     return platform;
 }
@@ -51,8 +46,8 @@ void addX11(Platform& platform)
         engine = pasteboard->engine();
         platform.pasteboard = std::move(pasteboard);
     } else {
-        platform.pasteboard = std::make_unique<NullPasteboard>(
-            tr("The clipboard cannot be watched in this session: the display has no XFixes extension."));
+        platform.pasteboard = std::make_unique<NullPasteboard>(QCoreApplication::translate(
+            "PlatformLoader", "The clipboard cannot be watched in this session: the display has no XFixes extension."));
     }
     const auto frontWindow = std::make_shared<X11::FrontWindow>(session);
     platform.workspace = std::make_unique<X11Workspace>(session);
@@ -61,8 +56,8 @@ void addX11(Platform& platform)
     if (X11KeystrokeSender::isPossible(*session)) {
         platform.keystrokes = std::make_unique<X11KeystrokeSender>(session, frontWindow, engine);
     } else {
-        platform.keystrokes = std::make_unique<NullKeystrokeSender>(
-            tr("No key can be sent in this session: the display has no XTEST extension."));
+        platform.keystrokes = std::make_unique<NullKeystrokeSender>(QCoreApplication::translate(
+            "PlatformLoader", "No key can be sent in this session: the display has no XTEST extension."));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "X11HotKeyGrabber.h"
 
+#include <QCoreApplication>
 #include <QLoggingCategory>
 
 #include <X11/keysym.h>
@@ -44,7 +45,7 @@ void X11HotKeyGrabber::grab()
         m_grabbed = combinations;
         return;
     }
-    const QString reason = tr("Super+Shift+V is in use by another program.");
+    const QString reason = QCoreApplication::translate("HotKeyGrabber", "Super+Shift+V is in use by another program.");
     qCWarning(log).noquote() << reason;
     emit failed(reason);
 }

@@ -35,7 +35,7 @@ public:
         int format = 8;
         Manner manner = Manner::AtOnce;
         uint32_t announcedBytes = 0; // what an INCR promises; 0: the truth
-        qsizetype pieceBytes = 64 * 1024;
+        qsizetype pieceBytes = 65536;
     };
 
     explicit ForeignOwner(const QByteArray& display, const QByteArray& selection = "CLIPBOARD");
