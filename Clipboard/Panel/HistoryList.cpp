@@ -40,6 +40,7 @@ HistoryList::HistoryList(HistoryViewModel& viewModel, Thumbs& thumbs, QWidget* p
     setSelectionMode(SingleSelection);
     setEditTriggers(NoEditTriggers);
     setMouseTracking(true);
+    setAutoScroll(false); // scrollToRow() does it, smoothly
     viewport()->setAutoFillBackground(false);
     setAccessibleName(tr("Clipboard history"));
     setModel(m_model);
@@ -54,7 +55,9 @@ HistoryList::HistoryList(HistoryViewModel& viewModel, Thumbs& thumbs, QWidget* p
 
 void HistoryList::reload()
 {
+    stopScrolling();
     m_model->reload();
+    executeDelayedItemsLayout(); // the scroll range is asked for next
     verticalScrollBar()->setSingleStep(Theme::rowHeight / 2);
 }
 
@@ -63,8 +66,6 @@ void HistoryList::syncSelection(bool animated)
     const auto id = m_viewModel.selectedID();
     const auto row = id ? m_model->row(*id) : std::nullopt;
     const QModelIndex index = row ? m_model->index(*row) : QModelIndex();
-    // Qt would scroll by itself, without the animation.
-    setAutoScroll(false);
     selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
     if (row)
         scrollToRow(*row, animated);

@@ -44,6 +44,7 @@ QPixmap render(const TintedIcon& icon, int devicePixels)
     svg.replace("stroke-width=\"1.75\"", "stroke-width=\"" + QByteArray::number(icon.stroke) + '"');
     QBuffer buffer(&svg);
     QImageReader reader(&buffer, "svg");
+    reader.setAutoDetectImageFormat(false); // no other format's library is loaded to be asked
     reader.setScaledSize({devicePixels, devicePixels});
     return QPixmap::fromImage(reader.read());
 }
