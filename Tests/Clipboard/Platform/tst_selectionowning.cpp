@@ -180,8 +180,10 @@ void TestSelectionOwning::severalReadersAtOnce()
 {
     const QByteArray text = numbers(5'000'000);
     own(X11::formsOfText(text));
+    constexpr size_t count = 8;
     std::vector<std::future<bool>> readers;
-    for (int i = 0; i < 8; ++i) {
+    readers.reserve(count);
+    for (size_t i = 0; i < count; ++i) {
         readers.push_back(std::async(std::launch::async, [this, &text] {
             const auto received = ForeignRequestor(display()).convert("UTF8_STRING");
             return received && received->bytes == text;
