@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <csignal>
 #include <cstdio>
@@ -156,7 +157,7 @@ int main(int argc, char** argv)
         std::fputs("usage: tessaly-tour <program> <folder for the pictures>\n", stderr);
         return 2;
     }
-    if (!Tour(arguments[1], arguments[2]).play()) {
+    if (!Tour(QFileInfo(arguments[1]).absoluteFilePath(), arguments[2]).play()) {
         std::fputs("tour: it went no further\n", stderr);
         return 1;
     }

@@ -87,6 +87,9 @@ QString VirtualSession::bringUp(const Options& options)
         if (QString failure = startOwner(u"openbox"_s, {u"--sm-disable"_s}, "WM_S0"); !failure.isEmpty()) {
             return failure;
         }
+        if (!mapsWindows()) {
+            return u"The window manager shows no windows."_s;
+        }
     }
     if (options.compositor) {
         if (QString failure = startOwner(u"picom"_s, {u"--backend"_s, u"xrender"_s}, "_NET_WM_CM_S0");
@@ -100,6 +103,26 @@ QString VirtualSession::bringUp(const Options& options)
         return startOwner(u"trayer"_s, arguments, "_NET_SYSTEM_TRAY_S0");
     }
     return {};
+}
+
+/// True once a window can be shown: a window manager takes its place before it is ready for the windows of others, and
+/// what they ask for in between is lost.
+bool VirtualSession::mapsWindows() const
+{
+    const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
+    const quint32 window = xcb_generate_id(m_connection);
+    xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, window, screen->root, 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, 0, nullptr);
+    const bool shown = waitUntil([&] {
+        xcb_map_window(m_connection, window);
+        const auto cookie = xcb_get_window_attributes(m_connection, window);
+        const Reply<xcb_get_window_attributes_reply_t> attributes(
+            xcb_get_window_attributes_reply(m_connection, cookie, nullptr), &std::free);
+        return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+    });
+    xcb_destroy_window(m_connection, window);
+    xcb_flush(m_connection);
+    return shown;
 }
 
 void VirtualSession::prepareEnvironment()
