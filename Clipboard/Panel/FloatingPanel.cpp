@@ -53,6 +53,7 @@ void FloatingPanel::prepare()
     winId(); // makes the native window, on which the next line sets what must be set before it is shown
     windowHandle()->installEventFilter(this);
     m_services.windows.prepareUtilityWindow(windowHandle());
+    Motion::followDesktop();
 }
 
 void FloatingPanel::setPanelGeometry(const QRect& panel)

@@ -77,10 +77,8 @@ const HistoryListModel::Title& HistoryListModel::title(int row, qreal width) con
     const ClipItem& entry = item(row);
     if (const Title* cached = m_titles.object(entry.id))
         return *cached;
-    auto made = std::make_unique<Title>(makeTitle(entry, width));
-    const Title& title = *made;
-    m_titles.insert(entry.id, made.release());
-    return title;
+    m_titles.insert(entry.id, std::make_unique<Title>(makeTitle(entry, width)).release());
+    return *m_titles.object(entry.id);
 }
 
 int HistoryListModel::rowCount(const QModelIndex& parent) const

@@ -49,7 +49,7 @@ QStringList sentences(const QString& paragraph)
 QStringList balanced(const QString& paragraph)
 {
     QStringList best = wrapped(paragraph, textWidth);
-    const QStringList whole = sentences(paragraph);
+    QStringList whole = sentences(paragraph);
     const auto fits = [](const QString& line) { return Fonts::width(Fonts::body, line) <= textWidth; };
     if (whole.size() <= best.size() && std::all_of(whole.begin(), whole.end(), fits))
         return whole;

@@ -1,5 +1,9 @@
 #include "Motion.h"
 
+#include "DesktopMotion.h"
+
+#include <QCoreApplication>
+
 namespace Clipboard::Motion {
 
 namespace {
@@ -19,6 +23,12 @@ bool isReduced()
 void setReduced(bool reduced)
 {
     reducedMotion = reduced;
+}
+
+void followDesktop()
+{
+    static const auto* const desktop = new DesktopMotion(QCoreApplication::instance());
+    Q_UNUSED(desktop)
 }
 
 } // namespace Clipboard::Motion

@@ -11,4 +11,8 @@ namespace Clipboard::Motion {
 [[nodiscard]] bool isReduced();
 void setReduced(bool reduced);
 
+/// Asks the desktop for its setting and follows its changes, where a settings portal is running
+/// (https://flatpak.github.io/xdg-desktop-portal/docs/doc-org.freedesktop.portal.Settings.html). Returns at once.
+void followDesktop();
+
 } // namespace Clipboard::Motion
