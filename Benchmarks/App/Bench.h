@@ -48,6 +48,8 @@ public:
         double time = 0; // ms from the hot key to the first painted frame
         quint32 window = 0;
     };
+    /// The time at which it went down.
+    static Clock::time_point pressHotKey(Keyboard& keyboard);
     /// Calls the panel up by the hot key and waits for it.
     Shown showPanel(Keyboard& keyboard);
     void hidePanel(Keyboard& keyboard);

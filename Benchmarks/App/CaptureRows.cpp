@@ -27,6 +27,7 @@ void captureRow(const QString& what, Filling filling, int times)
     SelectionOwner owner(bench.session.display());
     std::vector<double> values;
     for (int i = 0; i < times; ++i) {
+        bench.tessaly.moments().clear();
         const Clock::time_point begin = Clock::now();
         owner.copyText("copy number " + QByteArray::number(i));
         values.push_back(bench.until("captured", begin));
@@ -117,6 +118,8 @@ LargeCopy copyLarge(const QByteArray& content, const QString& target)
     }
     file.close();
 
+    QThread::msleep(200); // the hiding is over
+    bench.tessaly.moments().clear();
     const qint64 process = bench.tessaly.processID();
     ProcessFigures::resetPeak(process);
     const double before = ProcessFigures::peakMemory(process);
@@ -127,7 +130,7 @@ LargeCopy copyLarge(const QByteArray& content, const QString& target)
     }
     const Clock::time_point begin = Clock::now();
     LargeCopy result{};
-    result.show = bench.showPanel(keyboard).time;
+    result.show = bench.until("panel-painted", Bench::pressHotKey(keyboard));
     result.recorded = bench.until("captured", begin);
     result.stall = probe.longestStall();
     QThread::sleep(2); // the save belongs to the peak
