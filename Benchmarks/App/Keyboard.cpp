@@ -1,10 +1,9 @@
 #include "Keyboard.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <vector>
-#include <xcb/xcb.h>
-#include <xcb/xcb_keysyms.h>
 #include <xcb/xtest.h>
 
 namespace Clipboard::Benchmarks {
@@ -36,8 +35,9 @@ std::chrono::steady_clock::time_point Keyboard::press(std::initializer_list<quin
     }
     const auto time = std::chrono::steady_clock::now();
     xcb_flush(m_connection);
-    for (auto code = codes.rbegin(); code != codes.rend(); ++code) {
-        send(XCB_KEY_RELEASE, *code);
+    std::ranges::reverse(codes);
+    for (const quint8 code : codes) {
+        send(XCB_KEY_RELEASE, code);
     }
     xcb_flush(m_connection);
     return time;

@@ -4,9 +4,9 @@
 
 #include <chrono>
 #include <initializer_list>
+#include <xcb/xcb.h>
+#include <xcb/xcb_keysyms.h>
 
-struct xcb_connection_t;
-struct _XCBKeySymbols;
 
 namespace Clipboard::Benchmarks {
 
@@ -27,7 +27,7 @@ private:
     void send(quint8 type, quint8 code);
 
     xcb_connection_t* m_connection;
-    _XCBKeySymbols* m_symbols;
+    xcb_key_symbols_t* m_symbols;
 };
 
 } // namespace Clipboard::Benchmarks

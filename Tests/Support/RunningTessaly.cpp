@@ -121,7 +121,7 @@ std::optional<QList<RunningTessaly::Entry>> RunningTessaly::history() const
         return std::nullopt;
     }
     QList<Entry> entries;
-    for (const QJsonValue& value : document.array()) {
+    for (const auto& value : document.array()) {
         const QJsonObject entry = value.toObject();
         if (!entry.contains("id"_L1) || !entry.contains("createdAt"_L1)) {
             return std::nullopt;
