@@ -7,7 +7,6 @@
 #include <xcb/xcb.h>
 #include <xcb/xcb_keysyms.h>
 
-
 namespace Clipboard::Benchmarks {
 
 /// Presses keys through XTEST, over a connection of its own, so that the time of the press is known.
