@@ -43,15 +43,10 @@ public:
     [[nodiscard]] double startUp() const { return m_startUp; }
     /// Starts it once more.
     void restart();
-    struct Shown
-    {
-        double time = 0; // ms from the hot key to the first painted frame
-        quint32 window = 0;
-    };
-    /// The time at which it went down.
+    /// Presses it at once. The time at which it went down.
     static Clock::time_point pressHotKey(Keyboard& keyboard);
-    /// Calls the panel up by the hot key and waits for it.
-    Shown showPanel(Keyboard& keyboard);
+    /// Calls the panel up by the hot key and waits for it. Milliseconds to its first painted frame.
+    double showPanel(Keyboard& keyboard);
     void hidePanel(Keyboard& keyboard);
     /// Milliseconds from `begin` to the next moment of that name. Ends the process with a message when none comes.
     double until(const QByteArray& moment, Clock::time_point begin);

@@ -73,16 +73,16 @@ void hungOwnerRows(int times)
     Bench bench({.entries = 500, .bytes = 20'000});
     Keyboard keyboard(bench.session.display());
     SelectionOwner other(bench.session.display());
-    const quint32 panel = bench.showPanel(keyboard).window;
+    bench.showPanel(keyboard);
     bench.hidePanel(keyboard);
 
     std::vector<double> shows;
     std::vector<double> copies;
-    MainThreadProbe probe(bench.session.display(), panel);
+    MainThreadProbe probe(bench.tessaly.processID());
     for (int i = 0; i < times; ++i) {
         const int stopped = SelectionOwner::copyAndStop(bench.session.display());
         waitpid(stopped, nullptr, WUNTRACED);
-        shows.push_back(bench.showPanel(keyboard).time);
+        shows.push_back(bench.showPanel(keyboard));
         bench.tessaly.moments().clear();
         const Clock::time_point begin = Clock::now();
         other.copyText("after the hung one " + QByteArray::number(i));
@@ -109,7 +109,7 @@ LargeCopy copyLarge(const QByteArray& content, const QString& target)
 {
     Bench bench;
     Keyboard keyboard(bench.session.display());
-    const quint32 panel = bench.showPanel(keyboard).window;
+    bench.showPanel(keyboard);
     bench.hidePanel(keyboard);
     const QString path = bench.session.homePath(u"large"_s);
     QFile file(path);
@@ -123,7 +123,7 @@ LargeCopy copyLarge(const QByteArray& content, const QString& target)
     const qint64 process = bench.tessaly.processID();
     ProcessFigures::resetPeak(process);
     const double before = ProcessFigures::peakMemory(process);
-    MainThreadProbe probe(bench.session.display(), panel);
+    MainThreadProbe probe(bench.tessaly.processID());
     bench.session.start(u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-t"_s, target, u"-i"_s, path});
     while (bench.session.selectionOwner("CLIPBOARD") == 0) {
         std::this_thread::yield();

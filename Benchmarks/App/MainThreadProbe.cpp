@@ -1,11 +1,13 @@
 #include "MainThreadProbe.h"
 
+#include <QByteArray>
+#include <QByteArrayList>
+
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
-#include <poll.h>
-#include <utility>
-#include <xcb/xcb.h>
+#include <chrono>
+#include <fcntl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 namespace Clipboard::Benchmarks {
 
@@ -13,25 +15,25 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-template <typename T>
-using Reply = std::unique_ptr<T, decltype(&std::free)>;
+constexpr auto interval = std::chrono::microseconds(200);
 
-constexpr auto pause = std::chrono::milliseconds(1);
-
-quint32 atom(xcb_connection_t* connection, const char* name)
+/// The line is the number of the system call and its arguments in hexadecimal (proc(5)). An event loop polls several
+/// descriptors; whoever waits for one answer polls that connection's alone.
+bool waitsInEventLoop(const QByteArray& line)
 {
-    const auto cookie = xcb_intern_atom(connection, 0, static_cast<uint16_t>(qstrlen(name)), name);
-    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, cookie, nullptr), &std::free);
-    return reply ? reply->atom : XCB_NONE;
+    const QByteArrayList fields = line.split(' ');
+    if (fields.size() < 3) {
+        return false;
+    }
+    const long call = fields[0].toLong();
+    return (call == SYS_poll || call == SYS_ppoll) && fields[2].toLongLong(nullptr, 16) > 1;
 }
 
 } // namespace
 
-MainThreadProbe::MainThreadProbe(QString display, quint32 window)
-    : m_display(std::move(display))
-    , m_window(window)
+MainThreadProbe::MainThreadProbe(qint64 process)
 {
-    m_thread = std::thread([this] { run(); });
+    m_thread = std::thread([this, process] { run(process); });
 }
 
 MainThreadProbe::~MainThreadProbe()
@@ -48,43 +50,26 @@ double MainThreadProbe::longestStall()
     return m_longest;
 }
 
-void MainThreadProbe::run()
+void MainThreadProbe::run(qint64 process)
 {
-    xcb_connection_t* connection = xcb_connect(m_display.toLatin1().constData(), nullptr);
-    const quint32 root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-    const quint32 events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
-    xcb_change_window_attributes(connection, root, XCB_CW_EVENT_MASK, &events);
-    xcb_client_message_event_t ping{};
-    ping.response_type = XCB_CLIENT_MESSAGE;
-    ping.format = 32;
-    ping.window = m_window;
-    ping.type = atom(connection, "WM_PROTOCOLS");
-    ping.data.data32[0] = atom(connection, "_NET_WM_PING");
-    ping.data.data32[2] = m_window;
-
-    for (quint32 serial = 1; !m_stop; ++serial) {
-        ping.data.data32[1] = serial;
-        const Clock::time_point asked = Clock::now();
-        xcb_send_event(connection, 0, m_window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&ping));
-        xcb_flush(connection);
-        bool answered = false;
-        while (!answered && !m_stop) {
-            while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection), &std::free}) {
-                const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(*event);
-                answered =
-                    answered || ((event->response_type & 0x7f) == XCB_CLIENT_MESSAGE &&
-                                 message.data.data32[0] == ping.data.data32[0] && message.data.data32[1] == serial);
-            }
-            const double waited = std::chrono::duration<double, std::milli>(Clock::now() - asked).count();
-            m_longest = std::max(m_longest.load(), waited);
-            if (!answered) {
-                pollfd descriptor{xcb_get_file_descriptor(connection), POLLIN, 0};
-                poll(&descriptor, 1, 1);
-            }
+    const QByteArray path = "/proc/" + QByteArray::number(process) + "/syscall";
+    const int file = open(path.constData(), O_RDONLY | O_CLOEXEC);
+    Clock::time_point lastIdle = Clock::now();
+    while (!m_stop) {
+        char buffer[256];
+        const ssize_t length = pread(file, buffer, sizeof buffer, 0);
+        if (length <= 0) {
+            break;
         }
-        std::this_thread::sleep_for(pause);
+        const Clock::time_point now = Clock::now();
+        if (waitsInEventLoop({buffer, length})) {
+            lastIdle = now;
+        }
+        const double away = std::chrono::duration<double, std::milli>(now - lastIdle).count();
+        m_longest = std::max(m_longest.load(), away);
+        std::this_thread::sleep_for(interval);
     }
-    xcb_disconnect(connection);
+    close(file);
 }
 
 } // namespace Clipboard::Benchmarks

@@ -1,31 +1,28 @@
 #pragma once
 
-#include <QString>
+#include <QtGlobal>
 
 #include <atomic>
-#include <chrono>
 #include <thread>
 
 namespace Clipboard::Benchmarks {
 
-/// Asks a window over and over whether its program is alive (`_NET_WM_PING`, Extended Window Manager Hints). The
-/// program answers from its main thread, so the longest wait for an answer is that thread's longest stall.
+/// Looks at a program's main thread several times a millisecond: does it wait in its event loop, ready for the next
+/// event, or is it at work or held up somewhere? The longest time away from the event loop is its longest stall.
 class MainThreadProbe final
 {
 public:
-    MainThreadProbe(QString display, quint32 window);
+    explicit MainThreadProbe(qint64 process);
     ~MainThreadProbe();
     MainThreadProbe(const MainThreadProbe&) = delete;
     MainThreadProbe& operator=(const MainThreadProbe&) = delete;
 
-    /// Stops asking. The longest wait in ms; a wait that is not over yet counts.
+    /// Stops looking. The longest stall in ms; 0 when the kernel does not let this process look.
     double longestStall();
 
 private:
-    void run();
+    void run(qint64 process);
 
-    QString m_display;
-    quint32 m_window;
     std::atomic<bool> m_stop = false;
     std::atomic<double> m_longest = 0; // ms
     std::thread m_thread;

@@ -45,7 +45,7 @@ void killedRow()
     bench.tessaly.stop(SIGKILL);
     const auto entries = bench.tessaly.history();
     row(u"killed: of 10 copies, in the file after kill -9 at once"_s, QString::number(entries ? entries->size() : 0),
-        u""_s, u"10 (with a journal)"_s);
+        u""_s, u"10"_s);
 }
 
 /// Needs a small file system of its own, which only root can mount.

@@ -28,7 +28,8 @@ void idleRows(Effort effort)
 {
     Bench bench;
     const qint64 process = bench.tessaly.processID();
-    QThread::sleep(2); // the start settles
+    // The start settles; the threads that it needed for a moment leave after half a minute.
+    QThread::sleep(static_cast<unsigned long>(effort.times(35, 2)));
     const int seconds = effort.times(60, 3);
     const qint64 switches = ProcessFigures::contextSwitches(process);
     const double time = ProcessFigures::processorTime(process);
