@@ -81,9 +81,10 @@ void PreviewPane::syncItem()
 {
     const auto item = m_viewModel.selectedItem();
     m_scroll->setVisible(item.has_value());
+    const bool canAnnotate = item && item->type == ClipType::image && m_viewModel.onAnnotate;
     for (PreviewButton* button : std::as_const(m_buttons)) {
         button->setVisible(item.has_value());
-        button->setEnabled(button->action() != ItemAction::annotate || (item && item->type == ClipType::image));
+        button->setEnabled(button->action() != ItemAction::annotate || canAnnotate);
         button->setChecked(button->action() == ItemAction::pin && item && item->isPinned);
     }
     if (!item) {

@@ -102,6 +102,7 @@ void PanelViewTest::framesHoldOnlyWhatIsOnScreen()
 void PanelViewTest::annotateTakesFocusForPicturesAlone()
 {
     PanelFixture f;
+    f.model.onAnnotate = [](const ClipboardCore::ClipItem&, const QImage&) {};
     f.fill({f.item(ClipType::text, u"text"_s), f.item(ClipType::image, u"/nowhere/picture.png"_s)});
     QVERIFY(f.open());
     QVERIFY(!f.model.frames.contains(FocusKey::button(ItemAction::annotate)));
