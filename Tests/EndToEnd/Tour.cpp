@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QThread>
 
 #include <csignal>
 #include <cstdio>
@@ -14,6 +15,8 @@ using namespace Qt::StringLiterals;
 using namespace Clipboard::Testing;
 
 namespace {
+
+constexpr unsigned long animations = 300; // ms; longer than any of them
 
 class Tour final
 {
@@ -50,6 +53,7 @@ void Tour::say(const char* text) const
 
 bool Tour::picture(const QString& name)
 {
+    QThread::msleep(animations);
     return m_session.screenshot(m_folder.filePath(name));
 }
 
@@ -137,7 +141,6 @@ bool Tour::play()
         say(qPrintable(m_session.failure()));
         return false;
     }
-    m_session.run(u"xsetroot"_s, {u"-solid"_s, u"#39404d"_s});
     if (!m_tessaly.start() || !copiesOfAllKinds() || !searchAndPaste() || !menu()) {
         return false;
     }
