@@ -114,7 +114,7 @@ int main(int argc, char** argv)
     if (lock.holder() != 0)
         return askToShow(lock.holder());
 
-    Clipboard::Theme::install(application);
+    Clipboard::Theme::install();
     Clipboard::installTranslations(application);
     Clipboard::AppDelegate delegate(application, dataFolder);
     const Clipboard::ProcessSignals processSignals;

@@ -54,7 +54,7 @@ QLatin1String typeIcon(ClipType type)
     return look(type).icon;
 }
 
-void install(QApplication& application)
+void install()
 {
     QApplication::setStyle(new ProgramStyle); // the application owns it
     QApplication::setCursorFlashTime(0);      // a caret that blinks wakes the processor twice a second
@@ -67,8 +67,8 @@ void install(QApplication& application)
     palette.setColor(QPalette::Link, readableTint(ClipType::link));
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         palette.setColor(QPalette::Disabled, role, textDisabled);
+    // The application's font stays the desktop's: one given in pixels makes the SVG reader lose the texts of icons.
     QApplication::setPalette(palette);
-    application.setFont(Fonts::font(Fonts::body));
 }
 
 } // namespace Clipboard::Theme

@@ -4,8 +4,6 @@
 
 #include <QColor>
 
-class QApplication;
-
 /// Every colour, size and duration of the interface, in one place. Sizes are logical pixels, durations milliseconds.
 namespace Clipboard::Theme {
 
@@ -121,6 +119,6 @@ inline constexpr int tooltipDelay = 500;
 
 /// Gives the whole program a built-in style and a dark palette, so that no desktop palette shows through. Call once,
 /// before the first widget.
-void install(QApplication& application);
+void install();
 
 } // namespace Clipboard::Theme
