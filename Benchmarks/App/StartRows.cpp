@@ -2,6 +2,7 @@
 #include "Keyboard.h"
 #include "ProcessFigures.h"
 
+#include <QProcess>
 #include <QThread>
 
 #include <csignal>
@@ -9,6 +10,8 @@
 using namespace Qt::StringLiterals;
 
 namespace Clipboard::Benchmarks {
+
+using Clipboard::Testing::VirtualSession;
 
 namespace {
 
@@ -41,6 +44,13 @@ void idleRows(Effort effort)
 
 void memoryRows()
 {
+    {
+        VirtualSession session;
+        const QProcess& empty = session.start(QStringLiteral(EMPTY_TRAY_PROGRAM));
+        QThread::sleep(2);
+        row(u"memory: an empty tray program, for comparison"_s, ProcessFigures::proportionalMemory(empty.processId()),
+            u"MB PSS"_s, {});
+    }
     {
         Bench bench({.entries = 500, .bytes = 200});
         QThread::sleep(1);
