@@ -43,10 +43,9 @@ struct ViewModelFixture
     void fill(const QList<ClipboardCore::ClipItem>& items)
     {
         double time = 1000;
-        for (auto item = items.crbegin(); item != items.crend(); ++item) {
-            ClipboardCore::ClipItem added = *item;
-            added.createdAt = ++time;
-            (void)store.add(added);
+        for (ClipboardCore::ClipItem item : items) {
+            item.createdAt = --time;
+            (void)store.add(item);
         }
         model.refresh();
         model.panelWillShow(std::nullopt);

@@ -75,7 +75,7 @@ QByteArray encodedByHand(bool interlaced)
     size_t length = 0;
     int error = 0;
     void* png = spng_get_png_buffer(context, &length, &error);
-    const QByteArray bytes(static_cast<char*>(png), qsizetype(length));
+    QByteArray bytes(static_cast<char*>(png), qsizetype(length));
     free(png); // NOLINT(cppcoreguidelines-no-malloc): the library's contract
     spng_ctx_free(context);
     return bytes;

@@ -30,7 +30,7 @@ private:
     {
         QImage image(size, QImage::Format_RGB32);
         image.fill(Qt::red);
-        const QString path = m_folder.filePath(name);
+        QString path = m_folder.filePath(name);
         image.save(path);
         return path;
     }
