@@ -22,15 +22,12 @@ void GraphemesTest::characters_data()
 
     QTest::newRow("letter") << u"a"_s;
     QTest::newRow("accent") << u"e\u0301"_s;
-    QTest::newRow("several marks") << u"a\u0323\u0302"_s;
     QTest::newRow("carriage return and line feed") << u"\r\n"_s;
     QTest::newRow("Hangul letters") << u"\u1100\u1161\u11A8"_s;
     QTest::newRow("flag") << u"\U0001F1E9\U0001F1EA"_s;
-    QTest::newRow("skin tone") << u"\U0001F44D\U0001F3FD"_s;
     QTest::newRow("family") << u"\U0001F468\u200D\U0001F469\u200D\U0001F467"_s;
     QTest::newRow("heart with selector") << u"\u2764\uFE0F"_s;
     QTest::newRow("Devanagari vowel sign") << u"\u0928\u093F"_s;
-    QTest::newRow("beyond the basic plane") << u"\U00020000"_s;
 }
 
 /// The character is one wherever it stands; the windows in which long texts are read make no difference.
@@ -58,8 +55,6 @@ void GraphemesTest::prefixOfAnySize_data()
     QTest::addColumn<bool>("isWhole");
 
     QTest::newRow("empty") << QString() << QString() << true;
-    QTest::newRow("shorter") << u"a"_s << u"a"_s << true;
-    QTest::newRow("as long") << u"ab"_s << u"ab"_s << true;
     QTest::newRow("longer") << u"abc"_s << u"ab"_s << false;
     QTest::newRow("mark on the last one") << u"ab\u0301"_s << u"ab\u0301"_s << true;
     QTest::newRow("line end counts once") << u"a\r\nb"_s << u"a\r\n"_s << false;
