@@ -40,7 +40,6 @@ private slots:
     void readsContent();
     void timesSurvive_data();
     void timesSurvive();
-    void optionalTexts_data();
     void optionalTexts();
     void refuses_data();
     void refuses();
@@ -90,11 +89,8 @@ void HistoryCodingTest::timesSurvive_data()
     QTest::addColumn<double>("time");
     QTest::addColumn<QByteArray>("digits");
 
-    QTest::newRow("whole") << 750000000.0 << "750000000"_ba;
-    QTest::newRow("microseconds") << 750000000.123456 << "750000000.123456"_ba;
     QTest::newRow("seventeen digits") << 800000000.1000001 << "800000000.1000001"_ba;
     QTest::newRow("negative") << -978307200.5 << "-978307200.5"_ba;
-    QTest::newRow("zero") << 0.0 << "0"_ba;
     QTest::newRow("tiny") << 5e-324 << "5e-324"_ba;
     QTest::newRow("huge") << 1.7976931348623157e308 << "1.7976931348623157e+308"_ba;
 }
@@ -109,22 +105,13 @@ void HistoryCodingTest::timesSurvive()
     QCOMPARE(HistoryCoding::decode(encoded({item}))->front().createdAt, time);
 }
 
-void HistoryCodingTest::optionalTexts_data()
-{
-    QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<std::optional<QString>>("sourceApp");
-
-    QTest::newRow("missing") << changed("", "") << std::optional<QString>();
-    QTest::newRow("null") << changed("}", ",\"sourceApp\":null}") << std::optional<QString>();
-    QTest::newRow("present") << changed("}", ",\"sourceApp\":\"Kate\"}") << std::optional(u"Kate"_s);
-    QTest::newRow("empty") << changed("}", ",\"sourceApp\":\"\"}") << std::optional(u""_s);
-}
-
 void HistoryCodingTest::optionalTexts()
 {
-    QFETCH(QByteArray, json);
-    QFETCH(std::optional<QString>, sourceApp);
-    QCOMPARE(HistoryCoding::decode(json)->front().sourceApp, sourceApp);
+    const auto sourceApp = [](const QByteArray& addition) {
+        return HistoryCoding::decode(changed("}", addition + '}'))->front().sourceApp;
+    };
+    QCOMPARE(sourceApp(",\"sourceApp\":null"), std::nullopt);
+    QCOMPARE(sourceApp(",\"sourceApp\":\"\""), u""_s);
 }
 
 void HistoryCodingTest::refuses_data()
@@ -132,14 +119,10 @@ void HistoryCodingTest::refuses_data()
     QTest::addColumn<QByteArray>("json");
     const auto row = [](const char* name, const QByteArray& json) { QTest::newRow(name) << json; };
 
-    row("nothing", "");
     row("white space", " \n");
     row("object", "{}");
-    row("null", "null");
     row("no object inside", "[1]");
-    row("array inside", "[[]]");
     row("garbage after", changed("", "") + "x");
-    row("second array after", changed("", "") + "[]");
     row("zero byte after", changed("", "") + '\0');
     row("trailing comma", '[' + plainEntry + ",]");
     row("missing comma", '[' + plainEntry + plainEntry + ']');
@@ -149,29 +132,22 @@ void HistoryCodingTest::refuses_data()
         row(qPrintable(u"missing %1"_s.arg(QLatin1String(key))), changed(QByteArray("\"") + key + '"', "\"other\""));
     row("unknown type", changed("\"text\"", "\"audio\""));
     row("type of another case", changed("\"text\"", "\"Text\""));
-    row("type null", changed("\"text\"", "null"));
     row("content null", changed("\"a\"", "null"));
-    row("content number", changed("\"a\"", "1"));
     row("id with braces",
         changed("\"0F1E2D3C-0000-4000-8000-00000000000A\"", "\"{0F1E2D3C-0000-4000-8000-00000000000A}\""));
     row("id without hyphens", changed("0F1E2D3C-0000-4000-8000-", "0F1E2D3C0000400080000000"));
-    row("id too short", changed("00000000000A", "00000000000"));
     row("id too long", changed("00000000000A", "00000000000AB"));
     row("id not hexadecimal", changed("0F1E", "0G1E"));
     row("time as text", changed(":1,", ":\"1\","));
-    row("time null", changed(":1,", ":null,"));
     row("time NaN", changed(":1,", ":NaN,"));
     row("time out of range", changed(":1,", ":1e999,"));
     row("time with leading zero", changed(":1,", ":01,"));
     row("time with plus", changed(":1,", ":+1,"));
     row("time without fraction", changed(":1,", ":1.,"));
     row("pinned as number", changed("false", "0"));
-    row("pinned as text", changed("false", "\"false\""));
     row("misspelt literal", changed("false", "falsy"));
     row("app as number", changed("}", ",\"sourceApp\":1}"));
-    row("bundle as array", changed("}", ",\"bundleID\":[]}"));
     row("wrong value before a right one", changed("\"content\"", "\"content\":1,\"content\""));
-    row("single quotes", changed("\"a\"", "'a'"));
     row("raw line feed in a text", changed("\"a\"", "\"a\nb\""));
     row("unknown escape", changed("\"a\"", R"("\x")"));
     row("lone high surrogate", changed("\"a\"", R"("\ud800")"));
@@ -180,11 +156,7 @@ void HistoryCodingTest::refuses_data()
     row("bad UTF-8", changed("\"a\"", "\"\xFF\""));
     row("surrogate in UTF-8", changed("\"a\"", "\"\xED\xA0\x80\""));
     row("bad value under an unknown key", changed("}", ",\"x\":[1,{\"y\":tru}]}"));
-    row("bad number under an unknown key", changed("}", ",\"x\":1.2.3}"));
-    row("open array under an unknown key", changed("}", ",\"x\":[}"));
-    row("comment", changed(",", ",/**/"));
     row("endless nesting", changed("}", ",\"x\":" + QByteArray(100'000, '[') + QByteArray(100'000, ']') + '}'));
-    row("endless nesting, open", QByteArray(1'000'000, '['));
 }
 
 void HistoryCodingTest::refuses()
