@@ -4,8 +4,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <algorithm>
-
 using namespace ClipboardCore;
 using namespace Qt::StringLiterals;
 
