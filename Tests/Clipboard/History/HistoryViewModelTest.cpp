@@ -13,9 +13,7 @@ class HistoryViewModelTest final : public QObject
 {
     Q_OBJECT
 private slots:
-    void searchesContentAndSource_data();
     void searchesContentAndSource();
-    void keepsOrLosesTheSelection_data();
     void keepsOrLosesTheSelection();
     void opensFresh_data();
     void opensFresh();
@@ -26,7 +24,6 @@ private slots:
     void tellsAboutVanishedFiles_data();
     void tellsAboutVanishedFiles();
     void pastesThenCloses();
-    void movesAReusedEntryToTheTop();
     void clearsAllButPinned();
     void annotatesPicturesOnly();
     void addsWhatTheEditorMade();
@@ -35,63 +32,38 @@ private slots:
     void notifiesOnEveryAssignment();
 };
 
-void HistoryViewModelTest::searchesContentAndSource_data()
-{
-    QTest::addColumn<QString>("query");
-    QTest::addColumn<std::optional<ClipType>>("filter");
-    QTest::addColumn<QStringList>("visible");
-
-    const std::optional<ClipType> all;
-    QTest::newRow("nothing asked") << QString() << all << QStringList{u"Café"_s, u"https://a.example"_s, u"CAFE two"_s};
-    QTest::newRow("case and diacritics") << u"é"_s << all
-                                         << QStringList{u"Café"_s, u"https://a.example"_s, u"CAFE two"_s};
-    QTest::newRow("whole word") << u"cafe"_s << all << QStringList{u"Café"_s, u"CAFE two"_s};
-    QTest::newRow("source application") << u"FIREFOX"_s << all << QStringList{u"https://a.example"_s};
-    QTest::newRow("a space is a query") << u" "_s << all << QStringList{u"CAFE two"_s};
-    QTest::newRow("filter") << QString() << std::optional(ClipType::link) << QStringList{u"https://a.example"_s};
-    QTest::newRow("filter and query") << u"cafe"_s << std::optional(ClipType::link) << QStringList();
-    QTest::newRow("not the identifier") << u"org.mozilla"_s << all << QStringList();
-}
-
 void HistoryViewModelTest::searchesContentAndSource()
 {
-    QFETCH(QString, query);
-    QFETCH(std::optional<ClipType>, filter);
-    QFETCH(QStringList, visible);
     ViewModelFixture f;
     ClipItem link = ViewModelFixture::item(ClipType::link, u"https://a.example"_s);
-    link.sourceApp = u"Firefox"_s;
+    link.sourceApp = u"Café"_s;
     link.bundleID = u"org.mozilla.firefox"_s;
-    f.fill({ViewModelFixture::item(ClipType::text, u"Café"_s), link,
-            ViewModelFixture::item(ClipType::text, u"CAFE two"_s)});
+    f.fill({ViewModelFixture::item(ClipType::text, u"CAFE"_s), link, ViewModelFixture::item(ClipType::text, u"b c"_s)});
 
-    f.model.setQuery(query);
-    f.model.setFilter(filter);
-    QCOMPARE(f.visible(), visible);
-    QCOMPARE(f.model.counts(), (QMap<ClipType, int>{{ClipType::text, 2}, {ClipType::link, 1}}));
-}
-
-void HistoryViewModelTest::keepsOrLosesTheSelection_data()
-{
-    QTest::addColumn<QString>("query");
-    QTest::addColumn<QString>("selected");
-
-    QTest::newRow("still visible") << u"b"_s << u"ab"_s;
-    QTest::newRow("filtered out: the first") << u"c"_s << u"c1"_s;
-    QTest::newRow("nothing left") << u"x"_s << QString();
+    f.model.setQuery(u"cafe"_s);
+    QCOMPARE(f.visible(), (QStringList{u"CAFE"_s, u"https://a.example"_s}));
+    f.model.setFilter(ClipType::text);
+    QCOMPARE(f.visible(), QStringList{u"CAFE"_s});
+    f.model.setQuery(u" "_s); // is a query
+    QCOMPARE(f.visible(), QStringList{u"b c"_s});
+    f.model.setFilter(std::nullopt);
+    f.model.setQuery(u"org.mozilla"_s);
+    QVERIFY(f.visible().isEmpty());
+    QCOMPARE(f.model.counts(), (QMap<ClipType, int>{{ClipType::text, 2}, {ClipType::link, 1}})); // of all
 }
 
 void HistoryViewModelTest::keepsOrLosesTheSelection()
 {
-    QFETCH(QString, query);
-    QFETCH(QString, selected);
     ViewModelFixture f;
     f.fillTexts({u"b"_s, u"ab"_s, u"c1"_s, u"c2"_s});
     f.model.setSelectedID(f.entry(1).id);
 
-    f.model.setQuery(query);
-    QCOMPARE(f.selected(), selected);
-    QCOMPARE(f.model.selectedID().has_value(), !selected.isEmpty());
+    f.model.setQuery(u"b"_s);
+    QCOMPARE(f.selected(), u"ab"_s); // still visible
+    f.model.setQuery(u"c"_s);
+    QCOMPARE(f.selected(), u"c1"_s);
+    f.model.setQuery(u"x"_s);
+    QVERIFY(!f.model.selectedID());
 }
 
 void HistoryViewModelTest::opensFresh_data()
@@ -166,8 +138,6 @@ void HistoryViewModelTest::writesEachTypeInItsForm_data()
     QTest::addColumn<QString>("content"); // a file name for files
 
     QTest::newRow("text") << ClipType::text << false << u" padded \n"_s;
-    QTest::newRow("link") << ClipType::link << false << u"https://a.example/x"_s;
-    QTest::newRow("colour as captured") << ClipType::color << false << u"#ff8800"_s;
     QTest::newRow("code") << ClipType::code << false << u"a();\r\n"_s;
     QTest::newRow("picture") << ClipType::image << true << u"p.png"_s;
     QTest::newRow("file with odd name") << ClipType::file << true << u"ü #%20?.txt"_s;
@@ -231,35 +201,24 @@ void HistoryViewModelTest::tellsAboutVanishedFiles()
     QTRY_COMPARE(f.toasts, QStringList{notice});
     QCOMPARE(f.store.items().size(), pinned ? 1 : 0);
     QVERIFY(f.pasteboard.writes.isEmpty());
-    QCOMPARE(f.ownChanges, 0);
-    QCOMPARE(f.closeRequests, 0);
-    QCOMPARE(f.keystrokes.pastes, 0);
+    QCOMPARE(f.ownChanges + f.closeRequests + f.keystrokes.pastes, 0);
 }
 
 void HistoryViewModelTest::pastesThenCloses()
 {
     ViewModelFixture f;
     f.fillTexts({u"a"_s, u"b"_s});
+    const QUuid id = f.entry(1).id;
 
     f.model.paste(f.entry(1));
     QCOMPARE(f.pasteboard.writes.first().string, QByteArray("b"));
-    QCOMPARE(f.stored(), (QStringList{u"b"_s, u"a"_s}));
+    QCOMPARE(f.stored(), (QStringList{u"b"_s, u"a"_s})); // moved to the top, but the same entry
+    QCOMPARE(f.store.items().first().id, id);
+    QCOMPARE(f.selected(), u"a"_s); // the selection stays with its entry
     QCOMPARE(f.closeRequests, 1);
     QCOMPARE(f.keystrokes.pastes, 0); // only after the panel has closed
     QTRY_COMPARE(f.keystrokes.pastes, 1);
     QCOMPARE(f.toasts, QStringList{u"Pasted “b”"_s});
-}
-
-void HistoryViewModelTest::movesAReusedEntryToTheTop()
-{
-    ViewModelFixture f;
-    f.fillTexts({u"a"_s, u"b"_s});
-    const QUuid id = f.entry(1).id;
-
-    f.model.copy(f.entry(1));
-    QCOMPARE(f.stored(), (QStringList{u"b"_s, u"a"_s}));
-    QCOMPARE(f.store.items().first().id, id);
-    QCOMPARE(f.selected(), u"a"_s); // the selection stays with its entry
 }
 
 void HistoryViewModelTest::clearsAllButPinned()
@@ -369,15 +328,12 @@ void HistoryViewModelTest::notifiesOnEveryAssignment()
     const QSignalSpy query(&f.model, &HistoryViewModel::queryChanged);
     const QSignalSpy visible(&f.model, &HistoryViewModel::visibleChanged);
     const QSignalSpy focus(&f.model, &HistoryViewModel::focusChanged);
-    QString seen;
-    connect(&f.model, &HistoryViewModel::queryChanged, this, [&] { seen = f.model.query(); });
 
     f.model.setQuery(u"a"_s);
     f.model.setQuery(u"a"_s); // the same value is an assignment too
     QCOMPARE(query.size(), 2);
     QCOMPARE(visible.size(), 2);
     QCOMPARE(focus.size(), 2);
-    QCOMPARE(seen, u"a"_s);
 }
 
 QTEST_GUILESS_MAIN(HistoryViewModelTest)

@@ -8,6 +8,20 @@ using namespace Clipboard;
 using namespace Clipboard::Testing;
 using namespace Qt::StringLiterals;
 
+namespace {
+
+struct Fixture
+{
+    FakeKeystrokeSender keystrokes;
+    QStringList toasts;
+    std::unique_ptr<PasteService> service =
+        std::make_unique<PasteService>(keystrokes, [this](const QString& text) { toasts.append(text); });
+
+    Fixture() { keystrokes.finishesAtOnce = false; }
+};
+
+} // namespace
+
 class PasteServiceTest final : public QObject
 {
     Q_OBJECT
@@ -19,47 +33,37 @@ private slots:
 
 void PasteServiceTest::waitsForThePanelThenSendsTheKey()
 {
-    FakeKeystrokeSender keystrokes;
-    keystrokes.finishesAtOnce = false;
-    QStringList toasts;
-    PasteService service(keystrokes, [&](const QString& text) { toasts.append(text); });
-
+    Fixture f;
     QElapsedTimer elapsed;
     elapsed.start();
-    service.pasteAfterClose(u"“x”"_s);
-    QCOMPARE(keystrokes.pastes, 0);
-    QTRY_COMPARE(keystrokes.pastes, 1);
+    f.service->pasteAfterClose(u"“x”"_s);
+    QCOMPARE(f.keystrokes.pastes, 0);
+    QTRY_COMPARE(f.keystrokes.pastes, 1);
     QVERIFY(elapsed.elapsed() >= 79);
-    QVERIFY(toasts.isEmpty()); // the key is still on its way
-    keystrokes.finishPastes();
-    QCOMPARE(toasts, QStringList{u"Pasted “x”"_s});
+    QVERIFY(f.toasts.isEmpty()); // the key is still on its way
+    f.keystrokes.finishPastes();
+    QCOMPARE(f.toasts, QStringList{u"Pasted “x”"_s});
 }
 
 void PasteServiceTest::leavesTheKeyToTheUserWithoutTrust()
 {
-    FakeKeystrokeSender keystrokes;
-    keystrokes.trusted = false;
-    QStringList toasts;
-    PasteService service(keystrokes, [&](const QString& text) { toasts.append(text); });
-
-    service.pasteAfterClose(u"“x”"_s);
-    QCOMPARE(toasts, QStringList{u"Copied “x” — press ⌘V to paste"_s});
-    QCOMPARE(keystrokes.trustRequests, 1);
+    Fixture f;
+    f.keystrokes.trusted = false;
+    f.service->pasteAfterClose(u"“x”"_s);
+    QCOMPARE(f.toasts, QStringList{u"Copied “x” — press ⌘V to paste"_s});
+    QCOMPARE(f.keystrokes.trustRequests, 1);
     QTest::qWait(120);
-    QCOMPARE(keystrokes.pastes, 0);
+    QCOMPARE(f.keystrokes.pastes, 0);
 }
 
 void PasteServiceTest::survivesAnAnswerAfterItsEnd()
 {
-    FakeKeystrokeSender keystrokes;
-    keystrokes.finishesAtOnce = false;
-    QStringList toasts;
-    auto service = std::make_unique<PasteService>(keystrokes, [&](const QString& text) { toasts.append(text); });
-    service->pasteAfterClose(u"“x”"_s);
-    QTRY_COMPARE(keystrokes.pastes, 1);
-    service.reset();
-    keystrokes.finishPastes();
-    QVERIFY(toasts.isEmpty());
+    Fixture f;
+    f.service->pasteAfterClose(u"“x”"_s);
+    QTRY_COMPARE(f.keystrokes.pastes, 1);
+    f.service.reset();
+    f.keystrokes.finishPastes();
+    QVERIFY(f.toasts.isEmpty());
 }
 
 QTEST_GUILESS_MAIN(PasteServiceTest)
