@@ -8,7 +8,7 @@ using namespace Clipboard;
 using namespace Qt::StringLiterals;
 
 /// A session that offers nothing: every port is there all the same and says why it cannot serve.
-class TestPlatformLoader : public QObject
+class PlatformLoaderTest final : public QObject
 {
     Q_OBJECT
 private slots:
@@ -17,7 +17,7 @@ private slots:
     void missingPictureIsToldApart();
 };
 
-void TestPlatformLoader::everyPortIsThereWithItsReason()
+void PlatformLoaderTest::everyPortIsThereWithItsReason()
 {
     const Platform platform = loadPlatform();
     QVERIFY(platform.pasteboard->unavailableReason().endsWith(u"there is no X11 display."_s));
@@ -30,7 +30,7 @@ void TestPlatformLoader::everyPortIsThereWithItsReason()
     QCOMPARE(failed.size(), 1);
 }
 
-void TestPlatformLoader::pasteStillEnds()
+void PlatformLoaderTest::pasteStillEnds()
 {
     const Platform platform = loadPlatform();
     bool isDone = false;
@@ -39,12 +39,12 @@ void TestPlatformLoader::pasteStillEnds()
     QTRY_VERIFY(isDone);
 }
 
-void TestPlatformLoader::missingPictureIsToldApart()
+void PlatformLoaderTest::missingPictureIsToldApart()
 {
     const Platform platform = loadPlatform();
     QVERIFY(!platform.pasteboard->setPNGFile(u"/does/not/exist.png"_s));
     QVERIFY(platform.pasteboard->setPNGFile(QCoreApplication::applicationFilePath()));
 }
 
-QTEST_MAIN(TestPlatformLoader)
-#include "tst_platformloader.moc"
+QTEST_MAIN(PlatformLoaderTest)
+#include "PlatformLoaderTest.moc"

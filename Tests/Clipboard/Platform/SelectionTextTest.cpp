@@ -4,7 +4,7 @@
 
 using namespace Clipboard;
 
-class TestSelectionText : public QObject
+class SelectionTextTest final : public QObject
 {
     Q_OBJECT
 private slots:
@@ -13,7 +13,7 @@ private slots:
     void latin1SubstitutesWhatItLacks();
 };
 
-void TestSelectionText::decode_data()
+void SelectionTextTest::decode_data()
 {
     using Text = std::optional<QByteArray>;
     QTest::addColumn<QByteArray>("type");
@@ -42,7 +42,7 @@ void TestSelectionText::decode_data()
     row("not a text", "INTEGER", "1234", {});
 }
 
-void TestSelectionText::decode()
+void SelectionTextTest::decode()
 {
     QFETCH(const QByteArray, type);
     QFETCH(const QByteArray, bytes);
@@ -50,10 +50,10 @@ void TestSelectionText::decode()
     QCOMPARE(SelectionText::decode(type, bytes), text);
 }
 
-void TestSelectionText::latin1SubstitutesWhatItLacks()
+void SelectionTextTest::latin1SubstitutesWhatItLacks()
 {
     QCOMPARE(SelectionText::latin1("\xC3\xA9 \xE2\x82\xAC"), QByteArray("\xE9 ?"));
 }
 
-QTEST_GUILESS_MAIN(TestSelectionText)
-#include "tst_selectiontext.moc"
+QTEST_GUILESS_MAIN(SelectionTextTest)
+#include "SelectionTextTest.moc"

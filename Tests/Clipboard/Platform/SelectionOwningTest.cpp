@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 using Manner = ForeignOwner::Answer::Manner;
 
 /// What other programs get of the content that the engine owns.
-class TestSelectionOwning : public QObject
+class SelectionOwningTest final : public QObject
 {
     Q_OBJECT
 private slots:
@@ -50,7 +50,7 @@ private:
     std::unique_ptr<EngineWithLog> m_log;
 };
 
-void TestSelectionOwning::initTestCase()
+void SelectionOwningTest::initTestCase()
 {
     VirtualSession::Options options;
     options.windowManager = false;
@@ -58,20 +58,20 @@ void TestSelectionOwning::initTestCase()
     QVERIFY2(m_session->failure().isEmpty(), qPrintable(m_session->failure()));
 }
 
-void TestSelectionOwning::init()
+void SelectionOwningTest::init()
 {
     m_log = std::make_unique<EngineWithLog>(m_session->display());
     QVERIFY(m_log->engine);
     QVERIFY(VirtualSession::waitUntil([&] { return m_session->selectionOwner("CLIPBOARD_MANAGER") != 0; }));
 }
 
-void TestSelectionOwning::cleanup()
+void SelectionOwningTest::cleanup()
 {
     m_log.reset();
 }
 
 /// Puts the content on the clipboard and waits until it is there.
-void TestSelectionOwning::own(const X11::SelectionForms& forms)
+void SelectionOwningTest::own(const X11::SelectionForms& forms)
 {
     m_log->engine->own(forms);
     std::promise<void> done;
@@ -79,7 +79,7 @@ void TestSelectionOwning::own(const X11::SelectionForms& forms)
     done.get_future().wait();
 }
 
-void TestSelectionOwning::formsOnOffer_data()
+void SelectionOwningTest::formsOnOffer_data()
 {
     using Forms = QList<QPair<QByteArray, QByteArray>>;
     QTest::addColumn<X11::SelectionForms>("forms");
@@ -100,7 +100,7 @@ void TestSelectionOwning::formsOnOffer_data()
     QTest::newRow("picture") << X11::formsOfPNG("\x89PNG") << Forms{{"image/png", "\x89PNG"}};
 }
 
-void TestSelectionOwning::formsOnOffer()
+void SelectionOwningTest::formsOnOffer()
 {
     using Forms = QList<QPair<QByteArray, QByteArray>>;
     QFETCH(const X11::SelectionForms, forms);
@@ -121,7 +121,7 @@ void TestSelectionOwning::formsOnOffer()
     QVERIFY(!reader.convert("application/unknown"));
 }
 
-void TestSelectionOwning::bookkeepingTargets()
+void SelectionOwningTest::bookkeepingTargets()
 {
     own(X11::formsOfText("text"));
     ForeignRequestor reader(display());
@@ -133,7 +133,7 @@ void TestSelectionOwning::bookkeepingTargets()
     QVERIFY(time->bytes != QByteArray(4, '\0'));
 }
 
-void TestSelectionOwning::multipleConversions()
+void SelectionOwningTest::multipleConversions()
 {
     own(X11::formsOfText("text"));
     ForeignRequestor reader(display());
@@ -142,7 +142,7 @@ void TestSelectionOwning::multipleConversions()
     QCOMPARE(received, expected);
 }
 
-void TestSelectionOwning::requestsFromBeforeTheWriteAreRefused()
+void SelectionOwningTest::requestsFromBeforeTheWriteAreRefused()
 {
     own(X11::formsOfText("text"));
     ForeignRequestor reader(display());
@@ -152,7 +152,7 @@ void TestSelectionOwning::requestsFromBeforeTheWriteAreRefused()
     QVERIFY(reader.convert("UTF8_STRING", owned));
 }
 
-void TestSelectionOwning::largeReplies_data()
+void SelectionOwningTest::largeReplies_data()
 {
     QTest::addColumn<qsizetype>("size");
     QTest::addColumn<bool>("isIncremental");
@@ -163,7 +163,7 @@ void TestSelectionOwning::largeReplies_data()
     QTest::newRow("20 MB") << qsizetype(20'000'000) << true;
 }
 
-void TestSelectionOwning::largeReplies()
+void SelectionOwningTest::largeReplies()
 {
     QFETCH(const qsizetype, size);
     const QByteArray text = numbers(size);
@@ -176,7 +176,7 @@ void TestSelectionOwning::largeReplies()
     QTEST(received->isIncremental, "isIncremental");
 }
 
-void TestSelectionOwning::severalReadersAtOnce()
+void SelectionOwningTest::severalReadersAtOnce()
 {
     const QByteArray text = numbers(5'000'000);
     own(X11::formsOfText(text));
@@ -193,7 +193,7 @@ void TestSelectionOwning::severalReadersAtOnce()
         QVERIFY(reader.get());
 }
 
-void TestSelectionOwning::readerFinishesAfterTheLoss()
+void SelectionOwningTest::readerFinishesAfterTheLoss()
 {
     const QByteArray text = numbers(3'000'000);
     own(X11::formsOfText(text));
@@ -212,7 +212,7 @@ void TestSelectionOwning::readerFinishesAfterTheLoss()
     QVERIFY(received == text);
 }
 
-void TestSelectionOwning::dyingReadersDoNoHarm()
+void SelectionOwningTest::dyingReadersDoNoHarm()
 {
     own(X11::formsOfText(numbers(3'000'000)));
     for (int i = 0; i < 20; ++i) {
@@ -225,7 +225,7 @@ void TestSelectionOwning::dyingReadersDoNoHarm()
     QCOMPARE(ForeignRequestor(display()).convert("UTF8_STRING")->bytes, QByteArray("still there"));
 }
 
-void TestSelectionOwning::pictureFileOutlivesItsName()
+void SelectionOwningTest::pictureFileOutlivesItsName()
 {
     const QTemporaryDir folder;
     const QByteArray bytes = "\x89PNG" + numbers(1'000'000);
@@ -242,7 +242,7 @@ void TestSelectionOwning::pictureFileOutlivesItsName()
     QVERIFY2(!X11::FileHandle::open(folder.path()), "A folder is no picture.");
 }
 
-void TestSelectionOwning::realClientsPaste()
+void SelectionOwningTest::realClientsPaste()
 {
     const QByteArray text = numbers(2'000'000) + " \xE2\x82\xAC";
     own(X11::formsOfText(text));
@@ -254,7 +254,7 @@ void TestSelectionOwning::realClientsPaste()
     QVERIFY(xsel.output == text);
 }
 
-void TestSelectionOwning::ownWriteIsNoChange()
+void SelectionOwningTest::ownWriteIsNoChange()
 {
     own(X11::formsOfText("ours"));
     ForeignOwner owner(display());
@@ -267,7 +267,7 @@ void TestSelectionOwning::ownWriteIsNoChange()
     QCOMPARE(m_log->snapshots().size(), 2U);
 }
 
-void TestSelectionOwning::copyAfterWriteIsCountedSo()
+void SelectionOwningTest::copyAfterWriteIsCountedSo()
 {
     ForeignOwner owner(display());
     owner.offerText("before");
@@ -281,7 +281,7 @@ void TestSelectionOwning::copyAfterWriteIsCountedSo()
     QCOMPARE(m_log->snapshots()[1].writesBefore, 1U);
 }
 
-void TestSelectionOwning::primaryFollows()
+void SelectionOwningTest::primaryFollows()
 {
     m_log->engine->own(X11::formsOfText("marked too"));
     std::promise<void> done;
@@ -291,7 +291,7 @@ void TestSelectionOwning::primaryFollows()
     QCOMPARE(ForeignRequestor(display()).convert("UTF8_STRING")->bytes, QByteArray("marked too"));
 }
 
-void TestSelectionOwning::stopsAtOnce()
+void SelectionOwningTest::stopsAtOnce()
 {
     ForeignOwner owner(display());
     owner.offer({{"TARGETS", {.bytes = {}, .manner = Manner::Mute}}});
@@ -304,5 +304,5 @@ void TestSelectionOwning::stopsAtOnce()
     QCOMPARE(m_session->selectionOwner("CLIPBOARD_MANAGER"), 0U);
 }
 
-QTEST_GUILESS_MAIN(TestSelectionOwning)
-#include "tst_selectionowning.moc"
+QTEST_GUILESS_MAIN(SelectionOwningTest)
+#include "SelectionOwningTest.moc"

@@ -18,11 +18,11 @@ using namespace Clipboard::Testing;
 using namespace Qt::StringLiterals;
 
 /// Hot key, focus, keys and applications in a session with a window manager and real programs.
-class TestX11Desktop : public QObject
+class X11DesktopTest final : public QObject
 {
     Q_OBJECT
 public:
-    explicit TestX11Desktop(VirtualSession& session)
+    explicit X11DesktopTest(VirtualSession& session)
         : m_session(session)
     {
     }
@@ -63,7 +63,7 @@ private:
     QList<QProcess*> m_programs;
 };
 
-void TestX11Desktop::initTestCase()
+void X11DesktopTest::initTestCase()
 {
     // The window manager announces itself before it manages windows.
     const auto observer = X11::X11Session::open();
@@ -71,7 +71,7 @@ void TestX11Desktop::initTestCase()
     QTRY_VERIFY(observer->hasActivation());
 }
 
-void TestX11Desktop::init()
+void X11DesktopTest::init()
 {
     m_observer = X11::X11Session::open();
     QVERIFY(m_observer);
@@ -82,7 +82,7 @@ void TestX11Desktop::init()
     m_platform.windows->prepareUtilityWindow(&m_panel);
 }
 
-void TestX11Desktop::cleanup()
+void X11DesktopTest::cleanup()
 {
     m_panel.hide();
     m_panel.destroy();
@@ -95,12 +95,12 @@ void TestX11Desktop::cleanup()
     QFile::remove(m_session.homePath(u"typed"_s));
 }
 
-void TestX11Desktop::xdotool(const QString& arguments)
+void X11DesktopTest::xdotool(const QString& arguments)
 {
     QCOMPARE(m_session.run(u"xdotool"_s, arguments.split(u' ')).exitCode, 0);
 }
 
-xcb_window_t TestX11Desktop::startXterm(const QString& windowClass, const QString& file)
+xcb_window_t X11DesktopTest::startXterm(const QString& windowClass, const QString& file)
 {
     const QString command = u"cat > %1"_s.arg(m_session.homePath(file));
     m_programs.append(&m_session.start(u"xterm"_s, {u"-class"_s, windowClass, u"-e"_s, u"sh"_s, u"-c"_s, command}));
@@ -114,19 +114,19 @@ xcb_window_t TestX11Desktop::startXterm(const QString& windowClass, const QStrin
     return isUp ? m_observer->activeWindow() : static_cast<xcb_window_t>(XCB_WINDOW_NONE);
 }
 
-bool TestX11Desktop::waitForActive(xcb_window_t window)
+bool X11DesktopTest::waitForActive(xcb_window_t window)
 {
     return QTest::qWaitFor(
         [&] { return m_observer->activeWindow() == window && m_observer->focusWindow() != XCB_WINDOW_NONE; }, 5000);
 }
 
-QByteArray TestX11Desktop::typed() const
+QByteArray X11DesktopTest::typed() const
 {
     QFile file(m_session.homePath(u"typed"_s));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-void TestX11Desktop::showPanel()
+void X11DesktopTest::showPanel()
 {
     m_platform.windows->rememberFrontWindow();
     m_panel.show();
@@ -134,13 +134,13 @@ void TestX11Desktop::showPanel()
     QVERIFY(waitForActive(static_cast<xcb_window_t>(m_panel.winId())));
 }
 
-void TestX11Desktop::hidePanel()
+void X11DesktopTest::hidePanel()
 {
     m_panel.hide();
     m_platform.windows->restoreFrontWindow();
 }
 
-void TestX11Desktop::hotKeyWhateverTheLocks_data()
+void X11DesktopTest::hotKeyWhateverTheLocks_data()
 {
     QTest::addColumn<QString>("lock");
     QTest::newRow("none") << QString();
@@ -148,7 +148,7 @@ void TestX11Desktop::hotKeyWhateverTheLocks_data()
     QTest::newRow("Num Lock") << u"Num_Lock"_s;
 }
 
-void TestX11Desktop::hotKeyWhateverTheLocks()
+void X11DesktopTest::hotKeyWhateverTheLocks()
 {
     QFETCH(const QString, lock);
     QSignalSpy pressed(m_platform.hotKey.get(), &HotKeyGrabber::pressed);
@@ -169,7 +169,7 @@ void TestX11Desktop::hotKeyWhateverTheLocks()
     QCOMPARE(failed.size(), 0);
 }
 
-void TestX11Desktop::heldHotKeyCountsOnce()
+void X11DesktopTest::heldHotKeyCountsOnce()
 {
     QSignalSpy pressed(m_platform.hotKey.get(), &HotKeyGrabber::pressed);
     m_platform.hotKey->grab();
@@ -180,7 +180,7 @@ void TestX11Desktop::heldHotKeyCountsOnce()
     xdotool(u"keyup v keyup shift keyup super"_s);
 }
 
-void TestX11Desktop::hotKeySurvivesALayoutChange()
+void X11DesktopTest::hotKeySurvivesALayoutChange()
 {
     QSignalSpy pressed(m_platform.hotKey.get(), &HotKeyGrabber::pressed);
     m_platform.hotKey->grab();
@@ -191,7 +191,7 @@ void TestX11Desktop::hotKeySurvivesALayoutChange()
     QTRY_COMPARE(pressed.size(), 1);
 }
 
-void TestX11Desktop::hotKeyWithoutLatinLetters()
+void X11DesktopTest::hotKeyWithoutLatinLetters()
 {
     QSignalSpy pressed(m_platform.hotKey.get(), &HotKeyGrabber::pressed);
     m_session.run(u"setxkbmap"_s, {u"ru"_s});
@@ -200,7 +200,7 @@ void TestX11Desktop::hotKeyWithoutLatinLetters()
     QTRY_COMPARE(pressed.size(), 1);
 }
 
-void TestX11Desktop::hotKeyOfAnotherProgram()
+void X11DesktopTest::hotKeyOfAnotherProgram()
 {
     m_platform.hotKey->grab();
     auto other = loadPlatform();
@@ -219,7 +219,7 @@ void TestX11Desktop::hotKeyOfAnotherProgram()
     QTRY_COMPARE(pressed.size(), 1);
 }
 
-void TestX11Desktop::frontmostApplicationIsNotOurs()
+void X11DesktopTest::frontmostApplicationIsNotOurs()
 {
     const auto window = startXterm(u"XTerm"_s);
     QVERIFY(window != XCB_WINDOW_NONE);
@@ -234,7 +234,7 @@ void TestX11Desktop::frontmostApplicationIsNotOurs()
     QCOMPARE(m_platform.workspace->frontmostApplication()->bundleID, u"test-terminal"_s);
 }
 
-void TestX11Desktop::unknownApplicationGoesByItsClass()
+void X11DesktopTest::unknownApplicationGoesByItsClass()
 {
     // A window that tells nothing of its process, only a class and an icon.
     auto& connection = m_observer->connection();
@@ -258,7 +258,7 @@ void TestX11Desktop::unknownApplicationGoesByItsClass()
     QVERIFY(m_platform.workspace->applicationIcon(u"nothing.that.exists"_s).isNull());
 }
 
-void TestX11Desktop::keyboardIsLentAndGivenBack()
+void X11DesktopTest::keyboardIsLentAndGivenBack()
 {
     const auto window = startXterm(u"XTerm"_s);
     QVERIFY(window != XCB_WINDOW_NONE);
@@ -272,7 +272,7 @@ void TestX11Desktop::keyboardIsLentAndGivenBack()
     QTRY_COMPARE(typed(), QByteArray("hello\n"));
 }
 
-void TestX11Desktop::focusIsNotTakenFromAThirdWindow()
+void X11DesktopTest::focusIsNotTakenFromAThirdWindow()
 {
     const auto first = startXterm(u"First"_s, u"first"_s);
     const auto second = startXterm(u"Second"_s, u"second"_s);
@@ -285,7 +285,7 @@ void TestX11Desktop::focusIsNotTakenFromAThirdWindow()
     QCOMPARE(m_observer->activeWindow(), first);
 }
 
-void TestX11Desktop::pasteIntoXterm_data()
+void X11DesktopTest::pasteIntoXterm_data()
 {
     QTest::addColumn<QString>("windowClass");
     QTest::addColumn<QString>("heldKeys");
@@ -299,7 +299,7 @@ void TestX11Desktop::pasteIntoXterm_data()
     QTest::newRow("any program") << u"Program"_s << QString() << u"us"_s;
 }
 
-void TestX11Desktop::pasteIntoXterm()
+void X11DesktopTest::pasteIntoXterm()
 {
     QFETCH(const QString, windowClass);
     QFETCH(const QString, heldKeys);
@@ -318,7 +318,7 @@ void TestX11Desktop::pasteIntoXterm()
     QTRY_COMPARE(typed(), QByteArray("pasted\n"));
 }
 
-void TestX11Desktop::utilityWindowStaysOutOfTaskBars()
+void X11DesktopTest::utilityWindowStaysOutOfTaskBars()
 {
     auto& connection = m_observer->connection();
     const auto hasState = [&](const char* name) {
@@ -337,7 +337,7 @@ void TestX11Desktop::utilityWindowStaysOutOfTaskBars()
     }
 }
 
-void TestX11Desktop::compositorComesAndGoes()
+void X11DesktopTest::compositorComesAndGoes()
 {
     QSignalSpy changes(m_platform.windows.get(), &WindowSystem::compositingChanged);
     QVERIFY(!m_platform.windows->isCompositing());
@@ -385,8 +385,8 @@ int main(int argc, char** argv)
     resources.close();
 
     const QGuiApplication application(argc, argv);
-    TestX11Desktop test(session);
+    X11DesktopTest test(session);
     return QTest::qExec(&test, argc, argv);
 }
 
-#include "tst_x11desktop.moc"
+#include "X11DesktopTest.moc"

@@ -10,7 +10,7 @@ using namespace Clipboard::X11;
 using namespace Qt::StringLiterals;
 
 /// How a window becomes an application with a name, an icon and a way to paste.
-class TestDesktopEntries : public QObject
+class DesktopEntriesTest final : public QObject
 {
     Q_OBJECT
 private slots:
@@ -25,7 +25,7 @@ private slots:
     void windowIcons();
 };
 
-void TestDesktopEntries::parse_data()
+void DesktopEntriesTest::parse_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<QStringList>("fields"); // name, icon, window class, executable; empty list: no application
@@ -47,7 +47,7 @@ void TestDesktopEntries::parse_data()
     QTest::newRow("no entry at all") << QByteArray("\xff\xfe\x00=[", 5) << QStringList();
 }
 
-void TestDesktopEntries::parse()
+void DesktopEntriesTest::parse()
 {
     QFETCH(const QByteArray, text);
     QFETCH(const QStringList, fields);
@@ -72,7 +72,7 @@ void writeEntry(const QString& folder, const QString& file, const QByteArray& li
 
 } // namespace
 
-void TestDesktopEntries::findsTheApplication_data()
+void DesktopEntriesTest::findsTheApplication_data()
 {
     QTest::addColumn<DesktopEntries::Traits>("traits");
     QTest::addColumn<QString>("id");
@@ -93,7 +93,7 @@ void TestDesktopEntries::findsTheApplication_data()
     row("tells nothing", {}, {});
 }
 
-void TestDesktopEntries::findsTheApplication()
+void DesktopEntriesTest::findsTheApplication()
 {
     QFETCH(const DesktopEntries::Traits, traits);
     QFETCH(const QString, id);
@@ -110,7 +110,7 @@ void TestDesktopEntries::findsTheApplication()
     QCOMPARE(found == nullptr ? QString() : found->id, id);
 }
 
-void TestDesktopEntries::firstFolderCounts()
+void DesktopEntriesTest::firstFolderCounts()
 {
     const QTemporaryDir user;
     const QTemporaryDir system;
@@ -123,7 +123,7 @@ void TestDesktopEntries::firstFolderCounts()
     QVERIFY(entries.find(u"b"_s) == nullptr);
 }
 
-void TestDesktopEntries::pasteChords_data()
+void DesktopEntriesTest::pasteChords_data()
 {
     QTest::addColumn<QByteArray>("instance");
     QTest::addColumn<QByteArray>("name");
@@ -143,14 +143,14 @@ void TestDesktopEntries::pasteChords_data()
     row("", "", PasteChord::ControlV);
 }
 
-void TestDesktopEntries::pasteChords()
+void DesktopEntriesTest::pasteChords()
 {
     QFETCH(const QByteArray, instance);
     QFETCH(const QByteArray, name);
     QTEST(pasteChordOf({instance, name}), "chord");
 }
 
-void TestDesktopEntries::windowIcons_data()
+void DesktopEntriesTest::windowIcons_data()
 {
     using Words = std::vector<uint32_t>;
     QTest::addColumn<Words>("property");
@@ -179,7 +179,7 @@ void TestDesktopEntries::windowIcons_data()
     row("second one cut off", joined(picture(8), {64, 64, 1}), {8, 8});
 }
 
-void TestDesktopEntries::windowIcons()
+void DesktopEntriesTest::windowIcons()
 {
     QFETCH(const std::vector<uint32_t>, property);
     const QImage image = windowIcon(property, 32);
@@ -188,5 +188,5 @@ void TestDesktopEntries::windowIcons()
         QCOMPARE(image.pixelColor(image.width() - 1, image.height() - 1), QColor(0x33, 0x66, 0x99));
 }
 
-QTEST_GUILESS_MAIN(TestDesktopEntries)
-#include "tst_desktopentries.moc"
+QTEST_GUILESS_MAIN(DesktopEntriesTest)
+#include "DesktopEntriesTest.moc"

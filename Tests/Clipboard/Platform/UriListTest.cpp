@@ -5,7 +5,7 @@
 using namespace Clipboard;
 using namespace Qt::StringLiterals;
 
-class TestUriList : public QObject
+class UriListTest final : public QObject
 {
     Q_OBJECT
 private slots:
@@ -16,7 +16,7 @@ private slots:
     void writtenListsReadBack();
 };
 
-void TestUriList::localFiles_data()
+void UriListTest::localFiles_data()
 {
     QTest::addColumn<QByteArray>("list");
     QTest::addColumn<QStringList>("paths");
@@ -49,7 +49,7 @@ void TestUriList::localFiles_data()
     row("nothing", "", {});
 }
 
-void TestUriList::localFiles()
+void UriListTest::localFiles()
 {
     QFETCH(const QByteArray, list);
     QStringList paths;
@@ -58,13 +58,13 @@ void TestUriList::localFiles()
     QTEST(paths, "paths");
 }
 
-void TestUriList::stopsAtTheBound()
+void UriListTest::stopsAtTheBound()
 {
     QCOMPARE(UriList::localFiles(QByteArray("file:///a\n").repeated(UriList::maxFiles + 1), {}).size(),
              UriList::maxFiles);
 }
 
-void TestUriList::writtenListsReadBack_data()
+void UriListTest::writtenListsReadBack_data()
 {
     QTest::addColumn<QString>("path");
     QTest::newRow("plain") << u"/tmp/a.txt"_s;
@@ -72,7 +72,7 @@ void TestUriList::writtenListsReadBack_data()
     QTest::newRow("looks escaped") << u"/tmp/%41"_s;
 }
 
-void TestUriList::writtenListsReadBack()
+void UriListTest::writtenListsReadBack()
 {
     QFETCH(const QString, path);
     const QList<QUrl> files{QUrl::fromLocalFile(path), QUrl::fromLocalFile(u"/second"_s)};
@@ -82,5 +82,5 @@ void TestUriList::writtenListsReadBack()
     QCOMPARE(UriList::uriList(files).count("\r\n"), 2);
 }
 
-QTEST_GUILESS_MAIN(TestUriList)
-#include "tst_urilist.moc"
+QTEST_GUILESS_MAIN(UriListTest)
+#include "UriListTest.moc"

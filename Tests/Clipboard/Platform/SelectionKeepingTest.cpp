@@ -14,7 +14,7 @@ using namespace Clipboard::Testing;
 using Manner = ForeignOwner::Answer::Manner;
 
 /// What becomes of a program's content when it ends, gives it up, or asks for it to be kept.
-class TestSelectionKeeping : public QObject
+class SelectionKeepingTest final : public QObject
 {
     Q_OBJECT
 private slots:
@@ -39,7 +39,7 @@ private:
     std::unique_ptr<EngineWithLog> m_log;
 };
 
-void TestSelectionKeeping::initTestCase()
+void SelectionKeepingTest::initTestCase()
 {
     VirtualSession::Options options;
     options.windowManager = false;
@@ -47,19 +47,19 @@ void TestSelectionKeeping::initTestCase()
     QVERIFY2(m_session->failure().isEmpty(), qPrintable(m_session->failure()));
 }
 
-void TestSelectionKeeping::init()
+void SelectionKeepingTest::init()
 {
     m_log = std::make_unique<EngineWithLog>(m_session->display());
     QVERIFY(m_log->engine);
     QVERIFY(VirtualSession::waitUntil([&] { return m_session->selectionOwner("CLIPBOARD_MANAGER") != 0; }));
 }
 
-void TestSelectionKeeping::cleanup()
+void SelectionKeepingTest::cleanup()
 {
     m_log.reset();
 }
 
-void TestSelectionKeeping::endAndTakeOver(ForeignOwner& owner)
+void SelectionKeepingTest::endAndTakeOver(ForeignOwner& owner)
 {
     owner.die();
     QVERIFY(VirtualSession::waitUntil([&] {
@@ -68,7 +68,7 @@ void TestSelectionKeeping::endAndTakeOver(ForeignOwner& owner)
     }));
 }
 
-void TestSelectionKeeping::contentOutlivesItsOwner_data()
+void SelectionKeepingTest::contentOutlivesItsOwner_data()
 {
     using Answers = QHash<QByteArray, ForeignOwner::Answer>;
     QTest::addColumn<Answers>("answers");
@@ -85,7 +85,7 @@ void TestSelectionKeeping::contentOutlivesItsOwner_data()
         {{"text/uri-list", {.bytes = "https://a/\r\n"}}, {"UTF8_STRING", {.bytes = "https://a/"}}});
 }
 
-void TestSelectionKeeping::contentOutlivesItsOwner()
+void SelectionKeepingTest::contentOutlivesItsOwner()
 {
     using Answers = QHash<QByteArray, ForeignOwner::Answer>;
     QFETCH(const Answers, answers);
@@ -102,7 +102,7 @@ void TestSelectionKeeping::contentOutlivesItsOwner()
     }
 }
 
-void TestSelectionKeeping::takeOverIsNoChange()
+void SelectionKeepingTest::takeOverIsNoChange()
 {
     ForeignOwner owner(display());
     owner.offerText("left behind");
@@ -115,7 +115,7 @@ void TestSelectionKeeping::takeOverIsNoChange()
     QCOMPARE(m_log->waitForSnapshot(2).text, QByteArray("next"));
 }
 
-void TestSelectionKeeping::unreadContentDoesNotOutlive()
+void SelectionKeepingTest::unreadContentDoesNotOutlive()
 {
     ForeignOwner owner(display());
     owner.offer({{"UTF8_STRING", {.bytes = numbers(400'000), .manner = Manner::StallInTheMiddle}}});
@@ -126,7 +126,7 @@ void TestSelectionKeeping::unreadContentDoesNotOutlive()
     QCOMPARE(m_session->selectionOwner("CLIPBOARD"), 0U);
 }
 
-void TestSelectionKeeping::deliberateClearStays()
+void SelectionKeepingTest::deliberateClearStays()
 {
     ForeignOwner owner(display());
     owner.offerText("for ten seconds");
@@ -139,7 +139,7 @@ void TestSelectionKeeping::deliberateClearStays()
     QCOMPARE(m_session->selectionOwner("CLIPBOARD"), 0U);
 }
 
-void TestSelectionKeeping::managerSavesBeforeTheEnd()
+void SelectionKeepingTest::managerSavesBeforeTheEnd()
 {
     // It asks before its content has been read, as a program does that copies and quits at once.
     const QByteArray text = numbers(5'000'000);
@@ -151,7 +151,7 @@ void TestSelectionKeeping::managerSavesBeforeTheEnd()
     QVERIFY(ForeignRequestor(display()).convert("UTF8_STRING")->bytes == text);
 }
 
-void TestSelectionKeeping::managerRefusesWhatItCannotRead()
+void SelectionKeepingTest::managerRefusesWhatItCannotRead()
 {
     ForeignOwner owner(display());
     owner.offer({{"secret/marker", {.bytes = "secret"}}, {"UTF8_STRING", {.bytes = "hunter2"}}});
@@ -163,7 +163,7 @@ void TestSelectionKeeping::managerRefusesWhatItCannotRead()
     QCOMPARE(owner.asked(), QByteArrayList{"TARGETS"});
 }
 
-void TestSelectionKeeping::managerInPlaceIsRespected()
+void SelectionKeepingTest::managerInPlaceIsRespected()
 {
     m_log.reset();
     ForeignOwner other(display(), "CLIPBOARD_MANAGER");
@@ -176,5 +176,5 @@ void TestSelectionKeeping::managerInPlaceIsRespected()
     QVERIFY(other.ownsSelection());
 }
 
-QTEST_GUILESS_MAIN(TestSelectionKeeping)
-#include "tst_selectionkeeping.moc"
+QTEST_GUILESS_MAIN(SelectionKeepingTest)
+#include "SelectionKeepingTest.moc"

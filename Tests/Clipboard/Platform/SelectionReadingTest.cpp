@@ -36,7 +36,7 @@ QByteArray summary(const X11::SelectionContent& content)
 } // namespace
 
 /// What the engine makes of the owners that it meets: fair, old, slow, lying and dying ones.
-class TestSelectionReading : public QObject
+class SelectionReadingTest final : public QObject
 {
     Q_OBJECT
 private slots:
@@ -58,7 +58,7 @@ private:
     std::unique_ptr<VirtualSession> m_session;
 };
 
-void TestSelectionReading::initTestCase()
+void SelectionReadingTest::initTestCase()
 {
     VirtualSession::Options options;
     options.windowManager = false;
@@ -66,7 +66,7 @@ void TestSelectionReading::initTestCase()
     QVERIFY2(m_session->failure().isEmpty(), qPrintable(m_session->failure()));
 }
 
-void TestSelectionReading::firstContentWorthHaving_data()
+void SelectionReadingTest::firstContentWorthHaving_data()
 {
     QTest::addColumn<Answers>("answers");
     QTest::addColumn<QByteArray>("content");
@@ -103,7 +103,7 @@ void TestSelectionReading::firstContentWorthHaving_data()
         "text " + QByteArray(3'000'000, 'x'));
 }
 
-void TestSelectionReading::firstContentWorthHaving()
+void SelectionReadingTest::firstContentWorthHaving()
 {
     QFETCH(const Answers, answers);
     EngineWithLog log(m_session->display());
@@ -116,7 +116,7 @@ void TestSelectionReading::firstContentWorthHaving()
         QVERIFY(content.types.contains(QString::fromLatin1(*target)));
 }
 
-void TestSelectionReading::badOwners_data()
+void SelectionReadingTest::badOwners_data()
 {
     QTest::addColumn<Answers>("answers");
     QTest::addColumn<QByteArray>("content");
@@ -153,7 +153,7 @@ void TestSelectionReading::badOwners_data()
         "nothing");
 }
 
-void TestSelectionReading::badOwners()
+void SelectionReadingTest::badOwners()
 {
     QFETCH(const Answers, answers);
     EngineWithLog log(m_session->display(), 300ms);
@@ -171,7 +171,7 @@ void TestSelectionReading::badOwners()
     QCOMPARE(summary(log.waitForSnapshot(2)), "text next");
 }
 
-void TestSelectionReading::secretsAreNeverAskedFor()
+void SelectionReadingTest::secretsAreNeverAskedFor()
 {
     EngineWithLog log(m_session->display());
     ForeignOwner owner(display());
@@ -188,7 +188,7 @@ void TestSelectionReading::secretsAreNeverAskedFor()
     QCOMPARE(m_session->selectionOwner("CLIPBOARD"), 0U);
 }
 
-void TestSelectionReading::muteOwnerIsOvertaken()
+void SelectionReadingTest::muteOwnerIsOvertaken()
 {
     EngineWithLog log(m_session->display());
     ForeignOwner mute(display());
@@ -206,7 +206,7 @@ void TestSelectionReading::muteOwnerIsOvertaken()
     QCOMPARE(log.snapshots().size(), 1U);
 }
 
-void TestSelectionReading::lateReplyIsNotTakenForAnother()
+void SelectionReadingTest::lateReplyIsNotTakenForAnother()
 {
     // Slow enough that its replies come in the middle of reading the next one.
     EngineWithLog log(m_session->display());
@@ -228,7 +228,7 @@ void TestSelectionReading::lateReplyIsNotTakenForAnother()
         QCOMPARE(snapshot.content.text->count(snapshot.content.text->front()), 200'000);
 }
 
-void TestSelectionReading::abandonedOwnerComesToItsEnd()
+void SelectionReadingTest::abandonedOwnerComesToItsEnd()
 {
     // xclip ends when it has lost the selection, but not before its reader has fetched all of what it is sending.
     EngineWithLog log(m_session->display());
@@ -243,7 +243,7 @@ void TestSelectionReading::abandonedOwnerComesToItsEnd()
     QVERIFY(VirtualSession::waitUntil([&] { return xclip.state() == QProcess::NotRunning; }));
 }
 
-void TestSelectionReading::burstIsReadWhole()
+void SelectionReadingTest::burstIsReadWhole()
 {
     constexpr int count = 300;
     EngineWithLog log(m_session->display());
@@ -261,7 +261,7 @@ void TestSelectionReading::burstIsReadWhole()
         QCOMPARE(summary(snapshots[i].content), "text copy " + QByteArray::number(static_cast<int>(i)));
 }
 
-void TestSelectionReading::contentAtTheStartIsNoChange()
+void SelectionReadingTest::contentAtTheStartIsNoChange()
 {
     ForeignOwner owner(display());
     owner.offerText("before");
@@ -274,5 +274,5 @@ void TestSelectionReading::contentAtTheStartIsNoChange()
     QCOMPARE(summary(log.waitForSnapshot()), "text after");
 }
 
-QTEST_GUILESS_MAIN(TestSelectionReading)
-#include "tst_selectionreading.moc"
+QTEST_GUILESS_MAIN(SelectionReadingTest)
+#include "SelectionReadingTest.moc"
