@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+#include <utility>
+
 using namespace ClipboardCore;
 using namespace Qt::StringLiterals;
 
@@ -38,7 +40,6 @@ private slots:
     void writesEveryField();
     void readsContent_data();
     void readsContent();
-    void timesSurvive_data();
     void timesSurvive();
     void optionalTexts();
     void refuses_data();
@@ -84,25 +85,20 @@ void HistoryCodingTest::readsContent()
     QCOMPARE(items->front(), entry(content));
 }
 
-void HistoryCodingTest::timesSurvive_data()
-{
-    QTest::addColumn<double>("time");
-    QTest::addColumn<QByteArray>("digits");
-
-    QTest::newRow("seventeen digits") << 800000000.1000001 << "800000000.1000001"_ba;
-    QTest::newRow("negative") << -978307200.5 << "-978307200.5"_ba;
-    QTest::newRow("tiny") << 5e-324 << "5e-324"_ba;
-    QTest::newRow("huge") << 1.7976931348623157e308 << "1.7976931348623157e+308"_ba;
-}
-
 void HistoryCodingTest::timesSurvive()
 {
-    QFETCH(double, time);
-    QFETCH(QByteArray, digits);
-    ClipItem item = entry(u"a"_s);
-    item.createdAt = time;
-    QCOMPARE(encoded({item}), changed("\"createdAt\":1", "\"createdAt\":" + digits));
-    QCOMPARE(HistoryCoding::decode(encoded({item}))->front().createdAt, time);
+    const std::pair<double, QByteArray> times[] = {
+        {800000000.1000001, "800000000.1000001"}, // seventeen digits
+        {-978307200.5, "-978307200.5"},
+        {5e-324, "5e-324"},
+        {1.7976931348623157e308, "1.7976931348623157e+308"},
+    };
+    for (const auto& [time, digits] : times) {
+        ClipItem item = entry(u"a"_s);
+        item.createdAt = time;
+        QCOMPARE(encoded({item}), changed("\"createdAt\":1", "\"createdAt\":" + digits));
+        QCOMPARE(HistoryCoding::decode(encoded({item}))->front().createdAt, time);
+    }
 }
 
 void HistoryCodingTest::optionalTexts()

@@ -4,6 +4,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <utility>
+
 using namespace ClipboardCore;
 using namespace Qt::StringLiterals;
 
@@ -47,7 +49,6 @@ private slots:
     void pinnedThenNewestFirst();
     void mergesDuplicates();
     void mergesWhatIsCanonicallyEqual();
-    void mergedSource_data();
     void mergedSource();
     void pinnedStaysPinned();
     void capEvictsOldestUnpinned();
@@ -96,33 +97,22 @@ void JSONHistoryStoreTest::mergesWhatIsCanonicallyEqual()
     QCOMPARE(contents(store.items()), QStringList({filler + u"e"_s + filler, filler + u"\u00E9"_s + filler}));
 }
 
-void JSONHistoryStoreTest::mergedSource_data()
-{
-    using Text = std::optional<QString>;
-    QTest::addColumn<Text>("app");
-    QTest::addColumn<Text>("bundle");
-    QTest::addColumn<Text>("mergedApp");
-    QTest::addColumn<Text>("mergedBundle");
-
-    QTest::newRow("absent app keeps both") << Text() << Text(u"new"_s) << Text(u"App"_s) << Text(u"bundle"_s);
-    QTest::newRow("present app replaces both") << Text(u"New"_s) << Text(u"new"_s) << Text(u"New"_s) << Text(u"new"_s);
-    QTest::newRow("absent bundle clears the old one") << Text(u"New"_s) << Text() << Text(u"New"_s) << Text();
-}
-
 void JSONHistoryStoreTest::mergedSource()
 {
-    QFETCH(std::optional<QString>, app);
-    QFETCH(std::optional<QString>, bundle);
-    JSONHistoryStore store(path(), 500, never);
-    ClipItem item = entry(u"a"_s, 1);
-    item.sourceApp = u"App"_s;
-    item.bundleID = u"bundle"_s;
-    QVERIFY(store.add(item).isEmpty());
-    item.sourceApp = app;
-    item.bundleID = bundle;
-    QVERIFY(store.add(item).isEmpty());
-    QTEST(store.items().front().sourceApp, "mergedApp");
-    QTEST(store.items().front().bundleID, "mergedBundle");
+    using Source = std::pair<std::optional<QString>, std::optional<QString>>; // application and its identifier
+    const auto merged = [this](const Source& later) {
+        JSONHistoryStore store(path(), 500, never);
+        ClipItem item = entry(u"a"_s, 1);
+        for (const auto& [app, bundle] : {Source(u"App"_s, u"bundle"_s), later}) {
+            item.sourceApp = app;
+            item.bundleID = bundle;
+            add(store, {item});
+        }
+        return Source(store.items().front().sourceApp, store.items().front().bundleID);
+    };
+    QVERIFY(merged({std::nullopt, u"new"_s}) == Source(u"App"_s, u"bundle"_s)); // no application: both stay
+    QVERIFY(merged({u"New"_s, u"new"_s}) == Source(u"New"_s, u"new"_s));
+    QVERIFY(merged({u"New"_s, std::nullopt}) == Source(u"New"_s, std::nullopt));
 }
 
 void JSONHistoryStoreTest::pinnedStaysPinned()

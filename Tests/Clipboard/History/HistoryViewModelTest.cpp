@@ -15,9 +15,7 @@ class HistoryViewModelTest final : public QObject
 private slots:
     void searchesContentAndSource();
     void keepsOrLosesTheSelection();
-    void opensFresh_data();
     void opensFresh();
-    void deletesAndSelectsTheNeighbour_data();
     void deletesAndSelectsTheNeighbour();
     void writesEachTypeInItsForm_data();
     void writesEachTypeInItsForm();
@@ -66,69 +64,43 @@ void HistoryViewModelTest::keepsOrLosesTheSelection()
     QVERIFY(!f.model.selectedID());
 }
 
-void HistoryViewModelTest::opensFresh_data()
-{
-    QTest::addColumn<int>("wanted"); // index into the entries; -1 for none, -2 for an entry that is gone
-    QTest::addColumn<QString>("selected");
-
-    QTest::newRow("the first") << -1 << u"a"_s;
-    QTest::newRow("the wanted one") << 1 << u"b"_s;
-    QTest::newRow("a deleted one") << -2 << u"a"_s;
-}
-
 void HistoryViewModelTest::opensFresh()
 {
-    QFETCH(int, wanted);
-    QFETCH(QString, selected);
     ViewModelFixture f;
     f.fillTexts({u"a"_s, u"b"_s});
-    f.model.activate(FocusKey::chip(ClipType::code));
-    f.model.setQuery(u"x"_s);
-    f.model.setQrPreview(QImage(1, 1, QImage::Format_Mono));
-    f.model.setCmdkOpen(true);
+    const QUuid second = f.entry(1).id;
+    const auto selectedOnShowing = [&f](const std::optional<QUuid>& wanted) {
+        f.model.activate(FocusKey::chip(ClipType::code));
+        f.model.setQuery(u"x"_s);
+        f.model.setQrPreview(QImage(1, 1, QImage::Format_Mono));
+        f.model.setCmdkOpen(true);
+        f.model.panelWillShow(wanted);
+        return f.selected();
+    };
     const QUuid token = f.model.focusToken();
-
-    std::optional<QUuid> id;
-    if (wanted >= 0)
-        id = f.store.items().at(wanted).id;
-    else if (wanted == -2)
-        id = QUuid::createUuid();
-    f.model.panelWillShow(id);
-    QCOMPARE(f.selected(), selected);
-    QCOMPARE(f.model.query(), QString());
+    QCOMPARE(selectedOnShowing(second), u"b"_s);
+    QVERIFY(f.model.query().isEmpty() && f.model.qrPreview().isNull());
     QVERIFY(!f.model.filter() && !f.model.focus() && !f.model.cmdkOpen());
-    QVERIFY(f.model.qrPreview().isNull());
     QVERIFY(f.model.focusToken() != token);
-}
-
-void HistoryViewModelTest::deletesAndSelectsTheNeighbour_data()
-{
-    QTest::addColumn<QStringList>("entries");
-    QTest::addColumn<int>("selectedIndex");
-    QTest::addColumn<int>("deletedIndex");
-    QTest::addColumn<QString>("selected");
-
-    const QStringList three{u"a"_s, u"b"_s, u"c"_s};
-    QTest::newRow("selected: the one below") << three << 1 << 1 << u"c"_s;
-    QTest::newRow("last: the one above") << three << 2 << 2 << u"b"_s;
-    QTest::newRow("only one") << QStringList{u"a"_s} << 0 << 0 << QString();
-    QTest::newRow("another: selection untouched") << three << 2 << 0 << u"c"_s;
+    QCOMPARE(selectedOnShowing(std::nullopt), u"a"_s);
+    f.model.setSelectedID(second);
+    QCOMPARE(selectedOnShowing(QUuid::createUuid()), u"a"_s); // deleted meanwhile
 }
 
 void HistoryViewModelTest::deletesAndSelectsTheNeighbour()
 {
-    QFETCH(QStringList, entries);
-    QFETCH(int, selectedIndex);
-    QFETCH(int, deletedIndex);
-    QFETCH(QString, selected);
     ViewModelFixture f;
-    f.fillTexts(entries);
-    f.model.setSelectedID(f.entry(selectedIndex).id);
-
-    f.model.remove(f.entry(deletedIndex));
-    QCOMPARE(f.selected(), selected);
-    entries.removeAt(deletedIndex);
-    QCOMPARE(f.stored(), entries);
+    f.fillTexts({u"a"_s, u"b"_s, u"c"_s, u"d"_s});
+    f.model.setSelectedID(f.entry(2).id);
+    f.model.remove(f.entry(0));
+    QCOMPARE(f.selected(), u"c"_s); // another went: untouched
+    f.model.remove(f.entry(1));
+    QCOMPARE(f.selected(), u"d"_s); // the one below
+    QCOMPARE(f.stored(), (QStringList{u"b"_s, u"d"_s}));
+    f.model.remove(f.entry(1));
+    QCOMPARE(f.selected(), u"b"_s); // the one above the last
+    f.model.remove(f.entry(0));
+    QVERIFY(!f.model.selectedID() && f.stored().isEmpty());
 }
 
 void HistoryViewModelTest::writesEachTypeInItsForm_data()
