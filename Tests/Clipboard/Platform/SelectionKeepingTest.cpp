@@ -73,7 +73,6 @@ void SelectionKeepingTest::contentOutlivesItsOwner_data()
     using Answers = QHash<QByteArray, ForeignOwner::Answer>;
     QTest::addColumn<Answers>("answers");
     const auto row = [](const char* name, const Answers& answers) { QTest::newRow(name) << answers; };
-    row("text", {{"UTF8_STRING", {.bytes = "text"}}});
     row("rich text", {{"UTF8_STRING", {.bytes = "text"}}, {"text/html", {.bytes = "<b>text</b>"}}});
     row("large text", {{"UTF8_STRING", {.bytes = numbers(3'000'000), .manner = Manner::InPieces}}});
     row("picture", {{"image/png", {.bytes = "\x89PNG"}}});

@@ -27,7 +27,6 @@ private slots:
     void cleanup();
     void formsOnOffer_data();
     void formsOnOffer();
-    void bookkeepingTargets();
     void multipleConversions();
     void requestsFromBeforeTheWriteAreRefused();
     void largeReplies_data();
@@ -37,7 +36,6 @@ private slots:
     void dyingReadersDoNoHarm();
     void pictureFileOutlivesItsName();
     void realClientsPaste();
-    void ownWriteIsNoChange();
     void copyAfterWriteIsCountedSo();
     void primaryFollows();
     void stopsAtOnce();
@@ -121,18 +119,6 @@ void SelectionOwningTest::formsOnOffer()
     QVERIFY(!reader.convert("application/unknown"));
 }
 
-void SelectionOwningTest::bookkeepingTargets()
-{
-    own(X11::formsOfText("text"));
-    ForeignRequestor reader(display());
-    const auto time = reader.convert("TIMESTAMP");
-    QVERIFY(time);
-    QCOMPARE(time->type, QByteArray("INTEGER"));
-    QCOMPARE(time->format, 32);
-    QCOMPARE(time->bytes.size(), 4);
-    QVERIFY(time->bytes != QByteArray(4, '\0'));
-}
-
 void SelectionOwningTest::multipleConversions()
 {
     own(X11::formsOfText("text"));
@@ -159,7 +145,6 @@ void SelectionOwningTest::largeReplies_data()
     const qsizetype piece = X11::outgoingPieceBytes;
     QTest::newRow("one piece") << piece << false;
     QTest::newRow("a byte more") << piece + 1 << true;
-    QTest::newRow("whole pieces") << 3 * piece << true;
     QTest::newRow("20 MB") << qsizetype(20'000'000) << true;
 }
 
@@ -252,19 +237,6 @@ void SelectionOwningTest::realClientsPaste()
     const auto xsel = m_session->run(u"xsel"_s, {u"--clipboard"_s, u"--output"_s});
     QCOMPARE(xsel.exitCode, 0);
     QVERIFY(xsel.output == text);
-}
-
-void SelectionOwningTest::ownWriteIsNoChange()
-{
-    own(X11::formsOfText("ours"));
-    ForeignOwner owner(display());
-    owner.offerText("theirs");
-    owner.take();
-    QCOMPARE(m_log->waitForSnapshot().text, QByteArray("theirs"));
-    own(X11::formsOfText("ours again"));
-    owner.take();
-    QCOMPARE(m_log->waitForSnapshot(2).text, QByteArray("theirs"));
-    QCOMPARE(m_log->snapshots().size(), 2U);
 }
 
 void SelectionOwningTest::copyAfterWriteIsCountedSo()
