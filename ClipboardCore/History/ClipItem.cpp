@@ -1,6 +1,7 @@
 #include "History/ClipItem.h"
 
 #include "Support/CanonicalText.h"
+#include "Support/FilePath.h"
 #include "Support/Graphemes.h"
 #include "Support/UrlHost.h"
 
@@ -15,13 +16,6 @@ namespace {
 constexpr qsizetype snippetLength = 32;
 // Cut before line feeds are replaced, so that the replacement never sees more than this.
 constexpr qsizetype snippetSource = 64;
-
-QByteArrayView lastPathComponent(QByteArrayView path)
-{
-    while (path.size() > 1 && path.endsWith('/'))
-        path.chop(1);
-    return path.size() == 1 ? path : path.sliced(path.lastIndexOf('/') + 1);
-}
 
 /// The text that a snippet is cut from, or as much of its beginning as the cut needs.
 QString snippetBase(const ClipItem& item)
@@ -43,7 +37,7 @@ QString snippetBase(const ClipItem& item)
     case ClipType::code:
         return u"code snippet"_s;
     case ClipType::file:
-        return Graphemes::prefixOfUtf8(lastPathComponent(content), snippetSource).text;
+        return Graphemes::prefixOfUtf8(FilePath::lastComponent(content), snippetSource).text;
     }
     Q_UNREACHABLE();
 }

@@ -60,6 +60,21 @@ bool isPlain(QByteArrayView text)
     return Utf8::isASCII(text) && !text.contains('\r'); // CR LF is one character
 }
 
+bool isCRLF(QByteArrayView text, qsizetype at)
+{
+    return text[at] == '\r' && at + 1 < text.size() && text[at + 1] == '\n';
+}
+
+/// The end of the stretch that begins at `start`, where a character ends: between two signs of ASCII, or at the end.
+qsizetype stretchEnd(QByteArrayView text, qsizetype start)
+{
+    const auto isASCII = [text](qsizetype at) { return static_cast<unsigned char>(text[at]) < 0x80; };
+    qsizetype end = start + 1;
+    while (end < text.size() && !(isASCII(end - 1) && isASCII(end) && !isCRLF(text, end - 1)))
+        ++end;
+    return end;
+}
+
 } // namespace
 
 QStringView prefix(QStringView text, qsizetype count)
@@ -92,6 +107,47 @@ Prefix prefixOfUtf8(QByteArrayView utf8, qsizetype count)
 qsizetype count(QStringView text)
 {
     return measure(text, std::numeric_limits<qsizetype>::max()).characters;
+}
+
+qsizetype count(const Utf8Text& text)
+{
+    const QByteArrayView utf8 = text.utf8();
+    qsizetype characters = 0;
+    for (qsizetype at = 0; at < utf8.size();) {
+        // The last sign may carry a mark, or be the first half of a line end.
+        const qsizetype plainEnd = at + std::max<qsizetype>(Utf8::asciiLength(utf8.sliced(at)) - 1, 0);
+        const QByteArrayView plain = utf8.sliced(at, plainEnd - at);
+        characters += plain.size() - plain.count("\r\n");
+        at = plainEnd;
+        if (at > 0 && isCRLF(utf8, at - 1)) {
+            // Counted with its carriage return.
+            ++at;
+            continue;
+        }
+        const qsizetype end = stretchEnd(utf8, at);
+        characters += count(QStringView(Utf8::toString(utf8.sliced(at, end - at))));
+        at = end;
+    }
+    return characters;
+}
+
+bool standsAlone(QByteArrayView utf8, qsizetype at)
+{
+    if (isCRLF(utf8, at) || (at > 0 && isCRLF(utf8, at - 1)))
+        return false;
+    // Whether an ASCII sign belongs to a neighbour depends on that neighbour alone.
+    const QByteArrayView before = at > 0 ? utf8.first(at).last(Utf8::decodeBefore(utf8, at).length) : QByteArrayView();
+    const QByteArrayView rest = utf8.sliced(at + 1);
+    const QByteArrayView after = rest.isEmpty() ? rest : rest.first(Utf8::decode(rest, 0).length);
+    if (before.size() <= 1 && after.size() <= 1)
+        return true;
+    const QString around = Utf8::toString(before) + QLatin1Char(utf8[at]) + Utf8::toString(after);
+    const qsizetype start = Utf8::toString(before).size();
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, around);
+    finder.setPosition(start);
+    const bool startsHere = finder.isAtBoundary();
+    finder.setPosition(start + 1);
+    return startsHere && finder.isAtBoundary();
 }
 
 } // namespace ClipboardCore::Graphemes

@@ -48,7 +48,7 @@ bool mayJoin(char32_t codePoint)
     return QChar::isMark(codePoint) || (codePoint >= 0x1160 && codePoint <= 0x11FF);
 }
 
-QString withoutDiacritics(const QString& text)
+QString decomposedWithoutDiacritics(const QString& text)
 {
     QList<uint> kept = text.normalized(QString::NormalizationForm_D).toUcs4();
     kept.removeIf([](uint codePoint) { return isDiacritic(codePoint); });
@@ -94,8 +94,8 @@ void Page::add(char32_t codePoint, size_t index)
     Effect& effect = m_effects[index];
     if (!QChar::isSurrogate(codePoint)) {
         const QString text = QString::fromUcs4(&codePoint, 1);
-        const QString folded =
-            withoutDiacritics(caseFolded(withoutDiacritics(text))).normalized(QString::NormalizationForm_C);
+        const QString folded = decomposedWithoutDiacritics(caseFolded(decomposedWithoutDiacritics(text)))
+                                   .normalized(QString::NormalizationForm_C);
         if (folded.isEmpty())
             effect = Effect::drop;
         else if (mayJoin(codePoint))
@@ -130,20 +130,6 @@ inline const Page& page(char32_t codePoint)
 char lowerCase(char c)
 {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
-}
-
-/// The length of the ASCII text at the beginning.
-qsizetype asciiLength(QByteArrayView text)
-{
-    qsizetype length = 0;
-    for (quint64 bytes = 0; length + qsizetype(sizeof(bytes)) <= text.size(); length += sizeof(bytes)) {
-        std::memcpy(&bytes, text.data() + length, sizeof(bytes));
-        if ((bytes & 0x8080808080808080U) != 0)
-            break;
-    }
-    while (length < text.size() && static_cast<unsigned char>(text[length]) < 0x80)
-        ++length;
-    return length;
 }
 
 /// The folded text while it grows.
@@ -235,7 +221,7 @@ QByteArray folded(const QByteArray& utf8)
     Output out(text.size());
     for (qsizetype at = 0; at < text.size();) {
         if (static_cast<unsigned char>(text[at]) < 0x80) {
-            const qsizetype ascii = asciiLength(text.sliced(at));
+            const qsizetype ascii = Utf8::asciiLength(text.sliced(at));
             out.appendLowerCase(text.sliced(at, ascii));
             at += ascii;
             continue;
@@ -252,9 +238,14 @@ QByteArray folded(const QByteArray& utf8)
     return out.take();
 }
 
+QString withoutDiacritics(const QString& text)
+{
+    return decomposedWithoutDiacritics(text).normalized(QString::NormalizationForm_C);
+}
+
 bool onlyFoldsASCII(QByteArrayView utf8)
 {
-    for (qsizetype at = asciiLength(utf8); at < utf8.size(); at += asciiLength(utf8.sliced(at))) {
+    for (qsizetype at = Utf8::asciiLength(utf8); at < utf8.size(); at += Utf8::asciiLength(utf8.sliced(at))) {
         const auto codePoint = Utf8::decode(utf8, at);
         if (page(codePoint.value).effect(codePoint.value) != Effect::none)
             return false;

@@ -9,6 +9,24 @@
 
 namespace ClipboardCore::Utf8 {
 
+bool isValid(QByteArrayView bytes)
+{
+    return simdjson::validate_utf8(bytes.data(), static_cast<size_t>(bytes.size()));
+}
+
+qsizetype asciiLength(QByteArrayView text)
+{
+    qsizetype length = 0;
+    for (quint64 bytes = 0; length + qsizetype(sizeof(bytes)) <= text.size(); length += sizeof(bytes)) {
+        std::memcpy(&bytes, text.data() + length, sizeof(bytes));
+        if ((bytes & 0x8080808080808080U) != 0)
+            break;
+    }
+    while (length < text.size() && static_cast<unsigned char>(text[length]) < 0x80)
+        ++length;
+    return length;
+}
+
 bool isASCII(QByteArrayView text)
 {
     // Whole blocks without an early exit let the compiler use wide registers.
@@ -36,7 +54,7 @@ QString toString(QByteArrayView text)
 
 QByteArray repaired(const QByteArray& bytes)
 {
-    if (simdjson::validate_utf8(bytes.constData(), static_cast<size_t>(bytes.size())))
+    if (isValid(bytes))
         return bytes;
     return toString(bytes).toUtf8();
 }

@@ -64,6 +64,12 @@ struct CodePoint
     return text.sliced(start);
 }
 
+/// True when `bytes` are well-formed.
+[[nodiscard]] bool isValid(QByteArrayView bytes);
+
+/// The length of the ASCII text at the beginning.
+[[nodiscard]] qsizetype asciiLength(QByteArrayView text);
+
 /// True when every byte is below 0x80.
 [[nodiscard]] bool isASCII(QByteArrayView text);
 

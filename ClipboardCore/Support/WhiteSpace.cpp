@@ -24,7 +24,19 @@ bool isPlainBlank(QByteArrayView block)
     return others == 0;
 }
 
-/// The length of the white space at the beginning.
+/// Not 0 for the bytes with which white space can begin: the ASCII ones, and the lead bytes of U+0085 and U+00A0 (C2),
+/// U+1680 (E1), U+2000 to U+205F (E2) and U+3000 (E3). Arithmetic instead of branches, which the compiler can do on
+/// many bytes at a time.
+constexpr unsigned char mayBegin(unsigned char byte)
+{
+    const bool isASCII = byte <= 0x20;
+    const bool isC2 = byte == 0xC2;
+    const bool isE1ToE3 = static_cast<unsigned char>(byte - 0xE1) <= 2;
+    return static_cast<unsigned char>(isASCII | isC2 | isE1ToE3);
+}
+
+} // namespace
+
 qsizetype leading(QByteArrayView text)
 {
     qsizetype at = 0;
@@ -39,18 +51,21 @@ qsizetype leading(QByteArrayView text)
     return at;
 }
 
-/// Not 0 for the bytes with which white space can begin: the ASCII ones, and the lead bytes of U+0085 and U+00A0 (C2),
-/// U+1680 (E1), U+2000 to U+205F (E2) and U+3000 (E3). Arithmetic instead of branches, which the compiler can do on
-/// many bytes at a time.
-constexpr unsigned char mayBegin(unsigned char byte)
+qsizetype leadingWord(QByteArrayView text)
 {
-    const bool isASCII = byte <= 0x20;
-    const bool isC2 = byte == 0xC2;
-    const bool isE1ToE3 = static_cast<unsigned char>(byte - 0xE1) <= 2;
-    return static_cast<unsigned char>(isASCII | isC2 | isE1ToE3);
+    qsizetype at = 0;
+    while (at < text.size()) {
+        if (mayBegin(static_cast<unsigned char>(text[at])) == 0) {
+            ++at;
+            continue;
+        }
+        const auto codePoint = Utf8::decode(text, at);
+        if (QChar::isSpace(codePoint.value))
+            break;
+        at += codePoint.length;
+    }
+    return at;
 }
-
-} // namespace
 
 QByteArrayView trimmed(QByteArrayView text)
 {

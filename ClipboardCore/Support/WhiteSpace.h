@@ -5,6 +5,12 @@
 /// The Unicode property White_Space (UAX #44), on well-formed UTF-8. Nothing here copies the text.
 namespace ClipboardCore::WhiteSpace {
 
+/// The length of the white space at the beginning.
+[[nodiscard]] qsizetype leading(QByteArrayView text);
+
+/// The length of what is no white space at the beginning.
+[[nodiscard]] qsizetype leadingWord(QByteArrayView text);
+
 /// `text` without white space at both ends.
 [[nodiscard]] QByteArrayView trimmed(QByteArrayView text);
 
