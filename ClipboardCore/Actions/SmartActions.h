@@ -1,5 +1,8 @@
 #pragma once
 
+#include "History/ClipItem.h"
+
+#include <QList>
 #include <QString>
 
 #include <functional>
@@ -26,8 +29,19 @@ struct SmartActionResult
 /// Something that can be done with an entry. Running it has no side effect; it only says what to do.
 struct SmartAction
 {
-    QString label;
+    QString label; // names the action everywhere; only what is drawn is translated
+    /// May be called on any thread, and again.
     std::function<SmartActionResult()> run;
 };
+
+/// The catalogue of actions.
+namespace SmartActions {
+
+/// What can be done with `item` now, in the order in which it is shown. Whether an action is offered is decided here,
+/// and what that took to find out is kept in it; what is always offered does its work when it runs, so that the list
+/// costs no more for a large text. Files are not looked for.
+[[nodiscard]] QList<SmartAction> actions(const ClipItem& item);
+
+} // namespace SmartActions
 
 } // namespace ClipboardCore

@@ -1,0 +1,304 @@
+#include "Actions/SmartActions.h"
+
+#include "Actions/ColorMath.h"
+#include "Actions/ContentDetectors.h"
+#include "Actions/JSONText.h"
+#include "Support/FilePath.h"
+#include "Support/Graphemes.h"
+#include "Support/UrlHost.h"
+#include "Support/Utf8.h"
+#include "Support/WhiteSpace.h"
+
+#include <QCoreApplication>
+#include <QTimeZone>
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace ClipboardCore::SmartActions {
+
+namespace {
+
+using Kind = SmartActionEffect::Kind;
+
+constexpr qsizetype clipLength = 30;
+
+/// The notices, as the translation context "SmartActions".
+struct Toast
+{
+    Q_DECLARE_TR_FUNCTIONS(SmartActions)
+};
+
+/// Words joined by one blank. Stops early once there are `enough` bytes.
+Utf8Text collapseWhitespace(QByteArrayView text, qsizetype enough = std::numeric_limits<qsizetype>::max())
+{
+    QByteArray words;
+    words.reserve(std::min(text.size(), enough));
+    while (words.size() < enough) {
+        text = text.sliced(WhiteSpace::leading(text));
+        if (text.isEmpty())
+            break;
+        if (!words.isEmpty())
+            words.append(' ');
+        const qsizetype length = WhiteSpace::leadingWord(text);
+        words.append(text.first(length));
+        text = text.sliced(length);
+    }
+    return Utf8Text::fromValidUtf8(words);
+}
+
+/// A short, quoted, one-line form for notices.
+QString clip(const Utf8Text& text, qsizetype maximum)
+{
+    // More than `maximum` of the longest characters, so that the cut never depends on the rest.
+    const qsizetype enough = 4 * (maximum + 1) * Graphemes::longestCharacter;
+    const auto shown = Graphemes::prefix(collapseWhitespace(text.utf8(), enough), maximum);
+    return u'“' + shown.text + (shown.isWhole ? QString() : u"…"_s) + u'”';
+}
+
+QString swiftUIColor(const ColorMath::RGB& color)
+{
+    const auto component = [](int value) { return QString::number(value / 255.0, 'f', 3); };
+    return u"Color(red: %1, green: %2, blue: %3)"_s.arg(component(color.r), component(color.g), component(color.b));
+}
+
+/// The letter after the backslash of an escape; 0 for what needs none.
+char escapeLetter(char c)
+{
+    switch (c) {
+    case '\\':
+    case '"':
+        return c;
+    case '\n':
+        return 'n';
+    case '\t':
+        return 't';
+    case '\r':
+        return 'r';
+    default:
+        return 0;
+    }
+}
+
+/// A literal of the languages that look like C. Only whole characters are escaped, so a line end of two signs stays.
+Utf8Text stringLiteralEscaped(QByteArrayView text)
+{
+    QByteArray literal;
+    literal.reserve(text.size() + 2);
+    literal.append('"');
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        const char letter = escapeLetter(text[at]);
+        if (letter != 0 && Graphemes::standsAlone(text, at)) {
+            literal.append('\\');
+            literal.append(letter);
+        } else {
+            literal.append(text[at]);
+        }
+    }
+    literal.append('"');
+    return Utf8Text::fromValidUtf8(literal);
+}
+
+/// A path as one word of a POSIX shell (Shell Command Language, section 2.2.2).
+QString shellForm(const QString& path)
+{
+    const auto isPlain = [](QChar c) {
+        const char16_t unit = c.unicode();
+        return unit < 0x80 && (c.isLetterOrNumber() || QStringView(u"_/.+-").contains(c));
+    };
+    if (!path.isEmpty() && std::all_of(path.begin(), path.end(), isPlain))
+        return path;
+    return u'\'' + QString(path).replace(u'\'', u"'\\''"_s) + u'\'';
+}
+
+SmartActionResult copy(const QString& text, const QString& toast)
+{
+    return {{Kind::copy, text}, toast};
+}
+
+SmartActionResult copyMinified(const Utf8Text& text, const Utf8Text& minified)
+{
+    const auto count = [](const Utf8Text& counted) { return QString::number(Graphemes::count(counted)); };
+    return copy(minified.toString(), Toast::tr("Minified · %1 → %2 chars").arg(count(text), count(minified)));
+}
+
+SmartAction decode(const QString& label, const Utf8Text& decoded)
+{
+    return {label,
+            [decoded] { return copy(decoded.toString(), Toast::tr("Decoded %1").arg(clip(decoded, clipLength))); }};
+}
+
+SmartAction copyNamed(const QString& label, const Utf8Text& text)
+{
+    return {label, [text] { return copy(text.toString(), Toast::tr("Copied %1").arg(clip(text, clipLength))); }};
+}
+
+SmartAction copyShown(const QString& label, const QString& text)
+{
+    return {label, [text] { return copy(text, Toast::tr("Copied %1").arg(text)); }};
+}
+
+SmartAction qrCode(const Utf8Text& text)
+{
+    return {u"QR code"_s, [text] {
+                return SmartActionResult{{Kind::copyQRCode, text.toString()}, Toast::tr("Generating QR …")};
+            }};
+}
+
+void appendJSON(QList<SmartAction>& list, const Utf8Text& content)
+{
+    // Read once for both forms.
+    const auto json = ContentDetectors::jsonObject(content);
+    if (!json)
+        return;
+    if (const auto pretty = json->pretty(ContentDetectors::resultLimit))
+        list.append(
+            {u"Pretty-print JSON"_s, [pretty] { return copy(pretty->toString(), Toast::tr("Copied pretty JSON")); }});
+    list.append({u"Minify JSON"_s, [content, minified = json->minified()] { return copyMinified(content, minified); }});
+}
+
+QList<SmartAction> text(const Utf8Text& content)
+{
+    // So that a code can always be made.
+    constexpr qsizetype longestForQRCode = 1024;
+
+    QList<SmartAction> list;
+    appendJSON(list, content);
+    if (const auto decoded = ContentDetectors::base64Decoded(content))
+        list.append(decode(u"Decode Base64"_s, *decoded));
+    if (const auto decoded = ContentDetectors::urlDecoded(content))
+        list.append(decode(u"URL-decode"_s, *decoded));
+    if (const auto date = ContentDetectors::epochDate(content, QTimeZone::systemTimeZone()))
+        list.append(copyShown(u"Convert to date"_s, *date));
+    if (const auto payload = ContentDetectors::jwtPayload(content))
+        list.append({u"Decode JWT payload"_s,
+                     [payload] { return copy(payload->toString(), Toast::tr("Copied JWT payload")); }});
+    list.append({u"Clean whitespace"_s, [content] {
+                     const Utf8Text cleaned = collapseWhitespace(content.utf8());
+                     return copy(cleaned.toString(), Toast::tr("Cleaned %1").arg(clip(cleaned, clipLength)));
+                 }});
+    if (const auto slug = ContentDetectors::slug(content))
+        list.append(copyNamed(u"Slugify"_s, *slug));
+    if (content.byteCount() <= longestForQRCode)
+        list.append(qrCode(content));
+    return list;
+}
+
+QList<SmartAction> link(const Utf8Text& content)
+{
+    const auto host = urlHost(content.utf8());
+    const auto shownHost = [content, host] { return host ? *host : content.toString(); };
+
+    QList<SmartAction> list;
+    if (const auto stripped = ContentDetectors::strippedTrackers(content))
+        list.append({u"Strip trackers"_s,
+                     [stripped] { return copy(stripped->toString(), Toast::tr("Removed tracking params")); }});
+    list.append(
+        {u"Open link"_s, [content, shownHost] {
+             return SmartActionResult{{Kind::openURL, content.toString()}, Toast::tr("Opening %1 …").arg(shownHost())};
+         }});
+    list.append(
+        {u"Copy as Markdown"_s, [content] {
+             return SmartActionResult{{Kind::copyMarkdownLink, content.toString()}, Toast::tr("Fetching title …")};
+         }});
+    list.append({u"Copy domain"_s, [shownHost] {
+                     const QString domain = shownHost();
+                     return copy(domain, Toast::tr("Copied %1").arg(domain));
+                 }});
+    list.append(qrCode(content));
+    return list;
+}
+
+QList<SmartAction> image(const Utf8Text& content)
+{
+    const QString path = content.toString();
+    const QString name = Utf8::toString(FilePath::lastComponent(content.utf8()));
+    return {
+        {u"Copy text (OCR)"_s,
+         [path] {
+             return SmartActionResult{{Kind::recognizeText, path}, Toast::tr("Reading text …")};
+         }},
+        {u"Save to Desktop"_s,
+         [path, name] {
+             return SmartActionResult{{Kind::copyFileToDesktop, path},
+                                      Toast::tr("Saved %1 to Desktop").arg(clip(name, clipLength))};
+         }},
+        copyNamed(u"Copy filename"_s, name),
+    };
+}
+
+QList<SmartAction> color(const Utf8Text& content)
+{
+    // No colour is longer; a longer text stays too long for one.
+    constexpr qsizetype longestLiteral = 16;
+    const QByteArrayView literal = Utf8::prefix(WhiteSpace::trimmed(content.utf8()), longestLiteral);
+    const auto rgb = ColorMath::hexToRGB(Utf8::toString(literal)).value_or(ColorMath::RGB());
+    const auto hsl = ColorMath::rgbToHSL(rgb.r, rgb.g, rgb.b);
+    const auto number = [](int value) { return QString::number(value); };
+    return {
+        copyShown(u"Copy RGB"_s, u"rgb(%1, %2, %3)"_s.arg(number(rgb.r), number(rgb.g), number(rgb.b))),
+        copyShown(u"Copy HSL"_s, u"hsl(%1, %2%, %3%)"_s.arg(number(hsl.h), number(hsl.s), number(hsl.l))),
+        {u"Copy SwiftUI Color"_s, [rgb] { return copy(swiftUIColor(rgb), Toast::tr("Copied Color literal")); }},
+    };
+}
+
+QList<SmartAction> code(const Utf8Text& content)
+{
+    auto formatted = ContentDetectors::prettyJSON(content);
+    if (!formatted)
+        formatted = ContentDetectors::formattedXML(content);
+
+    QList<SmartAction> list;
+    if (formatted)
+        list.append(
+            {u"Format"_s, [formatted] { return copy(formatted->toString(), Toast::tr("Formatted · copied")); }});
+    list.append({u"Copy fenced code"_s, [content] {
+                     return copy(u"```\n"_s + content.toString() + u"\n```"_s, Toast::tr("Copied fenced code block"));
+                 }});
+    list.append({u"Minify"_s, [content] { return copyMinified(content, collapseWhitespace(content.utf8())); }});
+    list.append({u"Escape as string literal"_s, [content] {
+                     return copy(stringLiteralEscaped(content.utf8()).toString(),
+                                 Toast::tr("Copied as string literal"));
+                 }});
+    return list;
+}
+
+QList<SmartAction> file(const Utf8Text& content)
+{
+    const QString path = content.toString();
+    return {
+        {u"Copy path"_s, [path] { return copy(path, Toast::tr("Copied path")); }},
+        {u"Copy shell-escaped path"_s, [path] { return copy(shellForm(path), Toast::tr("Copied shell-safe path")); }},
+        copyNamed(u"Copy filename"_s, Utf8::toString(FilePath::lastComponent(content.utf8()))),
+        {u"Reveal in Finder"_s,
+         [path] {
+             return SmartActionResult{{Kind::revealInFinder, path}, Toast::tr("Revealing in Finder …")};
+         }},
+    };
+}
+
+} // namespace
+
+QList<SmartAction> actions(const ClipItem& item)
+{
+    switch (item.type) {
+    case ClipType::text:
+        return text(item.content);
+    case ClipType::link:
+        return link(item.content);
+    case ClipType::image:
+        return image(item.content);
+    case ClipType::color:
+        return color(item.content);
+    case ClipType::code:
+        return code(item.content);
+    case ClipType::file:
+        return file(item.content);
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace ClipboardCore::SmartActions
