@@ -24,6 +24,55 @@ qsizetype cutLength(QStringView text)
     return splitsPair ? longestCharacter - 1 : longestCharacter;
 }
 
+char32_t codePointBefore(QStringView text, qsizetype end)
+{
+    const bool isPair = end >= 2 && text[end - 1].isLowSurrogate() && text[end - 2].isHighSurrogate();
+    return isPair ? QChar::surrogateToUcs4(text[end - 2], text[end - 1]) : text[end - 1].unicode();
+}
+
+bool isRegionalIndicator(char32_t codePoint)
+{
+    return codePoint >= 0x1F1E6 && codePoint <= 0x1F1FF;
+}
+
+/// The number of regional indicators, two of which are a flag, that end at `end`.
+qsizetype regionalIndicatorsBefore(QStringView text, qsizetype end)
+{
+    qsizetype count = 0;
+    while (end >= 2 && isRegionalIndicator(codePointBefore(text, end))) {
+        end -= 2;
+        ++count;
+    }
+    return count;
+}
+
+/// True when the boundary that the finder sees at `at`, which is inside the text, is none. From a letter of an Indic
+/// script up to the next letter of another one, Qt 6.4 takes every code unit for a character.
+bool isFalseBoundary(QStringView text, qsizetype at)
+{
+    constexpr char32_t joiner = 0x200D;
+    if (text[at].isLowSurrogate() && text[at - 1].isHighSurrogate())
+        return true;
+    if (text[at] == u'\n' && text[at - 1] == u'\r')
+        return true;
+    const bool isPair = text[at].isHighSurrogate() && at + 1 < text.size();
+    const char32_t next = isPair ? QChar::surrogateToUcs4(text[at], text[at + 1]) : text[at].unicode();
+    const char32_t last = codePointBefore(text, at);
+    if (isRegionalIndicator(next))
+        return regionalIndicatorsBefore(text, at) % 2 != 0;
+    const auto category = QChar::category(next);
+    const bool isSkinTone = next >= 0x1F3FB && next <= 0x1F3FF;
+    if (category == QChar::Mark_NonSpacing || category == QChar::Mark_Enclosing || next == joiner || isSkinTone) {
+        const auto before = QChar::category(last);
+        return before != QChar::Other_Control && before != QChar::Separator_Line &&
+               before != QChar::Separator_Paragraph;
+    }
+    if (last != joiner || category != QChar::Symbol_Other || at < 2)
+        return false;
+    const auto joined = QChar::category(codePointBefore(text, at - 1));
+    return joined == QChar::Symbol_Other || joined == QChar::Symbol_Modifier || joined == QChar::Mark_NonSpacing;
+}
+
 /// The extent of the first `limit` characters. Text is segmented in windows, since the boundary finder analyses all of
 /// what it is given; each window begins at a boundary, so it sees what the rules look back at.
 Extent measure(QStringView text, qsizetype limit)
@@ -40,6 +89,8 @@ Extent measure(QStringView text, qsizetype limit)
         qsizetype done = 0;
         for (qsizetype next = finder.toNextBoundary(); next > 0 && extent.characters < limit;
              next = finder.toNextBoundary()) {
+            if (next < window.size() && isFalseBoundary(window, next))
+                continue;
             // The end of a window is a boundary for the finder, not for the text.
             if (next - done > longestCharacter || (next == window.size() && !isLast))
                 break;
@@ -109,9 +160,8 @@ qsizetype count(QStringView text)
     return measure(text, std::numeric_limits<qsizetype>::max()).characters;
 }
 
-qsizetype count(const Utf8Text& text)
+qsizetype countOfUtf8(QByteArrayView utf8)
 {
-    const QByteArrayView utf8 = text.utf8();
     qsizetype characters = 0;
     for (qsizetype at = 0; at < utf8.size();) {
         // The last sign may carry a mark, or be the first half of a line end.

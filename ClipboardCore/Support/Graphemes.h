@@ -27,7 +27,7 @@ struct Prefix
 /// The number of characters. Looks at all of them: for texts known to be short.
 [[nodiscard]] qsizetype count(QStringView text);
 /// The same of a text of any size; fast where it is ASCII.
-[[nodiscard]] qsizetype count(const Utf8Text& text);
+[[nodiscard]] qsizetype countOfUtf8(QByteArrayView utf8);
 
 /// True when the ASCII sign at `at` is a character of its own: not with a mark on it, nor half of CR LF.
 [[nodiscard]] bool standsAlone(QByteArrayView utf8, qsizetype at);

@@ -35,9 +35,10 @@ void GraphemesTest::characters()
     QFETCH(QString, character);
     QCOMPARE(Graphemes::count(character), 1);
     for (const qsizetype count : {1, 2, 100, 1000}) {
-        for (const QString& start : {QString(), u"x"_s, u"xy"_s, u"xyz"_s}) {
+        for (const QString& start : {QString(), u"x"_s, u"xy"_s, u"xyz"_s, u"\u0915 "_s}) {
             const QString text = start + character.repeated(count);
             QCOMPARE(Graphemes::count(text), start.size() + count);
+            QCOMPARE(Graphemes::countOfUtf8(text.toUtf8()), start.size() + count);
             QCOMPARE(Graphemes::prefix(QStringView(text), start.size() + count - 1).toString(),
                      text.chopped(character.size()));
             const auto prefix = Graphemes::prefix(Utf8Text(text), start.size() + count - 1);
