@@ -1,5 +1,6 @@
 #include "Actions/JSONText.h"
 
+#include "Actions/JSONTokens.h"
 #include "Support/JSONWriter.h"
 #include "Support/Utf8.h"
 
@@ -20,45 +21,11 @@ namespace {
 namespace JSON = simdjson::ondemand;
 using simdjson::SUCCESS;
 
-bool isDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
-/// True for a number of RFC 8259, section 6, whatever its size.
-bool isNumber(std::string_view text)
-{
-    size_t at = 0;
-    const auto skip = [&](std::string_view choices) {
-        const bool found = at < text.size() && choices.find(text[at]) != std::string_view::npos;
-        at += found ? 1 : 0;
-        return found;
-    };
-    const auto skipDigits = [&] {
-        const size_t start = at;
-        while (at < text.size() && isDigit(text[at]))
-            ++at;
-        return at > start;
-    };
-
-    skip("-");
-    if (!skip("0") && !skipDigits())
-        return false;
-    if (skip(".") && !skipDigits())
-        return false;
-    if (skip("eE")) {
-        skip("+-");
-        if (!skipDigits())
-            return false;
-    }
-    return at == text.size();
-}
-
 bool isScalar(JSON::json_type type, std::string_view text)
 {
     switch (type) {
     case JSON::json_type::number:
-        return isNumber(text);
+        return JSONTokens::isNumber(text);
     case JSON::json_type::boolean:
         return text == "true" || text == "false";
     case JSON::json_type::null:
@@ -66,96 +33,6 @@ bool isScalar(JSON::json_type type, std::string_view text)
     default:
         return false;
     }
-}
-
-/// What the four hexadecimal digits at `digits` say; nothing when they are none. All four bytes are readable.
-std::optional<char32_t> codeUnit(const char* digits)
-{
-    char32_t value = 0;
-    for (const char c : std::string_view(digits, 4)) {
-        const char lower = static_cast<char>(c | 0x20);
-        if (!isDigit(c) && (lower < 'a' || lower > 'f'))
-            return std::nullopt;
-        value = value * 16 + static_cast<char32_t>(isDigit(c) ? c - '0' : lower - 'a' + 10);
-    }
-    return value;
-}
-
-bool isHighSurrogate(char32_t value)
-{
-    return value >= 0xD800 && value < 0xDC00;
-}
-
-bool isLowSurrogate(char32_t value)
-{
-    return value >= 0xDC00 && value < 0xE000;
-}
-
-/// Writes a code point, surrogates included, in the manner of UTF-8; returns the end.
-char* encode(char32_t codePoint, char* out)
-{
-    const auto put = [&out](char32_t byte) { *out++ = static_cast<char>(static_cast<unsigned char>(byte)); };
-    if (codePoint < 0x80) {
-        put(codePoint);
-        return out;
-    }
-    if (codePoint < 0x800) {
-        put(0xC0U | codePoint >> 6U);
-    } else {
-        if (codePoint < 0x10000) {
-            put(0xE0U | codePoint >> 12U);
-        } else {
-            put(0xF0U | codePoint >> 18U);
-            put(0x80U | (codePoint >> 12U & 0x3FU));
-        }
-        put(0x80U | (codePoint >> 6U & 0x3FU));
-    }
-    put(0x80U | (codePoint & 0x3FU));
-    return out;
-}
-
-/// The character that an escape of two signs stands for; nothing when there is no such escape.
-std::optional<char> shortEscape(char letter)
-{
-    constexpr std::string_view letters = "\"\\/bfnrt";
-    constexpr std::string_view meanings = "\"\\/\b\f\n\r\t";
-    const size_t index = letters.find(letter);
-    return index == std::string_view::npos ? std::nullopt : std::optional(meanings[index]);
-}
-
-/// Replaces the escapes of the string from `start` to `end`, its closing quote, in place: no escape is shorter than
-/// what it stands for. Returns the new end, or nullptr when an escape is malformed.
-char* unescape(char* start, const char* end)
-{
-    char* out = start;
-    const char* in = start;
-    while (in < end) {
-        if (*in != '\\') {
-            *out++ = *in++;
-            continue;
-        }
-        if (in[1] != 'u') {
-            const auto meaning = shortEscape(in[1]);
-            if (!meaning)
-                return nullptr;
-            *out++ = *meaning;
-            in += 2;
-            continue;
-        }
-        const auto unit = end - in >= 6 ? codeUnit(in + 2) : std::nullopt;
-        if (!unit)
-            return nullptr;
-        in += 6;
-        if (isHighSurrogate(*unit) && end - in >= 6 && in[0] == '\\' && in[1] == 'u') {
-            if (const auto low = codeUnit(in + 2); low && isLowSurrogate(*low)) {
-                out = encode(0x10000 + ((*unit - 0xD800) << 10U) + (*low - 0xDC00), out);
-                in += 6;
-                continue;
-            }
-        }
-        out = encode(*unit, out);
-    }
-    return out;
 }
 
 } // namespace
@@ -232,9 +109,12 @@ bool JSONText::Reader::readValue(JSON::value value, int depth)
         return readArray(value, depth + 1);
     if (type == JSON::json_type::object)
         return readObject(value, depth + 1);
+    if (type == JSON::json_type::string) {
+        // Taken from the parser, which passes over an untaken one as over a key when a colon follows.
+        JSON::raw_json_string string;
+        return value.get_raw_json_string().get(string) == SUCCESS && readString(string.raw());
+    }
     std::string_view token = value.raw_json_token();
-    if (type == JSON::json_type::string)
-        return readString(token.data() + 1);
     // White space up to the next token belongs to this one.
     token = token.substr(0, token.find_last_not_of(" \t\r\n") + 1);
     append(Kind::scalar, token.data(), token.data() + token.size());
@@ -294,7 +174,7 @@ bool JSONText::Reader::readString(const char* start)
         append(Kind::plainString, start, end);
         return true;
     }
-    const char* newEnd = unescape(m_begin + (start - m_begin), end);
+    const char* newEnd = JSONTokens::unescape(m_begin + (start - m_begin), end);
     append(Kind::escapedString, start, newEnd ? newEnd : start);
     return newEnd != nullptr;
 }

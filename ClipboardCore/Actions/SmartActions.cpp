@@ -121,7 +121,7 @@ SmartActionResult copy(const QString& text, const QString& toast)
 
 SmartActionResult copyMinified(const Utf8Text& text, const Utf8Text& minified)
 {
-    const auto count = [](const Utf8Text& counted) { return QString::number(Graphemes::count(counted)); };
+    const auto count = [](const Utf8Text& counted) { return QString::number(Graphemes::countOfUtf8(counted.utf8())); };
     return copy(minified.toString(), Toast::tr("Minified · %1 → %2 chars").arg(count(text), count(minified)));
 }
 

@@ -234,7 +234,8 @@ bool isWellFormed(const QString& text, bool hasDocumentType)
 }
 
 /// True when the document is well-formed. Its document type is taken out before: with no entity declared there is none
-/// to expand, and with no default attributes none to add to every element. What it declares itself is kept unread.
+/// to expand, and with no default attributes none to add to every element. It is looked at alone, but not when it
+/// declares such things: the declarations themselves may be built to multiply.
 bool isWellFormed(QByteArrayView document, const std::vector<Token>& tokens)
 {
     const auto isDocumentType = [](const Token& token) { return token.kind == Kind::documentType; };
@@ -248,7 +249,8 @@ bool isWellFormed(QByteArrayView document, const std::vector<Token>& tokens)
     const auto root = std::find_if(tokens.begin(), tokens.end(), isElement);
     if (root < type || std::find_if(type + 1, tokens.end(), isDocumentType) != tokens.end())
         return false;
-    if (!type->bytes.contains('[') && !isWellFormed(Utf8::toString(type->bytes) + u"<x/>"_s, true))
+    const bool mayMultiply = type->bytes.contains("<!ENTITY") || type->bytes.contains("<!ATTLIST");
+    if (!mayMultiply && !isWellFormed(Utf8::toString(type->bytes) + u"<x/>"_s, true))
         return false;
     const qsizetype typeStart = type->bytes.data() - document.data();
     const QByteArrayView before = document.first(typeStart);
