@@ -62,7 +62,10 @@ bool isFalseBoundary(QStringView text, qsizetype at)
         return regionalIndicatorsBefore(text, at) % 2 != 0;
     const auto category = QChar::category(next);
     const bool isSkinTone = next >= 0x1F3FB && next <= 0x1F3FF;
-    if (category == QChar::Mark_NonSpacing || category == QChar::Mark_Enclosing || next == joiner || isSkinTone) {
+    // From Myanmar on, some spacing marks do stand alone.
+    const bool isMark = category == QChar::Mark_NonSpacing || category == QChar::Mark_Enclosing ||
+                        (category == QChar::Mark_SpacingCombining && next < 0x1000);
+    if (isMark || next == joiner || isSkinTone) {
         const auto before = QChar::category(last);
         return before != QChar::Other_Control && before != QChar::Separator_Line &&
                before != QChar::Separator_Paragraph;

@@ -27,6 +27,7 @@ void GraphemesTest::characters_data()
     QTest::newRow("family") << u"\U0001F468\u200D\U0001F469\u200D\U0001F467"_s;
     QTest::newRow("heart with selector") << u"\u2764\uFE0F"_s;
     QTest::newRow("Devanagari vowel sign") << u"\u0928\u093F"_s;
+    QTest::newRow("vowel sign without a letter") << u" \u093F"_s;
 }
 
 /// The character is one wherever it stands; the windows in which long texts are read make no difference.
