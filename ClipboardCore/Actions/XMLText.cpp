@@ -182,10 +182,12 @@ qsizetype Scanner::tagLength()
 
 bool Scanner::hasLongReference(QByteArrayView text) const
 {
-    for (qsizetype at = text.indexOf('&'); at >= 0; at = text.indexOf('&', at + 1)) {
-        const QByteArrayView name = text.sliced(at + 1);
-        if (!name.first(std::min(name.size(), longestName)).contains(';'))
+    // What begins before the end of another one is shorter still.
+    for (qsizetype at = text.indexOf('&'); at >= 0; at = text.indexOf('&', at)) {
+        const qsizetype end = text.first(std::min(text.size(), at + longestName)).indexOf(';', at);
+        if (end < 0)
             return true;
+        at = end;
     }
     return false;
 }
@@ -214,6 +216,12 @@ bool Scanner::close()
     return true;
 }
 
+/// True when there may be entities beyond those of XML itself.
+bool mayDeclareEntities(QByteArrayView documentType)
+{
+    return documentType.contains("<!ENTITY") || documentType.contains("SYSTEM") || documentType.contains("PUBLIC");
+}
+
 /// Lets a reference to any entity pass, with nothing in its place.
 class EmptyEntities final : public QXmlStreamEntityResolver
 {
@@ -221,12 +229,12 @@ public:
     QString resolveUndeclaredEntity(const QString& /*name*/) override { return u""_s; }
 };
 
-bool isWellFormed(const QString& text, bool hasDocumentType)
+bool isWellFormed(const QString& text, bool mayHaveEntities)
 {
     QXmlStreamReader reader(text);
     reader.setNamespaceProcessing(false); // parts of documents use prefixes that are declared elsewhere
     EmptyEntities entities;
-    if (hasDocumentType)
+    if (mayHaveEntities)
         reader.setEntityResolver(&entities);
     while (!reader.atEnd())
         reader.readNext();
@@ -250,12 +258,12 @@ bool isWellFormed(QByteArrayView document, const std::vector<Token>& tokens)
     if (root < type || std::find_if(type + 1, tokens.end(), isDocumentType) != tokens.end())
         return false;
     const bool mayMultiply = type->bytes.contains("<!ENTITY") || type->bytes.contains("<!ATTLIST");
-    if (!mayMultiply && !isWellFormed(Utf8::toString(type->bytes) + u"<x/>"_s, true))
+    if (!mayMultiply && !isWellFormed(Utf8::toString(type->bytes) + u"<x/>"_s, false))
         return false;
     const qsizetype typeStart = type->bytes.data() - document.data();
     const QByteArrayView before = document.first(typeStart);
     const QByteArrayView after = document.sliced(typeStart + type->bytes.size());
-    return isWellFormed(Utf8::toString(before) + Utf8::toString(after), true);
+    return isWellFormed(Utf8::toString(before) + Utf8::toString(after), mayDeclareEntities(type->bytes));
 }
 
 /// Nothing when it grows beyond `limit`.

@@ -44,7 +44,7 @@ void check()
     QCOMPARE(bytes(detector(Utf8Text::fromUtf8(text))), expected);
 }
 
-QByteArray nested(QByteArray open, int depth, const QByteArray& close)
+QByteArray nested(const QByteArray& open, int depth, const QByteArray& close)
 {
     return open.repeated(depth) + close.repeated(depth);
 }
@@ -326,6 +326,7 @@ void ContentDetectorsTest::xml_data()
             {"value that does not end", "<a b='c/>"},
             {"repeated attribute", "<a b='1' b='2'/>"},
             {"unknown entity", "<a>&x;</a>"},
+            {"unknown entity in a plain type", "<!DOCTYPE a><a>&x;</a>"},
             {"ampersand", "<a>b & c</a>"},
             {"control character", "<a>\x01</a>"},
             {"comment that does not end", "<a><!-- </a>"},
