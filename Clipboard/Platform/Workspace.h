@@ -28,6 +28,14 @@ public:
     [[nodiscard]] virtual QIcon applicationIcon(const QString& bundleID) const = 0;
     /// The icon of the file's type. Looks at the name alone, never at the file.
     [[nodiscard]] virtual QIcon fileIcon(const QString& path) const = 0;
+    /// The user's Desktop folder; nothing when there is none.
+    [[nodiscard]] virtual std::optional<QString> desktopFolder() const = 0;
+
+    // Neither waits for the other program, and neither tells whether it did what was asked.
+    /// Opens the link with the user's default program for its scheme.
+    virtual void openURL(const QUrl& url) = 0;
+    /// Shows the file, selected, in the file manager; where that cannot be asked, opens the folder it is in.
+    virtual void revealFile(const QString& path) = 0;
 };
 
 } // namespace Clipboard

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "Workspace.h"
+#include "Services/XdgWorkspace.h"
 
 namespace Clipboard {
 
 /// A session that does not tell which application is in front.
-class NullWorkspace final : public Workspace
+class NullWorkspace final : public XdgWorkspace
 {
 public:
     [[nodiscard]] std::optional<Application> frontmostApplication() const override { return {}; }

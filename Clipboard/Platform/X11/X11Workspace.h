@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Workspace.h"
+#include "Services/XdgWorkspace.h"
 #include "X11/DesktopEntries.h"
 #include "X11/X11Session.h"
 
@@ -15,7 +15,7 @@
 namespace Clipboard {
 
 /// The active window as the window manager names it, and the installed applications by their desktop entries.
-class X11Workspace final : public Workspace
+class X11Workspace final : public XdgWorkspace
 {
 public:
     explicit X11Workspace(std::shared_ptr<X11::X11Session> session);

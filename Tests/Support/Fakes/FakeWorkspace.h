@@ -23,7 +23,14 @@ public:
         return fileIcons.value(path);
     }
 
+    [[nodiscard]] std::optional<QString> desktopFolder() const override { return desktop; }
+    void openURL(const QUrl& url) override { opened.append(url); }
+    void revealFile(const QString& path) override { revealed.append(path); }
+
     std::optional<Application> frontmost;
+    std::optional<QString> desktop;
+    QList<QUrl> opened;
+    QStringList revealed;
     QHash<QString, QIcon> applicationIcons;
     QHash<QString, QIcon> fileIcons;
     mutable QStringList applicationIconsAsked;
