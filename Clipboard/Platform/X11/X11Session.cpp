@@ -38,14 +38,25 @@ X11Session::X11Session(std::unique_ptr<XcbConnection> connection)
     xcb_change_window_attributes(xcb(), root(), XCB_CW_EVENT_MASK, &mask);
     m_connection->flush();
     connect(&m_notifier, &QSocketNotifier::activated, this, &X11Session::readEvents);
-    // Events that came in while a reply was waited for make the socket silent, so they are looked for before sleeping.
-    if (auto* dispatcher = QAbstractEventDispatcher::instance())
+    // The socket is silent about events that came in while a reply was waited for, so they are looked for in each round
+    // of the event loop: before it sleeps, or at its start where it is only polled.
+    if (auto* dispatcher = QAbstractEventDispatcher::instance()) {
         connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, &X11Session::readEvents);
+        connect(dispatcher, &QAbstractEventDispatcher::awake, this, &X11Session::readEvents);
+    }
 }
 
 void X11Session::readEvents()
 {
-    while (const auto event = XcbPointer<xcb_generic_event_t>(xcb_poll_for_event(xcb()))) {
+    for (;;) {
+        XcbPointer<xcb_generic_event_t> event(xcb_poll_for_event(xcb()));
+        if (!event) {
+            m_connection->flush();
+            // Sending may have read what arrived meanwhile.
+            event.reset(xcb_poll_for_queued_event(xcb()));
+        }
+        if (!event)
+            break;
         if ((event->response_type & 0x7fU) == XCB_PROPERTY_NOTIFY) {
             const auto* change = reinterpret_cast<const xcb_property_notify_event_t*>(event.get());
             if (change->window == m_window)
@@ -53,7 +64,6 @@ void X11Session::readEvents()
         }
         emit eventReceived(event.get());
     }
-    m_connection->flush();
     if (m_connection->isBroken())
         m_notifier.setEnabled(false);
 }

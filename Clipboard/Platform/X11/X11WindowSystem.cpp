@@ -46,7 +46,7 @@ X11WindowSystem::X11WindowSystem(std::shared_ptr<X11::X11Session> session,
                                               XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
     }
     connect(m_session.get(), &X11::X11Session::eventReceived, this, &X11WindowSystem::handle);
-    updateCompositing();
+    m_isCompositing = hasCompositor();
 }
 
 void X11WindowSystem::prepareUtilityWindow(QWindow* window)
@@ -104,20 +104,24 @@ void X11WindowSystem::handle(const xcb_generic_event_t* event)
 {
     if ((event->response_type & 0x7f) != m_selectionEvent)
         return;
-    if (reinterpret_cast<const xcb_xfixes_selection_notify_event_t*>(event)->selection == m_compositorSelection)
-        updateCompositing();
-}
-
-void X11WindowSystem::updateCompositing()
-{
-    const auto cookie = xcb_get_selection_owner(m_session->xcb(), m_compositorSelection);
-    const X11::XcbPointer<xcb_get_selection_owner_reply_t> reply(
-        xcb_get_selection_owner_reply(m_session->xcb(), cookie, nullptr));
-    const bool isCompositing = reply && reply->owner != XCB_WINDOW_NONE;
+    const auto* change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t*>(event);
+    if (change->selection != m_compositorSelection)
+        return;
+    // The other kinds tell that the owner has gone.
+    const bool isCompositing =
+        change->subtype == XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER && change->owner != XCB_WINDOW_NONE;
     if (isCompositing == m_isCompositing)
         return;
     m_isCompositing = isCompositing;
     emit compositingChanged();
+}
+
+bool X11WindowSystem::hasCompositor() const
+{
+    const auto cookie = xcb_get_selection_owner(m_session->xcb(), m_compositorSelection);
+    const X11::XcbPointer<xcb_get_selection_owner_reply_t> reply(
+        xcb_get_selection_owner_reply(m_session->xcb(), cookie, nullptr));
+    return reply && reply->owner != XCB_WINDOW_NONE;
 }
 
 } // namespace Clipboard

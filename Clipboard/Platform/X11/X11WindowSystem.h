@@ -25,7 +25,7 @@ public:
 private:
     void writeStates(const QWindow& window);
     void handle(const xcb_generic_event_t* event);
-    void updateCompositing();
+    [[nodiscard]] bool hasCompositor() const;
 
     std::shared_ptr<X11::X11Session> m_session;
     std::shared_ptr<X11::FrontWindow> m_frontWindow;

@@ -344,6 +344,8 @@ void X11DesktopTest::compositorComesAndGoes()
     QVERIFY(!m_platform.windows->isCompositing());
     ForeignOwner compositor(m_session.display().toLatin1(), "_NET_WM_CM_S0");
     compositor.take();
+    // Any question to the server takes in the events that came before its answer; the socket says nothing of them then.
+    m_platform.windows->rememberFrontWindow();
     QTRY_COMPARE(changes.size(), 1);
     QVERIFY(m_platform.windows->isCompositing());
     compositor.die();
