@@ -10,6 +10,11 @@ namespace {
 
 constexpr qint64 bytesPerPixel = 8; // at most: 16 bits for each of four channels
 
+bool isWithinBounds(QSize size)
+{
+    return !size.isEmpty() && qint64{size.width()} * size.height() * bytesPerPixel <= PictureReading::maxDecodedBytes;
+}
+
 QImage readUpright(QImageReader& reader, int maxPixel)
 {
     // The toolkit's own limit, 128 MiB, is below a 16-bit photograph; ours is checked here.
@@ -21,7 +26,7 @@ QImage readUpright(QImageReader& reader, int maxPixel)
 
     reader.setAutoTransform(true);
     const QSize size = reader.size();
-    if (size.isEmpty() || qint64{size.width()} * size.height() * bytesPerPixel > PictureReading::maxDecodedBytes)
+    if (!isWithinBounds(size))
         return {};
     if (maxPixel > 0 && std::max(size.width(), size.height()) > maxPixel)
         reader.setScaledSize(size.scaled(maxPixel, maxPixel, Qt::KeepAspectRatio).expandedTo({1, 1}));
@@ -34,6 +39,11 @@ QImage PictureReading::readFile(const QString& path, int maxPixel)
 {
     QImageReader reader(path);
     return readUpright(reader, maxPixel);
+}
+
+bool PictureReading::announcesPicture(const QString& path)
+{
+    return isWithinBounds(QImageReader(path).size());
 }
 
 QImage PictureReading::readTIFF(const QByteArray& tiff)

@@ -4,7 +4,7 @@
 #include <QImage>
 #include <QString>
 
-/// Encoded pictures as pixels. Never on the main thread.
+/// Encoded pictures as pixels. Never on the main thread, but for announcesPicture().
 namespace Clipboard::PictureReading {
 
 /// The most a picture may take once decoded. A few kilobytes can announce gigabytes of pixels, so the announced size is
@@ -14,6 +14,9 @@ inline constexpr qsizetype maxDecodedBytes = qsizetype{512} * 1024 * 1024;
 /// The first picture in the file, upright; null when it cannot be read or passes maxDecodedBytes. With a positive
 /// `maxPixel` it is scaled down until its larger side fits.
 [[nodiscard]] QImage readFile(const QString& path, int maxPixel = 0);
+
+/// True when the file's header announces a picture that readFile() would try to decode. Reads no more than the header.
+[[nodiscard]] bool announcesPicture(const QString& path);
 
 /// The first picture of a TIFF, upright, in sRGB; null as above.
 [[nodiscard]] QImage readTIFF(const QByteArray& tiff);
