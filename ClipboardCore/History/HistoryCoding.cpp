@@ -60,6 +60,13 @@ QByteArrayView bytes(std::string_view text)
     return {text.data(), static_cast<qsizetype>(text.size())};
 }
 
+/// False also for what only begins like null, which the parser calls an error.
+bool isNull(JSON::value value)
+{
+    bool answer = false;
+    return value.is_null().get(answer) == SUCCESS && answer;
+}
+
 /// True when `value` is valid throughout. The parser checks only what is asked for, so everything is.
 bool isValid(JSON::value value, int depth = 0)
 {
@@ -93,7 +100,7 @@ bool isValid(JSON::value value, int depth = 0)
     case JSON::json_type::boolean:
         return value.get_bool().error() == SUCCESS;
     case JSON::json_type::null:
-        return value.is_null();
+        return isNull(value);
     }
     return false;
 }
@@ -206,7 +213,7 @@ bool EntryReader::readString(JSON::value value)
 bool EntryReader::readOptional(JSON::value value, std::optional<QString>& field)
 {
     field.reset();
-    if (value.is_null())
+    if (isNull(value))
         return true;
     if (readString(value))
         field = Utf8::toString(m_text);

@@ -142,6 +142,8 @@ void HistoryCodingTest::refuses_data()
     row("time without fraction", changed(":1,", ":1.,"));
     row("pinned as number", changed("false", "0"));
     row("misspelt literal", changed("false", "falsy"));
+    row("misspelt null", changed("}", ",\"sourceApp\":nudl}"));
+    row("misspelt null under an unknown key", changed("}", ",\"x\":nudl}"));
     row("app as number", changed("}", ",\"sourceApp\":1}"));
     row("wrong value before a right one", changed("\"content\"", "\"content\":1,\"content\""));
     row("raw line feed in a text", changed("\"a\"", "\"a\nb\""));
