@@ -46,6 +46,24 @@ qsizetype regionalIndicatorsBefore(QStringView text, qsizetype end)
     return count;
 }
 
+bool isSkinTone(char32_t codePoint)
+{
+    return codePoint >= 0x1F3FB && codePoint <= 0x1F3FF;
+}
+
+/// True when a picture, with the marks on it, ends at `end`: one that a joiner can tie to the next.
+bool isPictureBefore(QStringView text, qsizetype end)
+{
+    while (end > 0) {
+        const char32_t codePoint = codePointBefore(text, end);
+        const auto category = QChar::category(codePoint);
+        if (category != QChar::Mark_NonSpacing && !isSkinTone(codePoint))
+            return category == QChar::Symbol_Other;
+        end -= QChar::requiresSurrogates(codePoint) ? 2 : 1;
+    }
+    return false;
+}
+
 /// True when the boundary that the finder sees at `at`, which is inside the text, is none. From a letter of an Indic
 /// script up to the next letter of another one, Qt 6.4 takes every code unit for a character.
 bool isFalseBoundary(QStringView text, qsizetype at)
@@ -61,19 +79,15 @@ bool isFalseBoundary(QStringView text, qsizetype at)
     if (isRegionalIndicator(next))
         return regionalIndicatorsBefore(text, at) % 2 != 0;
     const auto category = QChar::category(next);
-    const bool isSkinTone = next >= 0x1F3FB && next <= 0x1F3FF;
     // From Myanmar on, some spacing marks do stand alone.
     const bool isMark = category == QChar::Mark_NonSpacing || category == QChar::Mark_Enclosing ||
                         (category == QChar::Mark_SpacingCombining && next < 0x1000);
-    if (isMark || next == joiner || isSkinTone) {
+    if (isMark || next == joiner || isSkinTone(next)) {
         const auto before = QChar::category(last);
         return before != QChar::Other_Control && before != QChar::Separator_Line &&
                before != QChar::Separator_Paragraph;
     }
-    if (last != joiner || category != QChar::Symbol_Other || at < 2)
-        return false;
-    const auto joined = QChar::category(codePointBefore(text, at - 1));
-    return joined == QChar::Symbol_Other || joined == QChar::Symbol_Modifier || joined == QChar::Mark_NonSpacing;
+    return last == joiner && category == QChar::Symbol_Other && isPictureBefore(text, at - 1);
 }
 
 /// The extent of the first `limit` characters. Text is segmented in windows, since the boundary finder analyses all of

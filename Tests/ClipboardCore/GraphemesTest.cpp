@@ -57,7 +57,8 @@ void GraphemesTest::prefixOfAnySize()
     };
     QVERIFY(isFirst2(QString(), true, QString()));
     QVERIFY(isFirst2(u"ab"_s, false, u"abc"_s));
-    QVERIFY(isFirst2(u"ab\u0301"_s, true, u"ab\u0301"_s)); // a mark on the last one
+    QVERIFY(isFirst2(u"ab\u0301"_s, true, u"ab\u0301"_s));                        // a mark on the last one
+    QVERIFY(isFirst2(u"xa\u0301\u200D"_s, false, u"xa\u0301\u200D\U0001F469"_s)); // joins pictures alone
     QVERIFY(isFirst2(u"a\r\n"_s, false, u"a\r\nb"_s));
     QVERIFY(isFirst2(u"\uFEFF"_s + u"b"_s, false, u"\uFEFF"_s + u"bc"_s)); // the byte order mark is kept
     QVERIFY(isFirst2(u"\u4E2D\u4E2D"_s, false, QString(1'000'000, u'\u4E2D')));
