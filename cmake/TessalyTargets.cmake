@@ -12,7 +12,7 @@ if(TESSALY_SANITIZERS)
     # The optimiser's analyses of null pointers and unset values misfire on the instrumented code.
     target_compile_options(TessalyOptions INTERFACE
         -fsanitize=${TESSALY_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer -Wno-null-dereference
-        -Wno-maybe-uninitialized)
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     target_link_options(TessalyOptions INTERFACE -fsanitize=${TESSALY_SANITIZERS})
 endif()
 

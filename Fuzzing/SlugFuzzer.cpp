@@ -1,0 +1,19 @@
+#include "Actions/ContentDetectors.h"
+#include "Fuzzer.h"
+
+using namespace ClipboardCore;
+
+void Fuzzer::run(QByteArrayView input)
+{
+    const auto slug = ContentDetectors::slug(text(input));
+    if (!slug)
+        return;
+    const QByteArray& words = slug->utf8();
+    require(!words.isEmpty() && !words.startsWith('-') && !words.endsWith('-') && !words.contains("--"),
+            "hyphens only join");
+    const auto isCapital = [](char c) { return c >= 'A' && c <= 'Z'; };
+    require(std::none_of(words.begin(), words.end(), isCapital), "there are no capitals");
+    // There is none when only the letters were dropped, as marks on something else.
+    const auto again = ContentDetectors::slug(*slug);
+    require(!again || isResult(again, words), "a slug is its own slug");
+}
