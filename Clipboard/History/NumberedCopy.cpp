@@ -25,19 +25,20 @@ QString numberedName(const QString& name, int number)
     return name.first(baseLength) + u' ' + QString::number(number) + name.sliced(baseLength);
 }
 
-/// A new file under the first free name; nothing when the folder takes none.
-bool createNumbered(QFile& file, const QString& folder, const QString& name, mode_t mode)
+/// Opens a new file under the first free name. Its path; nothing when the folder takes none.
+std::optional<QString> createNumbered(QFile& file, const QString& folder, const QString& name, mode_t mode)
 {
     QString candidate = folder + u'/' + name;
     for (int number = 2;; ++number) {
         const int descriptor =
             ::open(QFile::encodeName(candidate).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
         if (descriptor >= 0) {
-            file.setFileName(candidate);
-            return file.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered, QFile::AutoCloseHandle);
+            // Cannot fail for a descriptor that is open for writing.
+            file.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered, QFile::AutoCloseHandle);
+            return candidate;
         }
         if (errno != EEXIST)
-            return false;
+            return std::nullopt;
         candidate = folder + u'/' + numberedName(name, number);
     }
 }
@@ -67,13 +68,14 @@ std::optional<QString> copyNumbered(const QString& sourcePath, const QString& fo
         return std::nullopt;
 
     QFile target;
-    if (!createNumbered(target, folder, info.fileName(), status.st_mode & ACCESSPERMS))
+    const auto path = createNumbered(target, folder, info.fileName(), status.st_mode & ACCESSPERMS);
+    if (!path)
         return std::nullopt;
     if (!copyContent(source, target)) {
-        target.remove();
+        QFile::remove(*path);
         return std::nullopt;
     }
-    return target.fileName();
+    return path;
 }
 
 } // namespace Clipboard
