@@ -1,0 +1,90 @@
+#include "Confinement.h"
+#include "TextRecognition.h"
+
+#ifdef TESSALY_HAS_LINK_TITLE
+#include "LinkTitle.h"
+#endif
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QLocale>
+#include <QUrl>
+
+#include <chrono>
+#include <cstdio>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int noResult = 1;
+constexpr int wrongUsage = 2;
+
+constexpr const char* usage = "Usage: tessaly-worker recognize <picture>\n"
+                              "       tessaly-worker title\n"
+                              "\n"
+                              "  recognize  prints the lines of text in the picture\n"
+                              "  title      reads a link from the standard input and prints the title of its page\n"
+                              "\n"
+                              "Tessaly starts it. It ends with 1 when there is no result.\n";
+
+/// Answers whether all of it could be written.
+bool print(const QString& text)
+{
+    const QByteArray utf8 = text.toUtf8();
+    return std::fwrite(utf8.constData(), 1, size_t(utf8.size()), stdout) == size_t(utf8.size()) &&
+           std::fflush(stdout) == 0;
+}
+
+int recognize(const QString& picturePath)
+{
+    const std::optional<QStringList> lines = Clipboard::recognizeText(picturePath, QLocale::system().uiLanguages());
+    if (!lines)
+        return noResult;
+    QString text;
+    for (const QString& line : *lines)
+        text += line + u'\n';
+    return print(text) ? 0 : noResult;
+}
+
+#ifdef TESSALY_HAS_LINK_TITLE
+// The longest that anyone waits for a title; who asks for less ends this process.
+constexpr auto titleLimit = 3s;
+
+// Longer ones are refused by servers, too.
+constexpr qint64 maxLinkBytes = 64 * 1024;
+
+int title()
+{
+    QFile input;
+    if (!input.open(stdin, QIODevice::ReadOnly))
+        return noResult;
+    const QByteArray link = input.read(maxLinkBytes + 1).trimmed();
+    if (link.isEmpty() || link.size() > maxLinkBytes)
+        return noResult;
+    const std::optional<QString> found = Clipboard::linkTitle(QUrl::fromEncoded(link), titleLimit);
+    return found && print(*found + u'\n') ? 0 : noResult;
+}
+#else
+int title()
+{
+    return noResult;
+}
+#endif
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    Clipboard::confineThisProcess();
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() == 3 && arguments.at(1) == u"recognize"_s)
+        return recognize(arguments.at(2));
+    if (arguments.size() == 2 && arguments.at(1) == u"title"_s)
+        return title();
+    std::fputs(usage, stderr);
+    return wrongUsage;
+}
