@@ -72,4 +72,15 @@
         <translation>Copied %1 — press Ctrl+V to paste</translation>
     </message>
 </context>
+<context>
+    <name>SmartActions</name>
+    <message>
+        <source>Reveal in Finder</source>
+        <translation>Show in Files</translation>
+    </message>
+    <message>
+        <source>Revealing in Finder …</source>
+        <translation>Showing in Files …</translation>
+    </message>
+</context>
 </TS>
