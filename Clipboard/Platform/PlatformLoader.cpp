@@ -5,6 +5,8 @@
 #include "Null/NullPasteboard.h"
 #include "Null/NullWindowSystem.h"
 #include "Null/NullWorkspace.h"
+#include "Services/WorkerLinkMetadataProvider.h"
+#include "Services/WorkerTextRecognizer.h"
 #include "X11/X11HotKeyGrabber.h"
 #include "X11/X11KeystrokeSender.h"
 #include "X11/X11Pasteboard.h"
@@ -12,14 +14,25 @@
 #include "X11/X11Workspace.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QLoggingCategory>
+
+using namespace Qt::StringLiterals;
 
 namespace Clipboard {
 
 namespace {
 
 Q_LOGGING_CATEGORY(log, "tessaly.platform")
+
+/// In a development tree the worker is beside this program, else where the installation puts such programs.
+QString workerProgram()
+{
+    const QString folder = QCoreApplication::applicationDirPath();
+    const QString beside = folder + u"/tessaly-worker"_s;
+    return QFileInfo::exists(beside) ? beside : folder + QStringLiteral("/" TESSALY_LIBEXEC_FROM_BIN "/tessaly-worker");
+}
 
 Platform nullPlatform()
 {
@@ -32,6 +45,9 @@ Platform nullPlatform()
     platform.hotKey = std::make_unique<NullHotKeyGrabber>(QCoreApplication::translate(
         "PlatformLoader", "Super+Shift+V is not available in this session: there is no X11 display."));
     platform.windows = std::make_unique<NullWindowSystem>();
+    // These need no display.
+    platform.textRecognizer = std::make_unique<WorkerTextRecognizer>(workerProgram());
+    platform.linkMetadata = std::make_unique<WorkerLinkMetadataProvider>(workerProgram());
     return platform;
 }
 

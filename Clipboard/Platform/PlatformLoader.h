@@ -2,7 +2,9 @@
 
 #include "HotKeyGrabber.h"
 #include "KeystrokeSender.h"
+#include "LinkMetadataProvider.h"
 #include "Pasteboard.h"
+#include "TextRecognizer.h"
 #include "WindowSystem.h"
 #include "Workspace.h"
 
@@ -18,6 +20,8 @@ struct Platform
     std::unique_ptr<KeystrokeSender> keystrokes;
     std::unique_ptr<HotKeyGrabber> hotKey;
     std::unique_ptr<WindowSystem> windows;
+    std::unique_ptr<TextRecognizer> textRecognizer;
+    std::unique_ptr<LinkMetadataProvider> linkMetadata;
 };
 
 /// Looks at the session and picks the adapters; the only code that names them.
