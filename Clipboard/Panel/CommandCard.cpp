@@ -1,5 +1,6 @@
 #include "CommandCard.h"
 
+#include "Accessibility.h"
 #include "ClipItemTexts.h"
 #include "CommandRow.h"
 #include "Hint.h"
@@ -52,6 +53,9 @@ CommandCard::CommandCard(HistoryViewModel& viewModel, Thumbs& thumbs, QWidget* p
     , m_page(new QWidget)
     , m_scrollBar(new OverlayScrollBar(m_scroll->verticalScrollBar(), this))
 {
+    Accessibility::setRole(this, QAccessible::Dialog);
+    Accessibility::setRole(m_page, QAccessible::List);
+    setAccessibleName(tr("Smart Actions"));
     m_scroll->setFrameShape(QFrame::NoFrame);
     m_scroll->setFocusPolicy(Qt::NoFocus);
     m_scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -69,6 +73,7 @@ void CommandCard::sync()
     rebuildRows(m_viewModel.cmdkActions());
     for (qsizetype i = 0; i < m_rows.size(); ++i)
         m_rows[i]->setSelected(i == m_viewModel.cmdkIndex());
+    m_page->setAccessibleName(m_rows.isEmpty() ? tr("No matching actions") : tr("Smart Actions"));
     layOut();
     if (const auto index = m_viewModel.cmdkIndex(); index >= 0 && index < m_rows.size())
         m_scroll->ensureWidgetVisible(m_rows[index], 0, 0);

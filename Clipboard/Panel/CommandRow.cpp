@@ -1,5 +1,6 @@
 #include "CommandRow.h"
 
+#include "Accessibility.h"
 #include "KeyCap.h"
 #include "Painting.h"
 #include "TintedIcon.h"
@@ -25,10 +26,14 @@ CommandRow::CommandRow(const QString& label, std::optional<int> ordinal, const Q
     setText(label);
     setAccessibleName(label);
     setFocusPolicy(Qt::NoFocus);
+    Accessibility::setRole(this, QAccessible::ListItem);
+    if (ordinal)
+        Accessibility::setShortcut(this, tr("⌘%1").arg(*ordinal));
 }
 
 void CommandRow::setSelected(bool selected)
 {
+    Accessibility::setFocused(this, selected);
     if (m_selected == selected)
         return;
     m_selected = selected;

@@ -1,5 +1,6 @@
 #include "FileBody.h"
 
+#include "Accessibility.h"
 #include "ClipItemTexts.h"
 #include "Painting.h"
 #include "Theme.h"
@@ -23,6 +24,7 @@ FileBody::FileBody(const Workspace& workspace, QWidget* parent)
     : PreviewBody(parent)
     , m_workspace(workspace)
 {
+    Accessibility::setRole(this, QAccessible::StaticText);
 }
 
 void FileBody::setItem(const ClipboardCore::ClipItem& item, int /*visibleHeight*/)

@@ -1,5 +1,6 @@
 #include "FilterChip.h"
 
+#include "Accessibility.h"
 #include "ClipItemTexts.h"
 #include "Painting.h"
 
@@ -24,6 +25,7 @@ FilterChip::FilterChip(std::optional<ClipboardCore::ClipType> type, QWidget* par
     , m_padding(usualPadding)
 {
     setCheckable(true);
+    Accessibility::setRole(this, QAccessible::RadioButton);
     setText(type ? meta(*type).label : tr("All"));
     setAccessibleName(text());
     setCount(0);
@@ -31,6 +33,8 @@ FilterChip::FilterChip(std::optional<ClipboardCore::ClipType> type, QWidget* par
 
 void FilterChip::setCount(int count)
 {
+    if (m_count == count)
+        return;
     m_count = count;
     setAccessibleDescription(tr("%n items", nullptr, count));
     updateGeometry();

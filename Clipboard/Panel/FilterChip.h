@@ -36,7 +36,7 @@ private:
     [[nodiscard]] Look look() const;
 
     std::optional<ClipboardCore::ClipType> m_type;
-    int m_count = 0;
+    int m_count = -1;
     int m_padding;
 };
 

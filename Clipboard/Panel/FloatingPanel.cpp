@@ -1,5 +1,6 @@
 #include "FloatingPanel.h"
 
+#include "Accessibility.h"
 #include "HistoryViewModel.h"
 #include "KeyTranslation.h"
 #include "Motion.h"
@@ -32,6 +33,7 @@ FloatingPanel::FloatingPanel(const Services& services)
     Surface::prepare(this);
     setAttribute(Qt::WA_QuitOnClose, false);
     setWindowTitle(tr("Tessaly"));
+    Accessibility::setRole(this, QAccessible::Window);
     setObjectName(QStringLiteral("FloatingPanel"));
     connect(&services.windows, &WindowSystem::compositingChanged, this, &FloatingPanel::applyCompositing);
 }

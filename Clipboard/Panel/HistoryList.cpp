@@ -1,5 +1,6 @@
 #include "HistoryList.h"
 
+#include "AccessibleHistoryList.h"
 #include "FrameReport.h"
 #include "HistoryListModel.h"
 #include "HistoryViewModel.h"
@@ -13,6 +14,7 @@
 #include <QVariantAnimation>
 
 #include <algorithm>
+#include <utility>
 
 using ClipboardCore::FocusKey;
 
@@ -42,6 +44,7 @@ HistoryList::HistoryList(HistoryViewModel& viewModel, Thumbs& thumbs, QWidget* p
     setMouseTracking(true);
     setAutoScroll(false); // scrollToRow() does it, smoothly
     viewport()->setAutoFillBackground(false);
+    AccessibleHistoryList::install();
     setAccessibleName(tr("Clipboard history"));
     setModel(m_model);
     setItemDelegate(new ListRow(viewModel, *m_model, thumbs, this));
@@ -70,6 +73,37 @@ void HistoryList::syncSelection(bool animated)
     if (row)
         scrollToRow(*row, animated);
     refreshRows();
+}
+
+bool HistoryList::hasPanelFocus() const
+{
+    return isVisible() && isActiveWindow() && !m_viewModel.focus().has_value() && !m_viewModel.cmdkOpen();
+}
+
+void HistoryList::announceFocus()
+{
+    const auto focused = hasPanelFocus() ? m_viewModel.selectedID() : std::nullopt;
+    if (std::exchange(m_announced, focused) == focused || !focused || !QAccessible::isActive())
+        return;
+    const auto* list = static_cast<AccessibleHistoryList*>(QAccessible::queryAccessibleInterface(this));
+    if (QAccessibleInterface* row = list->row(*focused)) {
+        QAccessibleEvent event(row, QAccessible::Focus);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
+bool HistoryList::event(QEvent* event)
+{
+    // The text field, which has the keyboard, is told of first.
+    if (event->type() == QEvent::WindowActivate)
+        QMetaObject::invokeMethod(this, &HistoryList::announceFocus, Qt::QueuedConnection);
+    return QListView::event(event);
+}
+
+void HistoryList::hideEvent(QHideEvent* event)
+{
+    m_announced.reset();
+    QListView::hideEvent(event);
 }
 
 void HistoryList::scrollToRow(int row, bool animated)

@@ -30,15 +30,31 @@ public:
     /// Repaints the rows, for ages and focus.
     void refreshRows() { viewport()->update(); }
 
+    /// Tells assistive technologies which row has the panel's focus, when that changed.
+    void announceFocus();
+    /// True while the selected row is what the keys of the panel act on.
+    [[nodiscard]] bool hasPanelFocus() const;
+
+    [[nodiscard]] HistoryViewModel& viewModel() const { return m_viewModel; }
+    [[nodiscard]] const HistoryListModel& entries() const { return *m_model; }
+
     /// The frames of the rows on screen, in the coordinates of `ancestor`, as they are once scrolling has come to rest.
     void addFrames(QHash<ClipboardCore::FocusKey, QRectF>& frames, const QWidget* ancestor) const;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+
+    // What the toolkit does, but for telling of a focus that may be elsewhere: announceFocus() does that.
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override
+    {
+        QAbstractItemView::currentChanged(current, previous);
+    }
 
 private:
     void scrollToRow(int row, bool animated);
@@ -49,6 +65,7 @@ private:
     HistoryListModel* m_model;
     OverlayScrollBar* m_scrollBar;
     QVariantAnimation* m_scrolling;
+    std::optional<QUuid> m_announced; // the row that was last told to have the focus
 };
 
 } // namespace Clipboard

@@ -1,5 +1,7 @@
 #include "ImageBody.h"
 
+#include "Accessibility.h"
+#include "ClipItemTexts.h"
 #include "Painting.h"
 #include "Theme.h"
 #include "Thumbs.h"
@@ -21,12 +23,14 @@ ImageBody::ImageBody(Thumbs& thumbs, QWidget* parent)
     : PreviewBody(parent)
     , m_thumbs(thumbs)
 {
+    Accessibility::setRole(this, QAccessible::Graphic);
     connect(&thumbs, &Thumbs::finished, this, qOverload<>(&QWidget::update));
 }
 
 void ImageBody::setItem(const ClipboardCore::ClipItem& item, int /*visibleHeight*/)
 {
     m_path = item.content.toString();
+    setAccessibleName(rowTitle(item));
     update();
 }
 

@@ -1,5 +1,6 @@
 #include "MetaCaption.h"
 
+#include "Accessibility.h"
 #include "ClipItemTexts.h"
 #include "IconCache.h"
 #include "ImageDimensions.h"
@@ -76,6 +77,7 @@ MetaCaption::MetaCaption(QWidget* parent)
     : QWidget(parent)
     , m_details(cachedDetails)
 {
+    Accessibility::setRole(this, QAccessible::StaticText);
 }
 
 void MetaCaption::setItem(const ClipItem& item)

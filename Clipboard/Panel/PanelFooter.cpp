@@ -1,5 +1,6 @@
 #include "PanelFooter.h"
 
+#include "Accessibility.h"
 #include "Hint.h"
 #include "Painting.h"
 #include "Theme.h"
@@ -13,6 +14,7 @@ namespace Clipboard {
 PanelFooter::PanelFooter(QWidget* parent)
     : QWidget(parent)
 {
+    Accessibility::setRole(this, QAccessible::StaticText);
     setCount(0);
 }
 

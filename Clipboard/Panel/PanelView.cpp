@@ -2,7 +2,7 @@
 
 #include "ClipItemTexts.h"
 #include "CommandSheet.h"
-#include "EmptyContent.h"
+#include "EmptyView.h"
 #include "FilterChips.h"
 #include "FrameReport.h"
 #include "HistoryList.h"
@@ -35,6 +35,7 @@ PanelView::PanelView(HistoryViewModel& viewModel, const Workspace& workspace, Th
     , m_header(new PanelHeader(viewModel, this))
     , m_list(new HistoryList(viewModel, thumbs, this))
     , m_preview(new PreviewPane(viewModel, workspace, thumbs, this))
+    , m_empty(new EmptyView(this))
     , m_footer(new PanelFooter(this))
     , m_sheet(new CommandSheet(viewModel, thumbs, this))
 {
@@ -99,6 +100,7 @@ void PanelView::sync()
     if (what & keyboard)
         activeField()->setFocus(Qt::OtherFocusReason);
     publishFrames();
+    m_list->announceFocus();
 }
 
 void PanelView::syncEntries()
@@ -108,9 +110,25 @@ void PanelView::syncEntries()
     const bool isEmpty = m_viewModel.visible().isEmpty();
     m_list->setVisible(!isEmpty);
     m_preview->setVisible(!isEmpty);
-    if (isEmpty || m_isEmpty != isEmpty)
+    if (isEmpty)
+        syncEmptyView();
+    m_empty->setVisible(isEmpty);
+    if (m_isEmpty != isEmpty)
         update();
     m_isEmpty = isEmpty;
+}
+
+void PanelView::syncEmptyView()
+{
+    if (!m_viewModel.query().isEmpty())
+        m_empty->setContent(
+            {QLatin1String("search"), tr("No Results"), tr("Nothing matches “%1”").arg(m_viewModel.query())});
+    else if (const auto filter = m_viewModel.filter())
+        m_empty->setContent(
+            {Theme::typeIcon(*filter), meta(*filter).label, tr("Nothing of this type has been copied yet.")});
+    else
+        m_empty->setContent(
+            {QLatin1String("clipboard"), tr("Nothing Copied Yet"), tr("Copy something — it will show up here.")});
 }
 
 void PanelView::publishFrames()
@@ -150,6 +168,7 @@ void PanelView::resizeEvent(QResizeEvent* event)
     m_header->setGeometry(0, 0, width(), Theme::headerHeight - seam);
     m_list->setGeometry(0, content.top(), Theme::listWidth - seam, content.height());
     m_preview->setGeometry(Theme::listWidth, content.top(), width() - Theme::listWidth - outline, content.height());
+    m_empty->setGeometry(content);
     m_footer->setGeometry(0, content.bottom() + 1 + seam, width(), Theme::footerHeight - seam);
     m_sheet->setGeometry(rect());
     changed(selection | state | sheet);
@@ -182,22 +201,9 @@ void PanelView::paintEvent(QPaintEvent* /*event*/)
     const int seamWidth = width() - 2 * outline;
     painter.fillRect(outline, content.top() - seam, seamWidth, seam, Theme::seam);
     painter.fillRect(outline, content.bottom() + 1, seamWidth, seam, Theme::seam);
-    if (m_isEmpty)
-        paintEmptyContent(painter, content);
-    else
+    if (!m_isEmpty)
         painter.fillRect(Theme::listWidth - seam, content.top(), seam, content.height(), Theme::seam);
     reportFrame(this, "panel-painted");
-}
-
-void PanelView::paintEmptyContent(QPainter& painter, const QRectF& area) const
-{
-    EmptyContent empty{QLatin1String("clipboard"), tr("Nothing Copied Yet"),
-                       tr("Copy something — it will show up here.")};
-    if (!m_viewModel.query().isEmpty())
-        empty = {QLatin1String("search"), tr("No Results"), tr("Nothing matches “%1”").arg(m_viewModel.query())};
-    else if (const auto filter = m_viewModel.filter())
-        empty = {Theme::typeIcon(*filter), meta(*filter).label, tr("Nothing of this type has been copied yet.")};
-    empty.paint(painter, area);
 }
 
 } // namespace Clipboard

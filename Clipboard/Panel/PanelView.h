@@ -6,6 +6,7 @@
 namespace Clipboard {
 
 class CommandSheet;
+class EmptyView;
 class HistoryList;
 class HistoryViewModel;
 class PanelFooter;
@@ -49,7 +50,7 @@ private:
     void changed(unsigned what);
     void syncEntries();
     void publishFrames();
-    void paintEmptyContent(QPainter& painter, const QRectF& area) const;
+    void syncEmptyView();
     void refreshAges();
     [[nodiscard]] QRect contentRect() const;
 
@@ -57,6 +58,7 @@ private:
     PanelHeader* m_header;
     HistoryList* m_list;
     PreviewPane* m_preview;
+    EmptyView* m_empty;
     PanelFooter* m_footer;
     CommandSheet* m_sheet;
     QTimer m_ages;

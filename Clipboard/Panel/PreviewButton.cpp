@@ -1,5 +1,6 @@
 #include "PreviewButton.h"
 
+#include "Accessibility.h"
 #include "Painting.h"
 #include "TintedIcon.h"
 
@@ -66,7 +67,10 @@ PreviewButton::PreviewButton(ItemAction action, QWidget* parent)
 {
     setText(label(action));
     setAccessibleName(text());
-    setCheckable(action == ItemAction::pin);
+    if (action == ItemAction::pin) {
+        setCheckable(true);
+        Accessibility::setRole(this, QAccessible::CheckBox);
+    }
     setTip(text(), keys(action));
 }
 

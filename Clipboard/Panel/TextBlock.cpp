@@ -1,5 +1,6 @@
 #include "TextBlock.h"
 
+#include "Accessibility.h"
 #include "Theme.h"
 
 #include <QClipboard>
@@ -45,6 +46,7 @@ TextBlock::TextBlock(const Fonts::Style& style, QWidget* parent)
     , m_style(style)
 {
     setCursor(Qt::IBeamCursor);
+    Accessibility::setRole(this, QAccessible::StaticText);
     m_slices.setInterval(0);
     connect(&m_slices, &QTimer::timeout, this, &TextBlock::layOutSlice);
 }

@@ -1,5 +1,6 @@
 #include "DialogButton.h"
 
+#include "Accessibility.h"
 #include "KeyCap.h"
 #include "Painting.h"
 
@@ -19,6 +20,7 @@ DialogButton::DialogButton(const QString& text, QString keys, bool destructive, 
 {
     setText(text);
     setFocusPolicy(Qt::StrongFocus);
+    Accessibility::setShortcut(this, m_keys);
 }
 
 QSize DialogButton::controlSize() const

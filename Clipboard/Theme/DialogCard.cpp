@@ -1,5 +1,6 @@
 #include "DialogCard.h"
 
+#include "Accessibility.h"
 #include "DialogButton.h"
 #include "Painting.h"
 
@@ -72,6 +73,7 @@ DialogCard::DialogCard(bool composited, const TintedIcon& sign, QWidget* parent)
     m_surface.setComposited(composited);
     Surface::prepare(this);
     setModal(true);
+    Accessibility::setRole(this, QAccessible::Dialog);
 }
 
 void DialogCard::setTexts(const QString& title, const QString& text)

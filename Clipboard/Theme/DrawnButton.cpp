@@ -1,5 +1,6 @@
 #include "DrawnButton.h"
 
+#include "Accessibility.h"
 #include "HoverTip.h"
 #include "Painting.h"
 
@@ -21,6 +22,7 @@ DrawnButton::DrawnButton(QWidget* parent)
 {
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::NoFocus);
+    Accessibility::setRole(this, QAccessible::Button);
 }
 
 DrawnButton::~DrawnButton()
@@ -30,6 +32,7 @@ DrawnButton::~DrawnButton()
 
 void DrawnButton::setRing(bool ring)
 {
+    Accessibility::setFocused(this, ring);
     if (m_ring == ring)
         return;
     m_ring = ring;
@@ -101,6 +104,7 @@ void DrawnButton::setTip(const QString& text, const QString& keys)
 {
     m_tipText = text;
     m_tipKeys = keys;
+    Accessibility::setShortcut(this, keys);
 }
 
 void DrawnButton::timerEvent(QTimerEvent* event)

@@ -1,5 +1,6 @@
 #include "HoverTip.h"
 
+#include "Accessibility.h"
 #include "KeyCap.h"
 #include "Painting.h"
 #include "Theme.h"
@@ -33,6 +34,8 @@ HoverTip::HoverTip(const QString& text, const QString& keys, const QRect& contro
     , m_keys(keys)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
+    Accessibility::setRole(this, QAccessible::ToolTip);
+    setAccessibleName(text);
     const int width = tipWidth(text, keys);
     const QRect room = window->contentsRect().adjusted(edgeGap, 0, -edgeGap, 0);
     const int rightmost = std::max(room.left(), room.right() + 1 - width);

@@ -1,5 +1,6 @@
 #include "ToastPresenter.h"
 
+#include "Accessibility.h"
 #include "ToastView.h"
 #include "WindowSystem.h"
 
@@ -46,6 +47,7 @@ void ToastPresenter::show(const QString& text)
         m_view->placeIn(screen->availableGeometry());
     m_view->fadeIn();
     m_view->show();
+    Accessibility::announce(m_view.get());
     m_hideTimer.start();
     emit shown(text);
 }

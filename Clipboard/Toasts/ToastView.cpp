@@ -1,5 +1,6 @@
 #include "ToastView.h"
 
+#include "Accessibility.h"
 #include "Motion.h"
 #include "Painting.h"
 #include "TintedIcon.h"
@@ -42,9 +43,9 @@ ToastView::ToastView(QString text, bool composited)
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_QuitOnClose, false);
     setFocusPolicy(Qt::NoFocus);
+    Accessibility::setRole(this, QAccessible::Notification);
     setWindowTitle(m_text);
     setAccessibleName(m_text);
-    setWindowTitle(m_text);
 }
 
 void ToastView::placeIn(const QRect& workArea)
