@@ -18,6 +18,8 @@ public:
     AnnotationMeasures(QSize picture, std::shared_ptr<const TextLayout> textLayout);
 
     [[nodiscard]] double strokeWidth(const Annotation& of) const;
+    /// As wide at its base as it is long; no longer than the arrow.
+    [[nodiscard]] double arrowHeadLength(const Annotation& of) const;
     [[nodiscard]] double counterDiameter(const Annotation& of) const;
     /// The side of a block of the pixelated picture.
     [[nodiscard]] int pixelateBlockSize() const;

@@ -81,10 +81,15 @@ private:
     [[nodiscard]] QList<EditorOutcome> on(const EditorEvents::ConfirmDiscard& event);
 
     [[nodiscard]] bool isFinishing() const;
-    void show(Waiting next);
+    /// Whether the session may change: a document is open and not being finished.
+    [[nodiscard]] bool isEditable() const { return m_open && !isFinishing(); }
+    /// Opens a document, in the place of the open one if there is one.
+    void show(const Waiting& next);
+    /// The open document goes; the one that waits takes its place, or else the window closes with these outcomes.
     [[nodiscard]] QList<EditorOutcome> leave(const QList<EditorOutcome>& closing);
-    [[nodiscard]] QList<EditorOutcome> fail(Finishes::iterator finish);
+    /// Leaves without a result, at once or after the discard question.
     [[nodiscard]] QList<EditorOutcome> askOrLeave();
+    [[nodiscard]] QList<EditorOutcome> fail(Finishes::iterator finish);
     [[nodiscard]] EditorKeyOutcome keyWhileTyping(const EditorKey& key);
     [[nodiscard]] EditorKeyOutcome keyOnCanvas(const EditorKey& key);
 
