@@ -144,6 +144,8 @@ bool FloatingPanel::handleKey(const QKeyEvent& event)
         return false;
     m_view->sync(); // navigation reads the frames
     ClipboardCore::KeyEvent key = translateKey(event);
+    if (key.code == KeyCode::right)
+        m_view->completePreview();
     if (key.code == KeyCode::keypadEnter)
         key.code = KeyCode::return_;
     const bool handled = m_services.viewModel.handleKey(key) || copySelectedPreview(key);

@@ -68,6 +68,8 @@ void PanelView::connectViewModel()
     connect(model, &HistoryViewModel::cmdkIndexChanged, this, [this] { changed(sheet); });
     connect(model, &HistoryViewModel::cmdkQueryChanged, this, [this] { changed(sheet); });
     connect(model, &HistoryViewModel::focusTokenChanged, this, [this] { changed(keyboard); });
+    connect(model, &HistoryViewModel::qrPreviewChanged, this, [this] { changed(selection); });
+    connect(m_preview, &PreviewPane::framesChanged, this, [this] { changed(places); });
 }
 
 void PanelView::changed(unsigned what)
@@ -145,6 +147,12 @@ void PanelView::publishFrames()
 SearchField* PanelView::activeField() const
 {
     return m_viewModel.cmdkOpen() ? m_sheet->filterField() : m_header->searchField();
+}
+
+void PanelView::completePreview()
+{
+    m_preview->completeActions();
+    publishFrames();
 }
 
 void PanelView::setCornerRadius(int radius)

@@ -30,6 +30,8 @@ public:
 
     /// Brings everything on screen, and the view model's frames, in line with the view model now.
     void sync();
+    /// Finds out what of the preview was put off, for a key that is about to need it.
+    void completePreview();
 
     /// The field that has the keyboard: the search field, or the filter of the command sheet.
     [[nodiscard]] SearchField* activeField() const;
@@ -45,7 +47,15 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    enum Change : unsigned { entries = 1, selection = 2, state = 4, keyboard = 8, sheet = 16, everything = 31 };
+    enum Change : unsigned {
+        entries = 1,
+        selection = 2,
+        state = 4,
+        keyboard = 8,
+        sheet = 16,
+        places = 32,
+        everything = 63
+    };
     void connectViewModel();
     void changed(unsigned what);
     void syncEntries();

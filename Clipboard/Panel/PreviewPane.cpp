@@ -5,7 +5,9 @@
 #include "MetaCaption.h"
 #include "OverlayScrollBar.h"
 #include "PreviewBody.h"
-#include "PreviewButton.h"
+#include "PreviewButtonBar.h"
+#include "QRInline.h"
+#include "SmartActionsSection.h"
 #include "Theme.h"
 
 #include <QPaintEvent>
@@ -13,20 +15,24 @@
 #include <QScrollArea>
 #include <QScrollBar>
 
+#include <algorithm>
+#include <utility>
+
 using ClipboardCore::ClipItem;
 using ClipboardCore::ClipType;
 using ClipboardCore::FocusKey;
-using ClipboardCore::ItemAction;
 
 namespace Clipboard {
 
 namespace {
 
 constexpr int captionGap = 8;
+constexpr int blockGap = 12;
 constexpr int scrollBarInset = 3;
-constexpr int outlineWidth = 1; // the panel's, which the pane leaves free at its right edge
 constexpr int innerWidth = 348;
 constexpr int wheelStep = 20;
+// The actions of a shorter content are found in a fraction of a millisecond.
+constexpr qsizetype actionsAtOnceBytes = qsizetype{16} * 1024;
 
 } // namespace
 
@@ -39,6 +45,9 @@ PreviewPane::PreviewPane(HistoryViewModel& viewModel, const Workspace& workspace
     , m_content(new QWidget)
     , m_scrollBar(new OverlayScrollBar(m_scroll->verticalScrollBar(), this))
     , m_caption(new MetaCaption(m_content))
+    , m_actions(new SmartActionsSection(viewModel, innerWidth, m_content))
+    , m_qr(new QRInline(m_content))
+    , m_buttons(new PreviewButtonBar(viewModel, this))
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
     m_scroll->setFrameShape(QFrame::NoFrame);
@@ -49,19 +58,8 @@ PreviewPane::PreviewPane(HistoryViewModel& viewModel, const Workspace& workspace
     m_scroll->viewport()->setAutoFillBackground(false);
     m_content->setAutoFillBackground(false);
     m_scroll->verticalScrollBar()->setSingleStep(wheelStep);
-    makeButtons();
-}
-
-void PreviewPane::makeButtons()
-{
-    for (const ItemAction action : ClipboardCore::allItemActions) {
-        auto* button = new PreviewButton(action, this);
-        connect(button, &QAbstractButton::clicked, this, [this, action] {
-            m_viewModel.activate(FocusKey::button(action));
-            syncItem(); // whatever the click made of a checkable button, the entry decides
-        });
-        m_buttons.append(button);
-    }
+    connect(m_scroll->verticalScrollBar(), &QScrollBar::valueChanged, this, &PreviewPane::framesChanged);
+    m_qr->hide();
 }
 
 PreviewBody* PreviewPane::bodyFor(ClipType type)
@@ -81,38 +79,67 @@ void PreviewPane::syncItem()
 {
     const auto item = m_viewModel.selectedItem();
     m_scroll->setVisible(item.has_value());
-    const bool canAnnotate = item && item->type == ClipType::image && m_viewModel.onAnnotate;
-    for (PreviewButton* button : std::as_const(m_buttons)) {
-        button->setVisible(item.has_value());
-        button->setEnabled(button->action() != ItemAction::annotate || canAnnotate);
-        button->setChecked(button->action() == ItemAction::pin && item && item->isPinned);
-    }
+    m_buttons->setVisible(item.has_value());
+    if (m_shown.has_value() != item.has_value())
+        update();
     if (!item) {
         m_shown.reset();
-        return update();
-    }
-    m_caption->setItem(*item);
-    if (m_shown == item->id)
         return;
-    const bool wasEmpty = !m_shown.has_value();
-    m_shown = item->id;
-    PreviewBody* body = bodyFor(item->type);
+    }
+    m_buttons->syncItem();
+    m_caption->setItem(*item);
+    if (m_shown != item->id)
+        show(*item);
+    syncQR();
+}
+
+void PreviewPane::show(const ClipItem& item)
+{
+    m_shown = item.id;
+    PreviewBody* body = bodyFor(item.type);
     if (m_body != nullptr && m_body != body)
         m_body->hide();
     m_body = body;
     m_body->resize(innerWidth, 0);
-    m_body->setItem(*item, Theme::panelHeight);
+    m_body->setItem(item, Theme::panelHeight);
     m_body->show();
+    m_actionsPending = true;
+    if (item.content.byteCount() <= actionsAtOnceBytes)
+        completeActions();
+    else
+        m_actions->setActions({}, item.type);
     layOutContent();
     m_scroll->verticalScrollBar()->setValue(0);
-    if (wasEmpty)
-        update();
+}
+
+void PreviewPane::completeActions()
+{
+    const auto item = m_viewModel.selectedItem();
+    if (!m_actionsPending || !item || item->id != m_shown)
+        return;
+    m_actionsPending = false;
+    m_actions->setActions(m_viewModel.smartActions(), item->type);
+    layOutContent();
+}
+
+void PreviewPane::syncQR()
+{
+    const QImage& code = m_viewModel.qrPreview();
+    const bool appears = m_qr->isHidden() && !code.isNull();
+    m_qr->setImage(code);
+    m_qr->setVisible(!code.isNull());
+    layOutContent();
+    if (appears)
+        m_scroll->verticalScrollBar()->setValue(scrollToReveal(m_qr));
 }
 
 void PreviewPane::syncFocus()
 {
-    for (PreviewButton* button : std::as_const(m_buttons))
-        button->setRing(m_viewModel.focus() == FocusKey::button(button->action()));
+    m_buttons->syncFocus();
+    m_actions->syncFocus();
+    const auto focus = m_viewModel.focus();
+    if (std::exchange(m_focus, focus) != focus && focus && focus->as<FocusKey::Action>() != nullptr)
+        m_scroll->verticalScrollBar()->setValue(scrollToReveal(m_actions));
 }
 
 QString PreviewPane::selectedText() const
@@ -124,42 +151,39 @@ void PreviewPane::addFrames(QHash<FocusKey, QRectF>& frames, const QWidget* ance
 {
     if (!m_shown)
         return;
-    for (const PreviewButton* button : m_buttons) {
-        if (button->isEnabled())
-            frames.insert(FocusKey::button(button->action()), button->controlRectIn(ancestor));
-    }
+    m_buttons->addFrames(frames, ancestor);
+    QHash<FocusKey, QRectF> actions;
+    m_actions->addFrames(actions, ancestor);
+    const int rise = scrollToReveal(m_actions) - m_scroll->verticalScrollBar()->value();
+    for (auto action = actions.cbegin(); action != actions.cend(); ++action)
+        frames.insert(action.key(), action.value().translated(0, -rise));
+}
+
+/// The nearest scroll position at which that part of the content is in sight, with the margin around it.
+int PreviewPane::scrollToReveal(const QWidget* part) const
+{
+    const QRect wanted = part->geometry().adjusted(0, -captionGap, 0, captionGap);
+    const int lowest = wanted.bottom() + 1 - m_scroll->height();
+    const QScrollBar* bar = m_scroll->verticalScrollBar();
+    return std::min(std::clamp(bar->value(), lowest, std::max(lowest, wanted.top())), bar->maximum());
 }
 
 void PreviewPane::layOutContent()
 {
     if (m_body == nullptr)
         return;
-    const int bodyHeight = m_body->contentHeight();
-    m_body->setGeometry(Theme::margin, Theme::margin, innerWidth, bodyHeight);
-    const int captionTop = Theme::margin + bodyHeight + captionGap;
-    m_caption->setGeometry(Theme::margin, captionTop, innerWidth, MetaCaption::height);
-    m_content->resize(m_scroll->width(), captionTop + MetaCaption::height + Theme::margin);
-}
-
-void PreviewPane::layOutButtons()
-{
-    const int top = height() - Theme::buttonBarHeight + (Theme::buttonBarHeight + 1 - Theme::buttonHeight) / 2;
-    int left = Theme::margin;
-    int right = width() + outlineWidth - Theme::margin;
-    for (PreviewButton* button : std::as_const(m_buttons)) {
-        const bool atLeft = button->action() == ItemAction::paste || button->action() == ItemAction::copy;
-        if (!atLeft)
-            break;
-        button->setControlGeometry({QPoint(left, top), button->controlSize()});
-        left += button->controlSize().width() + Theme::spacing;
+    int top = Theme::margin;
+    m_body->setGeometry(Theme::margin, top, innerWidth, m_body->contentHeight());
+    top += m_body->height() + captionGap;
+    m_caption->setGeometry(Theme::margin, top, innerWidth, MetaCaption::height);
+    top += MetaCaption::height + blockGap;
+    m_actions->place({Theme::margin, top});
+    top += m_actions->contentHeight();
+    if (!m_qr->isHidden()) {
+        m_qr->setGeometry(Theme::margin, top + blockGap, innerWidth, QRInline::height);
+        top += blockGap + QRInline::height;
     }
-    for (auto button = m_buttons.crbegin(); right > left && button != m_buttons.crend(); ++button) {
-        if ((*button)->action() == ItemAction::copy)
-            break;
-        right -= (*button)->controlSize().width();
-        (*button)->setControlGeometry({QPoint(right, top), (*button)->controlSize()});
-        right -= Theme::spacing;
-    }
+    m_content->resize(m_scroll->width(), top + Theme::margin);
 }
 
 void PreviewPane::resizeEvent(QResizeEvent* event)
@@ -168,8 +192,8 @@ void PreviewPane::resizeEvent(QResizeEvent* event)
     m_scrollBar->setGeometry(width() - scrollBarInset - OverlayScrollBar::grabWidth, Theme::listMargin,
                              OverlayScrollBar::grabWidth, m_scroll->height() - 2 * Theme::listMargin);
     m_scrollBar->raise();
+    m_buttons->setGeometry(0, m_scroll->height(), width(), Theme::buttonBarHeight);
     layOutContent();
-    layOutButtons();
     QWidget::resizeEvent(event);
 }
 
@@ -181,7 +205,8 @@ void PreviewPane::paintEvent(QPaintEvent* event)
         const EmptyContent none{QLatin1String("noselect"), tr("No Selection"), {}};
         return none.paint(painter, rect());
     }
-    painter.fillRect(QRect(0, height() - Theme::buttonBarHeight, width(), 1), Theme::seam);
+    if (m_actionsPending)
+        QMetaObject::invokeMethod(this, &PreviewPane::completeActions, Qt::QueuedConnection);
 }
 
 } // namespace Clipboard

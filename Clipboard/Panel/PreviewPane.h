@@ -4,7 +4,6 @@
 #include "History/ClipItem.h"
 
 #include <QHash>
-#include <QList>
 #include <QMap>
 #include <QWidget>
 
@@ -18,47 +17,64 @@ class HistoryViewModel;
 class MetaCaption;
 class OverlayScrollBar;
 class PreviewBody;
-class PreviewButton;
+class PreviewButtonBar;
+class QRInline;
+class SmartActionsSection;
 class Thumbs;
 class Workspace;
 
 /// The right side of the panel: the selected entry in full, a line about it, and what can be done with it.
+///
+/// Finding out what can be done with a large entry takes longer than a frame may: its actions appear with the frame
+/// after the one that shows it.
 class PreviewPane final : public QWidget
 {
     Q_OBJECT
 public:
     PreviewPane(HistoryViewModel& viewModel, const Workspace& workspace, Thumbs& thumbs, QWidget* parent);
 
-    /// Takes over the selected entry.
+    /// Takes over the selected entry and its QR code.
     void syncItem();
-    /// Takes over which control has focus.
+    /// Takes over which control has focus, and scrolls to it.
     void syncFocus();
+    /// Finds out now what can be done with the entry, for a key that is about to need it.
+    void completeActions();
+    /// Where the focusable elements are; those that are out of sight, where they come into sight.
     void addFrames(QHash<ClipboardCore::FocusKey, QRectF>& frames, const QWidget* ancestor) const;
 
     /// What the user has marked in the preview.
     [[nodiscard]] QString selectedText() const;
+
+signals:
+    /// Its elements have moved without the view model having changed.
+    void framesChanged();
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void makeButtons();
     [[nodiscard]] PreviewBody* bodyFor(ClipboardCore::ClipType type);
+    void show(const ClipboardCore::ClipItem& item);
+    void syncQR();
     void layOutContent();
-    void layOutButtons();
+    [[nodiscard]] int scrollToReveal(const QWidget* part) const;
 
     HistoryViewModel& m_viewModel;
     const Workspace& m_workspace;
     Thumbs& m_thumbs;
     std::optional<QUuid> m_shown;
+    std::optional<ClipboardCore::FocusKey> m_focus;
+    bool m_actionsPending = false;
     QScrollArea* m_scroll;
     QWidget* m_content;
     OverlayScrollBar* m_scrollBar;
     QMap<ClipboardCore::ClipType, PreviewBody*> m_bodies;
     PreviewBody* m_body = nullptr;
     MetaCaption* m_caption;
-    QList<PreviewButton*> m_buttons;
+    SmartActionsSection* m_actions;
+    QRInline* m_qr;
+    PreviewButtonBar* m_buttons;
 };
 
 } // namespace Clipboard

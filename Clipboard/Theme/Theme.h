@@ -20,6 +20,7 @@ inline constexpr QColor pane = rgb(0x1A1D23);
 inline constexpr QColor well = rgb(0x101216);
 inline constexpr QColor raised = rgb(0x1C1F26);
 inline constexpr QColor faint = rgb(0x1E2129);
+inline constexpr QColor qrGround = rgb(0xF4F5F8);
 // Lines.
 inline constexpr QColor seam = rgb(0x292D35);
 inline constexpr QColor outline = rgb(0x3A3F4A);

@@ -1,9 +1,12 @@
 #include "PanelFixture.h"
 
+#include "ActionChip.h"
 #include "CodeBody.h"
 #include "ColorBody.h"
+#include "FlowLayout.h"
 #include "MetaCaption.h"
 #include "PreviewBody.h"
+#include "PreviewPane.h"
 #include "TextBlock.h"
 #include "TextBody.h"
 
@@ -16,6 +19,10 @@ using namespace Clipboard::Testing;
 using namespace Qt::StringLiterals;
 using ClipboardCore::ClipItem;
 using ClipboardCore::ClipType;
+using ClipboardCore::FocusKey;
+using ClipboardCore::SmartAction;
+using ClipboardCore::SmartActionEffect;
+using ClipboardCore::SmartActionResult;
 
 class PreviewTest final : public QObject
 {
@@ -30,6 +37,11 @@ private slots:
     void captionTellsSourceAgeAndSize();
     void captionReadsFilesAside();
     void followsTheSelection();
+    void chipsWrap_data();
+    void chipsWrap();
+    void chipsRunActions();
+    void largeEntryGetsItsChipsWithTheNextFrame();
+    void chipsOutOfSightScrollIntoIt();
 };
 
 namespace {
@@ -49,6 +61,41 @@ QList<TextBlock*> shownBlocks(const QWidget& body)
     for (auto* block : body.findChildren<TextBlock*>()) {
         if (!block->isHidden())
             shown.append(block);
+    }
+    return shown;
+}
+
+SmartAction action(const QString& label)
+{
+    return {label, [label] { return SmartActionResult{{SmartActionEffect::Kind::copy, label}, label}; }};
+}
+
+/// Tells when a widget is about to be painted.
+class PaintWatcher final : public QObject
+{
+public:
+    PaintWatcher(QWidget* watched, std::function<void()> onPaint)
+        : m_onPaint(std::move(onPaint))
+    {
+        watched->installEventFilter(this);
+    }
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint)
+            m_onPaint();
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    std::function<void()> m_onPaint;
+};
+
+QList<ActionChip*> shownChips(const PanelFixture& f)
+{
+    QList<ActionChip*> shown;
+    for (auto* chip : f.view()->findChildren<ActionChip*>()) {
+        if (chip->isVisible())
+            shown.append(chip);
     }
     return shown;
 }
@@ -192,6 +239,98 @@ void PreviewTest::followsTheSelection()
     QCOMPARE(shownText(), u"second"_s);
     f.press(Qt::Key_Down);
     QCOMPARE(shownText(), u"third"_s);
+}
+
+void PreviewTest::chipsWrap_data()
+{
+    QTest::addColumn<QList<int>>("widths");
+    QTest::addColumn<std::optional<int>>("room");
+    QTest::addColumn<QList<QPoint>>("places");
+    QTest::addColumn<QSize>("size");
+    const std::optional<int> room(100);
+    QTest::newRow("none") << QList<int>() << room << QList<QPoint>() << QSize(0, 0);
+    QTest::newRow("fits to the pixel") << QList{47, 47} << room << QList<QPoint>{{0, 0}, {53, 0}} << QSize(100, 26);
+    QTest::newRow("a pixel too wide") << QList{47, 48} << room << QList<QPoint>{{0, 0}, {0, 32}} << QSize(48, 58);
+    QTest::newRow("wider than the room") << QList{20, 120, 30} << room << QList<QPoint>{{0, 0}, {0, 32}, {0, 64}}
+                                         << QSize(120, 90);
+    QTest::newRow("no room given") << QList{60, 60} << std::optional<int>() << QList<QPoint>{{0, 0}, {66, 0}}
+                                   << QSize(126, 26);
+}
+
+void PreviewTest::chipsWrap()
+{
+    QFETCH(QList<int>, widths);
+    QFETCH(std::optional<int>, room);
+    QList<QSize> sizes;
+    for (const int wide : widths)
+        sizes.append({wide, 26});
+    const FlowLayout flow(6);
+    QTEST(flow.places(sizes, room), "places");
+    QTEST(flow.size(flow.rows(sizes, room)), "size");
+}
+
+void PreviewTest::chipsRunActions()
+{
+    PanelFixture f;
+    f.catalogue = {action(u"Slugify"_s), action(u"QR code"_s), action(u"Clean whitespace"_s)};
+    f.fillTexts({u"one"_s});
+    QVERIFY(f.open());
+    QCOMPARE(shownChips(f).size(), 3);
+    f.press(Qt::Key_Right);
+    QCOMPARE(f.model.focus(), FocusKey::action(0));
+    f.press(Qt::Key_Right);
+    QCOMPARE(f.model.focus(), FocusKey::action(1));
+    const QRect frame = f.frame(FocusKey::action(1));
+    QCOMPARE(f.colorAt({frame.center().x(), frame.top() - 2}), QColor(Theme::accent));
+    f.press(Qt::Key_Return);
+    QCOMPARE(f.effects.size(), 1);
+    QCOMPARE(f.effects.last().payload, u"QR code"_s);
+    QTest::mouseClick(shownChips(f).last(), Qt::LeftButton);
+    QCOMPARE(f.effects.last().payload, u"Clean whitespace"_s);
+    f.press(Qt::Key_Down);
+    QVERIFY(f.model.focus() && f.model.focus()->as<FocusKey::Button>() != nullptr);
+}
+
+void PreviewTest::largeEntryGetsItsChipsWithTheNextFrame()
+{
+    PanelFixture f;
+    f.catalogue = {action(u"Slugify"_s)};
+    f.fillTexts({u"small"_s, QString(100'000, u'a'), QString(100'000, u'b')});
+    QVERIFY(f.open());
+    const int readBefore = f.catalogueReads;
+    std::optional<int> readWhenPainted;
+    PaintWatcher watcher(f.view()->findChild<PreviewPane*>(), [&] {
+        if (!readWhenPainted)
+            readWhenPainted = f.catalogueReads;
+    });
+    f.press(Qt::Key_Down);
+    QTRY_COMPARE(shownChips(f).size(), 1);
+    QCOMPARE(readWhenPainted, readBefore);
+    // A key that needs them comes before the next frame.
+    for (const auto key : {Qt::Key_Down, Qt::Key_Right}) {
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+        QCoreApplication::sendEvent(f.panel.windowHandle(), &press);
+    }
+    QCOMPARE(f.model.focus(), FocusKey::action(0));
+}
+
+void PreviewTest::chipsOutOfSightScrollIntoIt()
+{
+    PanelFixture f;
+    f.catalogue = {action(u"Slugify"_s), action(u"QR code"_s)};
+    f.fillTexts({u"line\n"_s.repeated(60), u"short"_s});
+    QVERIFY(f.open());
+    ActionChip* chip = shownChips(f).first();
+    const QRect content(Theme::listWidth, Theme::headerHeight, Theme::panelWidth - Theme::listWidth, 372);
+    QVERIFY(!content.contains(chip->controlRectIn(f.view())));
+    f.press(Qt::Key_Right);
+    QVERIFY(content.contains(chip->controlRectIn(f.view())));
+    QCOMPARE(f.frame(FocusKey::action(0)), chip->controlRectIn(f.view()));
+    f.press(Qt::Key_Left);
+    QVERIFY(!f.model.focus().has_value());
+    f.press(Qt::Key_Down);
+    f.press(Qt::Key_Up);
+    QVERIFY(!content.contains(chip->controlRectIn(f.view()))); // at its top again
 }
 
 QTEST_MAIN(PreviewTest)
