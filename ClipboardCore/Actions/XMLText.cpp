@@ -1,12 +1,13 @@
 #include "Actions/XMLText.h"
 
+#include "Actions/XMLSyntax.h"
 #include "Support/Utf8.h"
 
-#include <QXmlStreamEntityResolver>
 #include <QXmlStreamReader>
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -27,18 +28,10 @@ struct Token
 
 bool isBlank(QByteArrayView text)
 {
-    return std::all_of(text.begin(), text.end(),
-                       [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; });
+    return std::all_of(text.begin(), text.end(), [](char c) { return XMLSyntax::isBlank(c); });
 }
 
-/// True for what can be part of a name, and for some signs more.
-bool isNameByte(char c)
-{
-    return std::strchr(" \t\r\n<>/=\"'&;?![]", c) == nullptr;
-}
-
-/// Cuts a document into its tokens, far enough to write them again; whether it is well-formed is for the parser to say.
-/// Each byte is looked at once.
+/// Cuts a document into its tokens, far enough to write them again; whether they are well-formed is not its question.
 class Scanner
 {
 public:
@@ -57,8 +50,7 @@ private:
     /// Each answers with a length, 0 when there is no end.
     [[nodiscard]] qsizetype lengthUpTo(QByteArrayView terminator, qsizetype from) const;
     [[nodiscard]] qsizetype documentTypeLength() const;
-    qsizetype tagLength();
-    [[nodiscard]] bool hasLongReference(QByteArrayView text) const;
+    [[nodiscard]] qsizetype tagLength() const;
 
     /// Keep the tree: what is open, and which elements have text of their own.
     bool open();
@@ -67,7 +59,6 @@ private:
     QByteArrayView m_rest;
     std::vector<Token> m_tokens;
     std::vector<size_t> m_open;
-    qsizetype m_comparisons = 0;
 };
 
 std::optional<std::vector<Token>> Scanner::tokens()
@@ -95,7 +86,7 @@ bool Scanner::appendNext()
     const QByteArrayView text = m_rest.first(markup < 0 ? m_rest.size() : markup);
     if (!m_open.empty() && !isBlank(text))
         m_tokens[m_open.back()].isKept = true;
-    return !hasLongReference(text) && append(Kind::text, text.size());
+    return append(Kind::text, text.size());
 }
 
 bool Scanner::appendMarkup()
@@ -107,10 +98,8 @@ bool Scanner::appendMarkup()
             m_tokens[m_open.back()].isKept = true;
         return append(Kind::cdata, lengthUpTo("]]>", 9));
     }
-    if (m_rest.startsWith("<?")) {
-        const auto nameEnd = std::find_if_not(m_rest.begin() + 2, m_rest.end(), isNameByte);
-        return nameEnd - m_rest.begin() <= longestName && append(Kind::instruction, lengthUpTo("?>", 2));
-    }
+    if (m_rest.startsWith("<?"))
+        return append(Kind::instruction, lengthUpTo("?>", 2));
     if (m_rest.startsWith("<!"))
         return m_rest.startsWith("<!DOCTYPE") && append(Kind::documentType, documentTypeLength());
     if (m_rest.startsWith("</"))
@@ -153,43 +142,19 @@ qsizetype Scanner::documentTypeLength() const
     return 0;
 }
 
-qsizetype Scanner::tagLength()
+qsizetype Scanner::tagLength() const
 {
-    qsizetype attributes = 0;
-    qsizetype nameStart = 1;
     for (qsizetype at = 1; at < m_rest.size(); ++at) {
         const char c = m_rest[at];
-        if (isNameByte(c)) {
-            if (at - nameStart >= longestName)
-                return 0;
-            continue;
-        }
-        if (c == '>') {
-            m_comparisons += attributes * attributes;
-            return m_comparisons <= mostAttributeComparisons ? at + 1 : 0;
-        }
+        if (c == '>')
+            return at + 1;
         if (c == '"' || c == '\'') {
-            const qsizetype end = m_rest.indexOf(c, at + 1);
-            if (end < 0 || hasLongReference(m_rest.sliced(at, end - at)))
+            at = m_rest.indexOf(c, at + 1);
+            if (at < 0)
                 return 0;
-            at = end;
-            ++attributes;
         }
-        nameStart = at + 1;
     }
     return 0;
-}
-
-bool Scanner::hasLongReference(QByteArrayView text) const
-{
-    // What begins before the end of another one is shorter still.
-    for (qsizetype at = text.indexOf('&'); at >= 0; at = text.indexOf('&', at)) {
-        const qsizetype end = text.first(std::min(text.size(), at + longestName)).indexOf(';', at);
-        if (end < 0)
-            return true;
-        at = end;
-    }
-    return false;
 }
 
 bool Scanner::open()
@@ -216,84 +181,153 @@ bool Scanner::close()
     return true;
 }
 
-/// True when there may be entities beyond those of XML itself.
-bool mayDeclareEntities(QByteArrayView documentType)
+/// True for what can be part of a name, and for some signs more.
+bool isNameByte(char c)
 {
-    return documentType.contains("<!ENTITY") || documentType.contains("SYSTEM") || documentType.contains("PUBLIC");
+    return std::strchr(" \t\r\n<>/=\"'&;?![]", c) == nullptr;
 }
 
-/// Lets a reference to any entity pass, with nothing in its place.
-class EmptyEntities final : public QXmlStreamEntityResolver
+bool hasLongName(QByteArrayView text)
 {
-public:
-    QString resolveUndeclaredEntity(const QString& /*name*/) override { return u""_s; }
-};
+    const auto isLong = [length = qsizetype(0)](char c) mutable {
+        length = isNameByte(c) ? length + 1 : 0;
+        return length > longestName;
+    };
+    return std::any_of(text.begin(), text.end(), isLong);
+}
 
-bool isWellFormed(const QString& text, bool mayHaveEntities)
+/// Asks Qt's parser, which alone knows the inside of a document type. It is not asked about one that declares entities
+/// or default attributes: such declarations may be built to multiply.
+bool isDocumentType(QByteArrayView type)
 {
-    QXmlStreamReader reader(text);
+    if (type.contains("<!ENTITY") || type.contains("<!ATTLIST"))
+        return true;
+    if (hasLongName(type))
+        return false;
+    QXmlStreamReader reader(Utf8::toString(type) + u"<x/>"_s);
     reader.setNamespaceProcessing(false); // parts of documents use prefixes that are declared elsewhere
-    EmptyEntities entities;
-    if (mayHaveEntities)
-        reader.setEntityResolver(&entities);
     while (!reader.atEnd())
         reader.readNext();
     return !reader.hasError();
 }
 
-/// True when the document is well-formed. Its document type is taken out before: with no entity declared there is none
-/// to expand, and with no default attributes none to add to every element. It is looked at alone, but not when it
-/// declares such things: the declarations themselves may be built to multiply.
-bool isWellFormed(QByteArrayView document, const std::vector<Token>& tokens)
+/// Goes through the tokens of a document and sees that each is well-formed and stands where it may. Entities are never
+/// expanded.
+class Judge
 {
-    const auto isDocumentType = [](const Token& token) { return token.kind == Kind::documentType; };
-    const auto isElement = [](const Token& token) {
-        return token.kind == Kind::openTag || token.kind == Kind::emptyTag;
-    };
-    const auto type = std::find_if(tokens.begin(), tokens.end(), isDocumentType);
-    if (type == tokens.end())
-        return isWellFormed(Utf8::toString(document), false);
+public:
+    explicit Judge(const std::vector<Token>& tokens)
+        : m_tokens(tokens)
+    {
+    }
 
-    const auto root = std::find_if(tokens.begin(), tokens.end(), isElement);
-    if (root < type || std::find_if(type + 1, tokens.end(), isDocumentType) != tokens.end())
-        return false;
-    const bool mayMultiply = type->bytes.contains("<!ENTITY") || type->bytes.contains("<!ATTLIST");
-    if (!mayMultiply && !isWellFormed(Utf8::toString(type->bytes) + u"<x/>"_s, false))
-        return false;
-    const qsizetype typeStart = type->bytes.data() - document.data();
-    const QByteArrayView before = document.first(typeStart);
-    const QByteArrayView after = document.sliced(typeStart + type->bytes.size());
-    return isWellFormed(Utf8::toString(before) + Utf8::toString(after), mayDeclareEntities(type->bytes));
+    [[nodiscard]] bool isWellFormed();
+
+private:
+    bool accepts(size_t index);
+    bool acceptsDocumentType(QByteArrayView type);
+    bool acceptsElement(const Token& token);
+
+    const std::vector<Token>& m_tokens;
+    XMLSyntax::Entities m_entities = XMLSyntax::Entities::predefined;
+    qsizetype m_depth = 0;
+    bool m_hasType = false;
+    bool m_hasRoot = false;
+};
+
+bool Judge::isWellFormed()
+{
+    for (size_t index = 0; index < m_tokens.size(); ++index)
+        if (!accepts(index))
+            return false;
+    return m_hasRoot;
 }
 
-/// Nothing when it grows beyond `limit`.
-std::optional<QByteArray> written(const std::vector<Token>& tokens, qsizetype limit)
+bool Judge::accepts(size_t index)
 {
-    constexpr qsizetype indentWidth = 2;
-    QByteArray out;
+    const Token& token = m_tokens[index];
+    switch (token.kind) {
+    case Kind::text:
+        return m_depth > 0 ? XMLSyntax::isText(token.bytes, m_entities) : isBlank(token.bytes);
+    case Kind::comment:
+        return XMLSyntax::isComment(token.bytes);
+    case Kind::cdata:
+        return m_depth > 0;
+    case Kind::instruction:
+        return XMLSyntax::isInstruction(token.bytes) || (index == 0 && XMLSyntax::isDeclaration(token.bytes));
+    case Kind::documentType:
+        return acceptsDocumentType(token.bytes);
+    case Kind::openTag:
+    case Kind::emptyTag:
+        return acceptsElement(token);
+    case Kind::closeTag:
+        --m_depth;
+        return true;
+    }
+    Q_UNREACHABLE();
+}
+
+bool Judge::acceptsDocumentType(QByteArrayView type)
+{
+    if (m_hasType || m_hasRoot)
+        return false;
+    m_hasType = true;
+    if (type.contains("<!ENTITY") || type.contains("SYSTEM") || type.contains("PUBLIC"))
+        m_entities = XMLSyntax::Entities::any;
+    return isDocumentType(type);
+}
+
+bool Judge::acceptsElement(const Token& token)
+{
+    if (m_depth == 0 && std::exchange(m_hasRoot, true))
+        return false;
+    if (token.kind == Kind::openTag) {
+        ++m_depth;
+        if (!XMLSyntax::isPair(token.bytes, m_tokens[token.partner].bytes))
+            return false;
+    }
+    return XMLSyntax::isOpeningTag(token.bytes, m_entities);
+}
+
+/// Calls `line` with the depth and the bytes of each line of the formatted document.
+template <typename Line>
+void forEachLine(const std::vector<Token>& tokens, Line line)
+{
     qsizetype depth = 0;
     for (size_t index = 0; index < tokens.size(); ++index) {
         const Token& token = tokens[index];
         if (token.kind == Kind::text)
             continue;
-        if (token.kind == Kind::closeTag)
-            --depth;
-        QByteArrayView bytes = token.bytes;
         if (token.isKept) {
             const QByteArrayView last = tokens[token.partner].bytes;
-            bytes = QByteArrayView(bytes.data(), last.data() + last.size());
+            line(depth, QByteArrayView(token.bytes.data(), last.data() + last.size()));
             index = token.partner;
-        } else if (token.kind == Kind::openTag) {
-            ++depth;
+            continue;
         }
-        const qsizetype indent = indentWidth * (depth - (token.kind == Kind::openTag && !token.isKept ? 1 : 0));
-        if (out.size() + indent + bytes.size() >= limit)
-            return std::nullopt;
+        if (token.kind == Kind::closeTag)
+            --depth;
+        line(depth, token.bytes);
+        if (token.kind == Kind::openTag)
+            ++depth;
+    }
+}
+
+/// Nothing when it is larger than `limit`, which is found out before anything is written.
+std::optional<QByteArray> written(const std::vector<Token>& tokens, qsizetype limit)
+{
+    constexpr qsizetype indentWidth = 2;
+    qsizetype size = 0;
+    forEachLine(tokens, [&](qsizetype depth, QByteArrayView bytes) { size += indentWidth * depth + bytes.size() + 1; });
+    if (size > limit)
+        return std::nullopt;
+    QByteArray out;
+    out.reserve(size);
+    forEachLine(tokens, [&](qsizetype depth, QByteArrayView bytes) {
         if (!out.isEmpty())
             out.append('\n');
-        out.append(indent, ' ');
+        out.append(indentWidth * depth, ' ');
         out.append(bytes);
-    }
+    });
     return out;
 }
 
@@ -304,7 +338,7 @@ std::optional<QByteArray> formatted(QByteArrayView utf8, qsizetype limit)
     if (!utf8.startsWith('<'))
         return std::nullopt;
     const auto tokens = Scanner(utf8).tokens();
-    if (!tokens || !isWellFormed(utf8, *tokens))
+    if (!tokens || !XMLSyntax::hasOnlyCharacters(utf8) || !Judge(*tokens).isWellFormed())
         return std::nullopt;
     return written(*tokens, limit);
 }

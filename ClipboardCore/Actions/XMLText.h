@@ -10,12 +10,8 @@ namespace ClipboardCore::XMLText {
 /// More open elements than this are an attack on the indentation, not a document.
 inline constexpr qsizetype deepestNesting = 512;
 
-/// The parser copies names of any length into fixed-width counters, and versions in use overflow them.
+/// Qt's parser copies names of any length into fixed-width counters, and versions in use overflow them.
 inline constexpr qsizetype longestName = 1024;
-
-/// The parser compares each attribute of an element with each other one: the sum of the squares of their numbers.
-/// 256 elements of 64 attributes, or one of a thousand.
-inline constexpr qsizetype mostAttributeComparisons = qsizetype(1024) * 1024;
 
 /// `utf8`, trimmed, as ContentDetectors::formattedXML() describes it; the caller bounds its size. Nothing when the
 /// result would be larger than `limit` bytes.

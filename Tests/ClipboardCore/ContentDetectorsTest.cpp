@@ -292,6 +292,10 @@ void ContentDetectorsTest::slugs_data()
 void ContentDetectorsTest::xml_data()
 {
     addColumns();
+    QByteArray many = "<a";
+    for (int i = 0; i < 40; ++i)
+        many += " a" + QByteArray::number(i) + "=''";
+    many += "/>";
     addRows(
         ContentDetectors::formattedXML,
         {
@@ -333,8 +337,36 @@ void ContentDetectorsTest::xml_data()
             {"type after the root", "<a/><!DOCTYPE a>"},
             {"two types", "<!DOCTYPE a><!DOCTYPE a><a/>"},
             {"malformed type", "<!DOCTYPE a [<!ELEMENT>]><a/>"},
-            {"name too long for the parser", "<a:" + QByteArray(70'000, 'b') + "/>"},
-            {"reference too long for the parser", "<a>&" + QByteArray(70'000, 'b') + ";</a>"},
+            {"name too long for the parser", "<!DOCTYPE a [<!ELEMENT a:" + QByteArray(70'000, 'b') + " ANY>]><a/>"},
+            {"signs of names", "<_:a.b-1·><:/></_:a.b-1·>", "<_:a.b-1·>\n  <:/>\n</_:a.b-1·>"},
+            {"references", "<a b='&lt;&#x10FFFF;'>&#9;&#x1f600;</a>", "<a b='&lt;&#x10FFFF;'>&#9;&#x1f600;</a>"},
+            {"whole declaration", "<?xml version = '1.1' encoding='a-1' standalone=\"yes\" ?><a/>",
+             "<?xml version = '1.1' encoding='a-1' standalone=\"yes\" ?>\n<a/>"},
+            {"many attributes", many, many},
+            {"repeated among many", QByteArray(many).replace("a31=", "a7=")},
+            {"name begins with a digit", "<1/>"},
+            {"sign no name has", "<a\u00D7/>"},
+            {"blank before the name", "< a/>"},
+            {"slash in a tag", "<a/ ></a>"},
+            {"attributes without a blank", "<a b='1'c='2'/>"},
+            {"attribute of a close tag", "<a></a b=''>"},
+            {"less-than in a value", "<a b='<'/>"},
+            {"no character", "<a>&#0;</a>"},
+            {"no digits", "<a>&#x;</a>"},
+            {"half a pair", "<a>&#xD800;</a>"},
+            {"beyond Unicode", "<a>&#x110000;&#99999999999999999999;</a>"},
+            {"noncharacter", "<a>\uFFFE</a>"},
+            {"reference without end", "<a>&lt</a>"},
+            {"end of CDATA in a text", "<a>]]></a>"},
+            {"CDATA outside", "<![CDATA[x]]><a/>"},
+            {"hyphens in a comment", "<!-- -- --><a/>"},
+            {"three hyphens", "<!-- ---><a/>"},
+            {"reserved instruction", "<a/><?XmL?>"},
+            {"instruction without a name", "<? a?><a/>"},
+            {"second declaration", "<?xml version='1.0'?><?xml version='1.0'?><a/>"},
+            {"version of another kind", "<?xml version='2.0'?><a/>"},
+            {"declaration out of order", "<?xml encoding='a' version='1.0'?><a/>"},
+            {"encoding that is none", "<?xml version='1.0' encoding=''?><a/>"},
             {"too deep", nested("<a>", 513, "</a>")},
         });
 }
