@@ -4,6 +4,7 @@
 #include "ClearHistoryDialog.h"
 #include "ImageBlobs.h"
 #include "PanelPlacement.h"
+#include "Services/QRCode.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -50,10 +51,13 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
     , m_toasts(*m_platform.windows)
     , m_pasteService(*m_platform.keystrokes, [this](const QString& text) { m_toasts.show(text); })
     , m_store(dataFolder + u"/history.json"_s, historyCapacity, saveDelaySeconds)
-    , m_viewModel(m_store,
-                  {*m_platform.pasteboard, m_pasteService, [this](const QString& text) { m_toasts.show(text); },
-                   [](const ClipboardCore::ClipItem&) { return QList<ClipboardCore::SmartAction>(); },
-                   [](const ClipboardCore::SmartActionEffect&, HistoryViewModel&) {}})
+    , m_smartActions({*m_platform.pasteboard, *m_platform.workspace, *m_platform.textRecognizer,
+                      *m_platform.linkMetadata, [this](const QString& text) { m_toasts.show(text); }, &QRCode::image})
+    , m_viewModel(m_store, {*m_platform.pasteboard, m_pasteService,
+                            [this](const QString& text) { m_toasts.show(text); }, &ClipboardCore::SmartActions::actions,
+                            [this](const ClipboardCore::SmartActionEffect& effect, HistoryViewModel& viewModel) {
+                                m_smartActions.perform(effect, viewModel);
+                            }})
     , m_watcher(*m_platform.pasteboard, *m_platform.workspace, m_store, m_imagesDir)
     , m_statusItem(LoginItem(), m_platform.windows->isCompositing())
     , m_panel({m_viewModel, *m_platform.windows, *m_platform.workspace, m_thumbs})

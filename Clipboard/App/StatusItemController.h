@@ -8,6 +8,7 @@
 #include "PasteService.h"
 #include "PasteboardWatcher.h"
 #include "PlatformLoader.h"
+#include "SmartActionRunner.h"
 #include "StatusItem.h"
 #include "Thumbs.h"
 #include "ToastPresenter.h"
@@ -57,6 +58,7 @@ private:
     ToastPresenter m_toasts;
     PasteService m_pasteService;
     ClipboardCore::JSONHistoryStore m_store;
+    SmartActionRunner m_smartActions;
     HistoryViewModel m_viewModel;
     PasteboardWatcher m_watcher;
     StatusItem m_statusItem;

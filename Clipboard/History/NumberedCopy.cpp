@@ -68,7 +68,7 @@ std::optional<QString> copyNumbered(const QString& sourcePath, const QString& fo
         return std::nullopt;
 
     QFile target;
-    const auto path = createNumbered(target, folder, info.fileName(), status.st_mode & ACCESSPERMS);
+    auto path = createNumbered(target, folder, info.fileName(), status.st_mode & ACCESSPERMS);
     if (!path)
         return std::nullopt;
     if (!copyContent(source, target)) {

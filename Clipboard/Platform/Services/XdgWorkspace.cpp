@@ -50,18 +50,24 @@ void XdgWorkspace::openURL(const QUrl& url)
 void XdgWorkspace::revealFile(const QString& path)
 {
     const QUrl file = QUrl::fromLocalFile(path);
+    const QUrl folder = file.adjusted(QUrl::RemoveFilename);
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        openWithDefaultProgram(folder);
+        return;
+    }
+
     QDBusMessage request =
         QDBusMessage::createMethodCall(u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s,
                                        u"org.freedesktop.FileManager1"_s, u"ShowItems"_s);
     const QString startupID; // none: we cannot tell the time of the key press
     request.setArguments({QStringList{QString::fromLatin1(file.toEncoded())}, startupID});
 
-    auto* answer =
-        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(request, fileManagerLimit), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [answer, file] {
+    auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(request, fileManagerLimit), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [answer, folder] {
         if (answer->isError()) {
             qCInfo(log) << "The file manager cannot show the file:" << answer->error().message();
-            openWithDefaultProgram(file.adjusted(QUrl::RemoveFilename));
+            openWithDefaultProgram(folder);
         }
         answer->deleteLater();
     });

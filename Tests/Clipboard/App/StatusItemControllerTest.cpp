@@ -54,6 +54,8 @@ struct Fixture
         platform.keystrokes = std::move(fakeKeystrokes);
         platform.workspace = std::make_unique<FakeWorkspace>();
         platform.windows = std::make_unique<FakeWindowSystem>();
+        platform.textRecognizer = std::make_unique<FakeTextRecognizer>();
+        platform.linkMetadata = std::make_unique<FakeLinkMetadataProvider>();
         controller = std::make_unique<StatusItemController>(std::move(platform), folder.path());
     }
 
