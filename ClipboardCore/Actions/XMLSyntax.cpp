@@ -252,8 +252,8 @@ bool isInstruction(QByteArrayView instruction)
 
 bool isDeclaration(QByteArrayView declaration)
 {
-    Cursor cursor(declaration.sliced(5).chopped(2));
-    const auto version = cursor.assigned("version");
+    Cursor cursor(declaration.sliced(2).chopped(2));
+    const auto version = cursor.skip("xml") ? cursor.assigned("version") : std::nullopt;
     if (!version || !version->startsWith("1.") || version->size() < 3 ||
         !std::all_of(version->begin() + 2, version->end(), isDigit))
         return false;

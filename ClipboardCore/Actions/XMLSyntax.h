@@ -18,7 +18,7 @@ enum class Entities {
 [[nodiscard]] bool isText(QByteArrayView text, Entities entities);          // 14 and 67: what is between markup
 [[nodiscard]] bool isComment(QByteArrayView comment);                       // 15
 [[nodiscard]] bool isInstruction(QByteArrayView instruction);               // 16
-[[nodiscard]] bool isDeclaration(QByteArrayView declaration);               // 23, begun with "<?xml"
+[[nodiscard]] bool isDeclaration(QByteArrayView declaration);               // 23
 [[nodiscard]] bool isOpeningTag(QByteArrayView tag, Entities entities);     // 40 and 44
 [[nodiscard]] bool isPair(QByteArrayView openTag, QByteArrayView closeTag); // 42, of the same name
 
