@@ -1,6 +1,8 @@
 #include "Actions/ContentDetectors.h"
 #include "Fuzzer.h"
 
+#include <algorithm>
+
 using namespace ClipboardCore;
 
 void Fuzzer::run(QByteArrayView input)

@@ -1,13 +1,15 @@
 #include "Actions/ContentDetectors.h"
 #include "Fuzzer.h"
+#include "Support/WhiteSpace.h"
 
 using namespace ClipboardCore;
 using ContentDetectors::formattedXML;
 
 namespace {
 
-QByteArray withoutBlanks(QByteArray xml)
+QByteArray withoutBlanks(QByteArrayView document)
 {
+    QByteArray xml = WhiteSpace::trimmed(document).toByteArray();
     xml.removeIf([](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; });
     return xml;
 }
