@@ -70,13 +70,13 @@ WorkerProcess::WorkerProcess(QString program, WorkerTask task, QObject* parent)
     m_process.setStandardErrorFile(QProcess::nullDevice());
     connect(&m_process, &QProcess::readyReadStandardOutput, this, &WorkerProcess::takeOutput);
     connect(&m_process, &QProcess::finished, this, [this](int exitCode, QProcess::ExitStatus status) {
-        finish(status == QProcess::NormalExit && exitCode == 0);
+        finish(status == QProcess::NormalExit && exitCode == 0 ? decoded(m_output) : std::nullopt);
     });
     connect(&m_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
         if (error != QProcess::FailedToStart) // all others are followed by finished(), or harmless
             return;
         qCWarning(log).noquote() << m_program << "cannot be started:" << m_process.errorString();
-        finish(false);
+        finish(std::nullopt);
     });
     m_limit.setSingleShot(true);
     connect(&m_limit, &QTimer::timeout, this, &WorkerProcess::giveUp);
@@ -102,8 +102,6 @@ void WorkerProcess::start()
 void WorkerProcess::takeOutput()
 {
     const QByteArray more = m_process.readAllStandardOutput();
-    if (m_isAnswered)
-        return;
     if (m_output.size() + more.size() > maxOutputBytes)
         giveUp();
     else
@@ -112,17 +110,22 @@ void WorkerProcess::takeOutput()
 
 void WorkerProcess::giveUp()
 {
-    answer(std::nullopt);
-    if (m_isStarted)
-        m_process.kill();
-    else
-        emit ended();
+    m_limit.stop();
+    m_process.kill();
+    later([this] {
+        if (!m_isStarted)
+            emit ended();
+        answer(std::nullopt);
+    });
 }
 
-void WorkerProcess::finish(bool isSuccess)
+void WorkerProcess::finish(const std::optional<QString>& output)
 {
-    answer(isSuccess ? decoded(m_output) : std::nullopt);
-    emit ended();
+    m_limit.stop();
+    later([this, output] {
+        emit ended();
+        answer(output);
+    });
 }
 
 void WorkerProcess::answer(const std::optional<QString>& output)
@@ -130,10 +133,12 @@ void WorkerProcess::answer(const std::optional<QString>& output)
     if (m_isAnswered)
         return;
     m_isAnswered = true;
-    m_limit.stop();
-    // Not from within the signals of the process and the timer, which do not survive being destroyed by who hears it.
-    QMetaObject::invokeMethod(
-        this, [this, output] { emit answered(output); }, Qt::QueuedConnection);
+    emit answered(output); // the last thing done: nobody may be left
+}
+
+void WorkerProcess::later(const std::function<void()>& report)
+{
+    QMetaObject::invokeMethod(this, report, Qt::QueuedConnection);
 }
 
 } // namespace Clipboard

@@ -8,6 +8,7 @@
 #include <QTimer>
 
 #include <chrono>
+#include <functional>
 #include <optional>
 
 namespace Clipboard {
@@ -41,15 +42,18 @@ public:
 signals:
     /// Once: nothing runs any more.
     void ended();
-    /// Once, never before start() returns: what the program wrote; nothing unless it exited with 0 within the limit and
+    /// Once, from the event loop: what the program wrote; nothing unless it exited with 0 within the limit and
     /// wrote a bounded amount of valid UTF-8.
     void answered(const std::optional<QString>& output);
 
 private:
     void takeOutput();
     void giveUp();
-    void finish(bool isSuccess);
+    void finish(const std::optional<QString>& output);
     void answer(const std::optional<QString>& output);
+    /// Reports from the event loop: who hears it may destroy this object, which the process and the timer would not
+    /// survive in the middle of their own signals.
+    void later(const std::function<void()>& report);
 
     QString m_program;
     WorkerTask m_task;

@@ -1,0 +1,252 @@
+#include "Services/WorkerLinkMetadataProvider.h"
+#include "Services/WorkerTextRecognizer.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <cerrno>
+#include <csignal>
+#include <memory>
+
+using namespace Clipboard;
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto noHurry = std::chrono::milliseconds(30s);
+
+} // namespace
+
+/// The worker's clients against programs that behave worse than the worker does.
+class WorkerClientTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void readsLines_data();
+    void readsLines();
+    void cannotBeStarted_data();
+    void cannotBeStarted();
+    void readsTitle_data();
+    void readsTitle();
+    void keepsSecretsOfTheSession();
+    void runsAFewAtOnce();
+    void waitingCounts();
+    void leavesNothingBehind();
+    void mayBeDestroyedByItsAnswer();
+
+private:
+    /// A program that is this shell script. "$folder" is a folder of its own.
+    QString standIn(const QByteArray& script);
+    /// The answer; nothing when it came at once, twice or never.
+    std::optional<QStringList> recognize(const QString& program, std::chrono::milliseconds limit = noHurry,
+                                         const QString& picture = u"/a picture.png"_s);
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void WorkerClientTest::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_folder->isValid());
+}
+
+QString WorkerClientTest::standIn(const QByteArray& script)
+{
+    QFile file(m_folder->filePath(u"worker"_s));
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("The stand-in cannot be written");
+    file.write("#!/bin/sh\nfolder='" + m_folder->path().toUtf8() + "'\n" + script + '\n');
+    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    return file.fileName();
+}
+
+std::optional<QStringList> WorkerClientTest::recognize(const QString& program, std::chrono::milliseconds limit,
+                                                       const QString& picture)
+{
+    WorkerTextRecognizer recognizer(program, limit);
+    QList<QStringList> answers;
+    recognizer.recognize(picture, [&](const QStringList& lines) { answers.append(lines); });
+    const bool isTooEarly = !answers.isEmpty();
+    if (!QTest::qWaitFor([&] { return !answers.isEmpty(); }, 20'000))
+        return std::nullopt;
+    QTest::qWait(50);
+    return isTooEarly || answers.size() != 1 ? std::nullopt : std::optional(answers.first());
+}
+
+void WorkerClientTest::readsLines_data()
+{
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<std::chrono::milliseconds>("limit");
+    QTest::addColumn<QStringList>("expected");
+
+    const QStringList none;
+    const std::chrono::milliseconds soon = 500ms;
+    QTest::newRow("lines") << QByteArray(R"(printf ' one \n\n\ttwo\n')") << noHurry << QStringList{u"one"_s, u"two"_s};
+    QTest::newRow("is told what to do") << QByteArray(R"(printf '%s\n' "$@")") << noHurry
+                                        << QStringList{u"recognize"_s, u"/a picture.png"_s};
+    QTest::newRow("no line") << QByteArray("exit 0") << noHurry << none;
+    QTest::newRow("slow") << QByteArray("sleep 0.3; echo text") << noHurry << QStringList{u"text"_s};
+    QTest::newRow("fails") << QByteArray("echo text; exit 1") << noHurry << none;
+    QTest::newRow("crashes") << QByteArray("echo text; kill -SEGV $$") << noHurry << none;
+    QTest::newRow("hangs") << QByteArray("trap '' TERM; echo text; exec sleep 60") << soon << none;
+    QTest::newRow("no UTF-8") << QByteArray(R"(printf 'text\n\377\376')") << noHurry << none;
+    QTest::newRow("half a character") << QByteArray(R"(printf 'gr\303')") << noHurry << none;
+    QTest::newRow("100 MB") << QByteArray("head -c 100000000 /dev/zero") << noHurry << none;
+    QTest::newRow("without end") << QByteArray("exec yes") << noHurry << none;
+    QTest::newRow("complains without end") << QByteArray("exec yes >&2") << soon << none;
+    QTest::newRow("leaves a program behind") << QByteArray("sleep 3 & echo text") << 2000ms << QStringList{u"text"_s};
+}
+
+void WorkerClientTest::readsLines()
+{
+    QFETCH(QByteArray, script);
+    QFETCH(std::chrono::milliseconds, limit);
+    QFETCH(QStringList, expected);
+    int turns = 0;
+    QTimer eventLoop;
+    connect(&eventLoop, &QTimer::timeout, this, [&] { ++turns; });
+    eventLoop.start(0);
+    const std::optional<QStringList> lines = recognize(standIn(script), limit);
+    QVERIFY(lines);
+    QCOMPARE(*lines, expected);
+    QVERIFY2(turns > 20, "the event loop stood still");
+}
+
+void WorkerClientTest::cannotBeStarted_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("isExecutable");
+
+    QTest::newRow("missing") << QByteArray() << false;
+    QTest::newRow("no program") << QByteArray("#!/does/not/exist\n") << true;
+    QTest::newRow("not allowed") << QByteArray("#!/bin/sh\necho text\n") << false;
+}
+
+void WorkerClientTest::cannotBeStarted()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(bool, isExecutable);
+    QFile file(m_folder->filePath(u"worker"_s));
+    if (!content.isEmpty()) {
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        file.setPermissions(isExecutable ? QFile::ReadOwner | QFile::ExeOwner : QFile::ReadOwner);
+        file.close();
+    }
+    QCOMPARE(recognize(file.fileName()), QStringList());
+}
+
+void WorkerClientTest::readsTitle_data()
+{
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<std::optional<QString>>("expected");
+
+    QTest::newRow("a title") << QByteArray(R"(printf '[A] "title"\n')") << std::optional(uR"([A] "title")"_s);
+    QTest::newRow("is given the link") << QByteArray("head -c 30")
+                                       << std::optional(u"https://example.org/?q=aaaaaaa"_s);
+    QTest::newRow("several lines") << QByteArray(R"(printf 'a\n\n b\n')") << std::optional(u"a b"_s);
+    QTest::newRow("a blank") << QByteArray(R"(printf ' \n')") << std::optional<QString>();
+    QTest::newRow("fails") << QByteArray("echo title; exit 1") << std::optional<QString>();
+    QTest::newRow("hangs") << QByteArray("exec sleep 60") << std::optional<QString>();
+}
+
+void WorkerClientTest::readsTitle()
+{
+    QFETCH(QByteArray, script);
+    WorkerLinkMetadataProvider provider(standIn(script));
+    // More than a pipe holds, so that a worker that does not read it breaks the pipe.
+    const QUrl link(u"https://example.org/?q="_s + QString(200'000, u'a'));
+    std::optional<std::optional<QString>> answer;
+    provider.fetchTitle(link, script.contains("sleep") ? 300ms : noHurry,
+                        [&](const std::optional<QString>& title) { answer = title; });
+    QTRY_VERIFY(answer);
+    QTEST(*answer, "expected");
+}
+
+void WorkerClientTest::keepsSecretsOfTheSession()
+{
+    qputenv("TESSALY_TEST_TOKEN", "secret");
+    qputenv("https_proxy", "http://proxy.example:3128");
+    const std::optional<QStringList> environment = recognize(standIn("env"));
+    qunsetenv("TESSALY_TEST_TOKEN");
+    qunsetenv("https_proxy");
+    QVERIFY(environment);
+    QVERIFY(environment->contains(u"https_proxy=http://proxy.example:3128"_s));
+    QVERIFY(environment->filter(u"TESSALY_TEST_TOKEN"_s).isEmpty());
+}
+
+void WorkerClientTest::runsAFewAtOnce()
+{
+    constexpr int asked = 7;
+    const QString program =
+        standIn(R"(touch "$folder/run.$$"; ls "$folder" | grep -c run; echo "$2"; sleep 0.1; rm "$folder/run.$$")");
+    WorkerTextRecognizer recognizer(program);
+    QStringList pictures;
+    int most = 0;
+    for (int i = 0; i < asked; ++i) {
+        recognizer.recognize(QString::number(i), [&](const QStringList& lines) {
+            most = std::max(most, lines.value(0).toInt());
+            pictures.append(lines.value(1));
+        });
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(pictures.size(), asked, 20'000);
+    QCOMPARE(most, WorkerTextRecognizer::maxAtOnce);
+    pictures.sort();
+    QCOMPARE(pictures.join(u' '), u"0 1 2 3 4 5 6"_s);
+}
+
+void WorkerClientTest::waitingCounts()
+{
+    WorkerTextRecognizer recognizer(standIn("exec sleep 60"), 500ms);
+    int answers = 0;
+    for (int i = 0; i < 6; ++i)
+        recognizer.recognize(u"/picture.png"_s, [&](const QStringList& lines) { answers += lines.isEmpty() ? 1 : 0; });
+    // One after the other they would take three times as long as this.
+    QTRY_COMPARE_WITH_TIMEOUT(answers, 6, 1400);
+}
+
+void WorkerClientTest::leavesNothingBehind()
+{
+    auto recognizer =
+        std::make_unique<WorkerTextRecognizer>(standIn(R"(touch "$folder/pid.$$"; trap '' TERM; exec sleep 60)"));
+    bool isAnswered = false;
+    for (int i = 0; i < 5; ++i)
+        recognizer->recognize(u"/picture.png"_s, [&](const QStringList& /*lines*/) { isAnswered = true; });
+    const QDir folder(m_folder->path());
+    const QStringList started{u"pid.*"_s};
+    QTRY_COMPARE(folder.entryList(started).size(), WorkerTextRecognizer::maxAtOnce);
+
+    recognizer.reset();
+    QTest::qWait(50);
+    QVERIFY(!isAnswered);
+    const QStringList found = folder.entryList(started);
+    QCOMPARE(found.size(), WorkerTextRecognizer::maxAtOnce);
+    for (const QString& name : found) {
+        // A process that nobody asked for its end would still be there.
+        QCOMPARE(::kill(name.mid(4).toInt(), 0), -1);
+        QCOMPARE(errno, ESRCH);
+    }
+}
+
+void WorkerClientTest::mayBeDestroyedByItsAnswer()
+{
+    for (const QByteArray& script : {QByteArray("echo text"), QByteArray("exec yes"), QByteArray("exec sleep 60")}) {
+        auto recognizer = std::make_unique<WorkerTextRecognizer>(standIn(script), 300ms);
+        int answers = 0;
+        for (int i = 0; i < 4; ++i) {
+            recognizer->recognize(u"/picture.png"_s, [&](const QStringList& /*lines*/) {
+                ++answers;
+                recognizer.reset();
+            });
+        }
+        QTRY_VERIFY(!recognizer);
+        QCOMPARE(answers, 1);
+    }
+}
+
+QTEST_GUILESS_MAIN(WorkerClientTest)
+#include "WorkerClientTest.moc"
