@@ -19,7 +19,7 @@ constexpr int gap = 4;
 } // namespace
 
 ActionChip::ActionChip(int greatestWidth, QWidget* parent)
-    : DrawnButton(parent)
+    : DrawnButton(Theme::buttonRadius, parent)
     , m_greatestWidth(greatestWidth)
 {
 }
@@ -39,19 +39,17 @@ QSize ActionChip::controlSize() const
     return {std::min(m_greatestWidth, padding + signSize + gap + label + padding), Theme::chipHeight};
 }
 
-qreal ActionChip::cornerRadius() const
+ActionChip::Look ActionChip::look() const
 {
-    return Theme::buttonRadius;
+    return {controlFill(), Theme::controlLine, Theme::text, m_tint};
 }
 
-void ActionChip::paintControl(QPainter& painter, const QRectF& control)
+void ActionChip::paintContent(QPainter& painter, const QRectF& control, const Look& look)
 {
-    const QColor lit = isHovered() ? Theme::controlHover : Theme::control;
-    Painting::roundedFill(painter, control, cornerRadius(), isDown() ? Theme::controlPress : lit, Theme::controlLine);
     drawIcon(painter, {control.left() + padding, control.top(), signSize, control.height()},
-             {QLatin1String(m_icon), signSize, m_tint});
+             {QLatin1String(m_icon), signSize, look.sign});
     Painting::textLine(painter, control.adjusted(padding + signSize + gap, 0, -padding + 1, 0), Fonts::caption,
-                       Theme::text, text());
+                       look.label, text());
 }
 
 } // namespace Clipboard

@@ -20,8 +20,8 @@ public:
     [[nodiscard]] QSize controlSize() const override;
 
 protected:
-    [[nodiscard]] qreal cornerRadius() const override;
-    void paintControl(QPainter& painter, const QRectF& control) override;
+    [[nodiscard]] Look look() const override;
+    void paintContent(QPainter& painter, const QRectF& control, const Look& look) override;
 
 private:
     int m_greatestWidth;

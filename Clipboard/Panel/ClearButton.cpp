@@ -5,14 +5,19 @@
 namespace Clipboard {
 
 ClearButton::ClearButton(QWidget* parent)
-    : DrawnButton(parent)
+    : DrawnButton(size / 2.0, parent)
 {
     setAccessibleName(tr("Clear search"));
 }
 
-void ClearButton::paintControl(QPainter& painter, const QRectF& control)
+ClearButton::Look ClearButton::look() const
 {
-    drawIcon(painter, control, {QLatin1String("clear"), size, isHovered() ? Theme::text2 : Theme::text3});
+    return {{}, {}, {}, isHovered() ? Theme::text2 : Theme::text3};
+}
+
+void ClearButton::paintContent(QPainter& painter, const QRectF& control, const Look& look)
+{
+    drawIcon(painter, control, {QLatin1String("clear"), size, look.sign});
 }
 
 } // namespace Clipboard

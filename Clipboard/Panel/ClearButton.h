@@ -13,8 +13,8 @@ public:
     [[nodiscard]] QSize controlSize() const override { return {size, size}; }
 
 protected:
-    [[nodiscard]] qreal cornerRadius() const override { return size / 2.0; }
-    void paintControl(QPainter& painter, const QRectF& control) override;
+    [[nodiscard]] Look look() const override;
+    void paintContent(QPainter& painter, const QRectF& control, const Look& look) override;
 
 private:
     static constexpr int size = 16;

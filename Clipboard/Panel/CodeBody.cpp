@@ -1,6 +1,6 @@
 #include "CodeBody.h"
 
-#include "OverlayScrollBar.h"
+#include "OverlayScrollArea.h"
 #include "Painting.h"
 #include "Support/Graphemes.h"
 #include "TextBlock.h"
@@ -8,7 +8,6 @@
 #include "Theme.h"
 
 #include <QPainter>
-#include <QScrollArea>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -21,25 +20,19 @@ constexpr int greatestHeight = 196;
 constexpr int wellPadding = 4;
 constexpr int textPaddingX = 8;
 constexpr int textPaddingY = 4;
-constexpr int scrollBarInset = 3;
+constexpr OverlayScrollArea::Insets scrollInsets{.page = wellPadding, .barAcross = 3, .barAlong = wellPadding};
 
 } // namespace
 
 CodeBody::CodeBody(QWidget* parent)
     : PreviewBody(parent)
-    , m_scroll(new QScrollArea(this))
     , m_page(new QWidget)
-    , m_code(new TextBlock(Fonts::code, m_page))
-    , m_scrollBar(new OverlayScrollBar(m_scroll->verticalScrollBar(), this))
+    , m_scroll(new OverlayScrollArea(m_page, scrollInsets, this))
+    , m_code(new TextBlock(Fonts::code, TextBlock::Lines::unbroken, m_page))
 {
-    m_scroll->setFrameShape(QFrame::NoFrame);
-    m_scroll->setFocusPolicy(Qt::NoFocus);
-    m_scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_scroll->setWidget(m_page);
-    m_scroll->viewport()->setAutoFillBackground(false);
-    m_page->setAutoFillBackground(false);
-    connect(m_code, &TextBlock::contentHeightChanged, this, [this] {
+    m_scroll->verticalScrollBar()->setSingleStep(Fonts::code.lineHeight);
+    m_scroll->horizontalScrollBar()->setSingleStep(Fonts::code.lineHeight);
+    connect(m_code, &TextBlock::contentSizeChanged, this, [this] {
         layOut();
         emit contentHeightChanged();
     });
@@ -48,10 +41,10 @@ CodeBody::CodeBody(QWidget* parent)
 void CodeBody::setItem(const ClipboardCore::ClipItem& item, int /*visibleHeight*/)
 {
     const auto shown = ClipboardCore::Graphemes::prefix(item.content, previewCharacters);
-    m_code->resize(width() - 2 * (wellPadding + textPaddingX), 0);
     m_code->setText(shown.text, {}, greatestHeight);
     layOut();
     m_scroll->verticalScrollBar()->setValue(0);
+    m_scroll->horizontalScrollBar()->setValue(0);
 }
 
 int CodeBody::contentHeight() const
@@ -66,15 +59,10 @@ QString CodeBody::selectedText() const
 
 void CodeBody::layOut()
 {
-    const QRect inside =
-        QRect(0, 0, width(), contentHeight()).adjusted(wellPadding, wellPadding, -wellPadding, -wellPadding);
-    m_scroll->setGeometry(inside);
-    m_page->resize(inside.width(), m_code->contentHeight() + 2 * textPaddingY);
-    m_code->setGeometry(textPaddingX, textPaddingY, inside.width() - 2 * textPaddingX, m_code->contentHeight());
-    m_scroll->verticalScrollBar()->setSingleStep(Fonts::code.lineHeight);
-    m_scrollBar->setGeometry(width() - scrollBarInset - OverlayScrollBar::grabWidth, inside.top(),
-                             OverlayScrollBar::grabWidth, inside.height());
-    m_scrollBar->raise();
+    m_scroll->setGeometry(0, 0, width(), contentHeight());
+    const int room = width() - 2 * (wellPadding + textPaddingX);
+    m_code->setGeometry(textPaddingX, textPaddingY, std::max(room, m_code->contentWidth()), m_code->contentHeight());
+    m_page->resize(m_code->geometry().bottomRight().x() + 1 + textPaddingX, m_code->contentHeight() + 2 * textPaddingY);
 }
 
 void CodeBody::paintEvent(QPaintEvent* /*event*/)

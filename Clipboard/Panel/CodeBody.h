@@ -2,14 +2,13 @@
 
 #include "PreviewBody.h"
 
-class QScrollArea;
-
 namespace Clipboard {
 
 class OverlayScrollBar;
+class OverlayScrollArea;
 class TextBlock;
 
-/// Code in a well of its own that scrolls.
+/// Code in a well of its own that scrolls: its lines are not broken.
 class CodeBody final : public PreviewBody
 {
     Q_OBJECT
@@ -26,10 +25,9 @@ protected:
 
 private:
     void layOut();
-    QScrollArea* m_scroll;
     QWidget* m_page;
+    OverlayScrollArea* m_scroll;
     TextBlock* m_code;
-    OverlayScrollBar* m_scrollBar;
 };
 
 } // namespace Clipboard

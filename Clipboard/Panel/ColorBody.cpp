@@ -33,8 +33,9 @@ std::array<QString, 3> valueTexts(const ColorMath::RGB& color)
 
 ColorBody::ColorBody(QWidget* parent)
     : PreviewBody(parent)
-    , m_values{new TextBlock(Fonts::value, this), new TextBlock(Fonts::value, this), new TextBlock(Fonts::value, this)}
 {
+    for (TextBlock*& value : m_values)
+        value = new TextBlock(Fonts::value, TextBlock::Lines::unbroken, this);
 }
 
 void ColorBody::setItem(const ClipboardCore::ClipItem& item, int visibleHeight)

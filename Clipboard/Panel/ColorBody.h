@@ -28,7 +28,7 @@ protected:
 private:
     void layOut();
     std::optional<ClipboardCore::ColorMath::RGB> m_color;
-    std::array<TextBlock*, 3> m_values;
+    std::array<TextBlock*, 3> m_values{};
 };
 
 } // namespace Clipboard

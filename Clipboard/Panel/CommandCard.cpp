@@ -5,7 +5,7 @@
 #include "CommandRow.h"
 #include "Hint.h"
 #include "HistoryViewModel.h"
-#include "OverlayScrollBar.h"
+#include "OverlayScrollArea.h"
 #include "Painting.h"
 #include "RowThumb.h"
 #include "SearchField.h"
@@ -13,10 +13,9 @@
 #include "TintedIcon.h"
 
 #include <QPainter>
-#include <QScrollArea>
-#include <QScrollBar>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using ClipboardCore::SmartAction;
@@ -38,7 +37,7 @@ constexpr int lensSize = 16;
 constexpr int filterTextLeft = 44;
 constexpr int fieldTextInset = 2;
 constexpr int fieldHeight = 24;
-constexpr int scrollBarInset = 2;
+constexpr OverlayScrollArea::Insets scrollInsets{.page = listPadding, .barAcross = 2, .barAlong = listPadding};
 constexpr qsizetype measuredTitle = 200;
 
 } // namespace
@@ -49,20 +48,12 @@ CommandCard::CommandCard(HistoryViewModel& viewModel, Thumbs& thumbs, QWidget* p
     , m_thumbs(thumbs)
     , m_surface(sheetShadow, Theme::raised)
     , m_filter(new SearchField(Fonts::label, tr("Filter actions…"), this))
-    , m_scroll(new QScrollArea(this))
     , m_page(new QWidget)
-    , m_scrollBar(new OverlayScrollBar(m_scroll->verticalScrollBar(), this))
+    , m_scroll(new OverlayScrollArea(m_page, scrollInsets, this))
 {
     Accessibility::setRole(this, QAccessible::Dialog);
     Accessibility::setRole(m_page, QAccessible::List);
     setAccessibleName(tr("Smart Actions"));
-    m_scroll->setFrameShape(QFrame::NoFrame);
-    m_scroll->setFocusPolicy(Qt::NoFocus);
-    m_scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_scroll->setWidget(m_page);
-    m_scroll->viewport()->setAutoFillBackground(false);
-    m_page->setAutoFillBackground(false);
     connect(m_filter, &QLineEdit::textEdited, this, [this](const QString& text) { m_viewModel.setCmdkQuery(text); });
 }
 
@@ -122,15 +113,18 @@ void CommandCard::layOut()
     const int fieldLeft = inside.left() + filterTextLeft - fieldTextInset;
     m_filter->setGeometry(fieldLeft, filterTop + (filterHeight - 1 - fieldHeight) / 2,
                           inside.right() - Theme::margin - fieldLeft, fieldHeight);
-    const QRect list(inside.left() + listPadding, filterTop + filterHeight + listPadding,
-                     inside.width() - 2 * listPadding, listHeight() - 2 * listPadding);
-    m_scroll->setGeometry(list);
-    m_page->resize(list.width(), static_cast<int>(m_rows.size()) * CommandRow::height);
+    m_scroll->setGeometry(inside.left(), filterTop + filterHeight, inside.width(), listHeight());
+    const int rowWidth = inside.width() - 2 * listPadding;
+    m_page->resize(rowWidth, static_cast<int>(m_rows.size()) * CommandRow::height);
     for (int i = 0; i < static_cast<int>(m_rows.size()); ++i)
-        m_rows[i]->setGeometry(0, i * CommandRow::height, list.width(), CommandRow::height);
-    m_scrollBar->setGeometry(inside.right() + 1 - scrollBarInset - OverlayScrollBar::grabWidth, list.top(),
-                             OverlayScrollBar::grabWidth, list.height());
-    m_scrollBar->raise();
+        m_rows[i]->setGeometry(0, i * CommandRow::height, rowWidth, CommandRow::height);
+}
+
+void CommandCard::hideEvent(QHideEvent* event)
+{
+    for (CommandRow* row : std::as_const(m_rows))
+        row->setSelected(false); // so that the next opening tells of the highlighted row anew
+    QWidget::hideEvent(event);
 }
 
 void CommandCard::paintEvent(QPaintEvent* /*event*/)

@@ -8,13 +8,11 @@
 #include <QUuid>
 #include <QWidget>
 
-class QScrollArea;
-
 namespace Clipboard {
 
 class CommandRow;
 class HistoryViewModel;
-class OverlayScrollBar;
+class OverlayScrollArea;
 class SearchField;
 class Thumbs;
 
@@ -35,6 +33,7 @@ public:
     [[nodiscard]] QMargins margins() const { return m_surface.margins(); }
 
 protected:
+    void hideEvent(QHideEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
@@ -48,9 +47,8 @@ private:
     Thumbs& m_thumbs;
     Surface m_surface;
     SearchField* m_filter;
-    QScrollArea* m_scroll;
     QWidget* m_page;
-    OverlayScrollBar* m_scrollBar;
+    OverlayScrollArea* m_scroll;
     QUuid m_item; // whose actions the rows are
     QStringList m_labels;
     QList<CommandRow*> m_rows;

@@ -20,7 +20,7 @@ constexpr int gap = 6;
 } // namespace
 
 FilterChip::FilterChip(std::optional<ClipboardCore::ClipType> type, QWidget* parent)
-    : DrawnButton(parent)
+    : DrawnButton(Theme::chipRadius, parent)
     , m_type(type)
     , m_padding(usualPadding)
 {
@@ -55,11 +55,6 @@ QSize FilterChip::controlSize() const
     return {static_cast<int>(std::ceil(2 * m_padding + dot + label + gap + count)), Theme::chipHeight};
 }
 
-qreal FilterChip::cornerRadius() const
-{
-    return Theme::chipRadius;
-}
-
 FilterChip::Look FilterChip::look() const
 {
     if (isChecked())
@@ -73,23 +68,21 @@ FilterChip::Look FilterChip::look() const
     return {Theme::control, {}, Theme::text2, Theme::text2};
 }
 
-void FilterChip::paintControl(QPainter& painter, const QRectF& control)
+void FilterChip::paintContent(QPainter& painter, const QRectF& control, const Look& look)
 {
-    const Look colors = look();
-    Painting::roundedFill(painter, control, Theme::chipRadius, colors.fill, colors.line);
     QRectF rest = control.adjusted(m_padding, 0, -m_padding + 1, 0);
     if (m_type) {
         QColor dot = Theme::tint(*m_type);
         if (m_count == 0)
             dot = Painting::blended({dot.red(), dot.green(), dot.blue(), qRound(Theme::emptyChipDotOpacity * 255)},
-                                    colors.fill);
+                                    look.fill);
         const QRectF circle(rest.left(), control.center().y() - dotSize / 2.0, dotSize, dotSize);
         Painting::roundedFill(painter, circle, dotSize / 2.0, dot);
         rest.setLeft(circle.right() + gap);
     }
-    Painting::textLine(painter, rest, Fonts::chip, colors.label, text());
+    Painting::textLine(painter, rest, Fonts::chip, look.label, text());
     rest.setLeft(rest.left() + Fonts::width(Fonts::chip, text()) + gap);
-    Painting::textLine(painter, rest, Fonts::badge, colors.count, QString::number(m_count));
+    Painting::textLine(painter, rest, Fonts::badge, look.sign, QString::number(m_count));
 }
 
 } // namespace Clipboard

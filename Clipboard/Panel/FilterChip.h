@@ -22,19 +22,10 @@ public:
     [[nodiscard]] QSize controlSize() const override;
 
 protected:
-    [[nodiscard]] qreal cornerRadius() const override;
-    void paintControl(QPainter& painter, const QRectF& control) override;
+    [[nodiscard]] Look look() const override;
+    void paintContent(QPainter& painter, const QRectF& control, const Look& look) override;
 
 private:
-    struct Look
-    {
-        QColor fill;
-        QColor line;
-        QColor label;
-        QColor count;
-    };
-    [[nodiscard]] Look look() const;
-
     std::optional<ClipboardCore::ClipType> m_type;
     int m_count = -1;
     int m_padding;

@@ -5,7 +5,7 @@
 namespace Clipboard {
 
 KeyCapButton::KeyCapButton(const QString& keys, const QString& help, QWidget* parent)
-    : DrawnButton(parent)
+    : DrawnButton(Theme::keyCapRadius, parent)
 {
     setText(keys);
     setAccessibleName(help);
@@ -18,20 +18,14 @@ QSize KeyCapButton::controlSize() const
     return {qRound(cap.width()), qRound(cap.height())};
 }
 
-qreal KeyCapButton::cornerRadius() const
+KeyCapButton::Look KeyCapButton::look() const
 {
-    return Theme::keyCapRadius;
+    return {}; // the cap has a ground of its own
 }
 
-void KeyCapButton::paintControl(QPainter& painter, const QRectF& control)
+void KeyCapButton::paintContent(QPainter& painter, const QRectF& control, const Look& /*look*/)
 {
-    KeyCap::Look look;
-    if (isHovered())
-        look.fill = Theme::controlHover;
-    if (isDown())
-        look.fill = Theme::controlPress;
-    const QSizeF cap = KeyCap::size(text());
-    KeyCap::draw(painter, {control.right() - cap.width(), control.top()}, text(), look);
+    KeyCap::draw(painter, control.topLeft(), text(), {controlFill(), Theme::controlLine, Theme::text2});
 }
 
 } // namespace Clipboard

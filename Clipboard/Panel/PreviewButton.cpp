@@ -62,7 +62,7 @@ const Fonts::Style& labelStyle(bool primary)
 } // namespace
 
 PreviewButton::PreviewButton(ItemAction action, QWidget* parent)
-    : DrawnButton(parent)
+    : DrawnButton(Theme::buttonRadius, parent)
     , m_action(action)
 {
     setText(label(action));
@@ -85,11 +85,6 @@ QSize PreviewButton::controlSize() const
         return {iconButtonWidth, Theme::buttonHeight};
     const int width = static_cast<int>(std::ceil(Fonts::width(labelStyle(isPrimary()), text())));
     return {padding + signSize + gap + width + padding, Theme::buttonHeight};
-}
-
-qreal PreviewButton::cornerRadius() const
-{
-    return Theme::buttonRadius;
 }
 
 QLatin1String PreviewButton::iconName() const
@@ -122,27 +117,21 @@ PreviewButton::Look PreviewButton::look() const
     if (!isEnabled())
         return {{}, Theme::disabledLine, Theme::textDisabled, Theme::textDisabled};
     if (isChecked())
-        return {Theme::rowSel, Theme::rowSelLine, Theme::accent, Theme::text};
-    const QColor lit = isHovered() ? Theme::controlHover : Theme::control;
+        return {Theme::rowSel, Theme::rowSelLine, Theme::text, Theme::accent};
     QColor icon = isHovered() ? Theme::text : Theme::text2;
     if (m_action == ItemAction::delete_ && (isHovered() || hasRing()))
         icon = Theme::danger;
-    return {isDown() ? Theme::controlPress : lit, Theme::controlLine, icon, Theme::text};
+    return {controlFill(), Theme::controlLine, Theme::text, icon};
 }
 
-void PreviewButton::paintControl(QPainter& painter, const QRectF& control)
+void PreviewButton::paintContent(QPainter& painter, const QRectF& control, const Look& look)
 {
-    const Look colors = look();
-    if (colors.fill.isValid())
-        Painting::roundedFill(painter, control, Theme::buttonRadius, colors.fill, colors.line);
-    else
-        Painting::innerLine(painter, control, Theme::buttonRadius, colors.line);
-    const TintedIcon icon{iconName(), signSize, colors.icon, isPrimary() ? primaryStroke : usualStroke};
+    const TintedIcon icon{iconName(), signSize, look.sign, isPrimary() ? primaryStroke : usualStroke};
     if (!hasLabel())
         return drawIcon(painter, control, icon);
     drawIcon(painter, {control.left() + padding, control.top(), signSize, control.height()}, icon);
     Painting::textLine(painter, control.adjusted(padding + signSize + gap, 0, 0, 0), labelStyle(isPrimary()),
-                       colors.label, text());
+                       look.label, text());
 }
 
 } // namespace Clipboard

@@ -17,18 +17,10 @@ public:
     [[nodiscard]] QSize controlSize() const override;
 
 protected:
-    [[nodiscard]] qreal cornerRadius() const override;
-    void paintControl(QPainter& painter, const QRectF& control) override;
+    [[nodiscard]] Look look() const override;
+    void paintContent(QPainter& painter, const QRectF& control, const Look& look) override;
 
 private:
-    struct Look
-    {
-        QColor fill;
-        QColor line;
-        QColor icon;
-        QColor label;
-    };
-    [[nodiscard]] Look look() const;
     [[nodiscard]] Look primaryLook() const;
     [[nodiscard]] bool isPrimary() const { return m_action == ClipboardCore::ItemAction::paste; }
     [[nodiscard]] bool hasLabel() const;

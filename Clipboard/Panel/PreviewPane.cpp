@@ -3,7 +3,7 @@
 #include "EmptyContent.h"
 #include "HistoryViewModel.h"
 #include "MetaCaption.h"
-#include "OverlayScrollBar.h"
+#include "OverlayScrollArea.h"
 #include "PreviewBody.h"
 #include "PreviewButtonBar.h"
 #include "QRInline.h"
@@ -12,7 +12,6 @@
 
 #include <QPaintEvent>
 #include <QPainter>
-#include <QScrollArea>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -28,7 +27,7 @@ namespace {
 
 constexpr int captionGap = 8;
 constexpr int blockGap = 12;
-constexpr int scrollBarInset = 3;
+constexpr OverlayScrollArea::Insets scrollInsets{.page = 0, .barAcross = 3, .barAlong = Theme::listMargin};
 constexpr int innerWidth = 348;
 constexpr int wheelStep = 20;
 // The actions of a shorter content are found in a fraction of a millisecond.
@@ -41,22 +40,14 @@ PreviewPane::PreviewPane(HistoryViewModel& viewModel, const Workspace& workspace
     , m_viewModel(viewModel)
     , m_workspace(workspace)
     , m_thumbs(thumbs)
-    , m_scroll(new QScrollArea(this))
     , m_content(new QWidget)
-    , m_scrollBar(new OverlayScrollBar(m_scroll->verticalScrollBar(), this))
+    , m_scroll(new OverlayScrollArea(m_content, scrollInsets, this))
     , m_caption(new MetaCaption(m_content))
     , m_actions(new SmartActionsSection(viewModel, innerWidth, m_content))
     , m_qr(new QRInline(m_content))
     , m_buttons(new PreviewButtonBar(viewModel, this))
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
-    m_scroll->setFrameShape(QFrame::NoFrame);
-    m_scroll->setFocusPolicy(Qt::NoFocus);
-    m_scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_scroll->setWidget(m_content);
-    m_scroll->viewport()->setAutoFillBackground(false);
-    m_content->setAutoFillBackground(false);
     m_scroll->verticalScrollBar()->setSingleStep(wheelStep);
     connect(m_scroll->verticalScrollBar(), &QScrollBar::valueChanged, this, &PreviewPane::framesChanged);
     m_qr->hide();
@@ -189,9 +180,6 @@ void PreviewPane::layOutContent()
 void PreviewPane::resizeEvent(QResizeEvent* event)
 {
     m_scroll->setGeometry(0, 0, width(), height() - Theme::buttonBarHeight);
-    m_scrollBar->setGeometry(width() - scrollBarInset - OverlayScrollBar::grabWidth, Theme::listMargin,
-                             OverlayScrollBar::grabWidth, m_scroll->height() - 2 * Theme::listMargin);
-    m_scrollBar->raise();
     m_buttons->setGeometry(0, m_scroll->height(), width(), Theme::buttonBarHeight);
     layOutContent();
     QWidget::resizeEvent(event);

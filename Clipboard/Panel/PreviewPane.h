@@ -9,13 +9,11 @@
 
 #include <optional>
 
-class QScrollArea;
-
 namespace Clipboard {
 
 class HistoryViewModel;
 class MetaCaption;
-class OverlayScrollBar;
+class OverlayScrollArea;
 class PreviewBody;
 class PreviewButtonBar;
 class QRInline;
@@ -66,9 +64,8 @@ private:
     std::optional<QUuid> m_shown;
     std::optional<ClipboardCore::FocusKey> m_focus;
     bool m_actionsPending = false;
-    QScrollArea* m_scroll;
     QWidget* m_content;
-    OverlayScrollBar* m_scrollBar;
+    OverlayScrollArea* m_scroll;
     QMap<ClipboardCore::ClipType, PreviewBody*> m_bodies;
     PreviewBody* m_body = nullptr;
     MetaCaption* m_caption;

@@ -50,7 +50,7 @@ QImage modulesOf(const QImage& image)
 
 QRInline::QRInline(QWidget* parent)
     : QWidget(parent)
-    , m_caption(new TextBlock(captionStyle, this))
+    , m_caption(new TextBlock(captionStyle, TextBlock::Lines::wrapped, this))
 {
     m_caption->setAttribute(Qt::WA_TransparentForMouseEvents);
 }

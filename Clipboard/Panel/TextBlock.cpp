@@ -8,8 +8,10 @@
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScrollArea>
 
 #include <algorithm>
+#include <cmath>
 
 namespace Clipboard {
 
@@ -41,9 +43,10 @@ qsizetype afterLineEnd(const QString& text, qsizetype end)
 
 } // namespace
 
-TextBlock::TextBlock(const Fonts::Style& style, QWidget* parent)
+TextBlock::TextBlock(const Fonts::Style& style, Lines lines, QWidget* parent)
     : QWidget(parent)
     , m_style(style)
+    , m_lines(lines)
 {
     setCursor(Qt::IBeamCursor);
     Accessibility::setRole(this, QAccessible::StaticText);
@@ -60,6 +63,7 @@ void TextBlock::setText(const QString& text, const QList<Span>& spans, int visib
     m_pieces.clear();
     m_next = 0;
     m_lineCount = 0;
+    m_contentWidth = 0;
     m_anchor = m_end = 0;
     setAccessibleName(text.left(pieceLength));
     while (!isLaidOut() && contentHeight() < visibleHeight)
@@ -79,16 +83,17 @@ void TextBlock::layOutSlice()
         layOutNextPiece();
     if (isLaidOut())
         m_slices.stop();
-    emit contentHeightChanged();
+    emit contentSizeChanged();
 }
 
 std::unique_ptr<QTextLayout> TextBlock::makeLayout(qsizetype start, qsizetype length) const
 {
     auto layout = std::make_unique<QTextLayout>(m_text.mid(start, length), Fonts::font(m_style));
     QTextOption option;
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    const bool wraps = m_lines == Lines::wrapped;
+    option.setWrapMode(wraps ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
     option.setTabStopDistance(tabWidthInSpaces * Fonts::width(m_style, QStringLiteral(" ")));
-    if (layout->text().isRightToLeft())
+    if (wraps && layout->text().isRightToLeft())
         option.setAlignment(Qt::AlignRight);
     layout->setTextOption(option);
     layout->setFormats(formatsFor(start, length));
@@ -113,19 +118,21 @@ void TextBlock::layOutNextPiece()
     const bool wholeParagraph = end < limit || limit == m_text.size();
     const qsizetype start = m_next;
     auto layout = makeLayout(start, end - start);
-    int lines = layout->lineCount();
     if (wholeParagraph) {
         m_next = end < m_text.size() ? afterLineEnd(m_text, end) : m_text.size();
-    } else if (lines > 1) {
-        // The last line may go on beyond the cut: it begins the next piece.
-        m_next = start + layout->lineAt(--lines).textStart();
-        layout = makeLayout(start, m_next - start);
-        lines = layout->lineCount();
     } else {
-        m_next = end;
+        // The last line, or at least the last character, may go on beyond the cut: it begins the next piece.
+        const int lines = layout->lineCount();
+        const int cut = lines > 1 ? layout->lineAt(lines - 1).textStart()
+                                  : layout->previousCursorPosition(static_cast<int>(end - start));
+        m_next = cut > 0 ? start + cut : end;
+        layout = makeLayout(start, m_next - start);
     }
+    for (int i = 0; i < layout->lineCount(); ++i)
+        m_contentWidth = std::max(m_contentWidth, static_cast<int>(std::ceil(layout->lineAt(i).naturalTextWidth())));
+    const int lines = std::max(layout->lineCount(), 1);
     m_pieces.push_back({start, m_lineCount, std::move(layout)});
-    m_lineCount += std::max(lines, 1);
+    m_lineCount += lines;
 }
 
 QList<QTextLayout::FormatRange> TextBlock::formatsFor(qsizetype start, qsizetype length) const
@@ -205,8 +212,16 @@ void TextBlock::mousePressEvent(QMouseEvent* event)
 
 void TextBlock::mouseMoveEvent(QMouseEvent* event)
 {
-    if (event->buttons().testFlag(Qt::LeftButton))
-        select(m_anchor, positionAt(event->position()));
+    if (!event->buttons().testFlag(Qt::LeftButton))
+        return;
+    select(m_anchor, positionAt(event->position()));
+    // Whoever marks beyond the edge of what is in sight wants to see what comes there.
+    for (QWidget* around = parentWidget(); around != nullptr; around = around->parentWidget()) {
+        if (auto* area = qobject_cast<QScrollArea*>(around)) {
+            const QPoint place = mapTo(area->widget(), event->position().toPoint());
+            area->ensureVisible(place.x(), place.y(), 0, 0);
+        }
+    }
 }
 
 void TextBlock::mouseReleaseEvent(QMouseEvent* event)

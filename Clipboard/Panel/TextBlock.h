@@ -13,8 +13,8 @@
 
 namespace Clipboard {
 
-/// Wrapped, selectable text of any script. It is laid out a piece at a time: what is on screen at once, the rest in the
-/// pauses of the event loop, so that no text holds up a frame. Its height grows meanwhile.
+/// Selectable text of any script. It is laid out a piece at a time: what is on screen at once, the rest in the
+/// pauses of the event loop, so that no text holds up a frame. Its size grows meanwhile.
 class TextBlock final : public QWidget
 {
     Q_OBJECT
@@ -28,19 +28,27 @@ public:
         QFont::Weight weight;
     };
 
-    TextBlock(const Fonts::Style& style, QWidget* parent);
+    enum class Lines {
+        wrapped,  // to the widget's width
+        unbroken, // but where the text itself breaks them, and after a thousand characters and more
+    };
+
+    TextBlock(const Fonts::Style& style, Lines lines, QWidget* parent);
     ~TextBlock() override;
 
     /// Replaces the text and lays out at least `visibleHeight` of it at the widget's width.
     void setText(const QString& text, const QList<Span>& spans, int visibleHeight);
     /// The height of what is laid out so far, in logical pixels.
     [[nodiscard]] int contentHeight() const { return m_lineCount * m_style.lineHeight; }
+    /// The width of the longest line so far.
+    [[nodiscard]] int contentWidth() const { return m_contentWidth; }
     [[nodiscard]] bool isLaidOut() const { return m_next >= m_text.size(); }
 
     [[nodiscard]] QString selectedText() const;
 
 signals:
-    void contentHeightChanged();
+    /// More of the text is laid out.
+    void contentSizeChanged();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -64,11 +72,13 @@ private:
     void select(qsizetype anchor, qsizetype end);
 
     Fonts::Style m_style;
+    Lines m_lines;
     QString m_text;
     QList<Span> m_spans;
     std::vector<Piece> m_pieces;
     qsizetype m_next = 0; // the first character that is not laid out
     int m_lineCount = 0;
+    int m_contentWidth = 0;
     qsizetype m_anchor = 0;
     qsizetype m_end = 0;
     QTimer m_slices;

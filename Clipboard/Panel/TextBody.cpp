@@ -34,10 +34,10 @@ QList<TextBlock::Span> linkSpans(const QString& link)
 TextBody::TextBody(ClipType type, QWidget* parent)
     : PreviewBody(parent)
     , m_type(type)
-    , m_text(new TextBlock(type == ClipType::link ? Fonts::link : Fonts::body, this))
-    , m_note(new TextBlock(Fonts::caption, this))
+    , m_text(new TextBlock(type == ClipType::link ? Fonts::link : Fonts::body, TextBlock::Lines::wrapped, this))
+    , m_note(new TextBlock(Fonts::caption, TextBlock::Lines::wrapped, this))
 {
-    connect(m_text, &TextBlock::contentHeightChanged, this, [this] {
+    connect(m_text, &TextBlock::contentSizeChanged, this, [this] {
         layOut();
         emit contentHeightChanged();
     });

@@ -14,7 +14,7 @@ constexpr int capInset = 9;
 } // namespace
 
 DialogButton::DialogButton(const QString& text, QString keys, bool destructive, QWidget* parent)
-    : DrawnButton(parent)
+    : DrawnButton(radius, parent)
     , m_keys(std::move(keys))
     , m_destructive(destructive)
 {
@@ -30,22 +30,18 @@ QSize DialogButton::controlSize() const
     return {qRound(width), height};
 }
 
-qreal DialogButton::cornerRadius() const
+DialogButton::Look DialogButton::look() const
 {
-    return radius;
+    if (!m_destructive)
+        return {controlFill(), Theme::controlLine, Theme::text, {}};
+    const bool lit = isHovered() || isDown();
+    return {lit ? Theme::dangerFillHover : Theme::dangerFill, {}, Theme::onDanger, {}};
 }
 
-void DialogButton::paintControl(QPainter& painter, const QRectF& control)
+void DialogButton::paintContent(QPainter& painter, const QRectF& control, const Look& look)
 {
-    if (m_destructive) {
-        const bool lit = isHovered() || isDown();
-        Painting::roundedFill(painter, control, radius, lit ? Theme::dangerFillHover : Theme::dangerFill);
-    } else {
-        const QColor hover = isHovered() ? Theme::controlHover : Theme::control;
-        Painting::roundedFill(painter, control, radius, isDown() ? Theme::controlPress : hover, Theme::controlLine);
-    }
-    Painting::textLine(painter, control, m_destructive ? Fonts::primaryButton : Fonts::button,
-                       m_destructive ? Theme::onDanger : Theme::text, text(), Qt::AlignHCenter);
+    Painting::textLine(painter, control, m_destructive ? Fonts::primaryButton : Fonts::button, look.label, text(),
+                       Qt::AlignHCenter);
     const QSizeF cap = KeyCap::size(m_keys);
     const QPointF capTopLeft(control.right() - capInset - cap.width(), control.center().y() - cap.height() / 2);
     KeyCap::draw(painter, capTopLeft, m_keys, m_destructive ? KeyCap::danger : KeyCap::normal);

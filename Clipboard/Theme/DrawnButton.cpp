@@ -17,8 +17,9 @@ constexpr QMargins ringMargins{Theme::ringOutset, Theme::ringOutset, Theme::ring
 
 } // namespace
 
-DrawnButton::DrawnButton(QWidget* parent)
+DrawnButton::DrawnButton(qreal cornerRadius, QWidget* parent)
     : QAbstractButton(parent)
+    , m_cornerRadius(cornerRadius)
 {
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::NoFocus);
@@ -132,9 +133,21 @@ void DrawnButton::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
     const QRectF control(controlRect());
-    paintControl(painter, control);
+    const Look colors = look();
+    if (colors.fill.isValid())
+        Painting::roundedFill(painter, control, m_cornerRadius, colors.fill);
+    if (colors.line.isValid())
+        Painting::innerLine(painter, control, m_cornerRadius, colors.line);
+    paintContent(painter, control, colors);
     if (hasRing())
-        Painting::focusRing(painter, control, cornerRadius());
+        Painting::focusRing(painter, control, m_cornerRadius);
+}
+
+QColor DrawnButton::controlFill() const
+{
+    if (isDown())
+        return Theme::controlPress;
+    return isHovered() ? Theme::controlHover : Theme::control;
 }
 
 bool DrawnButton::hitButton(const QPoint& position) const

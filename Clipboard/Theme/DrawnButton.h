@@ -10,13 +10,13 @@ namespace Clipboard {
 
 class HoverTip;
 
-/// A button that paints itself. The widget is larger than the control it draws by the reach of the focus ring, so that
-/// the ring can lie outside the control.
+/// A button that paints itself: a rounded ground in the colours of its state, its content on it, and the focus ring.
+/// The widget is larger than the control it draws by the reach of the ring, which lies outside the control.
 class DrawnButton : public QAbstractButton
 {
     Q_OBJECT
 public:
-    explicit DrawnButton(QWidget* parent = nullptr);
+    DrawnButton(qreal cornerRadius, QWidget* parent);
     ~DrawnButton() override;
 
     /// Marks the control as the one that has keyboard focus although its widget has not.
@@ -39,8 +39,18 @@ public:
     [[nodiscard]] QSize minimumSizeHint() const final { return sizeHint(); }
 
 protected:
-    [[nodiscard]] virtual qreal cornerRadius() const = 0;
-    virtual void paintControl(QPainter& painter, const QRectF& control) = 0;
+    /// The colours of the control in a state; those that are not valid are not drawn.
+    struct Look
+    {
+        QColor fill;
+        QColor line; // one pixel inside the edge
+        QColor label;
+        QColor sign; // of what stands beside the label
+    };
+    [[nodiscard]] virtual Look look() const = 0;
+    virtual void paintContent(QPainter& painter, const QRectF& control, const Look& look) = 0;
+    /// The fill of an ordinary control: at rest, under the pointer or pressed.
+    [[nodiscard]] QColor controlFill() const;
     /// The pointer is over the control and the control is enabled.
     [[nodiscard]] bool isHovered() const { return m_hovered && isEnabled(); }
 
@@ -54,6 +64,7 @@ private:
     void setHovered(bool hovered);
     void hideTip();
 
+    qreal m_cornerRadius;
     bool m_ring = false;
     bool m_hovered = false;
     QString m_tipText;

@@ -7,7 +7,7 @@ class QScrollBar;
 namespace Clipboard {
 
 /// A thin thumb without track that lies over the content, shown while there is more than fits. It mirrors a scroll bar
-/// that itself stays hidden, and can be dragged.
+/// of either direction that itself stays hidden, and can be dragged.
 class OverlayScrollBar final : public QWidget
 {
     Q_OBJECT
@@ -27,7 +27,17 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
 
 private:
+    struct Stretch
+    {
+        qreal start = 0;
+        qreal length = 0;
+        qreal travel = 0; // of the start, from the least value to the greatest
+    };
     void sourceChanged();
+    [[nodiscard]] bool isUpright() const;
+    [[nodiscard]] Stretch thumbStretch() const;
+    [[nodiscard]] qreal placeAlong(const QMouseEvent* event) const;
+
     QScrollBar* m_source;
     qreal m_grabOffset = 0;
 };

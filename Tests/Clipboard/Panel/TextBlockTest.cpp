@@ -61,7 +61,7 @@ void TextBlockTest::laysOutEverything()
 {
     QFETCH(QString, text);
     QFETCH(int, leastLines);
-    TextBlock block(Fonts::body, nullptr);
+    TextBlock block(Fonts::body, TextBlock::Lines::wrapped, nullptr);
     show(block, text);
     QTRY_VERIFY(block.isLaidOut());
     QVERIFY2(block.contentHeight() >= leastLines * Fonts::body.lineHeight,
@@ -72,7 +72,7 @@ void TextBlockTest::laysOutEverything()
 
 void TextBlockTest::whatIsVisibleIsReadyAtOnce()
 {
-    TextBlock block(Fonts::body, nullptr);
+    TextBlock block(Fonts::body, TextBlock::Lines::wrapped, nullptr);
     show(block, u"some words "_s.repeated(1800), 400);
     QVERIFY(block.contentHeight() >= 400);
     QVERIFY(!block.isLaidOut());
@@ -80,7 +80,7 @@ void TextBlockTest::whatIsVisibleIsReadyAtOnce()
 
 void TextBlockTest::selectsWhatTheMouseCovers()
 {
-    TextBlock block(Fonts::code, nullptr);
+    TextBlock block(Fonts::code, TextBlock::Lines::wrapped, nullptr);
     show(block, u"first line\nsecond line\nthird line"_s);
     const int line = Fonts::code.lineHeight;
     const int column = qRound(Fonts::width(Fonts::code, u"m"_s));
@@ -94,7 +94,7 @@ void TextBlockTest::selectsWhatTheMouseCovers()
 
 void TextBlockTest::doubleClickTakesAWord()
 {
-    TextBlock block(Fonts::code, nullptr);
+    TextBlock block(Fonts::code, TextBlock::Lines::wrapped, nullptr);
     show(block, u"one two_three four"_s);
     const int column = qRound(Fonts::width(Fonts::code, u"m"_s));
     QTest::mouseDClick(&block, Qt::LeftButton, {}, {7 * column, 5});
@@ -103,7 +103,7 @@ void TextBlockTest::doubleClickTakesAWord()
 
 void TextBlockTest::newTextHasNoSelection()
 {
-    TextBlock block(Fonts::body, nullptr);
+    TextBlock block(Fonts::body, TextBlock::Lines::wrapped, nullptr);
     show(block, u"one\ntwo"_s);
     QCOMPARE(selectAll(block), u"one\ntwo"_s);
     show(block, u"three"_s);
