@@ -106,8 +106,8 @@ public:
     }
 
 protected:
+    /// Neither is told of what the page is cut off in.
     virtual void started(const Tag& tag) = 0;
-    /// Not told of elements that only the end of the page closes.
     virtual void ended(const QByteArray& /*name*/) {}
 
     void stop() { xmlStopParser(m_context.get()); }
@@ -132,22 +132,24 @@ private:
         page.replace(QChar(u'\0'), QChar(QChar::ReplacementCharacter));
         // more than a thousand blanks for the beginning of the body,
         const QByteArray utf8 = withPlainAmpersands(page.toUtf8().simplified());
-        // and closes what is open at the end, which must not pass for an end tag that stood there.
-        return utf8 + "<!---->";
+        // and closes what is open at the end. A comment without an end keeps what really stands there from being last.
+        return utf8 + "<!--";
     }
+
+    /// Whether the element is opened or closed only because the page has come to its end, perhaps within the tag.
+    [[nodiscard]] bool isCutOff() const { return m_context->input->cur >= m_context->input->end; }
 
     void open(const Tag& tag)
     {
         if (++m_openElements > maxOpenElements)
             stop();
-        else
+        else if (!isCutOff())
             started(tag);
     }
     void close(const QByteArray& name)
     {
         --m_openElements;
-        const bool byEndOfPage = m_context->input->cur >= m_context->input->end;
-        if (!byEndOfPage)
+        if (!isCutOff())
             ended(name);
     }
 

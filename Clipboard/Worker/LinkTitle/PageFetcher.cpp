@@ -65,6 +65,7 @@ private:
     void request(const QUrl& url);
     void judgeHeaders();
     void readOn();
+    void takeRest();
     void follow(const QByteArray& location);
     void end(Outcome outcome);
     void dropReply();
@@ -93,14 +94,9 @@ void PageFetcher::request(const QUrl& url)
 
     m_reply = m_manager.get(request);
     m_reply->setReadBufferSize(readBufferBytes);
-    connect(m_reply, &QNetworkReply::metaDataChanged, this, [this] { judgeHeaders(); });
-    connect(m_reply, &QNetworkReply::readyRead, this, [this] { readOn(); });
-    connect(m_reply, &QNetworkReply::finished, this, [this] {
-        if (m_reply->error() == QNetworkReply::NoError)
-            readOn();
-        if (m_reply)
-            end(m_reply->error() == QNetworkReply::NoError ? Outcome::Fetched : Outcome::Failed);
-    });
+    connect(m_reply, &QNetworkReply::metaDataChanged, this, &PageFetcher::judgeHeaders);
+    connect(m_reply, &QNetworkReply::readyRead, this, &PageFetcher::readOn);
+    connect(m_reply, &QNetworkReply::finished, this, &PageFetcher::takeRest);
 }
 
 void PageFetcher::judgeHeaders()
@@ -125,6 +121,16 @@ void PageFetcher::readOn()
         end(Outcome::Fetched);
 }
 
+void PageFetcher::takeRest()
+{
+    if (m_reply->error() != QNetworkReply::NoError) {
+        end(Outcome::Failed);
+        return;
+    }
+    readOn();
+    end(Outcome::Fetched);
+}
+
 void PageFetcher::follow(const QByteArray& location)
 {
     const std::optional<QUrl> target = redirectTarget(m_reply->url(), location);
@@ -147,8 +153,7 @@ void PageFetcher::dropReply()
     if (!m_reply)
         return;
     m_reply->disconnect(this);
-    m_reply->abort();
-    m_reply->deleteLater();
+    m_reply->deleteLater(); // which ends it, too
     m_reply = nullptr;
 }
 

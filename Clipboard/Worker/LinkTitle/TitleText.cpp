@@ -24,8 +24,8 @@ QChar withoutC1(QChar character)
 std::optional<QString> tidiedTitle(QString title)
 {
     std::ranges::transform(title, title.begin(), withoutC1);
+    title.removeIf([](QChar c) { return c.category() == QChar::Other_Control && !c.isSpace(); });
     title = title.simplified();
-    title.removeIf([](QChar character) { return character.category() == QChar::Other_Control; });
     if (title.isEmpty() || title.size() > maxTitleLength)
         return {};
     return title;

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QMutex>
+#include <QSslConfiguration>
+#include <QTcpServer>
+#include <QThread>
+#include <QUrl>
+
+#include <chrono>
+#include <memory>
+#include <optional>
+
+namespace Clipboard::Testing {
+
+/// A web server on loopback, on a thread of its own, so that a test may wait for its client. What it answers is set by
+/// path; any other path is answered with 404.
+class LoopbackServer final
+{
+public:
+    struct Reply
+    {
+        QByteArray body;
+        QByteArray status = "200 OK";
+        QByteArray headers = "Content-Type: text/html; charset=utf-8\r\n"; ///< each line with its end
+
+        enum class Ending { Close, Hang };
+        Ending ending = Ending::Close; ///< what follows the last byte
+
+        qsizetype pieceBytes = 0; ///< sent at a time, with a pause after each; 0: all at once, without a pause
+        std::chrono::milliseconds pause{0};
+    };
+
+    struct Request
+    {
+        QByteArray path;
+        QByteArray head; ///< the request line and the header lines as they came
+    };
+
+    /// Serves https when `encryption` is given.
+    explicit LoopbackServer(const std::optional<QSslConfiguration>& encryption = {});
+    ~LoopbackServer();
+    LoopbackServer(const LoopbackServer&) = delete;
+    LoopbackServer& operator=(const LoopbackServer&) = delete;
+
+    /// An answer that leads to another place.
+    [[nodiscard]] static Reply redirect(const QByteArray& location, const QByteArray& status = "302 Found");
+
+    void answer(const QByteArray& path, const Reply& reply);
+
+    /// Takes the connection and never says anything.
+    void hang(const QByteArray& path);
+
+    [[nodiscard]] QUrl url(const QByteArray& path) const;
+
+    /// What has been asked so far, in order.
+    [[nodiscard]] QList<Request> requests() const;
+
+private:
+    void serve(QTcpSocket& socket);
+    void send(QTcpSocket& socket, const Reply& reply, qsizetype from) const;
+    [[nodiscard]] Reply replyTo(const Request& request);
+
+    mutable QMutex m_mutex;
+    QHash<QByteArray, Reply> m_replies;
+    QList<Request> m_requests;
+    QUrl m_root;
+    QThread m_thread;
+    std::unique_ptr<QTcpServer> m_server; ///< lives on the thread
+};
+
+} // namespace Clipboard::Testing
