@@ -213,7 +213,7 @@ private:
             m_headIsOver |= startsBody(tag.name());
             if (tag.name() == "title" && !m_head.title)
                 m_head.title = titleText(rest());
-            else if (tag.name() == "meta" && namesOgTitle(tag))
+            else if (tag.name() == "meta" && !m_head.ogTitle && namesOgTitle(tag))
                 m_head.ogTitle = tidiedTitle(QString::fromUtf8(tag.attribute("content")));
         }
         if (isApart(tag.name()))
@@ -238,7 +238,7 @@ private:
 
     void settle()
     {
-        m_head.settled = m_head.ogTitle || (m_headIsOver && m_head.title);
+        m_head.settled = m_headIsOver && (m_head.ogTitle || m_head.title);
         if (m_head.settled)
             stop();
     }
@@ -262,6 +262,12 @@ private:
                 m_encoding = encodingForLabel(charsetParameter(tag.attribute("content")).value_or(QByteArray()));
         }
         if (m_encoding || startsBody(tag.name()))
+            stop();
+    }
+
+    void ended(const QByteArray& name) override
+    {
+        if (name == "head")
             stop();
     }
 

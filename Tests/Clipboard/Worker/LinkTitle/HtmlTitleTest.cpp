@@ -53,6 +53,7 @@ void HtmlTitleTest::findsTheTitle_data()
     QTest::newRow("og after") << QByteArray("<head><title>Plain</title>" + og) << u"Open"_s;
     QTest::newRow("og among names") << withTitle("P", R"(<META PROPERTY="dc:title OG:Title" CONTENT="Both">)")
                                     << u"Both"_s;
+    QTest::newRow("first of two og") << withTitle("P", og + "<meta property=og:title content=2>") << u"Open"_s;
     QTest::newRow("og as name") << withTitle("P", "<meta name=og:title content=Named>") << u"Named"_s;
     QTest::newRow("og empty") << withTitle("Plain", R"(<meta property="og:title" content=" ">)") << u"Plain"_s;
     QTest::newRow("og without content") << withTitle("Plain", "<meta property=og:title>") << u"Plain"_s;
@@ -176,7 +177,8 @@ void HtmlTitleTest::knowsWhenItIsSettled_data()
     QTest::newRow("title alone") << QByteArray("<head><title>T</title>") << false;
     QTest::newRow("head ended") << QByteArray("<head><title>T</title></head>") << true;
     QTest::newRow("body begun") << QByteArray("<title>T</title><p>") << true;
-    QTest::newRow("og title") << QByteArray("<head><meta property=og:title content=O>") << true;
+    QTest::newRow("og title") << QByteArray("<head><meta property=og:title content=O>") << false;
+    QTest::newRow("og title, head ended") << QByteArray("<head><meta property=og:title content=O></head>") << true;
     QTest::newRow("head without one") << QByteArray("<head></head><body><p>") << false;
     QTest::newRow("end of a head in a script") << QByteArray("<title>T</title><script>'</head><body>'") << false;
 }
