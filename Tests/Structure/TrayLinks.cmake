@@ -1,0 +1,12 @@
+# Fails when the loader would bring one of the worker's libraries into the program, directly or behind another.
+set(workers_own "lib(tesseract|lept|xml2|Qt6Network|curl)\\.so")
+
+execute_process(COMMAND ldd ${PROGRAM} OUTPUT_VARIABLE program COMMAND_ERROR_IS_FATAL ANY)
+execute_process(COMMAND ldd ${WORKER} OUTPUT_VARIABLE worker COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX MATCHALL "${workers_own}[^ ]*" found "${program}")
+if(found)
+    message(FATAL_ERROR "${PROGRAM} loads ${found}")
+endif()
+if(NOT program MATCHES "libQt6Widgets" OR NOT worker MATCHES "libtesseract")
+    message(FATAL_ERROR "ldd did not tell what the programs load")
+endif()
