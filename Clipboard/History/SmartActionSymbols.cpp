@@ -1,6 +1,7 @@
 #include "SmartActionSymbols.h"
 
 #include <QLatin1String>
+#include <QtGlobal>
 
 #include <algorithm>
 #include <iterator>
@@ -15,33 +16,34 @@ struct Row
     const char* value;
 };
 
+// The labels are translated where they are drawn.
 constexpr Row symbolsByLabel[] = {
-    {"Clean whitespace", "scissors"},
-    {"Pretty-print JSON", "curlybraces"},
-    {"Minify JSON", "arrow.down.right.and.arrow.up.left"},
-    {"Decode Base64", "lock.open"},
-    {"URL-decode", "percent"},
-    {"Convert to date", "calendar"},
-    {"Decode JWT payload", "key"},
-    {"Slugify", "link"},
-    {"QR code", "qrcode"},
-    {"Open link", "arrow.up.right.square"},
-    {"Copy as Markdown", "chevron.left.forwardslash.chevron.right"},
-    {"Copy domain", "globe"},
-    {"Strip trackers", "shield.lefthalf.filled"},
-    {"Copy RGB", "paintpalette"},
-    {"Copy HSL", "drop"},
-    {"Copy SwiftUI Color", "swift"},
-    {"Format", "wand.and.stars"},
-    {"Copy fenced code", "chevron.left.forwardslash.chevron.right"},
-    {"Minify", "arrow.down.right.and.arrow.up.left"},
-    {"Escape as string literal", "quote.opening"},
-    {"Copy text (OCR)", "text.viewfinder"},
-    {"Save to Desktop", "square.and.arrow.down"},
-    {"Copy filename", "textformat.abc"},
-    {"Copy path", "folder"},
-    {"Copy shell-escaped path", "terminal"},
-    {"Reveal in Finder", "magnifyingglass"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Clean whitespace"), "scissors"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Pretty-print JSON"), "curlybraces"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Minify JSON"), "arrow.down.right.and.arrow.up.left"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Decode Base64"), "lock.open"},
+    {QT_TRANSLATE_NOOP("SmartActions", "URL-decode"), "percent"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Convert to date"), "calendar"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Decode JWT payload"), "key"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Slugify"), "link"},
+    {QT_TRANSLATE_NOOP("SmartActions", "QR code"), "qrcode"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Open link"), "arrow.up.right.square"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Copy as Markdown"), "chevron.left.forwardslash.chevron.right"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Copy domain"), "globe"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Strip trackers"), "shield.lefthalf.filled"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Copy RGB"), "paintpalette"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Copy HSL"), "drop"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Copy SwiftUI Color"), "swift"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Format"), "wand.and.stars"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Copy fenced code"), "chevron.left.forwardslash.chevron.right"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Minify"), "arrow.down.right.and.arrow.up.left"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Escape as string literal"), "quote.opening"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Copy text (OCR)"), "text.viewfinder"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Save to Desktop"), "square.and.arrow.down"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Copy filename"), "textformat.abc"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Copy path"), "folder"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Copy shell-escaped path"), "terminal"},
+    {QT_TRANSLATE_NOOP("SmartActions", "Reveal in Finder"), "magnifyingglass"},
 };
 
 constexpr Row drawingsBySymbol[] = {

@@ -18,7 +18,8 @@ public:
 
     [[nodiscard]] std::optional<int> index() const;
 
-    [[nodiscard]] bool isValid() const override { return index().has_value(); }
+    /// Also when the entry is not listed now: it may come back, and its row is asked until it is forgotten.
+    [[nodiscard]] bool isValid() const override { return true; }
     [[nodiscard]] QObject* object() const override { return nullptr; }
     [[nodiscard]] QAccessibleInterface* parent() const override;
     [[nodiscard]] int childCount() const override { return 0; }

@@ -23,10 +23,10 @@ CommandRow::CommandRow(const QString& label, std::optional<int> ordinal, const Q
     , m_ordinal(ordinal)
     , m_tint(tint)
 {
+    Accessibility::setRole(this, QAccessible::ListItem);
     setText(label);
     setAccessibleName(label);
     setFocusPolicy(Qt::NoFocus);
-    Accessibility::setRole(this, QAccessible::ListItem);
     if (ordinal)
         Accessibility::setShortcut(this, tr("⌘%1").arg(*ordinal));
 }

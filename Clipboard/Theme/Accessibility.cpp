@@ -38,8 +38,14 @@ void setFocused(QWidget* widget, bool focused)
     if (widget->property(AccessibleElement::focusedProperty) == QVariant(focused))
         return;
     widget->setProperty(AccessibleElement::focusedProperty, focused);
-    if (focused)
-        tell(widget, QAccessible::Focus);
+    if (!focused || !QAccessible::isActive())
+        return;
+    // A text field that takes the keyboard at the same time is told of first, this last: it is where the user is.
+    const auto tellLater = [widget] {
+        if (widget->property(AccessibleElement::focusedProperty).toBool())
+            tell(widget, QAccessible::Focus);
+    };
+    QMetaObject::invokeMethod(widget, tellLater, Qt::QueuedConnection);
 }
 
 void announce(QWidget* notice)

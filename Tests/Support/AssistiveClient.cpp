@@ -1,0 +1,154 @@
+#include "AssistiveClient.h"
+
+#include "VirtualSession.h"
+
+#include <QDBusArgument>
+#include <QDBusObjectPath>
+#include <QDBusVariant>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace Clipboard::Testing {
+
+namespace {
+
+struct Reference
+{
+    QString service;
+    QDBusObjectPath path;
+};
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, Reference& reference)
+{
+    argument.beginStructure();
+    argument >> reference.service >> reference.path;
+    argument.endStructure();
+    return argument;
+}
+
+constexpr QLatin1String accessible("org.a11y.atspi.Accessible");
+constexpr QLatin1String actions("org.a11y.atspi.Action");
+constexpr QLatin1String objectEvents("org.a11y.atspi.Event.Object");
+constexpr QLatin1String properties("org.freedesktop.DBus.Properties");
+constexpr QLatin1String registry("org.a11y.atspi.Registry");
+
+const QString sessionConnection = u"session of the assistive client"_s;
+const QString accessibilityConnection = u"accessibility bus of the assistive client"_s;
+
+QString accessibilityBus(const QString& sessionBus)
+{
+    const QDBusConnection session = QDBusConnection::connectToBus(sessionBus, sessionConnection);
+    const QDBusMessage question =
+        QDBusMessage::createMethodCall(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus"_s, u"GetAddress"_s);
+    const QDBusMessage answer = session.call(question);
+    return answer.arguments().value(0).toString();
+}
+
+} // namespace
+
+AssistiveClient::AssistiveClient(const QString& sessionBus)
+    : m_bus(QDBusConnection::connectToBus(accessibilityBus(sessionBus), accessibilityConnection))
+{
+    if (!m_bus.isConnected()) {
+        m_failure = u"There is no accessibility bus: %1"_s.arg(m_bus.lastError().message());
+        return;
+    }
+    m_bus.connect({}, {}, objectEvents, u"StateChanged"_s, this, SLOT(stateChanged(QDBusMessage)));
+    // Programs say only what somebody asked for.
+    ask(registry, u"/org/a11y/atspi/registry"_s, registry, u"RegisterEvent"_s, {u"object:state-changed:"_s});
+}
+
+AssistiveClient::~AssistiveClient()
+{
+    QDBusConnection::disconnectFromBus(accessibilityConnection);
+    QDBusConnection::disconnectFromBus(sessionConnection);
+}
+
+QVariant AssistiveClient::ask(const QString& service, const QString& path, const QString& interface,
+                              const QString& method, const QVariantList& arguments) const
+{
+    QDBusMessage question = QDBusMessage::createMethodCall(service, path, interface, method);
+    question.setArguments(arguments);
+    return m_bus.call(question).arguments().value(0);
+}
+
+AssistiveClient::Element AssistiveClient::element(const QString& service, const QString& path) const
+{
+    const auto text = [&](const QString& property) {
+        const QVariant value = ask(service, path, properties, u"Get"_s, {QString(accessible), property});
+        return value.value<QDBusVariant>().variant().toString();
+    };
+    Element element{service, path, ask(service, path, accessible, u"GetRoleName"_s).toString(), text(u"Name"_s),
+                    text(u"Description"_s)};
+    const auto words = qdbus_cast<QList<uint>>(ask(service, path, accessible, u"GetState"_s));
+    for (qsizetype i = 0; i < words.size(); ++i)
+        element.states |= quint64{words[i]} << 32 * i;
+    return element;
+}
+
+void AssistiveClient::collect(const QString& service, const QString& path, QList<Element>& found) const
+{
+    const auto children = qdbus_cast<QList<Reference>>(ask(service, path, accessible, u"GetChildren"_s));
+    for (const Reference& child : children) {
+        const Element seen = element(child.service, child.path.path());
+        if (!seen.is(showing))
+            continue;
+        found.append(seen);
+        collect(child.service, child.path.path(), found);
+    }
+}
+
+QList<AssistiveClient::Element> AssistiveClient::elements() const
+{
+    QList<Element> found;
+    collect(registry, u"/org/a11y/atspi/accessible/root"_s, found);
+    return found;
+}
+
+std::optional<AssistiveClient::Element> AssistiveClient::find(const QString& role, const QString& name) const
+{
+    std::optional<Element> found;
+    const auto isThere = [&] {
+        const QList<Element> all = elements();
+        const auto match = std::find_if(all.begin(), all.end(), [&](const Element& candidate) {
+            return candidate.role == role && candidate.name.startsWith(name);
+        });
+        if (match != all.end())
+            found = *match;
+        return found.has_value();
+    };
+    static_cast<void>(VirtualSession::waitUntil(isThere));
+    return found;
+}
+
+bool AssistiveClient::perform(const Element& element, const QString& action) const
+{
+    for (int i = 0;; ++i) {
+        const QString name = ask(element.service, element.path, actions, u"GetName"_s, {i}).toString();
+        if (name.isEmpty())
+            return false;
+        if (name == action)
+            return ask(element.service, element.path, actions, u"DoAction"_s, {i}).toBool();
+    }
+}
+
+void AssistiveClient::stateChanged(const QDBusMessage& message)
+{
+    const bool entered = message.arguments().value(1).toInt() == 1;
+    if (!entered)
+        return;
+    const Element source = element(message.service(), message.path());
+    m_heard.append(u"%1 %2 %3"_s.arg(message.arguments().value(0).toString(), source.role, source.name));
+}
+
+bool AssistiveClient::hears(const QString& beginning) const
+{
+    return VirtualSession::waitUntil([&] {
+        return std::any_of(m_heard.begin(), m_heard.end(),
+                           [&](const QString& said) { return said.startsWith(beginning); });
+    });
+}
+
+} // namespace Clipboard::Testing

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace Clipboard::Testing {
+
+/// What a screen reader sees and hears: a client of AT-SPI on the accessibility bus of a session
+/// (https://gitlab.gnome.org/GNOME/at-spi2-core/-/tree/main/xml).
+class AssistiveClient final : public QObject
+{
+    Q_OBJECT
+public:
+    /// Bits of the state that elements report; the numbers are AT-SPI's.
+    enum State { checked = 4, editable = 7, focusable = 11, focused = 12, modal = 16, selected = 23, showing = 25 };
+
+    struct Element
+    {
+        QString service;
+        QString path;
+        QString role; // as AT-SPI names it: "list item"
+        QString name;
+        QString description;
+        quint64 states = 0;
+        [[nodiscard]] bool is(State state) const { return (states >> state & 1U) != 0; }
+    };
+
+    /// Connects to the session's accessibility bus, which that starts, and begins to listen.
+    explicit AssistiveClient(const QString& sessionBus);
+    ~AssistiveClient() override;
+    Q_DISABLE_COPY_MOVE(AssistiveClient)
+
+    /// Why nothing can be seen; empty when all is well.
+    [[nodiscard]] const QString& failure() const { return m_failure; }
+
+    /// Every element of every program that is on the screen, parents before their children.
+    [[nodiscard]] QList<Element> elements() const;
+    /// The first of them with that role and a name that begins so; waits for it.
+    [[nodiscard]] std::optional<Element> find(const QString& role, const QString& name) const;
+    /// Does what the element offers under that name. False when it offers no such thing.
+    [[nodiscard]] bool perform(const Element& element, const QString& action) const;
+
+    /// Waits until it is said that an element comes into a state: "focused list item Text, hello".
+    [[nodiscard]] bool hears(const QString& beginning) const;
+    [[nodiscard]] const QStringList& heard() const { return m_heard; }
+    void forgetHeard() { m_heard.clear(); }
+
+private slots: // by name, as a bus signal needs it
+    void stateChanged(const QDBusMessage& message);
+
+private:
+    QVariant ask(const QString& service, const QString& path, const QString& interface, const QString& method,
+                 const QVariantList& arguments = {}) const;
+    [[nodiscard]] Element element(const QString& service, const QString& path) const;
+    void collect(const QString& service, const QString& path, QList<Element>& found) const;
+
+    QDBusConnection m_bus;
+    QString m_failure;
+    QStringList m_heard;
+};
+
+} // namespace Clipboard::Testing
