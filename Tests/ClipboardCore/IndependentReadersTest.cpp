@@ -1,0 +1,253 @@
+// What the detectors write is read by programs that share no line with them.
+
+#include "Actions/ContentDetectors.h"
+#include "RandomDocuments.h"
+#include "Support/WhiteSpace.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QSet>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <algorithm>
+#include <optional>
+
+using namespace ClipboardCore;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int documentCount = 300;
+constexpr int damagedCount = 1500;
+
+struct Outcome
+{
+    int exitCode = -1;
+    QByteArray output;
+    QByteArray errors;
+};
+
+Outcome run(const QString& program, const QStringList& arguments, const QByteArray& input = {})
+{
+    QProcess process;
+    process.start(program, arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    if (!process.waitForFinished())
+        return {-1, {}, process.errorString().toUtf8()};
+    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+/// A line for the Python readers: a text and what became of it, as fields in Base64; "-" is no result.
+QByteArray line(const QByteArray& text, std::initializer_list<std::optional<Utf8Text>> results)
+{
+    QByteArray fields = '=' + text.toBase64();
+    for (const auto& result : results)
+        fields += ' ' + (result ? '=' + result->utf8().toBase64() : "-"_ba);
+    return fields + '\n';
+}
+
+/// Reads such lines, gives each to `check`, and ends with the first that it does not accept.
+const auto pythonReader = uR"(
+import base64, json, sys
+
+def number(digits):
+    return ('number', digits)
+
+def refuse(word):
+    raise ValueError(word)
+
+def read(text, members=list):
+    return json.loads(text, parse_int=number, parse_float=number, parse_constant=refuse, object_pairs_hook=members)
+
+def in_order(members):
+    return sorted(members, key=lambda member: member[0])
+
+def attempt(reader, *arguments):
+    try:
+        return reader(*arguments)
+    except ValueError:
+        return None
+
+def run(check):
+    for line in sys.stdin:
+        fields = [None if field == '-' else base64.b64decode(field[1:]).decode() for field in line.split()]
+        if not check(*fields):
+            sys.exit(ascii(fields))
+)"_s;
+
+Outcome check(const QString& checker, const QByteArray& lines)
+{
+    return run(u"python3"_s, {u"-c"_s, pythonReader + checker}, lines);
+}
+
+/// The documents in files 0.xml, 1.xml …
+QStringList written(const QList<QByteArray>& documents, const QString& folder)
+{
+    QStringList names;
+    for (const QByteArray& document : documents) {
+        names.append(QString::number(names.size()) + u".xml"_s);
+        QFile file(folder + u'/' + names.back());
+        if (!file.open(QFile::WriteOnly) || file.write(document) != document.size())
+            return {};
+    }
+    return names;
+}
+
+Outcome xmllint(const QStringList& options, const QString& folder, const QStringList& names)
+{
+    return run(u"env"_s, QStringList{u"-C"_s, folder, u"xmllint"_s, u"--nonet"_s} + options + names);
+}
+
+} // namespace
+
+class IndependentReadersTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void jsonByPython();
+    void jsonByJq();
+    void base64ByPython();
+    void tokensByPython();
+    void xmlLayout();
+    void damagedXML();
+};
+
+/// Also whether something is JSON at all: half of the documents are damaged.
+void IndependentReadersTest::jsonByPython()
+{
+    RandomDocuments random(1);
+    QByteArray lines;
+    int refused = 0;
+    for (int i = 0; i < documentCount + damagedCount; ++i) {
+        QByteArray json = random.json();
+        if (i >= documentCount)
+            json = random.damaged(json, "{}[],:\"\\0e.-t \x01");
+        const auto text = Utf8Text::fromUtf8(WhiteSpace::trimmed(json).toByteArray());
+        const auto minified = ContentDetectors::minifiedJSON(text);
+        QVERIFY(minified.has_value() || i >= documentCount);
+        refused += minified ? 0 : 1;
+        lines += line(text.utf8(), {ContentDetectors::prettyJSON(text), minified});
+    }
+    QVERIFY(refused > damagedCount / 4 && refused < damagedCount);
+    const Outcome outcome = check(uR"(
+def check(text, pretty, minified):
+    value = attempt(read, text, in_order) if text[:1] in ('{', '[') else None
+    if value is None:
+        return pretty is None and minified is None
+    return read(pretty) == value and read(minified) == value
+
+run(check))"_s,
+                                  lines);
+    QVERIFY2(outcome.exitCode == 0, outcome.errors.constData());
+}
+
+void IndependentReadersTest::jsonByJq()
+{
+    RandomDocuments random(2, RandomDocuments::Surrogates::paired); // it refuses others
+    QByteArray documents;
+    for (int i = 0; i < documentCount; ++i) {
+        const auto text = Utf8Text::fromUtf8(random.json());
+        documents += text.utf8() + '\n' + ContentDetectors::prettyJSON(text).value_or(Utf8Text()).utf8() + '\n' +
+                     ContentDetectors::minifiedJSON(text).value_or(Utf8Text()).utf8() + '\n';
+    }
+    const QString same = u"[range(0; length; 3) as $i | .[$i] == .[$i + 1] and .[$i] == .[$i + 2]] | [length, all]"_s;
+    const Outcome outcome = run(u"jq"_s, {u"-s"_s, u"-c"_s, same}, documents);
+    QCOMPARE(outcome.errors, "");
+    QCOMPARE(outcome.output, '[' + QByteArray::number(documentCount) + ",true]\n");
+}
+
+void IndependentReadersTest::base64ByPython()
+{
+    RandomDocuments random(3);
+    QByteArray lines;
+    for (int i = 0; i < documentCount + damagedCount; ++i) {
+        QByteArray encoded = ("four" + random.text()).toBase64();
+        if (i >= documentCount)
+            encoded = random.damaged(encoded, "=+/-_ \n.Az");
+        const auto decoded = ContentDetectors::base64Decoded(Utf8Text::fromUtf8(encoded));
+        QVERIFY(decoded.has_value() || i >= documentCount);
+        lines += line(encoded, {decoded});
+    }
+    const Outcome outcome = check(uR"(
+def check(text, decoded):
+    text = text.strip()
+    value = attempt(lambda: base64.b64decode(text, validate=True).decode()) if len(text) % 4 == 0 else None
+    return decoded == value
+
+run(check))"_s,
+                                  lines);
+    QVERIFY2(outcome.exitCode == 0, outcome.errors.constData());
+}
+
+void IndependentReadersTest::tokensByPython()
+{
+    RandomDocuments random(4);
+    QByteArray lines;
+    for (int i = 0; i < documentCount; ++i) {
+        const auto options = QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals;
+        const QByteArray token = "e30." + random.json().toBase64(options) + ".c2ln";
+        lines += line(token, {ContentDetectors::jwtPayload(Utf8Text::fromUtf8(token))});
+    }
+    const Outcome outcome = check(uR"(
+def check(token, payload):
+    claims = token.split('.')[1]
+    text = base64.urlsafe_b64decode(claims + '=' * (-len(claims) % 4)).decode()
+    if not text.lstrip().startswith('{'):
+        return payload is None
+    return payload is not None and read(payload) == read(text, in_order)
+
+run(check))"_s,
+                                  lines);
+    QVERIFY2(outcome.exitCode == 0, outcome.errors.constData());
+}
+
+/// One node a line, indented by two blanks, mixed content as it is: xmllint does the same.
+void IndependentReadersTest::xmlLayout()
+{
+    RandomDocuments random(5);
+    QList<QByteArray> documents;
+    QByteArray formatted;
+    for (int i = 0; i < documentCount; ++i) {
+        documents.append(random.xml());
+        const auto result = ContentDetectors::formattedXML(Utf8Text::fromUtf8(documents.back()));
+        QVERIFY2(result.has_value(), documents.back().constData());
+        formatted += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + result->utf8() + '\n';
+    }
+    const QTemporaryDir folder;
+    const QStringList names = written(documents, folder.path());
+    QCOMPARE(names.size(), documentCount);
+    const Outcome outcome = xmllint({u"--encode"_s, u"UTF-8"_s, u"--format"_s}, folder.path(), names);
+    const QList<QByteArray> expected = outcome.output.split('\n');
+    const QList<QByteArray> actual = formatted.split('\n');
+    for (qsizetype i = 0; i < std::min(expected.size(), actual.size()); ++i)
+        QCOMPARE(actual[i], expected[i]);
+    QCOMPARE(actual.size(), expected.size());
+}
+
+/// What is well-formed and what is not.
+void IndependentReadersTest::damagedXML()
+{
+    RandomDocuments random(6);
+    QList<QByteArray> documents;
+    for (int i = 0; i < damagedCount; ++i)
+        documents.append(Utf8Text::fromUtf8(random.damaged(random.xml(), "<>/&;'\"=?!-[] a1:")).utf8());
+    const QTemporaryDir folder;
+    const QStringList names = written(documents, folder.path());
+    QCOMPARE(names.size(), damagedCount);
+    const Outcome outcome = xmllint({u"--noout"_s}, folder.path(), names);
+    QSet<QByteArray> refused;
+    for (const QByteArray& error : outcome.errors.split('\n'))
+        if (error.contains(": parser error :"))
+            refused.insert(error.first(error.indexOf(':')));
+    QVERIFY(refused.size() > damagedCount / 4 && refused.size() < damagedCount);
+    for (int i = 0; i < damagedCount; ++i) {
+        const bool isWellFormed = !refused.contains(names[i].toUtf8());
+        QVERIFY2(ContentDetectors::formattedXML(Utf8Text::fromUtf8(documents[i])).has_value() == isWellFormed,
+                 documents[i].constData());
+    }
+}
+
+QTEST_GUILESS_MAIN(IndependentReadersTest)
+#include "IndependentReadersTest.moc"
