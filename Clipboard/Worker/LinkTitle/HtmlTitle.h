@@ -14,7 +14,8 @@ namespace Clipboard {
 /// valid as that, else windows-1252 (html.spec.whatwg.org, "determining the character encoding").
 [[nodiscard]] std::optional<QString> htmlTitle(const QByteArray& page, const QByteArray& contentType);
 
-/// Whether no bytes that may follow could change what `htmlTitle` answers.
+/// Whether no bytes that may follow could change what `htmlTitle` answers, save for the encoding of a page that does
+/// not tell it: it is guessed from all that is there.
 [[nodiscard]] bool isTitleSettled(const QByteArray& page, const QByteArray& contentType);
 
 } // namespace Clipboard

@@ -90,14 +90,14 @@ void HtmlTitleTest::findsTheTitle_data()
     QTest::newRow("in a script") << withTitle("Real", "<script>var a = '<title>Old</title>';</script>") << u"Real"_s;
     QTest::newRow("the first of two") << withTitle("First</title><title>Second") << u"First"_s;
     QTest::newRow("like a title") << QByteArray("<titles>No</titles>") << none;
-    QTest::newRow("binary") << QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\xff\xfe<\0>", 24) << none;
+    QTest::newRow("binary") << "\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\xff\xfe<\0>"_ba << none;
 
     QTest::newRow("bare") << QByteArray("<TITLE lang=en >Bare</TITLE\n>") << u"Bare"_s;
     QTest::newRow("in the body") << QByteArray("<p>Hello<div><title>Late</title>") << u"Late"_s;
     QTest::newRow("broken tags") << QByteArray("<html <head =\"><meta <title>Broken</title") << none;
     QTest::newRow("unclosed head") << QByteArray("<head><link><<>><title>Kept</title><p></i></div>") << u"Kept"_s;
     QTest::newRow("end tag in capitals") << QByteArray("<title>A</titles>b</TiTle/>") << u"A</titles>b"_s;
-    QTest::newRow("a zero within") << withTitle(QByteArray("a\0b", 3), QByteArray("<\0>", 3)) << u"a\uFFFDb"_s;
+    QTest::newRow("a zero within") << withTitle("a\0b"_ba, "<\0>"_ba) << u"a\uFFFDb"_s;
 
     const QByteArray longest(maxTitleLength, 'x');
     QTest::newRow("longest") << withTitle(longest) << QString::fromLatin1(longest);

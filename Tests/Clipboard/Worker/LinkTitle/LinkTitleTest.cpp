@@ -78,7 +78,7 @@ void LinkTitleTest::initTestCase()
     m_server.answer("/empty", {});
     m_server.answer("/short", {.body = plainPage.first(20), .headers = html + "Content-Length: 9000\r\n"});
     m_server.answer("/picture", {.body = plainPage, .headers = "Content-Type: image/png\r\n"});
-    m_server.answer("/bytes", {.body = QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\xff", 17), .headers = {}});
+    m_server.answer("/bytes", {.body = "\x89PNG\r\n\x1a\n\0\0\0\rIHDR\xff"_ba, .headers = {}});
     m_server.answer("/bomb", {.body = packed(plainPage), .headers = html + "Content-Encoding: deflate\r\n"});
     m_server.answer("/gone", {.body = plainPage, .status = "404 Not Found"});
     m_server.answer("/broken", {.body = plainPage, .status = "500 Oops"});
