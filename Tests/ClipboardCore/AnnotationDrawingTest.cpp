@@ -1,0 +1,217 @@
+#include "AnnotationFakes.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+#include <random>
+
+using namespace ClipboardCore;
+using namespace Qt::StringLiterals;
+using AnnotationFakes::PlainPicture;
+using AnnotationFakes::RecordingContext;
+
+namespace {
+
+using Change = std::function<void(AnnotationSession&)>;
+
+Change dragged(AnnotationTool tool, QPointF from, QPointF to)
+{
+    return [=](AnnotationSession& session) {
+        session.chooseTool(tool);
+        session.place(from, to);
+    };
+}
+
+Change clicked(AnnotationTool tool, QPointF at, const QString& text = {})
+{
+    return [=](AnnotationSession& session) {
+        session.chooseTool(tool);
+        session.place(at);
+        session.setText(text);
+    };
+}
+
+/// What drawing the marks asks of the context, without the states that it saves and the transform around it all.
+QStringList marksDrawn(const AnnotationSession& session, const QRectF& region)
+{
+    RecordingContext context;
+    session.drawAnnotations(context, region, 1, nullptr);
+    return context.calls().mid(4).filter(QRegularExpression(u"^(?!save|restore)"_s));
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Change)
+
+class AnnotationDrawingTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void draws_data();
+    void draws();
+    void drawsPixelatedAreasFirst();
+    void shrinksLongNumbers();
+    void leavesTheTypedTextToItsEditor();
+    void showsTheRegion();
+    void skipsWhatIsElsewhere();
+    void averagesBlocks();
+    void flattensTheCrop();
+    void flattensNothingRatherThanWhatWasCovered();
+    void tellsWhatChanged();
+};
+
+void AnnotationDrawingTest::draws_data()
+{
+    QTest::addColumn<Change>("change");
+    QTest::addColumn<QStringList>("expected");
+    const auto row = [](const char* name, const Change& change, const QStringList& expected) {
+        QTest::newRow(name) << change << expected;
+    };
+    using Tool = AnnotationTool;
+    row("arrow", dragged(Tool::arrow, {10, 50}, {110, 50}),
+        {u"strokeLine red 4 round 10 50 94.6 50"_s, u"fillPolygon red 110 50 88 61 88 39"_s});
+    row("arrow shorter than its head", dragged(Tool::arrow, {50, 60}, {50, 50}),
+        {u"strokeLine red 4 round 50 60 50 57"_s, u"fillPolygon red 50 50 55 60 45 60"_s});
+    row("rectangle drawn backwards", dragged(Tool::rectangle, {60, 50}, {20, 10}), {u"stroke red 4 20,10+40x40"_s});
+    row("highlight", dragged(Tool::highlighter, {20, 10}, {60, 50}), {u"alpha 0.4"_s, u"fill red 20,10+40x40"_s});
+    row("pixelate", dragged(Tool::pixelate, {21, 11}, {60, 50}),
+        {u"clip 21,11+39x39"_s, u"picture 10 5 0,0+200x100 blocks"_s});
+    // Digits 15.4 high: half as wide, three quarters of it above the baseline.
+    row("counter", clicked(Tool::counter, {50, 40}),
+        {u"fillEllipse red 36,26+28x28"_s, u"translate 50 40"_s, u"scale 1 1"_s, u"text 1 15.4 white -3.85 5.775"_s});
+    row("text of two lines", clicked(Tool::text, {10, 20}, u"abc\nd"_s),
+        {u"fillRounded red 10,20+46x53 6"_s, u"text abc 20 white 18 39"_s, u"text d 20 white 18 61.5"_s});
+}
+
+void AnnotationDrawingTest::draws()
+{
+    QFETCH(Change, change);
+    QFETCH(QStringList, expected);
+    auto session = AnnotationFakes::session();
+    change(session);
+    session.endEditing();
+    QCOMPARE(marksDrawn(session, session.pictureBounds()), expected);
+}
+
+void AnnotationDrawingTest::drawsPixelatedAreasFirst()
+{
+    auto session = AnnotationFakes::session();
+    dragged(AnnotationTool::rectangle, {10, 10}, {50, 50})(session);
+    dragged(AnnotationTool::pixelate, {20, 20}, {60, 60})(session);
+    session.setColor(AnnotationPalette::blue);
+    dragged(AnnotationTool::rectangle, {30, 30}, {70, 70})(session);
+    dragged(AnnotationTool::pixelate, {40, 40}, {80, 80})(session);
+    QCOMPARE(session.drawOrder(), QList<qsizetype>({1, 3, 0, 2}));
+    QCOMPARE(marksDrawn(session, session.pictureBounds()).filter(QRegularExpression(u"^(clip|stroke)"_s)),
+             QStringList({u"clip 20,20+40x40"_s, u"clip 40,40+40x40"_s, u"stroke red 4 10,10+40x40"_s,
+                          u"stroke blue 4 30,30+40x40"_s}));
+}
+
+void AnnotationDrawingTest::shrinksLongNumbers()
+{
+    auto session = AnnotationFakes::session();
+    for (int i = 0; i < 100; ++i)
+        clicked(AnnotationTool::counter, {50, 40})(session);
+    // Three digits are 23.1 wide, and have 19.6.
+    QCOMPARE(marksDrawn(session, session.pictureBounds()).last(2),
+             QStringList({u"scale 0.848485 0.848485"_s, u"text 100 15.4 white -11.55 5.775"_s}));
+}
+
+void AnnotationDrawingTest::leavesTheTypedTextToItsEditor()
+{
+    auto session = AnnotationFakes::session();
+    clicked(AnnotationTool::text, {10, 20}, u"ab"_s)(session);
+    QCOMPARE(marksDrawn(session, session.pictureBounds()), QStringList{u"fillRounded red 10,20+36x30.5 6"_s});
+}
+
+void AnnotationDrawingTest::showsTheRegion()
+{
+    RecordingContext context;
+    AnnotationFakes::session().draw(context, {20, 10, 50, 40}, 2);
+    QCOMPARE(context.calls().first(5), QStringList({u"save"_s, u"scale 2 2"_s, u"translate -20 -10"_s,
+                                                    u"clip 20,10+50x40"_s, u"picture 200 100 0,0+200x100 smooth"_s}));
+    QCOMPARE(context.calls().count(u"save"_s), context.calls().count(u"restore"_s));
+}
+
+void AnnotationDrawingTest::skipsWhatIsElsewhere()
+{
+    auto session = AnnotationFakes::session();
+    dragged(AnnotationTool::rectangle, {10, 10}, {50, 50})(session);
+    QVERIFY(!marksDrawn(session, {52, 0, 10, 10}).isEmpty()); // a stroke of 4 reaches 52, its blur 53
+    QVERIFY(marksDrawn(session, {53, 0, 10, 10}).isEmpty());
+}
+
+void AnnotationDrawingTest::averagesBlocks()
+{
+    // Edges that are no whole blocks, and more than one block a row.
+    const QSize size(45, 23);
+    const auto picture = std::make_shared<PlainPicture>(size);
+    std::mt19937 random(5);
+    for (int y = 0; y < size.height(); ++y)
+        std::ranges::generate(picture->row(y), [&] { return static_cast<std::uint8_t>(random()); });
+    const AnnotationSession session(picture, AnnotationPalette::red, AnnotationSize::small,
+                                    std::make_shared<AnnotationFakes::BlockLayout>());
+
+    const auto blocks = session.makePixelatedPicture();
+    QCOMPARE(blocks->size(), QSize(3, 2));
+    for (int row = 0; row < 2; ++row) {
+        for (int i = 0; i < 3 * 4; ++i) {
+            int sum = 0;
+            int count = 0;
+            for (int y = row * 20; y < std::min(row * 20 + 20, size.height()); ++y) {
+                for (int x = i / 4 * 20; x < std::min(i / 4 * 20 + 20, size.width()); ++x, ++count)
+                    sum += std::as_const(*picture).row(y)[static_cast<size_t>(x * 4 + i % 4)];
+            }
+            QCOMPARE(int(blocks->row(row)[static_cast<size_t>(i)]), sum / count);
+        }
+    }
+}
+
+void AnnotationDrawingTest::flattensTheCrop()
+{
+    auto session = AnnotationFakes::session();
+    session.setCrop({30, 20, 60, 50});
+    dragged(AnnotationTool::rectangle, {10, 10}, {50, 50})(session);
+    dragged(AnnotationTool::rectangle, {150, 10}, {180, 50})(session); // cut away
+    const auto flat = std::dynamic_pointer_cast<const PlainPicture>(session.flatten());
+    QCOMPARE(flat->size(), QSize(60, 50));
+    QCOMPARE(flat->calls().mid(1, 4), QStringList({u"scale 1 1"_s, u"translate -30 -20"_s, u"clip 30,20+60x50"_s,
+                                                   u"picture 200 100 0,0+200x100 smooth"_s}));
+    QCOMPARE(flat->calls().filter(u"stroke"_s), QStringList{u"stroke red 4 10,10+40x40"_s});
+    QCOMPARE(flat->calls().last(), u"restore"_s);
+}
+
+void AnnotationDrawingTest::flattensNothingRatherThanWhatWasCovered()
+{
+    for (const int contexts : {0, 1, 2}) {
+        auto session = AnnotationFakes::session();
+        dragged(AnnotationTool::pixelate, {10, 10}, {50, 50})(session);
+        dynamic_cast<const PlainPicture&>(*session.picture()).contextsLeft = contexts;
+        QCOMPARE(session.flatten() != nullptr, contexts == 2); // the blocks, and the result
+    }
+}
+
+void AnnotationDrawingTest::tellsWhatChanged()
+{
+    auto session = AnnotationFakes::session();
+    clicked(AnnotationTool::counter, {20, 20})(session);
+    clicked(AnnotationTool::counter, {60, 20})(session);
+    auto before = session;
+    QVERIFY(session.changedAreas(before).isEmpty());
+    session.select({60, 20}, 0);
+    session.moveSelection({40, 0});
+    QCOMPARE(session.changedAreas(before), QList<QRectF>({{86, 6, 28, 28}, {46, 6, 28, 28}}));
+    // A counter before it that is gone changes its number.
+    before = session;
+    session.select({20, 20}, 0);
+    session.deleteSelection();
+    QCOMPARE(session.changedAreas(before), QList<QRectF>({{86, 6, 28, 28}, {6, 6, 28, 28}, {86, 6, 28, 28}}));
+    // A text shows again when its typing ends.
+    clicked(AnnotationTool::text, {10, 60}, u"a"_s)(session);
+    before = session;
+    session.endEditing();
+    QCOMPARE(session.changedAreas(before).size(), 2);
+}
+
+QTEST_APPLESS_MAIN(AnnotationDrawingTest)
+#include "AnnotationDrawingTest.moc"

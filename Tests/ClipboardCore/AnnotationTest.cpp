@@ -1,0 +1,189 @@
+#include "Annotation/Annotation.h"
+#include "Annotation/AnnotationMeasures.h"
+#include "Annotation/AnnotationTool.h"
+#include "AnnotationFakes.h"
+
+#include <QTest>
+
+#include <set>
+
+using namespace ClipboardCore;
+using namespace Qt::StringLiterals;
+using Kind = Annotation::Kind;
+
+Q_DECLARE_METATYPE(Kind)
+
+class AnnotationTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void hits_data();
+    void hits();
+    void hitsWhateverWayItWasDrawn();
+    void handlesLieOnTheMark();
+    void comparesEveryField();
+    void contrasts();
+    void readsNamesExactly();
+    void measuresByTheLongestSide_data();
+    void measuresByTheLongestSide();
+    void toolsAreToldApart();
+};
+
+void AnnotationTest::hits_data()
+{
+    QTest::addColumn<Kind>("kind");
+    QTest::addColumn<QPointF>("end"); // the start is (100, 100)
+    QTest::addColumn<QPointF>("point");
+    QTest::addColumn<bool>("expected"); // within 5
+
+    const auto row = [](const char* name, Kind kind, QPointF end, QPointF point, bool expected) {
+        QTest::newRow(name) << kind << end << point << expected;
+    };
+    row("beside an arrow", Kind::arrow, {200, 100}, {150, 105}, true);
+    row("further beside", Kind::arrow, {200, 100}, {150, 105.01}, false);
+    row("beyond its end", Kind::arrow, {200, 100}, {205, 100}, true);
+    row("beyond its end, at an angle", Kind::arrow, {200, 100}, {204, 104}, false);
+    row("on its line but far from its end", Kind::arrow, {200, 200}, {210, 210}, false);
+    row("an arrow that is a point", Kind::arrow, {100, 100}, {103, 104}, true);
+    row("inside an outline", Kind::rectangle, {200, 200}, {150, 150}, false);
+    row("left side", Kind::rectangle, {200, 200}, {105, 150}, true);
+    row("lower side", Kind::rectangle, {200, 200}, {150, 196}, true);
+    row("right side", Kind::rectangle, {200, 200}, {195, 150}, true);
+    row("upper side", Kind::rectangle, {200, 200}, {150, 95}, true);
+    row("inside an area", Kind::highlight, {200, 200}, {150, 150}, true);
+    row("at an area's grown corner", Kind::pixelate, {200, 200}, {205, 205}, true);
+    row("outside of it", Kind::pixelate, {200, 200}, {205.01, 205}, false);
+    row("a counter", Kind::counter, {100, 100}, {104, 103}, true);
+    row("the corner of its square", Kind::counter, {100, 100}, {105, 105}, false);
+    row("a text, even on its corner", Kind::text, {100, 100}, {100, 100}, false);
+}
+
+void AnnotationTest::hits()
+{
+    QFETCH(Kind, kind);
+    QFETCH(QPointF, end);
+    QFETCH(QPointF, point);
+    QFETCH(bool, expected);
+    QCOMPARE((Annotation{kind, {100, 100}, end, {}, {}, {}}.isHit(point, 5)), expected);
+}
+
+void AnnotationTest::hitsWhateverWayItWasDrawn()
+{
+    const QPointF topLeft(10, 10);
+    const QPointF bottomRight(50, 40);
+    for (const Kind kind : {Kind::rectangle, Kind::highlight}) {
+        const Annotation forth{kind, topLeft, bottomRight, {}, {}, {}};
+        const Annotation back{kind, bottomRight, topLeft, {}, {}, {}};
+        QCOMPARE(back.spannedRect(), QRectF(10, 10, 40, 30));
+        for (const QPointF point : {QPointF(8, 8), QPointF(30, 25), QPointF(51, 30), QPointF(54, 30)})
+            QCOMPARE(back.isHit(point, 3), forth.isHit(point, 3));
+    }
+}
+
+void AnnotationTest::handlesLieOnTheMark()
+{
+    const auto positions = [](Kind kind) {
+        QList<QPointF> points;
+        const Annotation mark{kind, {1, 2}, {3, 4}, {}, {}, {}};
+        for (const AnnotationHandle handle : mark.handles())
+            points += mark.position(handle);
+        return points;
+    };
+    QCOMPARE(positions(Kind::arrow), QList<QPointF>({{1, 2}, {3, 4}}));
+    QCOMPARE(positions(Kind::pixelate), QList<QPointF>({{1, 2}, {3, 4}, {1, 4}, {3, 2}}));
+    QCOMPARE(positions(Kind::counter), QList<QPointF>());
+}
+
+void AnnotationTest::comparesEveryField()
+{
+    const Annotation mark{Kind::text, {1, 2}, {3, 4}, AnnotationPalette::red, AnnotationSize::small, u"a"_s};
+    std::array<Annotation, 6> others;
+    others.fill(mark);
+    others[0].kind = Kind::arrow;
+    others[1].start.setX(std::nextafter(1, 2));
+    others[2].end.setY(std::nextafter(4, 5));
+    others[3].color.id = AnnotationPalette::blue.id;
+    others[4].size = AnnotationSize::large;
+    others[5].text = u"b"_s;
+    for (const Annotation& other : others)
+        QVERIFY(other != mark);
+    QVERIFY(Annotation(mark) == mark);
+}
+
+void AnnotationTest::contrasts()
+{
+    QStringList dark;
+    for (const AnnotationColor& color : AnnotationPalette::colors) {
+        if (color.contrasting() == AnnotationPalette::black)
+            dark += color.id;
+    }
+    QCOMPARE(dark, QStringList({u"yellow"_s, u"green"_s, u"white"_s}));
+    // A luminance of 0.6 is not yet light; the next number is.
+    const AnnotationColor grey{"grey"_L1, 0.6, 0.6, 0.6};
+    QCOMPARE(grey.contrasting(), AnnotationPalette::white);
+    QCOMPARE((AnnotationColor{"grey"_L1, 0.6, 0.6 + 1e-9, 0.6}.contrasting()), AnnotationPalette::black);
+}
+
+void AnnotationTest::readsNamesExactly()
+{
+    for (const AnnotationColor& color : AnnotationPalette::colors)
+        QCOMPARE(AnnotationColor::withID(QString(color.id)), color);
+    for (const AnnotationSize size : allAnnotationSizes)
+        QCOMPARE(annotationSizeFromRawValue(QString(rawValue(size))), size);
+    for (const auto& text : {u"Red"_s, u" red"_s, u""_s, u"Large"_s}) {
+        QVERIFY(!AnnotationColor::withID(text));
+        QVERIFY(!annotationSizeFromRawValue(text));
+    }
+}
+
+void AnnotationTest::measuresByTheLongestSide_data()
+{
+    QTest::addColumn<QSize>("picture");
+    QTest::addColumn<QList<double>>("expected"); // small stroke, large counter, medium font, its padding, block
+
+    QTest::newRow("minimum") << QSize(500, 300) << QList<double>{2, 36, 20, 8, 4, 20};
+    QTest::newRow("proportional") << QSize(4000, 3000) << QList<double>{8, 112, 68, 27, 14, 40};
+    QTest::newRow("upright") << QSize(3000, 4000) << QList<double>{8, 112, 68, 27, 14, 40};
+    QTest::newRow("halves away from zero") << QSize(1250, 10) << QList<double>{3, 36, 21, 8, 4, 20};
+    QTest::newRow("last with the smallest block") << QSize(2049, 1) << QList<double>{4, 57, 35, 14, 7, 20};
+    QTest::newRow("first with a larger one") << QSize(2050, 1) << QList<double>{4, 57, 35, 14, 7, 21};
+}
+
+void AnnotationTest::measuresByTheLongestSide()
+{
+    QFETCH(QSize, picture);
+    QFETCH(QList<double>, expected);
+    const AnnotationMeasures measures(picture, std::make_shared<AnnotationFakes::BlockLayout>());
+    Annotation mark{Kind::text, {}, {}, {}, AnnotationSize::medium, {}};
+    const QSizeF padding = measures.textPadding(mark);
+    const double font = measures.textFont(mark).size;
+    mark.size = AnnotationSize::small;
+    const double stroke = measures.strokeWidth(mark);
+    mark.size = AnnotationSize::large;
+    QCOMPARE(QList<double>({stroke, measures.counterDiameter(mark), font, padding.width(), padding.height(),
+                            static_cast<double>(measures.pixelateBlockSize())}),
+             expected);
+}
+
+void AnnotationTest::toolsAreToldApart()
+{
+    std::set<QString> labels;
+    std::set<QString> hints;
+    std::set<QString> symbols;
+    std::set<QChar> letters;
+    std::set<Kind> kinds;
+    for (const AnnotationTool tool : allAnnotationTools) {
+        labels.insert(label(tool));
+        hints.insert(hint(tool));
+        symbols.insert(symbolName(tool));
+        letters.insert(shortcutLetter(tool));
+        if (const auto kind = annotationKind(tool))
+            kinds.insert(*kind);
+    }
+    const std::set<size_t> counts{labels.size(), hints.size(), symbols.size(), letters.size(), kinds.size() + 1};
+    QCOMPARE(counts, std::set<size_t>{allAnnotationTools.size()});
+    QCOMPARE(toolTip(AnnotationTool::counter), u"Counter (N)"_s);
+}
+
+QTEST_APPLESS_MAIN(AnnotationTest)
+#include "AnnotationTest.moc"

@@ -1,0 +1,286 @@
+#include "Annotation/CanvasGesture.h"
+#include "AnnotationFakes.h"
+
+#include <QLineF>
+#include <QTest>
+
+using namespace ClipboardCore;
+using namespace Qt::StringLiterals;
+using Tool = AnnotationTool;
+using Cursor = CanvasGesture::Cursor;
+using Corner = CanvasGesture::Corner;
+
+namespace {
+
+/// A canvas with a session of 200 × 100 pixels under the mouse.
+struct Canvas
+{
+    AnnotationSession session = AnnotationFakes::session();
+    CanvasGesture gesture;
+    double scale = 1;
+
+    void press(QPointF at, int clickCount = 1) { gesture.mouseDown({at, scale, clickCount}, session); }
+    void move(QPointF to) { gesture.mouseDragged({to, scale, 1}, session); }
+    void release(QPointF at) { gesture.mouseUp({at, scale, 1}, session); }
+    void drag(QPointF from, QPointF to)
+    {
+        press(from);
+        move(to);
+        release(to);
+    }
+    void click(QPointF at, int clickCount = 1)
+    {
+        press(at, clickCount);
+        release(at);
+    }
+    void draw(Tool tool, QPointF from, QPointF to)
+    {
+        session.chooseTool(tool);
+        session.place(from, to);
+    }
+    void label(QPointF at)
+    {
+        session.chooseTool(Tool::text);
+        session.place(at);
+        session.setText(u"ab"_s);
+        session.endEditing();
+    }
+    [[nodiscard]] QPointF start() const { return session.annotations().last().start; }
+    [[nodiscard]] QPointF end() const { return session.annotations().last().end; }
+};
+
+} // namespace
+
+class CanvasGestureTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void crops_data();
+    void crops();
+    void recomputesFromWhereItBegan();
+    void movesTheCrop();
+    void placesMarks_data();
+    void placesMarks();
+    void movesFromTheThresholdOn();
+    void keepsTheGrabOfAHandle();
+    void selectsOrNot();
+    void multipleClicksOnTexts();
+    void cursors_data();
+    void cursors();
+    void previewsWhatItWillDo();
+};
+
+void CanvasGestureTest::crops_data()
+{
+    QTest::addColumn<double>("scale");
+    QTest::addColumn<QPointF>("from");
+    QTest::addColumn<QPointF>("to");
+    QTest::addColumn<QRectF>("expected"); // of (40, 30) to (140, 80)
+    const auto row = [](const char* name, double scale, QPointF from, QPointF to, QRectF expected) {
+        QTest::newRow(name) << scale << from << to << expected;
+    };
+    row("left edge", 1, {48, 50}, {60, 0}, {60, 30, 80, 50});
+    row("just beside it moves", 1, {48.1, 50}, {58.1, 60}, {50, 40, 100, 50});
+    row("left edge past the right one", 1, {40, 50}, {190, 50}, {116, 30, 24, 50});
+    row("right edge past the left one", 1, {140, 50}, {0, 50}, {40, 30, 24, 50});
+    row("upper edge past the lower one", 1, {90, 30}, {90, 99}, {40, 56, 100, 24});
+    row("corner from outside", 1, {148, 88}, {160, 90}, {40, 30, 120, 60});
+    row("upper right corner", 1, {140, 30}, {150, 10}, {40, 10, 110, 70});
+    row("outside of the reach of a corner", 1, {148.1, 80}, {160, 90}, {40, 30, 100, 50});
+    row("over the picture's edge", 1, {40, 30}, {-50, -50}, {0, 0, 140, 80});
+    row("half size: reach", 0.5, {24, 50}, {20, 50}, {20, 30, 120, 50});
+    row("half size: smallest side", 0.5, {40, 50}, {190, 50}, {92, 30, 48, 50});
+    row("magnified: reach", 4, {42.1, 50}, {52.1, 50}, {50, 30, 100, 50});
+}
+
+void CanvasGestureTest::crops()
+{
+    QFETCH(double, scale);
+    QFETCH(QPointF, from);
+    QFETCH(QPointF, to);
+    QFETCH(QRectF, expected);
+    Canvas canvas;
+    canvas.session.chooseTool(Tool::crop);
+    canvas.session.setCrop({40, 30, 100, 50});
+    canvas.scale = scale;
+    canvas.drag(from, to);
+    QCOMPARE(canvas.session.crop(), expected);
+}
+
+void CanvasGestureTest::recomputesFromWhereItBegan()
+{
+    Canvas canvas;
+    canvas.session.chooseTool(Tool::crop);
+    canvas.session.setCrop({40, 30, 100, 50});
+    canvas.press({40, 30});
+    canvas.move({500, 500}); // pushed against the smallest crop, and back
+    canvas.move({41, 32});
+    canvas.release({0, 0}); // where it was last dragged to counts
+    QCOMPARE(canvas.session.crop(), QRectF(41, 32, 99, 48));
+}
+
+void CanvasGestureTest::movesTheCrop()
+{
+    Canvas canvas;
+    canvas.session.chooseTool(Tool::crop);
+    canvas.session.setCrop({40, 30, 100, 50});
+    canvas.drag({90, 50}, {93, 52}); // less than 4
+    QCOMPARE(canvas.session.crop(), QRectF(40, 30, 100, 50));
+    canvas.drag({90, 50}, {500, 54});
+    QCOMPARE(canvas.session.crop(), QRectF(100, 34, 100, 50));
+    canvas.drag({10, 10}, {50, 50}); // outside
+    QCOMPARE(canvas.session.crop(), QRectF(100, 34, 100, 50));
+}
+
+void CanvasGestureTest::placesMarks_data()
+{
+    QTest::addColumn<Tool>("tool");
+    QTest::addColumn<QPointF>("to"); // from (20, 20)
+    QTest::addColumn<std::optional<QLineF>>("expected");
+    const auto row = [](const char* name, Tool tool, QPointF to, std::optional<QLineF> expected) {
+        QTest::newRow(name) << tool << to << expected;
+    };
+    row("a shape", Tool::arrow, {24, 20}, QLineF(20, 20, 24, 20));
+    row("a shape too small", Tool::arrow, {23.9, 20}, std::nullopt);
+    row("a shape over the edge", Tool::pixelate, {-50, 150}, QLineF(20, 20, 0, 100));
+    row("a counter where it is released", Tool::counter, {22, 20}, QLineF(22, 20, 22, 20));
+    row("a counter over the edge", Tool::counter, {300, 20}, QLineF(200, 20, 200, 20));
+    row("a text where it was pressed", Tool::text, {90, 90}, QLineF(20, 20, 20, 20));
+}
+
+void CanvasGestureTest::placesMarks()
+{
+    QFETCH(Tool, tool);
+    QFETCH(QPointF, to);
+    QFETCH(std::optional<QLineF>, expected);
+    Canvas canvas;
+    canvas.session.chooseTool(tool);
+    canvas.drag({20, 20}, to);
+    QCOMPARE(canvas.session.annotations().size(), expected ? 1 : 0);
+    if (expected)
+        QCOMPARE(QLineF(canvas.start(), canvas.end()), *expected);
+}
+
+void CanvasGestureTest::movesFromTheThresholdOn()
+{
+    Canvas canvas;
+    canvas.scale = 2;
+    canvas.draw(Tool::rectangle, {20, 20}, {60, 60});
+    canvas.session.undo();
+    canvas.session.redo();
+    canvas.drag({40, 20}, {41.5, 20}); // 3 points
+    QCOMPARE(canvas.start(), QPointF(20, 20));
+    canvas.drag({40, 20}, {42, 20}); // 4
+    QCOMPARE(canvas.start(), QPointF(22, 20));
+    canvas.session.undo();
+    canvas.session.undo();
+    QVERIFY(!canvas.session.canUndo()); // one step for the mark, one for the move
+}
+
+void CanvasGestureTest::keepsTheGrabOfAHandle()
+{
+    Canvas canvas;
+    canvas.draw(Tool::rectangle, {20, 20}, {60, 60});
+    canvas.click({40, 20});
+    canvas.drag({65, 57}, {75, 77}); // the lower right handle, grabbed beside it
+    QCOMPARE(canvas.end(), QPointF(70, 80));
+    canvas.drag({70, 80}, {500, 500});
+    QCOMPARE(canvas.end(), QPointF(200, 100));
+    canvas.drag({207, 107}, {100, 100}); // handles can be reached from outside of the picture
+    QCOMPARE(canvas.end(), QPointF(93, 93));
+}
+
+void CanvasGestureTest::selectsOrNot()
+{
+    Canvas canvas;
+    canvas.draw(Tool::highlighter, {20, 20}, {60, 60});
+    canvas.click({30, 30});
+    QCOMPARE(canvas.session.selection(), 0);
+    canvas.press({300, 30}); // outside of the picture
+    QVERIFY(!canvas.gesture.isInProgress());
+    QCOMPARE(canvas.session.selection(), 0);
+    canvas.press({100, 90});
+    QVERIFY(!canvas.session.selection());
+    canvas.gesture.cancel();
+    canvas.release({150, 95});
+    QCOMPARE(canvas.session.annotations().size(), 1);
+}
+
+void CanvasGestureTest::multipleClicksOnTexts()
+{
+    Canvas canvas;
+    canvas.label({20, 20});
+    canvas.session.chooseTool(Tool::arrow);
+    canvas.click({30, 30});
+    QVERIFY(!canvas.session.editing());
+    canvas.click({30, 30}, 2);
+    QCOMPARE(canvas.session.editing(), 0);
+    canvas.click({30, 30}, 3); // still the same multiple click
+    QCOMPARE(canvas.session.editing(), 0);
+    canvas.click({150, 90}); // a press elsewhere only ends the typing
+    QVERIFY(!canvas.session.editing());
+    QCOMPARE(canvas.session.selection(), 0);
+
+    // A text that one click placed survives the second click, unless its editor was clicked in between.
+    canvas.session.chooseTool(Tool::text);
+    canvas.click({120, 20});
+    canvas.click({150, 90}, 2);
+    QCOMPARE(canvas.session.editing(), 1);
+    canvas.gesture.textFieldMouseDown(2);
+    canvas.click({150, 90}, 2);
+    QCOMPARE(canvas.session.editing(), 1);
+    canvas.gesture.textFieldMouseDown(1);
+    canvas.click({150, 90}, 2);
+    QVERIFY(!canvas.session.editing());
+}
+
+void CanvasGestureTest::cursors_data()
+{
+    QTest::addColumn<QPointF>("at");
+    QTest::addColumn<Cursor>("expected");
+    const auto row = [](const char* name, QPointF at, Cursor::Shape shape, std::optional<Corner> corner = {}) {
+        QTest::newRow(name) << at << Cursor{shape, corner};
+    };
+    using Shape = Cursor::Shape;
+    row("inside", {90, 55}, Shape::openHand);
+    row("outside", {10, 55}, Shape::arrow);
+    row("left", {40, 55}, Shape::resizeLeftRight);
+    row("right", {148, 55}, Shape::resizeLeftRight);
+    row("top", {90, 22}, Shape::resizeUpDown);
+    row("bottom", {90, 80}, Shape::resizeUpDown);
+    row("top left", {32, 22}, Shape::frameResize, Corner::topLeft);
+    row("top right", {140, 30}, Shape::frameResize, Corner::topRight);
+    row("bottom left", {40, 80}, Shape::frameResize, Corner::bottomLeft);
+    row("bottom right", {148, 88}, Shape::frameResize, Corner::bottomRight);
+}
+
+void CanvasGestureTest::cursors()
+{
+    QFETCH(QPointF, at);
+    QFETCH(Cursor, expected);
+    Canvas canvas;
+    canvas.session.setCrop({40, 30, 100, 50});
+    QVERIFY(!canvas.gesture.cursor(at, canvas.session, 1)); // not with the other tools
+    canvas.session.chooseTool(Tool::crop);
+    QCOMPARE(canvas.gesture.cursor(at, canvas.session, 1), expected);
+    canvas.press(at);
+    const auto dragging = canvas.gesture.cursor(at, canvas.session, 1);
+    const bool isMove = expected.shape == Cursor::Shape::openHand;
+    QCOMPARE(dragging, isMove                          ? std::optional(Cursor{Cursor::Shape::closedHand, {}})
+                       : canvas.gesture.isInProgress() ? std::nullopt
+                                                       : std::optional(expected));
+}
+
+void CanvasGestureTest::previewsWhatItWillDo()
+{
+    Canvas canvas;
+    canvas.session.chooseTool(Tool::rectangle);
+    canvas.press({20, 20});
+    canvas.move({60, 60});
+    QCOMPARE(canvas.gesture.applied(canvas.session).annotations().size(), 1);
+    QVERIFY(canvas.session.annotations().isEmpty());
+    QVERIFY(canvas.gesture.isInProgress());
+}
+
+QTEST_APPLESS_MAIN(CanvasGestureTest)
+#include "CanvasGestureTest.moc"

@@ -1,0 +1,240 @@
+#include "EditorStream.h"
+
+#include "Annotation/EditorLifecycle.h"
+#include "AnnotationFakes.h"
+
+using namespace ClipboardCore;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QRectF bounds(0, 0, 200, 100);
+
+/// What undo and redo bring back.
+bool areAlike(const AnnotationSession& a, const AnnotationSession& b)
+{
+    return a.annotations() == b.annotations() && a.crop() == b.crop();
+}
+
+class Player final
+{
+public:
+    explicit Player(std::span<const std::uint8_t> bytes)
+        : m_bytes(bytes)
+    {
+    }
+
+    const char* play()
+    {
+        while (!m_bytes.empty() && !m_broken) {
+            if (!m_editor.session())
+                handle(EditorEvents::Open{AnnotationFakes::session(), {}});
+            step();
+            if (const AnnotationSession* session = m_editor.session())
+                checkSession(*session);
+        }
+        if (m_editor.session() && !m_broken)
+            checkHistory(*m_editor.session());
+        return m_broken;
+    }
+
+private:
+    std::uint8_t next()
+    {
+        if (m_bytes.empty())
+            return 0;
+        const std::uint8_t byte = m_bytes.front();
+        m_bytes = m_bytes.subspan(1);
+        return byte;
+    }
+    template <typename Values>
+    auto oneOf(const Values& values)
+    {
+        return *(std::begin(values) + next() % std::ssize(values));
+    }
+
+    void require(bool holds, const char* property)
+    {
+        if (!holds && !m_broken)
+            m_broken = property;
+    }
+
+    CanvasGesture::Mouse mouse()
+    {
+        // A little more than the picture.
+        const QPointF at(-50 + 1.2 * next(), -40 + 0.7 * next());
+        return {at, m_scale, 1 + next() % 3};
+    }
+
+    void step()
+    {
+        switch (next() % 32) {
+        case 0:
+            return m_editor.mouseDown(mouse());
+        case 1:
+            return m_editor.mouseDragged(mouse());
+        case 2:
+            return release();
+        case 3:
+        case 4:
+        case 5:
+        case 6:
+            return m_editor.edit([tool = oneOf(allAnnotationTools)](auto& session) { session.chooseTool(tool); });
+        case 7:
+        case 8:
+            return m_editor.edit([text = oneOf(std::array{u""_s, u"a"_s, u"long\nand\n\nlonger"_s})](auto& session) {
+                session.setText(text);
+            });
+        case 9:
+            return m_editor.edit([this](auto& session) {
+                session.setColor(oneOf(AnnotationPalette::colors));
+                session.setSize(oneOf(allAnnotationSizes));
+            });
+        case 10:
+        case 11:
+        case 12:
+            return pressKey();
+        case 13:
+            if (!m_editor.isDragging()) // then it would change what the drag shows
+                m_scale = oneOf(std::array{0.13, 0.5, 1.0, 3.0});
+            return;
+        case 14:
+            return handle(event());
+        default:
+            m_editor.mouseDown(mouse());
+            m_editor.mouseDragged(mouse());
+            return release();
+        }
+    }
+
+    void release()
+    {
+        const bool isDragging = m_editor.isDragging();
+        const auto before = m_editor.session() ? std::optional(*m_editor.session()) : std::nullopt;
+        const auto preview = m_editor.sessionToDraw();
+        m_editor.mouseUp(mouse());
+        require(!m_editor.isDragging(), "a release ends the drag");
+        if (!isDragging)
+            return;
+        AnnotationSession after = *m_editor.session();
+        require(areAlike(after, *preview), "a drag does what it showed");
+        if (areAlike(after, *before) || after.editing())
+            return;
+        after.undo();
+        require(areAlike(after, *before), "a drag is one step");
+    }
+
+    void pressKey()
+    {
+        EditorKey key{.kind = static_cast<EditorKey::Kind>(next() % 8)};
+        key.exit = static_cast<EditorExit>(next() % 3);
+        key.tool = oneOf(allAnnotationTools);
+        const auto outcome = m_editor.handleKey(key);
+        require(outcome.kind != EditorKeyOutcome::Kind::confirmDiscard || m_editor.isConfirmingDiscard(),
+                "what is not asked is not answered");
+    }
+
+    EditorEvent event()
+    {
+        const std::uint8_t which = next(); // an answer for the last document, mostly
+        const EditorGeneration generation = which < 200 ? m_latest : which % (m_latest + 2);
+        switch (next() % 10) {
+        case 0:
+            return EditorEvents::Open{AnnotationFakes::session(), {}};
+        case 1:
+        case 2:
+            return EditorEvents::Finish{static_cast<EditorExit>(next() % 3), next() % 2 == 0};
+        case 3:
+            return EditorEvents::Flattened{u"path"_s, generation};
+        case 4:
+            return EditorEvents::Flattened{std::nullopt, generation};
+        case 5:
+            return EditorEvents::Committed{QUuid(), {}, generation};
+        case 6:
+            return EditorEvents::CommitFailed{generation};
+        case 7:
+            return EditorEvents::Close{};
+        case 8:
+            return EditorEvents::KeepEditing{};
+        default:
+            return EditorEvents::ConfirmDiscard{};
+        }
+    }
+
+    void handle(const EditorEvent& event)
+    {
+        const auto shown = m_editor.shownGeneration();
+        const bool areExitsAllowed = m_editor.areExitsAllowed();
+        const QList<EditorOutcome> outcomes = m_editor.handle(event);
+        if (std::holds_alternative<EditorEvents::Finish>(event)) {
+            require(outcomes.isEmpty() == !areExitsAllowed, "an exit begins when exits are allowed");
+            if (areExitsAllowed)
+                ++m_commitsLeft[*shown];
+        }
+        bool isClosing = false;
+        for (const EditorOutcome& outcome : outcomes) {
+            if (const auto* commit = std::get_if<EditorOutcomes::Commit>(&outcome))
+                require(--m_commitsLeft[commit->generation] >= 0, "an exit is committed once");
+            isClosing |= std::holds_alternative<EditorOutcomes::Close>(outcome) ||
+                         std::holds_alternative<EditorOutcomes::Dismiss>(outcome);
+        }
+        require(isClosing == (shown && !m_editor.session()), "the window closes with the document");
+        if (const auto now = m_editor.shownGeneration(); now && now != shown) {
+            require(*now > m_latest, "no number is used twice");
+            m_latest = *now;
+        }
+    }
+
+    void checkSession(const AnnotationSession& session)
+    {
+        const auto isMark = [&](std::optional<qsizetype> i) {
+            return !i || (*i >= 0 && *i < session.annotations().size());
+        };
+        require(isMark(session.selection()) && isMark(session.editing()), "what is selected exists");
+        require(!session.editing() || session.selection() == session.editing(), "what is typed is selected");
+        const QRectF crop = session.crop();
+        require(crop == crop.toRect() && bounds.contains(crop) && !crop.isEmpty(), "the crop is pixels of the picture");
+
+        int counters = 0;
+        for (qsizetype i = 0; i < session.annotations().size(); ++i) {
+            const Annotation& mark = session.annotations().at(i);
+            constexpr QRectF nearly(-1e-6, -1e-6, 200 + 2e-6, 100 + 2e-6);
+            require(nearly.contains(mark.start) && nearly.contains(mark.end), "no mark leaves the picture");
+            if (mark.kind == Annotation::Kind::counter)
+                require(session.counterNumber(i) == ++counters, "counters count");
+        }
+    }
+
+    /// Undoes everything, and does it all again.
+    void checkHistory(AnnotationSession session)
+    {
+        session.endEditing();
+        QList<AnnotationSession> states{session};
+        while (session.canUndo()) {
+            session.undo();
+            checkSession(session);
+            states += session;
+        }
+        require(session.annotations().isEmpty() && session.crop() == bounds, "undo leads back to the start");
+        for (auto state = states.crbegin(); state != states.crend(); ++state) {
+            require(areAlike(session, *state), "redo leads back to the end");
+            session.redo();
+        }
+        const auto flat = session.flatten();
+        require(flat && flat->size() == session.crop().size(), "the result is the crop");
+    }
+
+    std::span<const std::uint8_t> m_bytes;
+    EditorLifecycle m_editor;
+    double m_scale = 1;
+    EditorGeneration m_latest = 0;
+    std::map<EditorGeneration, int> m_commitsLeft;
+    const char* m_broken = nullptr;
+};
+
+} // namespace
+
+const char* EditorStream::firstBroken(std::span<const std::uint8_t> bytes)
+{
+    return Player(bytes).play();
+}
