@@ -54,7 +54,10 @@ CommandCard::CommandCard(HistoryViewModel& viewModel, Thumbs& thumbs, QWidget* p
     Accessibility::setRole(this, QAccessible::Dialog);
     Accessibility::setRole(m_page, QAccessible::List);
     setAccessibleName(tr("Smart Actions"));
-    connect(m_filter, &QLineEdit::textEdited, this, [this](const QString& text) { m_viewModel.setCmdkQuery(text); });
+    connect(m_filter, &QLineEdit::textEdited, this, [this](const QString& text) {
+        m_viewModel.setCmdkQuery(text);
+        m_viewModel.setCmdkIndex(0); // the best match so far, whatever was highlighted
+    });
 }
 
 void CommandCard::sync()
@@ -86,7 +89,7 @@ void CommandCard::rebuildRows(const QList<SmartAction>& actions)
     for (int i = 0; i < static_cast<int>(actions.size()); ++i) {
         const auto ordinal = i < lastOrdinal ? std::optional(i + 1) : std::nullopt;
         auto* row = new CommandRow(actions.at(i).label, ordinal, Theme::readableTint(item->type), m_page);
-        connect(row, &CommandRow::entered, this, [this, i] { m_viewModel.setCmdkIndex(i); });
+        connect(row, &CommandRow::pointedAt, this, [this, i] { m_viewModel.setCmdkIndex(i); });
         connect(row, &QAbstractButton::clicked, this, [this, i] { m_viewModel.runCmdkAt(i); });
         row->show();
         m_rows.append(row);

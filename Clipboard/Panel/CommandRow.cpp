@@ -3,6 +3,8 @@
 #include "Accessibility.h"
 #include "KeyCap.h"
 #include "Painting.h"
+#include "SmartActionLabel.h"
+#include "SmartActionSymbols.h"
 #include "TintedIcon.h"
 
 #include <QPainter>
@@ -20,13 +22,15 @@ constexpr int gap = 10;
 
 CommandRow::CommandRow(const QString& label, std::optional<int> ordinal, const QColor& tint, QWidget* parent)
     : QAbstractButton(parent)
+    , m_icon(SmartActionSymbols::iconName(label).toLatin1())
     , m_ordinal(ordinal)
     , m_tint(tint)
 {
     Accessibility::setRole(this, QAccessible::ListItem);
-    setText(label);
-    setAccessibleName(label);
+    setText(shownActionLabel(label));
+    setAccessibleName(text());
     setFocusPolicy(Qt::NoFocus);
+    setMouseTracking(true);
     if (ordinal)
         Accessibility::setShortcut(this, tr("⌘%1").arg(*ordinal));
 }
@@ -54,7 +58,7 @@ void CommandRow::paintEvent(QPaintEvent* /*event*/)
     if (m_selected)
         Painting::roundedFill(painter, row, Theme::rowRadius, Theme::rowSel, Theme::rowSelLine);
     const QRectF frame(padding, 0, signFrame, height);
-    drawIcon(painter, frame, {QLatin1String("wand"), signSize, m_selected ? QColor(Theme::text) : m_tint});
+    drawIcon(painter, frame, {QLatin1String(m_icon), signSize, m_selected ? QColor(Theme::text) : m_tint});
     const QSizeF cap = KeyCap::size(keys());
     const QRectF label(frame.right() + gap, 0, row.right() - padding - cap.width() - gap - frame.right() - gap, height);
     Painting::textLine(painter, label, m_selected ? Fonts::button : Fonts::label, Theme::text, text());
@@ -62,9 +66,11 @@ void CommandRow::paintEvent(QPaintEvent* /*event*/)
                  m_selected ? KeyCap::selected : KeyCap::normal);
 }
 
-void CommandRow::enterEvent(QEnterEvent* /*event*/)
+void CommandRow::mouseMoveEvent(QMouseEvent* event)
 {
-    emit entered();
+    if (!m_selected)
+        emit pointedAt();
+    QAbstractButton::mouseMoveEvent(event);
 }
 
 } // namespace Clipboard

@@ -3,6 +3,7 @@
 #include "Theme.h"
 
 #include <QAbstractButton>
+#include <QByteArray>
 
 #include <optional>
 
@@ -15,21 +16,23 @@ class CommandRow final : public QAbstractButton
 public:
     static constexpr int height = 38;
 
-    /// `ordinal`: 1 to 9 for the rows that a number key runs. `tint` colours the sign.
+    /// `label`: of the action. `ordinal`: 1 to 9 for the rows that a number key runs. `tint` colours the symbol.
     CommandRow(const QString& label, std::optional<int> ordinal, const QColor& tint, QWidget* parent);
 
     void setSelected(bool selected);
 
 signals:
-    void entered();
+    /// The pointer has moved over the row, not the row under a pointer that rests.
+    void pointedAt();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void enterEvent(QEnterEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
 
 private:
     [[nodiscard]] QString keys() const;
 
+    QByteArray m_icon;
     std::optional<int> m_ordinal;
     QColor m_tint;
     bool m_selected = false;

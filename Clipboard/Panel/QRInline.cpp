@@ -14,7 +14,7 @@ namespace {
 
 constexpr int groundRadius = 10;
 constexpr int captionGap = 16;
-constexpr int captionWidth = 96; // narrow: it stands beside the code as a block
+constexpr int captionWidth = 80; // narrow: it stands beside the code as a block
 constexpr int codeSize = 164;
 // A code whose modules would just miss a whole number of pixels may take this much of the ground's edge.
 constexpr int codeSlack = 4;

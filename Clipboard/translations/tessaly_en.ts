@@ -66,6 +66,13 @@
     </message>
 </context>
 <context>
+    <name>Clipboard::SmartActionsSection</name>
+    <message>
+        <source>⌘K</source>
+        <translation>Ctrl+K</translation>
+    </message>
+</context>
+<context>
     <name>Clipboard::PasteService</name>
     <message>
         <source>Copied %1 — press ⌘V to paste</source>
