@@ -1,6 +1,7 @@
 // The core's own figures: loading, saving, searching, and what a huge text costs on the main thread.
 // One line each: name, value, unit, goal, separated by tabs.
 
+#include "../Figures.h"
 #include "History/JSONHistoryStore.h"
 #include "History/SearchIndex.h"
 #include "History/TypeDetector.h"
@@ -13,12 +14,13 @@
 #include <QTextStream>
 
 #include <algorithm>
-#include <functional>
 #include <random>
 #include <vector>
 
 using namespace ClipboardCore;
 using namespace Qt::StringLiterals;
+using Figures::median;
+using Figures::report;
 
 namespace {
 
@@ -26,28 +28,6 @@ constexpr qsizetype hugeSize = qsizetype(50) * 1000 * 1000;
 constexpr qsizetype entryCount = 500;
 // Larger texts are folded in the background; the measurement waits for them.
 constexpr auto foldedAtOnce = qsizetype(64) * 1024;
-
-/// The median of several runs, in milliseconds.
-template <typename Run>
-double median(
-    int runs, Run run, const std::function<void()>& prepare = [] {})
-{
-    std::vector<double> times;
-    for (int i = 0; i < runs; ++i) {
-        prepare();
-        QElapsedTimer timer;
-        timer.start();
-        run();
-        times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
-    }
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
-}
-
-void report(const QString& name, double milliseconds, const QString& goal)
-{
-    QTextStream(stdout) << name << '\t' << QString::number(milliseconds, 'f', 3) << "\tms\t" << goal << '\n';
-}
 
 /// Words of letters in lines of about 70 characters; always the same for the same seed.
 QByteArray words(qsizetype size, unsigned seed, bool cyrillic = false)
