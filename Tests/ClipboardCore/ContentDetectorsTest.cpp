@@ -363,7 +363,7 @@ void ContentDetectorsTest::xml_data()
             {"three hyphens", "<!-- ---><a/>"},
             {"reserved instruction", "<a/><?XmL?>"},
             {"instruction without a name", "<? a?><a/>"},
-            {"empty instruction", "<??><a/>"},
+            {"empty instruction", "<?\?><a/>"},
             {"second declaration", "<?xml version='1.0'?><?xml version='1.0'?><a/>"},
             {"version of another kind", "<?xml version='2.0'?><a/>"},
             {"declaration out of order", "<?xml encoding='a' version='1.0'?><a/>"},
