@@ -75,6 +75,8 @@ JSONText::Reader::Reader(QByteArrayView utf8)
     bytes = QByteArray(m_size + qsizetype(simdjson::SIMDJSON_PADDING), '\0');
     m_begin = bytes.data();
     std::copy(utf8.begin(), utf8.end(), m_begin);
+    // No value takes less than a sign and a comma.
+    m_result.m_nodes.reserve(static_cast<size_t>(m_size / 2 + 1));
 }
 
 std::optional<JSONText> JSONText::Reader::read()
@@ -116,7 +118,9 @@ bool JSONText::Reader::readValue(JSON::value value, int depth)
     }
     std::string_view token = value.raw_json_token();
     // White space up to the next token belongs to this one.
-    token = token.substr(0, token.find_last_not_of(" \t\r\n") + 1);
+    while (!token.empty() &&
+           (token.back() == ' ' || token.back() == '\n' || token.back() == '\t' || token.back() == '\r'))
+        token.remove_suffix(1);
     append(Kind::scalar, token.data(), token.data() + token.size());
     return isScalar(type, token);
 }

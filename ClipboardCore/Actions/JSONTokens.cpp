@@ -71,8 +71,8 @@ std::optional<char> shortEscape(char letter)
 bool isNumber(std::string_view text)
 {
     size_t at = 0;
-    const auto skip = [&](std::string_view choices) {
-        const bool found = at < text.size() && choices.find(text[at]) != std::string_view::npos;
+    const auto skip = [&](char sign) {
+        const bool found = at < text.size() && text[at] == sign;
         at += found ? 1 : 0;
         return found;
     };
@@ -83,13 +83,14 @@ bool isNumber(std::string_view text)
         return at > start;
     };
 
-    skip("-");
-    if (!skip("0") && !skipDigits())
+    skip('-');
+    if (!skip('0') && !skipDigits())
         return false;
-    if (skip(".") && !skipDigits())
+    if (skip('.') && !skipDigits())
         return false;
-    if (skip("eE")) {
-        skip("+-");
+    if (skip('e') || skip('E')) {
+        if (!skip('+'))
+            skip('-');
         if (!skipDigits())
             return false;
     }

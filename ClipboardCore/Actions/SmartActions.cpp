@@ -56,7 +56,7 @@ QString clip(const Utf8Text& text, qsizetype maximum)
     // More than `maximum` of the longest characters, so that the cut never depends on the rest.
     const qsizetype enough = 4 * (maximum + 1) * Graphemes::longestCharacter;
     const auto shown = Graphemes::prefix(collapseWhitespace(text.utf8(), enough), maximum);
-    return u'“' + shown.text + (shown.isWhole ? QString() : u"…"_s) + u'”';
+    return QCoreApplication::translate("ClipItem", "“%1”").arg(shown.text + (shown.isWhole ? QString() : u"…"_s));
 }
 
 QString swiftUIColor(const ColorMath::RGB& color)

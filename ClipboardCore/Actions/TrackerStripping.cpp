@@ -69,6 +69,7 @@ std::optional<Utf8Text> strippedTrackers(const Utf8Text& text)
         return std::nullopt;
 
     QByteArray kept;
+    kept.reserve(end - queryMark);
     bool keptAny = false;
     bool removedAny = false;
     for (qsizetype start = queryMark + 1; start <= end;) {
