@@ -54,7 +54,7 @@ int recognize(const QString& picturePath)
 constexpr auto titleLimit = 3s;
 
 // Longer ones are refused by servers, too.
-constexpr qint64 maxLinkBytes = 64 * 1024;
+constexpr qint64 maxLinkBytes = qint64{64} * 1024;
 
 int title()
 {

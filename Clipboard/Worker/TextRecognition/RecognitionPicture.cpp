@@ -8,9 +8,10 @@ namespace {
 
 // Time and memory of the recognition grow with the pixels; a 4K screenshot, doubled, has 33 million of them and takes
 // a few seconds and 350 MB. What has more is scaled down to that.
-constexpr qint64 maxPixels = qint64{2 * 3840} * (2 * 2160);
+constexpr qint64 maxPixels = qint64{7680} * 4320;
 
 // Letters on a screen are 9 to 14 pixels high, those that the recognizer has learnt from two to three times that.
+// Doubled, even captions of 9 pixels read without a fault; letters of 80 and more read a little worse.
 constexpr int enlargement = 2;
 
 constexpr int middleGrey = 127;
