@@ -74,6 +74,8 @@ private slots:
     void xml() { check(); }
     void bounds_data();
     void bounds();
+    void hostile_data();
+    void hostile();
     void truncations_data();
     void truncations();
 };
@@ -395,6 +397,47 @@ void ContentDetectorsTest::bounds()
     const QByteArray largest = text.leftJustified(ContentDetectors::sizeLimit, ' ');
     QVERIFY(detector(Utf8Text::fromUtf8(largest)).has_value());
     QCOMPARE(detector(Utf8Text::fromUtf8(largest + ' ')).has_value(), !countsWhiteSpace);
+}
+
+/// As long as allowed, and nearly what somebody looks for: a detector that tried again from each place would not come
+/// back before the test is given up.
+void ContentDetectorsTest::hostile_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    const auto row = [](const char* name, const QByteArray& piece, const QByteArray& end) {
+        QTest::newRow(name) << piece.repeated((ContentDetectors::sizeLimit - end.size()) / piece.size()) + end;
+    };
+    row("Base64 that ends badly", "AAAA", "AAA!");
+    row("padding everywhere", "=", "");
+    row("percent signs", "%", "");
+    row("escapes that end badly", "%41", "%4");
+    row("full stops with marks", ".\u0301", "");
+    row("pieces", "a.", "");
+    row("parameters without a name", "?&", "#");
+    row("brackets", "[", "");
+    row("members", "{\"a\":", "");
+    row("quotes", "[\"\",", "");
+    row("backslashes", "[\"\\", "");
+    row("numbers", "[1e", "");
+    row("less-than signs", "<", "");
+    row("elements", "<a>", "");
+    row("attributes", "<a b='", "");
+    row("comments", "<!--", "");
+    row("document types", "<!DOCTYPE a [", "");
+    row("entities", "<a>&", "");
+    row("hyphens", "-", "");
+    row("marks", "\u0301", "");
+    row("blanks", " \u00A0", "");
+}
+
+void ContentDetectorsTest::hostile()
+{
+    QFETCH(QByteArray, text);
+    for (const Detector detector :
+         {ContentDetectors::prettyJSON, ContentDetectors::minifiedJSON, ContentDetectors::base64Decoded,
+          ContentDetectors::urlDecoded, ContentDetectors::jwtPayload, ContentDetectors::strippedTrackers,
+          ContentDetectors::slug, ContentDetectors::formattedXML})
+        QCOMPARE(bytes(detector(Utf8Text::fromUtf8(text))), none);
 }
 
 void ContentDetectorsTest::truncations_data()

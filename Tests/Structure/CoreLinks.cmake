@@ -1,4 +1,5 @@
-# Fails when the core needs more than Qt Core, simdjson and the language's own libraries.
+# Fails when the core needs more than Qt Core, simdjson and the language's own libraries, or uses regular expressions: it
+# reads what strangers wrote, and scans it without ever stepping back.
 set(allowed "^(libQt6Core|libsimdjson|libstdc\\+\\+|libm|libgcc_s|libc|libpthread|ld-linux.*|libasan|libubsan|libtsan)\\.so")
 
 execute_process(COMMAND ${READELF} --dynamic --wide ${PROBE} OUTPUT_VARIABLE dynamic COMMAND_ERROR_IS_FATAL ANY)
@@ -13,5 +14,12 @@ foreach(entry IN LISTS entries)
 endforeach()
 if(NOT needed MATCHES "libQt6Core")
     message(FATAL_ERROR "${PROBE} does not look like the core: it needs only ${needed}")
+endif()
+execute_process(COMMAND ${READELF} --dyn-syms --wide ${PROBE} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
+if(NOT symbols MATCHES "QString")
+    message(FATAL_ERROR "${PROBE} shows no symbols")
+endif()
+if(symbols MATCHES "QRegularExpression|basic_regex")
+    message(SEND_ERROR "The core uses regular expressions")
 endif()
 message(STATUS "The core needs ${needed}")
