@@ -80,6 +80,13 @@
     </message>
 </context>
 <context>
+    <name>EditorLifecycle</name>
+    <message>
+        <source>Copied %1 — press ⌘V to paste</source>
+        <translation>Copied %1 — press Ctrl+V to paste</translation>
+    </message>
+</context>
+<context>
     <name>SmartActions</name>
     <message>
         <source>Reveal in Finder</source>
