@@ -21,9 +21,32 @@ constexpr qsizetype titleCharacters = 200;
 // Shown whole, for all a reader can tell: beyond what any browser takes as an address.
 constexpr qsizetype maxWholeTitleBytes = qsizetype{64} * 1024;
 
-QString translated(const char* text)
+/// The texts, as the translation context "ClipItem".
+struct Text
 {
-    return QCoreApplication::translate("ClipItem", text);
+    Q_DECLARE_TR_FUNCTIONS(ClipItem)
+};
+
+/// A relative time in short, its unit translated: "5m".
+QString shortSpan(const QString& label)
+{
+    const QString count = label.chopped(1);
+    switch (label.back().unicode()) {
+    case u'm':
+        return Text::tr("%1m").arg(count);
+    case u'h':
+        return Text::tr("%1h").arg(count);
+    default:
+        return Text::tr("%1d").arg(count);
+    }
+}
+
+QString spokenAge(const ClipItem& item, double now)
+{
+    const QString age = ClipboardCore::RelativeTime::label(item.createdAt, now);
+    if (age == "now"_L1)
+        return Text::tr("copied now");
+    return age == "yesterday"_L1 ? Text::tr("copied yesterday") : Text::tr("copied %1").arg(shortSpan(age));
 }
 
 QString wholeTitle(const ClipItem& item)
@@ -54,17 +77,36 @@ ClipTypeMeta meta(ClipType type)
 {
     switch (type) {
     case ClipType::text:
-        return {translated("Text"), QColor::fromRgbF(0.557F, 0.608F, 0.71F)};
+        return {Text::tr("Text"), QColor::fromRgbF(0.557F, 0.608F, 0.71F)};
     case ClipType::link:
-        return {translated("Links"), QColor::fromRgbF(0.239F, 0.545F, 1.0F)};
+        return {Text::tr("Links"), QColor::fromRgbF(0.239F, 0.545F, 1.0F)};
     case ClipType::image:
-        return {translated("Images"), QColor::fromRgbF(0.69F, 0.424F, 1.0F)};
+        return {Text::tr("Images"), QColor::fromRgbF(0.69F, 0.424F, 1.0F)};
     case ClipType::color:
-        return {translated("Colors"), QColor::fromRgbF(1.0F, 0.624F, 0.263F)};
+        return {Text::tr("Colors"), QColor::fromRgbF(1.0F, 0.624F, 0.263F)};
     case ClipType::code:
-        return {translated("Code"), QColor::fromRgbF(0.204F, 0.827F, 0.6F)};
+        return {Text::tr("Code"), QColor::fromRgbF(0.204F, 0.827F, 0.6F)};
     case ClipType::file:
-        return {translated("Files"), QColor::fromRgbF(0.176F, 0.831F, 0.749F)};
+        return {Text::tr("Files"), QColor::fromRgbF(0.176F, 0.831F, 0.749F)};
+    }
+    Q_UNREACHABLE();
+}
+
+QString badge(ClipType type)
+{
+    switch (type) {
+    case ClipType::text:
+        return Text::tr("text");
+    case ClipType::link:
+        return Text::tr("link");
+    case ClipType::image:
+        return Text::tr("image");
+    case ClipType::color:
+        return Text::tr("color");
+    case ClipType::code:
+        return Text::tr("code");
+    case ClipType::file:
+        return Text::tr("file");
     }
     Q_UNREACHABLE();
 }
@@ -77,7 +119,7 @@ QString rowTitle(const ClipItem& item)
     case ClipType::link:
         return wholeTitle(item);
     case ClipType::image:
-        return ImageDimensions::label(item.content.toString()).value_or(translated("Image"));
+        return ImageDimensions::label(item.content.toString()).value_or(Text::tr("Image"));
     case ClipType::color:
         return wholeTitle(item).toUpper();
     case ClipType::code:
@@ -92,10 +134,10 @@ QString accessibilityLabel(const ClipItem& item, double now)
 {
     QStringList parts{meta(item.type).label, rowTitle(item)};
     if (item.sourceApp)
-        parts.append(translated("from %1").arg(*item.sourceApp));
-    parts.append(translated("copied %1").arg(ClipboardCore::RelativeTime::label(item.createdAt, now)));
+        parts.append(Text::tr("from %1").arg(*item.sourceApp));
+    parts.append(spokenAge(item, now));
     if (item.isPinned)
-        parts.append(translated("pinned"));
+        parts.append(Text::tr("pinned"));
     return parts.join(u", "_s);
 }
 
@@ -103,8 +145,8 @@ QString ageLabel(const ClipItem& item, double now)
 {
     const QString age = ClipboardCore::RelativeTime::label(item.createdAt, now);
     if (age == "now"_L1)
-        return translated("just now");
-    return age == "yesterday"_L1 ? translated("yesterday") : translated("%1 ago").arg(age);
+        return Text::tr("just now");
+    return age == "yesterday"_L1 ? Text::tr("yesterday") : Text::tr("%1 ago").arg(shortSpan(age));
 }
 
 } // namespace Clipboard

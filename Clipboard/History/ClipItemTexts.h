@@ -16,6 +16,9 @@ struct ClipTypeMeta
 
 [[nodiscard]] ClipTypeMeta meta(ClipboardCore::ClipType type);
 
+/// The small word for a type on a row.
+[[nodiscard]] QString badge(ClipboardCore::ClipType type);
+
 /// The title line of a list row. At most 200 characters, but for links and colours, which are shown whole.
 [[nodiscard]] QString rowTitle(const ClipboardCore::ClipItem& item);
 

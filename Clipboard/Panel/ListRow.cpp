@@ -96,21 +96,24 @@ void ListRow::paintTitle(QPainter& painter, const QRectF& line, int row, State s
 void ListRow::paintDetails(QPainter& painter, const QRectF& line, int row, State state) const
 {
     const ClipItem& item = m_model.item(row);
-    const QString badge(rawValue(item.type));
-    Painting::textLine(painter, line, Fonts::badge, Theme::readableTint(item.type), badge);
+    const QString type = badge(item.type);
+    Painting::textLine(painter, line, Fonts::badge, Theme::readableTint(item.type), type);
 
     const bool lit = state == State::selected || state == State::idle;
     const QString age = ageLabel(item, ClipboardCore::currentTime());
     Painting::textLine(painter, line, Fonts::age, lit ? Theme::text2 : Theme::text3, age, Qt::AlignRight);
     if (!item.isPinned)
         return;
-    const qreal pinLeft = line.left() + std::ceil(Fonts::width(Fonts::badge, badge)) + detailGap;
+    const qreal pinLeft = line.left() + std::ceil(Fonts::width(Fonts::badge, type)) + detailGap;
     drawIcon(painter, QRectF(pinLeft, line.top(), pinSize, line.height()),
              {QLatin1String("pinfill"), pinSize, Theme::accent, pinStroke});
     const qreal textLeft = pinLeft + pinSize + pinGap;
     const qreal room = line.right() - Fonts::width(Fonts::age, age) - detailGap - textLeft;
+    const QString pinned = tr("Pinned");
+    if (Fonts::width(Fonts::badge, pinned) > room)
+        return; // the pin alone says it too
     Painting::textLine(painter, QRectF(textLeft, line.top(), room, line.height()), Fonts::badge,
-                       state == State::selected ? Theme::accentSoft : Theme::text2, tr("Pinned"));
+                       state == State::selected ? Theme::accentSoft : Theme::text2, pinned);
 }
 
 } // namespace Clipboard

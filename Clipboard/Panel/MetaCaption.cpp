@@ -41,7 +41,7 @@ QString textDetail(const ClipItem& item)
     if (item.content.byteCount() > countedCharacters)
         return bytes(item.content.byteCount());
     const auto count = ClipboardCore::Graphemes::count(item.content.toString());
-    return MetaCaption::tr("%1 characters").arg(QLocale().toString(count));
+    return MetaCaption::tr("%Ln characters", nullptr, static_cast<int>(count));
 }
 
 QStringList fileDetails(const ClipItem& item)
@@ -63,7 +63,7 @@ QStringList details(const ClipItem& item)
     case ClipType::text:
         return {textDetail(item)};
     case ClipType::code:
-        return {MetaCaption::tr("%1 lines").arg(QLocale().toString(item.content.utf8().count('\n') + 1))};
+        return {MetaCaption::tr("%Ln lines", nullptr, static_cast<int>(item.content.utf8().count('\n') + 1))};
     case ClipType::file:
         return fileDetails(item);
     default:

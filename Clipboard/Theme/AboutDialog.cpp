@@ -2,8 +2,6 @@
 
 #include "DialogButton.h"
 
-using namespace Qt::StringLiterals;
-
 namespace Clipboard {
 
 AboutDialog::AboutDialog(bool composited, QWidget* parent)
@@ -13,7 +11,7 @@ AboutDialog::AboutDialog(bool composited, QWidget* parent)
              tr("Version %1\nA clipboard history for your desktop.\nFree software under the MIT licence.")
                  .arg(QLatin1String(TESSALY_VERSION)));
     setWindowTitle(tr("About Tessaly"));
-    connect(addButton(tr("Close"), u"esc"_s, false), &QAbstractButton::clicked, this, &QDialog::accept);
+    connect(addButton(tr("Close"), tr("esc"), false), &QAbstractButton::clicked, this, &QDialog::accept);
 }
 
 } // namespace Clipboard

@@ -11,7 +11,7 @@ ClearHistoryDialog::ClearHistoryDialog(bool composited, QWidget* parent)
 {
     setTexts(tr("Clear clipboard history?"), tr("This removes all unpinned items. Pinned items are kept."));
     connect(addButton(tr("Clear"), u"⏎"_s, true), &QAbstractButton::clicked, this, &QDialog::accept);
-    connect(addButton(tr("Cancel"), u"esc"_s, false), &QAbstractButton::clicked, this, &QDialog::reject);
+    connect(addButton(tr("Cancel"), tr("esc"), false), &QAbstractButton::clicked, this, &QDialog::reject);
 }
 
 } // namespace Clipboard

@@ -30,6 +30,9 @@ constexpr int checkSize = 15;
 constexpr qreal checkStroke = 2.2;
 constexpr int columnGap = 8;
 
+// What the toolkit looks up to write a shortcut.
+[[maybe_unused]] constexpr const char* controlKey = QT_TRANSLATE_NOOP("QShortcut", "Ctrl");
+
 /// Gives the menu its measures; the painting is the menu's own.
 class MenuMetrics final : public QProxyStyle
 {

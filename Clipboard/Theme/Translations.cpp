@@ -12,12 +12,15 @@ static void registerCatalogue()
 
 namespace Clipboard {
 
-void installTranslations(QCoreApplication& application)
+void installTranslations(QCoreApplication& application, const QLocale& locale)
 {
     registerCatalogue();
-    auto* translator = new QTranslator(&application);
-    if (translator->load(u":/translations/tessaly_en.qm"_s))
-        QCoreApplication::installTranslator(translator);
+    auto* wording = new QTranslator(&application);
+    if (wording->load(u":/translations/tessaly_en.qm"_s))
+        QCoreApplication::installTranslator(wording);
+    auto* language = new QTranslator(&application);
+    if (language->load(locale, u"tessaly"_s, u"_"_s, u":/translations"_s) && language->language() != wording->language())
+        QCoreApplication::installTranslator(language);
 }
 
 } // namespace Clipboard

@@ -5,6 +5,8 @@
 #include "Support/Graphemes.h"
 #include "Support/UrlHost.h"
 
+#include <QCoreApplication>
+
 #include <chrono>
 
 using namespace Qt::StringLiterals;
@@ -31,11 +33,11 @@ QString snippetBase(const ClipItem& item)
             return *host;
         return Graphemes::prefixOfUtf8(content, snippetSource).text;
     case ClipType::image:
-        return u"image"_s;
+        return QCoreApplication::translate("ClipItem", "image");
     case ClipType::color:
         return Graphemes::prefixOfUtf8(content, snippetSource).text.toUpper();
     case ClipType::code:
-        return u"code snippet"_s;
+        return QCoreApplication::translate("ClipItem", "code snippet");
     case ClipType::file:
         return Graphemes::prefixOfUtf8(FilePath::lastComponent(content), snippetSource).text;
     }
@@ -61,7 +63,8 @@ QString ClipItem::snippet() const
 {
     const QString base = snippetBase(*this);
     const QStringView shown = Graphemes::prefix(QStringView(base), snippetLength);
-    return u'“' + shown.toString() + (shown.size() < base.size() ? u"…"_s : QString()) + u'”';
+    const QString clipped = shown.toString() + (shown.size() < base.size() ? u"…"_s : QString());
+    return QCoreApplication::translate("ClipItem", "“%1”").arg(clipped);
 }
 
 double currentTime()

@@ -1,0 +1,808 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de" sourcelanguage="en">
+<context>
+    <name>AnnotationTool</name>
+    <message>
+        <source>Crop</source>
+        <translation>Zuschneiden</translation>
+    </message>
+    <message>
+        <source>Drag the edges to crop, or inside to move the crop</source>
+        <translation>Ränder ziehen zum Zuschneiden, innen ziehen zum Verschieben</translation>
+    </message>
+    <message>
+        <source>Arrow</source>
+        <translation>Pfeil</translation>
+    </message>
+    <message>
+        <source>Drag to draw an arrow</source>
+        <translation>Ziehen zeichnet einen Pfeil</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>Rechteck</translation>
+    </message>
+    <message>
+        <source>Drag to draw a rectangle</source>
+        <translation>Ziehen zeichnet ein Rechteck</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Click to add text, double-click text to edit it</source>
+        <translation>Klicken fügt Text ein, Doppelklick auf Text bearbeitet ihn</translation>
+    </message>
+    <message>
+        <source>Highlighter</source>
+        <translation>Textmarker</translation>
+    </message>
+    <message>
+        <source>Drag to highlight</source>
+        <translation>Ziehen markiert</translation>
+    </message>
+    <message>
+        <source>Pixelate</source>
+        <translation>Verpixeln</translation>
+    </message>
+    <message>
+        <source>Drag to pixelate</source>
+        <translation>Ziehen verpixelt</translation>
+    </message>
+    <message>
+        <source>Counter</source>
+        <translation>Nummer</translation>
+    </message>
+    <message>
+        <source>Click to number a step</source>
+        <translation>Klicken nummeriert einen Schritt</translation>
+    </message>
+</context>
+<context>
+    <name>ClipItem</name>
+    <message>
+        <source>%1m</source>
+        <translation>%1 Min.</translation>
+    </message>
+    <message>
+        <source>%1h</source>
+        <translation>%1 Std.</translation>
+    </message>
+    <message>
+        <source>%1d</source>
+        <translation>%1 T.</translation>
+    </message>
+    <message>
+        <source>copied now</source>
+        <translation>gerade eben kopiert</translation>
+    </message>
+    <message>
+        <source>copied yesterday</source>
+        <translation>gestern kopiert</translation>
+    </message>
+    <message>
+        <source>copied %1</source>
+        <translation>vor %1 kopiert</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Links</source>
+        <translation>Links</translation>
+    </message>
+    <message>
+        <source>Images</source>
+        <translation>Bilder</translation>
+    </message>
+    <message>
+        <source>Colors</source>
+        <translation>Farben</translation>
+    </message>
+    <message>
+        <source>Code</source>
+        <translation>Code</translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation>Dateien</translation>
+    </message>
+    <message>
+        <source>text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>link</source>
+        <translation>Link</translation>
+    </message>
+    <message>
+        <source>image</source>
+        <translation>Bild</translation>
+    </message>
+    <message>
+        <source>color</source>
+        <translation>Farbe</translation>
+    </message>
+    <message>
+        <source>code</source>
+        <translation>Code</translation>
+    </message>
+    <message>
+        <source>file</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Image</source>
+        <translation>Bild</translation>
+    </message>
+    <message>
+        <source>from %1</source>
+        <translation>aus %1</translation>
+    </message>
+    <message>
+        <source>pinned</source>
+        <translation>angeheftet</translation>
+    </message>
+    <message>
+        <source>just now</source>
+        <translation>gerade eben</translation>
+    </message>
+    <message>
+        <source>yesterday</source>
+        <translation>gestern</translation>
+    </message>
+    <message>
+        <source>%1 ago</source>
+        <translation>vor %1</translation>
+    </message>
+    <message>
+        <source>“%1”</source>
+        <translation>„%1“</translation>
+    </message>
+    <message>
+        <source>code snippet</source>
+        <translation>Codeausschnitt</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::AboutDialog</name>
+    <message>
+        <source>Tessaly</source>
+        <translation>Tessaly</translation>
+    </message>
+    <message>
+        <source>Version %1
+A clipboard history for your desktop.
+Free software under the MIT licence.</source>
+        <translation>Version %1
+Ein Zwischenablageverlauf für den Desktop.
+Freie Software unter der MIT-Lizenz.</translation>
+    </message>
+    <message>
+        <source>About Tessaly</source>
+        <translation>Über Tessaly</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>esc</source>
+        <translation>Esc</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::ClearButton</name>
+    <message>
+        <source>Clear search</source>
+        <translation>Suche leeren</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::ClearHistoryDialog</name>
+    <message>
+        <source>Clear clipboard history?</source>
+        <translation>Zwischenablageverlauf leeren?</translation>
+    </message>
+    <message>
+        <source>This removes all unpinned items. Pinned items are kept.</source>
+        <translation>Alle nicht angehefteten Einträge werden entfernt. Angeheftete Einträge bleiben erhalten.</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Leeren</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>esc</source>
+        <translation>Esc</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::CommandCard</name>
+    <message>
+        <source>Filter actions…</source>
+        <translation>Aktionen filtern …</translation>
+    </message>
+    <message>
+        <source>Smart Actions</source>
+        <translation>Schnellaktionen</translation>
+    </message>
+    <message>
+        <source>No matching actions</source>
+        <translation>Keine passenden Aktionen</translation>
+    </message>
+    <message>
+        <source>Move</source>
+        <translation>Bewegen</translation>
+    </message>
+    <message>
+        <source>Run</source>
+        <translation>Ausführen</translation>
+    </message>
+    <message>
+        <source>⌘1–9</source>
+        <translation>Strg+1–9</translation>
+    </message>
+    <message>
+        <source>Jump</source>
+        <translation>Springen</translation>
+    </message>
+    <message>
+        <source>esc</source>
+        <translation>Esc</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::CommandRow</name>
+    <message>
+        <source>⌘%1</source>
+        <translation>Strg+%1</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::FilterChip</name>
+    <message>
+        <source>All</source>
+        <translation>Alle</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n items</source>
+        <translation>
+            <numerusform>%n Eintrag</numerusform>
+            <numerusform>%n Einträge</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::FloatingPanel</name>
+    <message>
+        <source>Tessaly</source>
+        <translation>Tessaly</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::HistoryList</name>
+    <message>
+        <source>Clipboard history</source>
+        <translation>Zwischenablageverlauf</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::HistoryListModel</name>
+    <message>
+        <source>Double-tap to paste</source>
+        <translation>Doppelklick fügt ein</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::HistoryViewModel</name>
+    <message>
+        <source>Copied %1</source>
+        <translation>Kopiert: %1</translation>
+    </message>
+    <message>
+        <source>File not found</source>
+        <translation>Datei nicht gefunden</translation>
+    </message>
+    <message>
+        <source>File no longer exists — removed from history</source>
+        <translation>Datei existiert nicht mehr – aus dem Verlauf entfernt</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::ImageBody</name>
+    <message>
+        <source>Image unavailable</source>
+        <translation>Bild nicht verfügbar</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::ListRow</name>
+    <message>
+        <source>Pinned</source>
+        <translation>Angeheftet</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::MetaCaption</name>
+    <message numerus="yes">
+        <source>%Ln characters</source>
+        <translation>
+            <numerusform>%Ln Zeichen</numerusform>
+            <numerusform>%Ln Zeichen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln lines</source>
+        <translation>
+            <numerusform>%Ln Zeile</numerusform>
+            <numerusform>%Ln Zeilen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Unknown</source>
+        <translation>Unbekannt</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::PanelFooter</name>
+    <message numerus="yes">
+        <source>%n item</source>
+        <translation>
+            <numerusform>%n Eintrag</numerusform>
+            <numerusform>%n Einträge</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Navigate</source>
+        <translation>Navigieren</translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation>Einfügen</translation>
+    </message>
+    <message>
+        <source>⌘K</source>
+        <translation>Strg+K</translation>
+    </message>
+    <message>
+        <source>Actions</source>
+        <translation>Aktionen</translation>
+    </message>
+    <message>
+        <source>⌘⌫</source>
+        <translation>Strg+⌫</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::PanelHeader</name>
+    <message>
+        <source>Search clipboard…</source>
+        <translation>Zwischenablage durchsuchen …</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::PanelView</name>
+    <message>
+        <source>No Results</source>
+        <translation>Keine Ergebnisse</translation>
+    </message>
+    <message>
+        <source>Nothing matches “%1”</source>
+        <translation>Nichts passt zu „%1“</translation>
+    </message>
+    <message>
+        <source>Nothing of this type has been copied yet.</source>
+        <translation>Von diesem Typ wurde noch nichts kopiert.</translation>
+    </message>
+    <message>
+        <source>Nothing Copied Yet</source>
+        <translation>Noch nichts kopiert</translation>
+    </message>
+    <message>
+        <source>Copy something — it will show up here.</source>
+        <translation>Kopierte Inhalte erscheinen hier.</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::PasteService</name>
+    <message>
+        <source>Copied %1 — press ⌘V to paste</source>
+        <translation>Kopiert: %1 – mit Strg+V einfügen</translation>
+    </message>
+    <message>
+        <source>Pasted %1</source>
+        <translation>Eingefügt: %1</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::PreviewButton</name>
+    <message>
+        <source>Paste</source>
+        <translation>Einfügen</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Annotate</source>
+        <translation>Beschriften</translation>
+    </message>
+    <message>
+        <source>Pin</source>
+        <translation>Anheften</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>⌘E</source>
+        <translation>Strg+E</translation>
+    </message>
+    <message>
+        <source>⌘P</source>
+        <translation>Strg+P</translation>
+    </message>
+    <message>
+        <source>⌘⌫</source>
+        <translation>Strg+⌫</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::PreviewPane</name>
+    <message>
+        <source>No Selection</source>
+        <translation>Keine Auswahl</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::QRInline</name>
+    <message>
+        <source>QR code for this item</source>
+        <translation>QR-Code für diesen Eintrag</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::SmartActionsSection</name>
+    <message>
+        <source>⌘K</source>
+        <translation>Strg+K</translation>
+    </message>
+    <message>
+        <source>Open command sheet</source>
+        <translation>Aktionsliste öffnen</translation>
+    </message>
+    <message>
+        <source>Smart Actions</source>
+        <translation>Schnellaktionen</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::StatusItem</name>
+    <message>
+        <source>Clear History…</source>
+        <translation>Verlauf leeren …</translation>
+    </message>
+    <message>
+        <source>Launch at Login</source>
+        <translation>Beim Anmelden starten</translation>
+    </message>
+    <message>
+        <source>About Tessaly</source>
+        <translation>Über Tessaly</translation>
+    </message>
+    <message>
+        <source>Quit Tessaly</source>
+        <translation>Tessaly beenden</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::TextBody</name>
+    <message>
+        <source>Preview shows the first %1 characters — Paste inserts the full text.</source>
+        <translation>Die Vorschau zeigt die ersten %1 Zeichen – „Einfügen“ fügt den ganzen Text ein.</translation>
+    </message>
+</context>
+<context>
+    <name>EditorLifecycle</name>
+    <message>
+        <source>Couldn&apos;t paste image</source>
+        <translation>Bild konnte nicht eingefügt werden</translation>
+    </message>
+    <message>
+        <source>Couldn&apos;t copy image</source>
+        <translation>Bild konnte nicht kopiert werden</translation>
+    </message>
+    <message>
+        <source>Couldn&apos;t save image</source>
+        <translation>Bild konnte nicht gespeichert werden</translation>
+    </message>
+    <message>
+        <source>Copied %1 — press ⌘V to paste</source>
+        <translation>Kopiert: %1 – mit Strg+V einfügen</translation>
+    </message>
+    <message>
+        <source>Copied %1</source>
+        <translation>Kopiert: %1</translation>
+    </message>
+    <message>
+        <source>Saved image</source>
+        <translation>Bild gespeichert</translation>
+    </message>
+</context>
+<context>
+    <name>HotKeyGrabber</name>
+    <message>
+        <source>Super+Shift+V is in use by another program.</source>
+        <translation>Super+Umschalt+V wird von einem anderen Programm verwendet.</translation>
+    </message>
+</context>
+<context>
+    <name>Keys</name>
+    <message>
+        <source>Return</source>
+        <translation>Eingabetaste</translation>
+    </message>
+    <message>
+        <source>Backspace</source>
+        <translation>Rücktaste</translation>
+    </message>
+</context>
+<context>
+    <name>PlatformLoader</name>
+    <message>
+        <source>The clipboard cannot be watched in this session: there is no X11 display.</source>
+        <translation>Die Zwischenablage kann in dieser Sitzung nicht beobachtet werden: Es gibt keine X11-Anzeige.</translation>
+    </message>
+    <message>
+        <source>No key can be sent in this session: there is no X11 display.</source>
+        <translation>In dieser Sitzung können keine Tasten gesendet werden: Es gibt keine X11-Anzeige.</translation>
+    </message>
+    <message>
+        <source>Super+Shift+V is not available in this session: there is no X11 display.</source>
+        <translation>Super+Umschalt+V ist in dieser Sitzung nicht verfügbar: Es gibt keine X11-Anzeige.</translation>
+    </message>
+    <message>
+        <source>The clipboard cannot be watched in this session: the display has no XFixes extension.</source>
+        <translation>Die Zwischenablage kann in dieser Sitzung nicht beobachtet werden: Der Anzeige fehlt die XFixes-Erweiterung.</translation>
+    </message>
+    <message>
+        <source>No key can be sent in this session: the display has no XTEST extension.</source>
+        <translation>In dieser Sitzung können keine Tasten gesendet werden: Der Anzeige fehlt die XTEST-Erweiterung.</translation>
+    </message>
+</context>
+<context>
+    <name>QShortcut</name>
+    <message>
+        <source>Ctrl</source>
+        <translation>Strg</translation>
+    </message>
+</context>
+<context>
+    <name>SmartActionRunner</name>
+    <message>
+        <source>Couldn&apos;t load image</source>
+        <translation>Bild konnte nicht geladen werden</translation>
+    </message>
+    <message>
+        <source>No text found</source>
+        <translation>Kein Text gefunden</translation>
+    </message>
+    <message>
+        <source>Copied %1 chars of text</source>
+        <translation>%1 Zeichen Text kopiert</translation>
+    </message>
+    <message>
+        <source>Couldn&apos;t make QR code</source>
+        <translation>QR-Code konnte nicht erzeugt werden</translation>
+    </message>
+    <message>
+        <source>QR code copied · scan from preview</source>
+        <translation>QR-Code kopiert · in der Vorschau scannen</translation>
+    </message>
+    <message>
+        <source>Copied Markdown link</source>
+        <translation>Markdown-Link kopiert</translation>
+    </message>
+</context>
+<context>
+    <name>SmartActions</name>
+    <message>
+        <source>Clean whitespace</source>
+        <translation>Leerraum bereinigen</translation>
+    </message>
+    <message>
+        <source>Pretty-print JSON</source>
+        <translation>JSON formatieren</translation>
+    </message>
+    <message>
+        <source>Minify JSON</source>
+        <translation>JSON verkleinern</translation>
+    </message>
+    <message>
+        <source>Decode Base64</source>
+        <translation>Base64 dekodieren</translation>
+    </message>
+    <message>
+        <source>URL-decode</source>
+        <translation>URL dekodieren</translation>
+    </message>
+    <message>
+        <source>Convert to date</source>
+        <translation>In Datum umwandeln</translation>
+    </message>
+    <message>
+        <source>Decode JWT payload</source>
+        <translation>JWT-Inhalt dekodieren</translation>
+    </message>
+    <message>
+        <source>Slugify</source>
+        <translation>In URL-Kurzform umwandeln</translation>
+    </message>
+    <message>
+        <source>QR code</source>
+        <translation>QR-Code</translation>
+    </message>
+    <message>
+        <source>Open link</source>
+        <translation>Link öffnen</translation>
+    </message>
+    <message>
+        <source>Copy as Markdown</source>
+        <translation>Als Markdown kopieren</translation>
+    </message>
+    <message>
+        <source>Copy domain</source>
+        <translation>Domain kopieren</translation>
+    </message>
+    <message>
+        <source>Strip trackers</source>
+        <translation>Tracker entfernen</translation>
+    </message>
+    <message>
+        <source>Copy RGB</source>
+        <translation>RGB kopieren</translation>
+    </message>
+    <message>
+        <source>Copy HSL</source>
+        <translation>HSL kopieren</translation>
+    </message>
+    <message>
+        <source>Copy SwiftUI Color</source>
+        <translation>SwiftUI-Farbe kopieren</translation>
+    </message>
+    <message>
+        <source>Format</source>
+        <translation>Formatieren</translation>
+    </message>
+    <message>
+        <source>Copy fenced code</source>
+        <translation>Als Codeblock kopieren</translation>
+    </message>
+    <message>
+        <source>Minify</source>
+        <translation>Verkleinern</translation>
+    </message>
+    <message>
+        <source>Escape as string literal</source>
+        <translation>Als Zeichenkette maskieren</translation>
+    </message>
+    <message>
+        <source>Copy text (OCR)</source>
+        <translation>Text kopieren (OCR)</translation>
+    </message>
+    <message>
+        <source>Save to Desktop</source>
+        <translation>Auf dem Schreibtisch speichern</translation>
+    </message>
+    <message>
+        <source>Copy filename</source>
+        <translation>Dateinamen kopieren</translation>
+    </message>
+    <message>
+        <source>Copy path</source>
+        <translation>Pfad kopieren</translation>
+    </message>
+    <message>
+        <source>Copy shell-escaped path</source>
+        <translation>Pfad für die Shell kopieren</translation>
+    </message>
+    <message>
+        <source>Reveal in Finder</source>
+        <translation>In Dateien zeigen</translation>
+    </message>
+    <message>
+        <source>Minified · %1 → %2 chars</source>
+        <translation>Verkleinert · %1 → %2 Zeichen</translation>
+    </message>
+    <message>
+        <source>Decoded %1</source>
+        <translation>Dekodiert: %1</translation>
+    </message>
+    <message>
+        <source>Copied %1</source>
+        <translation>Kopiert: %1</translation>
+    </message>
+    <message>
+        <source>Generating QR …</source>
+        <translation>QR-Code wird erzeugt …</translation>
+    </message>
+    <message>
+        <source>Copied pretty JSON</source>
+        <translation>Formatiertes JSON kopiert</translation>
+    </message>
+    <message>
+        <source>Copied JWT payload</source>
+        <translation>JWT-Inhalt kopiert</translation>
+    </message>
+    <message>
+        <source>Cleaned %1</source>
+        <translation>Bereinigt: %1</translation>
+    </message>
+    <message>
+        <source>Removed tracking params</source>
+        <translation>Tracking-Parameter entfernt</translation>
+    </message>
+    <message>
+        <source>Opening %1 …</source>
+        <translation>%1 wird geöffnet …</translation>
+    </message>
+    <message>
+        <source>Fetching title …</source>
+        <translation>Titel wird abgerufen …</translation>
+    </message>
+    <message>
+        <source>Reading text …</source>
+        <translation>Text wird gelesen …</translation>
+    </message>
+    <message>
+        <source>Saved %1 to Desktop</source>
+        <translation>%1 auf dem Schreibtisch gespeichert</translation>
+    </message>
+    <message>
+        <source>Copied Color literal</source>
+        <translation>Farbwert kopiert</translation>
+    </message>
+    <message>
+        <source>Formatted · copied</source>
+        <translation>Formatiert · kopiert</translation>
+    </message>
+    <message>
+        <source>Copied fenced code block</source>
+        <translation>Codeblock kopiert</translation>
+    </message>
+    <message>
+        <source>Copied as string literal</source>
+        <translation>Als Zeichenkette kopiert</translation>
+    </message>
+    <message>
+        <source>Copied path</source>
+        <translation>Pfad kopiert</translation>
+    </message>
+    <message>
+        <source>Copied shell-safe path</source>
+        <translation>Pfad für die Shell kopiert</translation>
+    </message>
+    <message>
+        <source>Revealing in Finder …</source>
+        <translation>Wird in Dateien gezeigt …</translation>
+    </message>
+</context>
+</TS>

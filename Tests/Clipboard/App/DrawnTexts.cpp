@@ -1,0 +1,82 @@
+#include "DrawnTexts.h"
+
+#include <QPaintDevice>
+#include <QPaintEngine>
+#include <QPainter>
+#include <QWidget>
+
+namespace Clipboard::Testing {
+
+namespace {
+
+class Recorder final : public QPaintEngine
+{
+public:
+    Recorder()
+        : QPaintEngine(AllFeatures)
+    {
+    }
+    bool begin(QPaintDevice* /*device*/) override { return true; }
+    bool end() override { return true; }
+    void updateState(const QPaintEngineState& /*state*/) override {}
+    void drawPixmap(const QRectF& /*target*/, const QPixmap& /*pixmap*/, const QRectF& /*source*/) override {}
+    void drawPath(const QPainterPath& /*path*/) override {}
+    void drawTextItem(const QPointF& position, const QTextItem& item) override
+    {
+        const QRectF box(position.x(), position.y() - item.ascent(), item.width(), item.ascent() + item.descent());
+        const QTransform place = painter()->deviceTransform();
+        texts.append({item.text(), place.mapRect(box), systemClip()});
+    }
+    [[nodiscard]] Type type() const override { return User; }
+
+    QList<DrawnText> texts;
+};
+
+class Canvas final : public QPaintDevice
+{
+public:
+    explicit Canvas(const QSize& size)
+        : m_size(size)
+    {
+    }
+    [[nodiscard]] QPaintEngine* paintEngine() const override { return &recorder; }
+
+    mutable Recorder recorder;
+
+protected:
+    [[nodiscard]] int metric(PaintDeviceMetric metric) const override
+    {
+        constexpr int dotsPerInch = 96;
+        switch (metric) {
+        case PdmWidth:
+            return m_size.width();
+        case PdmHeight:
+            return m_size.height();
+        case PdmDepth:
+            return 32;
+        case PdmDpiX:
+        case PdmDpiY:
+        case PdmPhysicalDpiX:
+        case PdmPhysicalDpiY:
+            return dotsPerInch;
+        case PdmDevicePixelRatio:
+            return 1;
+        default:
+            return QPaintDevice::metric(metric);
+        }
+    }
+
+private:
+    QSize m_size;
+};
+
+} // namespace
+
+QList<DrawnText> drawnTexts(QWidget& widget)
+{
+    Canvas canvas(widget.size());
+    widget.render(&canvas, {}, {}, QWidget::DrawChildren);
+    return canvas.recorder.texts;
+}
+
+} // namespace Clipboard::Testing

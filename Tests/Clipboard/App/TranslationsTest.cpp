@@ -1,0 +1,231 @@
+#include "Translations.h"
+
+#include "AboutDialog.h"
+#include "ClearHistoryDialog.h"
+#include "CommandCard.h"
+#include "DarkMenu.h"
+#include "DrawnTexts.h"
+#include "HoverTip.h"
+#include "PanelFixture.h"
+#include "PseudoTranslator.h"
+#include "StatusItem.h"
+#include "ToastView.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+#include <algorithm>
+#include <tuple>
+#include <utility>
+
+using namespace Clipboard;
+using namespace Clipboard::Testing;
+using namespace Qt::StringLiterals;
+using ClipboardCore::ClipType;
+using ClipboardCore::FocusKey;
+
+namespace {
+
+/// The program in the language of a locale.
+struct Language
+{
+    explicit Language(const QLocale& locale) { installTranslations(*QCoreApplication::instance(), locale); }
+    ~Language() { qDeleteAll(QCoreApplication::instance()->findChildren<QTranslator*>()); }
+    Q_DISABLE_COPY_MOVE(Language)
+};
+
+/// The program in a language that takes a third more room.
+struct LongLanguage
+{
+    LongLanguage() { QCoreApplication::installTranslator(&translator); }
+    PseudoTranslator translator;
+};
+
+/// Entries in a script that no text of the program is in.
+QList<ClipboardCore::ClipItem> foreignEntries(PanelFixture& f)
+{
+    QList<ClipboardCore::ClipItem> items{f.item(ClipType::text, u"жжж жж"_s),
+                                         f.item(ClipType::link, u"http://жж.жж"_s),
+                                         f.item(ClipType::image, u"/ж/ж.ж"_s),
+                                         f.item(ClipType::color, u"#00FF00"_s),
+                                         f.item(ClipType::code, u"{\nжж();\n}"_s),
+                                         f.item(ClipType::file, u"/ж/жж"_s),
+                                         f.item(ClipType::text, u"ж"_s.repeated(20'001))};
+    items[0].isPinned = true;
+    for (ClipboardCore::ClipItem& item : items)
+        item.sourceApp = u"Жж"_s;
+    return items;
+}
+
+/// What is wrong with the texts of a widget; empty when all can be read.
+QString faults(QWidget& widget)
+{
+    static const QRegularExpression fromUs(u"[A-Za-z]{2}"_s);
+    static const QRegularExpression accents(u"[ÅåÇçÉéÎîÖöÛûŸÿÑñŠš]"_s);
+    static const QRegularExpression notOurs(u"^(HEX|RGB|HSL|http|#)"_s);
+    const QList<DrawnText> texts = drawnTexts(widget);
+    QStringList found;
+    if (texts.isEmpty())
+        found.append(u"nothing was drawn"_s);
+    qsizetype open = 0;
+    for (const DrawnText& drawn : texts) {
+        open += drawn.text.count(u'«') - drawn.text.count(u'»');
+        if (drawn.text.contains(fromUs) && !drawn.text.contains(accents) && !drawn.text.contains(notOurs))
+            found.append(u"not from the catalogue: %1"_s.arg(drawn.text));
+        const QRectF seen = drawn.box.adjusted(1, 0, -1, 0); // a pixel for side bearings
+        const QRectF room = drawn.clip.isEmpty() ? QRectF(widget.rect()) : QRectF(drawn.clip.boundingRect());
+        if (drawn.text.contains(accents) && (seen.left() < room.left() || seen.right() > room.right()))
+            found.append(u"cut at the side: %1"_s.arg(drawn.text));
+        for (const DrawnText& other : texts) {
+            if (&other < &drawn && other.box.adjusted(1, 4, -1, -4).intersects(drawn.box.adjusted(1, 4, -1, -4)))
+                found.append(u"overlap: %1, %2"_s.arg(other.text, drawn.text));
+        }
+    }
+    if (open != 0) {
+        found.append(u"elided, one of:"_s);
+        for (const DrawnText& drawn : texts)
+            found.append(drawn.text.contains(u'«') ? drawn.text : QString());
+    }
+    found.removeAll(QString());
+    return found.join(u'\n');
+}
+
+} // namespace
+
+class TranslationsTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void countsInItsOwnPlural_data();
+    void countsInItsOwnPlural();
+    void speaksGermanInGermanPlaces();
+    void panelHasRoomForLongerTexts_data();
+    void panelHasRoomForLongerTexts();
+    void sheetHasRoomForLongerTexts();
+    void windowsHaveRoomForLongerTexts();
+    void menuHasRoomForLongerTexts();
+};
+
+void TranslationsTest::countsInItsOwnPlural_data()
+{
+    QTest::addColumn<QLocale>("locale");
+    QTest::addColumn<int>("count");
+    QTest::addColumn<QString>("text");
+    const QLocale english(QLocale::English);
+    const QLocale german(QLocale::German);
+    QTest::newRow("English 0") << english << 0 << u"0 items"_s;
+    QTest::newRow("English 1") << english << 1 << u"1 item"_s;
+    QTest::newRow("English 2") << english << 2 << u"2 items"_s;
+    QTest::newRow("English 500") << english << 500 << u"500 items"_s;
+    QTest::newRow("German 0") << german << 0 << u"0 Einträge"_s;
+    QTest::newRow("German 1") << german << 1 << u"1 Eintrag"_s;
+    QTest::newRow("German 2") << german << 2 << u"2 Einträge"_s;
+    QTest::newRow("German 500") << german << 500 << u"500 Einträge"_s;
+}
+
+void TranslationsTest::countsInItsOwnPlural()
+{
+    QFETCH(const QLocale, locale);
+    QFETCH(const int, count);
+    QFETCH(const QString, text);
+    const Language language(locale);
+    for (const auto& [context, source] :
+         {std::pair("Clipboard::PanelFooter", "%n item"), std::pair("Clipboard::FilterChip", "%n items")})
+        QCOMPARE(QCoreApplication::translate(context, source, nullptr, count), text);
+}
+
+void TranslationsTest::speaksGermanInGermanPlaces()
+{
+    const auto paste = [] { return QCoreApplication::translate("Clipboard::PreviewButton", "Paste"); };
+    const auto sheetKey = [] { return QCoreApplication::translate("Clipboard::PanelFooter", "⌘K"); };
+    for (const auto& [locale, text, key] :
+         {std::tuple(QLocale(QLocale::German, QLocale::Austria), u"Einfügen"_s, u"Strg+K"_s),
+          std::tuple(QLocale(QLocale::French), u"Paste"_s, u"Ctrl+K"_s),
+          std::tuple(QLocale::c(), u"Paste"_s, u"Ctrl+K"_s)}) {
+        const Language language(locale);
+        QCOMPARE(paste(), text);
+        QCOMPARE(sheetKey(), key);
+    }
+}
+
+void TranslationsTest::panelHasRoomForLongerTexts_data()
+{
+    QTest::addColumn<int>("entry");
+    const QStringList names{u"text"_s, u"link"_s, u"picture"_s, u"color"_s, u"code"_s, u"file"_s, u"long text"_s};
+    for (int i = 0; i < names.size(); ++i)
+        QTest::newRow(qPrintable(names.at(i))) << i;
+    QTest::newRow("nothing found") << -1;
+}
+
+void TranslationsTest::panelHasRoomForLongerTexts()
+{
+    QFETCH(const int, entry);
+    const LongLanguage language;
+    PanelFixture f;
+    f.catalogue = {{u"Escape as string literal"_s, {}}, {u"Copy shell-escaped path"_s, {}}, {u"Minify"_s, {}}};
+    f.fill(foreignEntries(f));
+    QVERIFY(f.open());
+    if (entry < 0)
+        f.model.setQuery(u"ж?"_s);
+    else
+        f.model.setSelectedID(f.entry(entry).id);
+    f.view()->sync();
+    QTest::qWait(50); // details are counted on another thread, long texts laid out later
+    const QString found = faults(*f.view());
+    QVERIFY2(found.isEmpty(), qPrintable(found));
+}
+
+void TranslationsTest::sheetHasRoomForLongerTexts()
+{
+    const LongLanguage language;
+    PanelFixture f;
+    f.catalogue = {{u"Escape as string literal"_s, {}}, {u"Copy shell-escaped path"_s, {}}};
+    f.fill(foreignEntries(f));
+    QVERIFY(f.open());
+    f.press(Qt::Key_K, Qt::ControlModifier);
+    auto* card = f.view()->findChild<CommandCard*>();
+    card->setGraphicsEffect(nullptr); // it would draw the card as one picture
+    const QString found = faults(*card);
+    QVERIFY2(found.isEmpty(), qPrintable(found));
+    f.model.setCmdkQuery(u"жжж"_s);
+    f.view()->sync();
+    QVERIFY2(faults(*card).isEmpty(), qPrintable(faults(*card)));
+}
+
+void TranslationsTest::windowsHaveRoomForLongerTexts()
+{
+    const LongLanguage language;
+    ClearHistoryDialog question(true);
+    AboutDialog about(true);
+    ToastView toast(
+        QCoreApplication::translate("Clipboard::HistoryViewModel", "File no longer exists — removed from history"),
+        true);
+    toast.placeIn({0, 0, 1280, 800});
+    QWidget window;
+    window.resize(Theme::panelWidth, Theme::panelHeight);
+    HoverTip tip(QCoreApplication::translate("Clipboard::PreviewButton", "Annotate"),
+                 QCoreApplication::translate("Clipboard::PreviewButton", "⌘E"), {580, 400, 20, 20}, &window);
+    for (QWidget* widget : {static_cast<QWidget*>(&question), static_cast<QWidget*>(&about),
+                            static_cast<QWidget*>(&toast), static_cast<QWidget*>(&tip)}) {
+        widget->resize(widget->sizeHint().isValid() ? widget->sizeHint() : widget->size());
+        const QString found = faults(*widget);
+        QVERIFY2(found.isEmpty(), qPrintable(found));
+    }
+}
+
+void TranslationsTest::menuHasRoomForLongerTexts()
+{
+    const LongLanguage language;
+    const QTemporaryDir folder;
+    const StatusItem item(LoginItem(folder.filePath(u"autostart"_s), u"/bin/true"_s), true);
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto menu = std::find_if(windows.begin(), windows.end(),
+                                   [](QWidget* window) { return qobject_cast<DarkMenu*>(window) != nullptr; });
+    QVERIFY(menu != windows.end());
+    (*menu)->resize((*menu)->sizeHint());
+    QVERIFY2(faults(**menu).isEmpty(), qPrintable(faults(**menu)));
+}
+
+QTEST_MAIN(TranslationsTest)
+
+#include "TranslationsTest.moc"
