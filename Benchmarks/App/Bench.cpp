@@ -34,12 +34,8 @@ QByteArray text(int number, int bytes)
     return result;
 }
 
-bool writeHistory(const QString& path, Filling filling)
+QByteArray historyOf(Filling filling)
 {
-    QFile file(path);
-    if (!file.open(QFile::WriteOnly)) {
-        return false;
-    }
     QByteArray json = "[";
     for (int i = 0; i < filling.entries; ++i) {
         json += (i > 0 ? ",{\"id\":\"" : "{\"id\":\"") +
@@ -47,22 +43,28 @@ bool writeHistory(const QString& path, Filling filling)
                 R"(","type":"text","content":")" + text(i, filling.bytes) + R"(","createdAt":)" +
                 QByteArray::number(750'000'000 - i) + R"(,"isPinned":false})";
     }
-    json += "]";
-    return file.write(json) == json.size();
+    return json + "]";
 }
 
 } // namespace
 
 Bench::Bench(Filling filling)
+    : Bench(filling.entries > 0 ? historyOf(filling) : QByteArray())
+{
+}
+
+Bench::Bench(const QByteArray& history)
     : tessaly(session, QStringLiteral(TESSALY_PROGRAM))
 {
     if (!session.failure().isEmpty()) {
         giveUp(session.failure());
     }
     QDir().mkpath(tessaly.dataFolder());
-    if (filling.entries > 0 && !writeHistory(tessaly.historyFile(), filling)) {
+    QFile file(tessaly.historyFile());
+    if (!history.isEmpty() && !(file.open(QFile::WriteOnly) && file.write(history) == history.size())) {
         giveUp(u"The history could not be written."_s);
     }
+    file.close();
     restart();
 }
 

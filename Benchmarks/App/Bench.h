@@ -35,6 +35,8 @@ class Bench final
 public:
     /// Writes the history and starts the program. Ends the process with a message when that fails.
     explicit Bench(Filling filling = {});
+    /// The same with a history file of that content.
+    explicit Bench(const QByteArray& history);
 
     Clipboard::Testing::VirtualSession session;
     Clipboard::Testing::RunningTessaly tessaly;

@@ -1,4 +1,5 @@
 #include "Bench.h"
+#include "HardEntries.h"
 #include "Keyboard.h"
 
 #include <QThread>
@@ -57,6 +58,29 @@ void selectionRow(int times)
         u"%1 (slowest %2)"_s.arg(median(values), 0, 'f', 1).arg(maximum(values), 0, 'f', 1), u"ms"_s, u"≤ 8"_s);
 }
 
+/// Down the whole list several times: each entry counts by its slowest visit, the first one included.
+void hardSelectionRow(int rounds)
+{
+    const QList<HardEntry> entries = hardEntries();
+    Bench bench(historyOf(entries));
+    Keyboard keyboard(bench.session.display());
+    bench.showPanel(keyboard);
+    QString slowest;
+    std::vector<double> values;
+    for (int i = 1; i <= rounds * entries.size(); ++i) {
+        QThread::msleep(settle);
+        bench.tessaly.moments().clear();
+        const Clock::time_point begin = keyboard.press({downKey});
+        const double time = bench.until("list-painted", begin);
+        if (values.empty() || time > maximum(values))
+            slowest = entries.at(i % entries.size()).name;
+        values.push_back(time);
+    }
+    row(u"selection move: the entries that are hardest to show"_s,
+        u"%1 (slowest %2: %3)"_s.arg(median(values), 0, 'f', 1).arg(maximum(values), 0, 'f', 1).arg(slowest), u"ms"_s,
+        u"≤ 8"_s);
+}
+
 } // namespace
 
 void panelRows(Effort effort)
@@ -71,6 +95,7 @@ void panelRows(Effort effort)
                   u"≤ 30"_s);
     }
     selectionRow(effort.times(40, 5));
+    hardSelectionRow(effort.times(5, 1));
 }
 
 } // namespace Clipboard::Benchmarks

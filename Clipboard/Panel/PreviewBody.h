@@ -16,7 +16,7 @@ class PreviewBody : public QWidget
 public:
     using QWidget::QWidget;
 
-    /// Shows an entry of the body's type. At least `visibleHeight` of it must be ready to be painted at once.
+    /// Shows an entry of the body's type. Of what is to be seen first, `visibleHeight` of it is in sight.
     virtual void setItem(const ClipboardCore::ClipItem& item, int visibleHeight) = 0;
     /// The height it needs at its width; contentHeightChanged() follows when that is not yet the last word.
     [[nodiscard]] virtual int contentHeight() const = 0;

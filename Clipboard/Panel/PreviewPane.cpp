@@ -30,6 +30,7 @@ constexpr int blockGap = 12;
 constexpr OverlayScrollArea::Insets scrollInsets{.page = 0, .barAcross = 3, .barAlong = Theme::listMargin};
 constexpr int innerWidth = 348;
 constexpr int wheelStep = 20;
+constexpr int visibleHeight = Theme::panelHeight - Theme::headerHeight - Theme::footerHeight - Theme::buttonBarHeight;
 // The actions of a shorter content are found in a fraction of a millisecond.
 constexpr qsizetype actionsAtOnceBytes = qsizetype{16} * 1024;
 
@@ -92,7 +93,7 @@ void PreviewPane::show(const ClipItem& item)
         m_body->hide();
     m_body = body;
     m_body->resize(innerWidth, 0);
-    m_body->setItem(item, Theme::panelHeight);
+    m_body->setItem(item, visibleHeight);
     m_body->show();
     m_actionsPending = true;
     if (item.content.byteCount() <= actionsAtOnceBytes)

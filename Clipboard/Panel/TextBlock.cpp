@@ -21,6 +21,9 @@ namespace {
 constexpr qsizetype pieceLength = 1500;
 // Of each turn of the event loop; leaves most of a frame to keys and painting.
 constexpr qint64 sliceNanoseconds = 2'000'000;
+// For what is on screen first. Enough but for scripts that none of the fonts knows, which then fill the screen in two
+// or three frames.
+constexpr qint64 firstNanoseconds = 2'500'000;
 constexpr int tabWidthInSpaces = 4;
 
 bool isLineEnd(QChar character)
@@ -66,8 +69,7 @@ void TextBlock::setText(const QString& text, const QList<Span>& spans, int visib
     m_contentWidth = 0;
     m_anchor = m_end = 0;
     setAccessibleName(text.left(pieceLength));
-    while (!isLaidOut() && contentHeight() < visibleHeight)
-        layOutNextPiece();
+    layOutFor(firstNanoseconds, visibleHeight);
     if (isLaidOut())
         m_slices.stop();
     else
@@ -75,12 +77,17 @@ void TextBlock::setText(const QString& text, const QList<Span>& spans, int visib
     update();
 }
 
-void TextBlock::layOutSlice()
+void TextBlock::layOutFor(qint64 nanoseconds, int wantedHeight)
 {
     QElapsedTimer elapsed;
     elapsed.start();
-    while (!isLaidOut() && elapsed.nsecsElapsed() < sliceNanoseconds)
+    while (!isLaidOut() && contentHeight() < wantedHeight && elapsed.nsecsElapsed() < nanoseconds)
         layOutNextPiece();
+}
+
+void TextBlock::layOutSlice()
+{
+    layOutFor(sliceNanoseconds, QWIDGETSIZE_MAX);
     if (isLaidOut())
         m_slices.stop();
     emit contentSizeChanged();

@@ -36,7 +36,7 @@ public:
     TextBlock(const Fonts::Style& style, Lines lines, QWidget* parent);
     ~TextBlock() override;
 
-    /// Replaces the text and lays out at least `visibleHeight` of it at the widget's width.
+    /// Replaces the text and lays out `visibleHeight` of it at the widget's width, as far as a frame's time allows.
     void setText(const QString& text, const QList<Span>& spans, int visibleHeight);
     /// The height of what is laid out so far, in logical pixels.
     [[nodiscard]] int contentHeight() const { return m_lineCount * m_style.lineHeight; }
@@ -66,6 +66,7 @@ private:
     };
     void layOutNextPiece();
     void layOutSlice();
+    void layOutFor(qint64 nanoseconds, int wantedHeight);
     [[nodiscard]] std::unique_ptr<QTextLayout> makeLayout(qsizetype start, qsizetype length) const;
     [[nodiscard]] QList<QTextLayout::FormatRange> formatsFor(qsizetype start, qsizetype length) const;
     [[nodiscard]] qsizetype positionAt(const QPointF& point) const;

@@ -50,6 +50,12 @@ struct PanelFixture : ViewModelFixture
         return view()->window()->grab().toImage().pixelColor(view()->mapTo(&panel, place));
     }
     [[nodiscard]] QRect frame(const ClipboardCore::FocusKey& key) const { return model.frames.value(key).toRect(); }
+    /// An action that copies its own label.
+    [[nodiscard]] static ClipboardCore::SmartAction action(const QString& label)
+    {
+        using namespace ClipboardCore;
+        return {label, [label] { return SmartActionResult{{SmartActionEffect::Kind::copy, label}, label}; }};
+    }
     [[nodiscard]] QStringList numbered(int count) const
     {
         QStringList texts;

@@ -7,11 +7,17 @@
 #include "MetaCaption.h"
 #include "PreviewBody.h"
 #include "PreviewPane.h"
+#include "QRInline.h"
 #include "TextBlock.h"
 #include "TextBody.h"
 
+#include <QClipboard>
 #include <QFile>
+#include <QGuiApplication>
 #include <QLocale>
+#include <QPainter>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalSpy>
 
 using namespace Clipboard;
@@ -20,9 +26,6 @@ using namespace Qt::StringLiterals;
 using ClipboardCore::ClipItem;
 using ClipboardCore::ClipType;
 using ClipboardCore::FocusKey;
-using ClipboardCore::SmartAction;
-using ClipboardCore::SmartActionEffect;
-using ClipboardCore::SmartActionResult;
 
 class PreviewTest final : public QObject
 {
@@ -42,6 +45,10 @@ private slots:
     void chipsRunActions();
     void largeEntryGetsItsChipsWithTheNextFrame();
     void chipsOutOfSightScrollIntoIt();
+    void qrCodeStaysWithItsEntry();
+    void codeScrollsSideways();
+    void markedTextIsCopied_data();
+    void markedTextIsCopied();
 };
 
 namespace {
@@ -65,11 +72,6 @@ QList<TextBlock*> shownBlocks(const QWidget& body)
     return shown;
 }
 
-SmartAction action(const QString& label)
-{
-    return {label, [label] { return SmartActionResult{{SmartActionEffect::Kind::copy, label}, label}; }};
-}
-
 /// Tells when a widget is about to be painted.
 class PaintWatcher final : public QObject
 {
@@ -89,6 +91,18 @@ public:
 private:
     std::function<void()> m_onPaint;
 };
+
+/// The corner of a code of 21 modules at 10 pixels each, with its quiet zone of 4.
+QImage finderPattern()
+{
+    QImage image(290, 290, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.fillRect(40, 40, 70, 70, Qt::black);
+    painter.fillRect(50, 50, 50, 50, Qt::white);
+    painter.fillRect(60, 60, 30, 30, Qt::black);
+    return image;
+}
 
 QList<ActionChip*> shownChips(const PanelFixture& f)
 {
@@ -272,7 +286,7 @@ void PreviewTest::chipsWrap()
 void PreviewTest::chipsRunActions()
 {
     PanelFixture f;
-    f.catalogue = {action(u"Slugify"_s), action(u"QR code"_s), action(u"Clean whitespace"_s)};
+    f.catalogue = {f.action(u"Slugify"_s), f.action(u"QR code"_s), f.action(u"Clean whitespace"_s)};
     f.fillTexts({u"one"_s});
     QVERIFY(f.open());
     QCOMPARE(shownChips(f).size(), 3);
@@ -294,7 +308,7 @@ void PreviewTest::chipsRunActions()
 void PreviewTest::largeEntryGetsItsChipsWithTheNextFrame()
 {
     PanelFixture f;
-    f.catalogue = {action(u"Slugify"_s)};
+    f.catalogue = {f.action(u"Slugify"_s)};
     f.fillTexts({u"small"_s, QString(100'000, u'a'), QString(100'000, u'b')});
     QVERIFY(f.open());
     const int readBefore = f.catalogueReads;
@@ -317,7 +331,7 @@ void PreviewTest::largeEntryGetsItsChipsWithTheNextFrame()
 void PreviewTest::chipsOutOfSightScrollIntoIt()
 {
     PanelFixture f;
-    f.catalogue = {action(u"Slugify"_s), action(u"QR code"_s)};
+    f.catalogue = {f.action(u"Slugify"_s), f.action(u"QR code"_s)};
     f.fillTexts({u"line\n"_s.repeated(60), u"short"_s});
     QVERIFY(f.open());
     ActionChip* chip = shownChips(f).first();
@@ -331,6 +345,78 @@ void PreviewTest::chipsOutOfSightScrollIntoIt()
     f.press(Qt::Key_Down);
     f.press(Qt::Key_Up);
     QVERIFY(!content.contains(chip->controlRectIn(f.view()))); // at its top again
+}
+
+void PreviewTest::qrCodeStaysWithItsEntry()
+{
+    PanelFixture f;
+    f.fillTexts({u"line\n"_s.repeated(60), u"other"_s});
+    QVERIFY(f.open());
+    const auto* code = f.view()->findChild<QRInline*>();
+    QVERIFY(!code->isVisible());
+    f.model.setQrPreview(finderPattern());
+    f.view()->sync();
+    QVERIFY(code->isVisible());
+    const QPoint corner = code->mapTo(f.view(), QPoint(0, 0));
+    const QRect ground(corner, QSize(184, 184));
+    QVERIFY2(ground.top() >= Theme::headerHeight && ground.bottom() < 460, qPrintable(QString::number(ground.top())));
+    // 21 modules of 8 pixels: the finder pattern's edge, and light inside of it.
+    for (const int i : {8, 15})
+        QCOMPARE(f.colorAt(corner + QPoint(i, i)), QColor(Theme::well));
+    for (const int i : {7, 16, 23})
+        QCOMPARE(f.colorAt(corner + QPoint(i, i)), QColor(Theme::qrGround));
+    f.press(Qt::Key_Down);
+    QVERIFY(!code->isVisible());
+    f.press(Qt::Key_Up);
+    QVERIFY(!code->isVisible());
+    QCOMPARE(f.view()->findChild<PreviewBody*>()->mapTo(f.view(), QPoint(0, 0)).y(),
+             Theme::headerHeight + Theme::margin);
+}
+
+void PreviewTest::codeScrollsSideways()
+{
+    CodeBody body(nullptr);
+    body.resize(width, 200);
+    body.show(); // what is hidden does not scroll
+    const auto* area = body.findChild<QScrollArea*>();
+    body.setItem(item(ClipType::code, u"short\n"_s + QString(300, u'x')), 400);
+    QCOMPARE(body.contentHeight(), 2 * 18 + 16);
+    QVERIFY(area->horizontalScrollBar()->maximum() > 300 * 5 - width);
+    area->horizontalScrollBar()->setValue(200);
+    body.setItem(item(ClipType::code, QString(300, u'y')), 400);
+    QCOMPARE(area->horizontalScrollBar()->value(), 0);
+    body.setItem(item(ClipType::code, u"short"_s), 400);
+    QCOMPARE(area->horizontalScrollBar()->maximum(), 0);
+}
+
+void PreviewTest::markedTextIsCopied_data()
+{
+    QTest::addColumn<ClipType>("type");
+    QTest::addColumn<QString>("content");
+    QTest::newRow("text") << ClipType::text << u"first line\nsecond line"_s;
+    QTest::newRow("link") << ClipType::link << u"https://fieldnotes.example/2026"_s;
+    QTest::newRow("code") << ClipType::code << u"a = 1\nb = 2"_s;
+}
+
+void PreviewTest::markedTextIsCopied()
+{
+    QFETCH(ClipType, type);
+    QFETCH(QString, content);
+    PanelFixture f;
+    f.fill({f.item(type, content)});
+    QVERIFY(f.open());
+    TextBlock* block = nullptr;
+    for (auto* candidate : f.view()->findChild<PreviewBody*>()->findChildren<TextBlock*>()) {
+        if (candidate->isVisible())
+            block = candidate;
+    }
+    QVERIFY(block != nullptr);
+    QTest::mousePress(block, Qt::LeftButton, {}, {0, 2});
+    QTest::mouseMove(block, {block->width() - 1, block->height() - 2});
+    QTest::mouseRelease(block, Qt::LeftButton, {}, {block->width() - 1, block->height() - 2});
+    f.press(Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->text(), content);
+    QVERIFY(f.view()->activeField()->hasFocus()); // what is typed next is still a search
 }
 
 QTEST_MAIN(PreviewTest)
