@@ -2,6 +2,8 @@
 
 #include "HistoryViewModel.h"
 
+#include "SmartActionLabel.h"
+
 namespace Clipboard {
 
 using ClipboardCore::ClipItem;
@@ -32,7 +34,9 @@ QList<SmartAction> HistoryViewModel::cmdkActions()
     assertMainThread();
     QList<SmartAction> actions = smartActions();
     const QString wanted = m_cmdkQuery.toLower();
-    actions.removeIf([&wanted](const SmartAction& action) { return !action.label.toLower().contains(wanted); });
+    // What the user reads is what the user types.
+    actions.removeIf(
+        [&wanted](const SmartAction& action) { return !shownActionLabel(action.label).toLower().contains(wanted); });
     return actions;
 }
 
