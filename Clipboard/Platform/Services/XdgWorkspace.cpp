@@ -43,8 +43,11 @@ std::optional<QString> XdgWorkspace::desktopFolder() const
 
 void XdgWorkspace::openURL(const QUrl& url)
 {
-    if (url.isValid() && !url.isRelative())
-        openWithDefaultProgram(url);
+    QUrl complete = url;
+    if (url.isRelative() && url.path().startsWith("www."_L1))
+        complete = QUrl(u"https://"_s + url.toString(QUrl::FullyEncoded));
+    if (complete.isValid() && !complete.isRelative())
+        openWithDefaultProgram(complete);
 }
 
 void XdgWorkspace::revealFile(const QString& path)

@@ -12,7 +12,8 @@ public:
     using Workspace::Workspace;
 
     [[nodiscard]] std::optional<QString> desktopFolder() const final;
-    /// A URL without a scheme is ignored: the desktop would take it for the name of a file.
+    /// "www.example.org" is opened as the web page it is to people. Any other URL without a scheme is ignored: the
+    /// desktop would take it for the name of a file.
     void openURL(const QUrl& url) final;
     void revealFile(const QString& path) final;
 };

@@ -92,6 +92,7 @@ void XdgWorkspaceTest::opensLinks_data()
     QTest::newRow("for a shell") << u"https://example.org/$(id)'\";#"_s
                                  << QByteArray("https://example.org/$(id)'%22;#\n");
     QTest::newRow("not ASCII") << u"https://example.org/\u00e9"_s << QByteArray("https://example.org/%C3%A9\n");
+    QTest::newRow("no scheme") << u"www.example.org/a?b#c"_s << QByteArray("https://www.example.org/a?b#c\n");
     QTest::newRow("long") << u"https://example.org/"_s + QString(100'000, u'a')
                           << QByteArray("https://example.org/" + QByteArray(100'000, 'a') + '\n');
 }
