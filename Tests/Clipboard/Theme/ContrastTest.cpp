@@ -47,30 +47,51 @@ void ContrastTest::isReadable_data()
     const auto row = [](const char* name, const QColor& foreground, const QColor& ground, double least = forText) {
         QTest::newRow(name) << foreground << ground << least;
     };
-    row("text on control_hover", Theme::text, Theme::controlHover);
-    row("text on row_sel", Theme::text, Theme::rowSel);
-    row("text on kbd_sel", Theme::text, Theme::kbdSel);
-    row("text on tip", Theme::text, Theme::tip);
-    row("text2 on control", Theme::text2, Theme::control);
-    row("text2 on row_sel", Theme::text2, Theme::rowSel);
-    row("text2 on row_idle", Theme::text2, Theme::rowIdle);
-    row("text2 on raised", Theme::text2, Theme::raised);
-    row("text3 on panel", Theme::text3, Theme::panel);
-    row("text3 on pane", Theme::text3, Theme::pane);
-    row("text3 on an empty chip", Theme::text3, Theme::faint);
-    row("text3 on row_hover", Theme::text3, Theme::rowHover);
-    row("accent_soft on row_sel", Theme::accentSoft, Theme::rowSel);
+    // Every pair of text and ground that is drawn; where a control changes its ground, each of its grounds.
+    row("field, headings, row titles", Theme::text, Theme::panel);
+    row("preview", Theme::text, Theme::pane);
+    row("code", Theme::text, Theme::well);
+    row("sheet, notice, menu, dialog", Theme::text, Theme::raised);
+    row("row title, hover", Theme::text, Theme::rowHover);
+    row("row title, selected; chip, selected", Theme::text, Theme::rowSel);
+    row("row title, focus elsewhere", Theme::text, Theme::rowIdle);
+    row("button", Theme::text, Theme::control);
+    row("button, hover", Theme::text, Theme::controlHover);
+    row("button, pressed", Theme::text, Theme::controlPress);
+    row("cap on a selected row", Theme::text, Theme::kbdSel);
+    row("tooltip", Theme::text, Theme::tip);
+    row("selected text", Theme::text, Theme::rowSelLine);
+    row("hints", Theme::text2, Theme::panel);
+    row("caption, section header", Theme::text2, Theme::pane);
+    row("dialog text, sheet legend", Theme::text2, Theme::raised);
+    row("chip, key cap", Theme::text2, Theme::control);
+    row("chip's count, hover", Theme::text2, Theme::controlHover);
+    row("chip, pressed", Theme::text2, Theme::controlPress);
+    row("scheme and pin, hover", Theme::text2, Theme::rowHover);
+    row("age, selected", Theme::text2, Theme::rowSel);
+    row("age, focus elsewhere", Theme::text2, Theme::rowIdle);
+    row("age, placeholder", Theme::text3, Theme::panel);
+    row("key of a color", Theme::text3, Theme::pane);
+    row("placeholder of the sheet", Theme::text3, Theme::raised);
+    row("no picture", Theme::text3, Theme::well);
+    row("empty chip, dimmed cap", Theme::text3, Theme::faint);
+    row("age, hover", Theme::text3, Theme::rowHover);
+    row("selected chip's count, pin", Theme::accentSoft, Theme::rowSel);
     row("tooltip cap", Theme::tipCapText, Theme::tipCap);
     row("primary button", Theme::onAccent, Theme::accent);
+    row("primary button, hover", Theme::onAccent, Theme::accentHover);
     row("primary button, pressed", Theme::onAccent, Theme::accentPress);
     row("destructive button", Theme::onDanger, Theme::dangerFill);
     row("destructive button, hover", Theme::onDanger, Theme::dangerFillHover);
     row("cap of the destructive button", Theme::onDanger, Theme::dangerCap);
     row("ring on panel", Theme::accent, Theme::panel, forMarks);
-    row("ring on row_sel", Theme::accent, Theme::rowSel, forMarks);
     row("ring on raised", Theme::accent, Theme::raised, forMarks);
+    row("ring on pane", Theme::accent, Theme::pane, forMarks);
+    row("filled pin", Theme::accent, Theme::rowSel, forMarks);
     row("delete sign", Theme::danger, Theme::controlHover, forMarks);
     row("toast sign", Theme::success, Theme::raised, forMarks);
+    row("dialog sign", Theme::warning, Theme::raised, forMarks);
+    row("QR code", Theme::well, Theme::qrGround);
 }
 
 void ContrastTest::isReadable()
