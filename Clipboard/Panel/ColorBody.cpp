@@ -20,7 +20,6 @@ constexpr int rowHeight = 32;
 constexpr int rowsTop = 1; // three rows stand in the middle of the swatch's height
 constexpr int keyWidth = 36;
 constexpr int keyGap = 12;
-constexpr std::array keys{QLatin1String("HEX"), QLatin1String("RGB"), QLatin1String("HSL")};
 
 std::array<QString, 3> valueTexts(const ColorMath::RGB& color)
 {
@@ -33,9 +32,18 @@ std::array<QString, 3> valueTexts(const ColorMath::RGB& color)
 
 ColorBody::ColorBody(QWidget* parent)
     : PreviewBody(parent)
+    , m_rows{{{QLatin1String("HEX"), new TextBlock(Fonts::value, TextBlock::Lines::unbroken, this)},
+              {QLatin1String("RGB"), new TextBlock(Fonts::value, TextBlock::Lines::unbroken, this)},
+              {QLatin1String("HSL"), new TextBlock(Fonts::value, TextBlock::Lines::unbroken, this)}}}
 {
-    for (TextBlock*& value : m_values)
-        value = new TextBlock(Fonts::value, TextBlock::Lines::unbroken, this);
+    for (const KeyValue& row : m_rows) {
+        connect(row.value, &TextBlock::pressed, this, [this, pressed = row.value] {
+            for (const KeyValue& other : m_rows) {
+                if (other.value != pressed)
+                    other.value->clearSelection();
+            }
+        });
+    }
 }
 
 void ColorBody::setItem(const ClipboardCore::ClipItem& item, int visibleHeight)
@@ -44,8 +52,8 @@ void ColorBody::setItem(const ClipboardCore::ClipItem& item, int visibleHeight)
     m_color = ColorMath::hexToRGB(content);
     layOut(); // a hidden widget is told of its size only when it is shown
     const auto texts = m_color ? valueTexts(*m_color) : std::array<QString, 3>{content.toUpper(), {}, {}};
-    for (std::size_t i = 0; i < m_values.size(); ++i)
-        m_values[i]->setText(texts[i], {}, visibleHeight);
+    for (std::size_t i = 0; i < m_rows.size(); ++i)
+        m_rows[i].value->setText(texts[i], {}, visibleHeight);
     update();
 }
 
@@ -57,8 +65,8 @@ int ColorBody::contentHeight() const
 QString ColorBody::selectedText() const
 {
     QString selected;
-    for (const TextBlock* value : m_values)
-        selected += value->selectedText();
+    for (const KeyValue& row : m_rows)
+        selected += row.value->selectedText(); // of one at most
     return selected;
 }
 
@@ -68,12 +76,12 @@ void ColorBody::paintEvent(QPaintEvent* /*event*/)
     const QRectF swatch(0, 0, swatchSize, swatchSize);
     const QColor fill = m_color ? QColor(m_color->r, m_color->g, m_color->b) : QColor(Theme::well);
     Painting::roundedFill(painter, swatch, swatchRadius, fill, Theme::pictureEdge);
-    for (int i = 0; i < static_cast<int>(keys.size()); ++i) {
-        const QRectF row(rowsLeft, rowsTop + i * rowHeight, width() - rowsLeft, rowHeight);
-        Painting::textLine(painter, QRectF(row.topLeft(), QSizeF(keyWidth, rowHeight)), Fonts::chip, Theme::text3,
-                           keys.at(static_cast<std::size_t>(i)));
-        if (i > 0)
-            painter.fillRect(QRectF(rowsLeft, row.top(), row.width(), 1), Theme::seam);
+    int top = rowsTop;
+    for (const KeyValue& row : m_rows) {
+        if (top > rowsTop)
+            painter.fillRect(QRect(rowsLeft, top, width() - rowsLeft, 1), Theme::seam);
+        Painting::textLine(painter, QRectF(rowsLeft, top, keyWidth, rowHeight), Fonts::chip, Theme::text3, row.key);
+        top += rowHeight;
     }
 }
 
@@ -81,8 +89,8 @@ void ColorBody::layOut()
 {
     const int left = rowsLeft + keyWidth + keyGap;
     int top = rowsTop + (rowHeight - Fonts::value.lineHeight) / 2;
-    for (TextBlock* value : m_values) {
-        value->setGeometry(left, top, width() - left, Fonts::value.lineHeight);
+    for (const KeyValue& row : m_rows) {
+        row.value->setGeometry(left, top, width() - left, Fonts::value.lineHeight);
         top += rowHeight;
     }
 }

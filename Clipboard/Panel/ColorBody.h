@@ -26,9 +26,15 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    struct KeyValue
+    {
+        QLatin1String key;
+        TextBlock* value;
+    };
     void layOut();
+
     std::optional<ClipboardCore::ColorMath::RGB> m_color;
-    std::array<TextBlock*, 3> m_values{};
+    std::array<KeyValue, 3> m_rows;
 };
 
 } // namespace Clipboard

@@ -27,6 +27,7 @@ namespace {
 
 constexpr int captionGap = 8;
 constexpr int blockGap = 12;
+constexpr int bottomMargin = 8; // a link of two lines and its QR code then just fit
 constexpr OverlayScrollArea::Insets scrollInsets{.page = 0, .barAcross = 3, .barAlong = Theme::listMargin};
 constexpr int innerWidth = 348;
 constexpr int wheelStep = 20;
@@ -175,7 +176,7 @@ void PreviewPane::layOutContent()
         m_qr->setGeometry(Theme::margin, top + blockGap, innerWidth, QRInline::height);
         top += blockGap + QRInline::height;
     }
-    m_content->resize(m_scroll->width(), top + Theme::margin);
+    m_content->resize(m_scroll->width(), top + bottomMargin);
 }
 
 void PreviewPane::resizeEvent(QResizeEvent* event)

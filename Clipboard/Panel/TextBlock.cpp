@@ -202,6 +202,11 @@ QString TextBlock::selectedText() const
     return m_text.mid(from, to - from);
 }
 
+void TextBlock::clearSelection()
+{
+    select(0, 0);
+}
+
 void TextBlock::select(qsizetype anchor, qsizetype end)
 {
     m_anchor = anchor;
@@ -215,6 +220,7 @@ void TextBlock::mousePressEvent(QMouseEvent* event)
         return;
     const qsizetype position = positionAt(event->position());
     select(event->modifiers().testFlag(Qt::ShiftModifier) ? m_anchor : position, position);
+    emit pressed();
 }
 
 void TextBlock::mouseMoveEvent(QMouseEvent* event)
@@ -241,6 +247,8 @@ void TextBlock::mouseReleaseEvent(QMouseEvent* event)
 
 void TextBlock::mouseDoubleClickEvent(QMouseEvent* event)
 {
+    if (event->button() != Qt::LeftButton)
+        return;
     const qsizetype position = positionAt(event->position());
     const auto isWord = [this](qsizetype i) { return m_text.at(i).isLetterOrNumber() || m_text.at(i) == u'_'; };
     qsizetype from = std::min(position, m_text.size());

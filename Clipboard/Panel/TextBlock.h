@@ -45,10 +45,13 @@ public:
     [[nodiscard]] bool isLaidOut() const { return m_next >= m_text.size(); }
 
     [[nodiscard]] QString selectedText() const;
+    void clearSelection();
 
 signals:
     /// More of the text is laid out.
     void contentSizeChanged();
+    /// The mouse begins a selection.
+    void pressed();
 
 protected:
     void paintEvent(QPaintEvent* event) override;

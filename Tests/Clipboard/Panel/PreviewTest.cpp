@@ -396,6 +396,7 @@ void PreviewTest::markedTextIsCopied_data()
     QTest::newRow("text") << ClipType::text << u"first line\nsecond line"_s;
     QTest::newRow("link") << ClipType::link << u"https://fieldnotes.example/2026"_s;
     QTest::newRow("code") << ClipType::code << u"a = 1\nb = 2"_s;
+    QTest::newRow("colour") << ClipType::color << u"#E2725B"_s;
 }
 
 void PreviewTest::markedTextIsCopied()
@@ -405,15 +406,14 @@ void PreviewTest::markedTextIsCopied()
     PanelFixture f;
     f.fill({f.item(type, content)});
     QVERIFY(f.open());
-    TextBlock* block = nullptr;
-    for (auto* candidate : f.view()->findChild<PreviewBody*>()->findChildren<TextBlock*>()) {
-        if (candidate->isVisible())
-            block = candidate;
+    // All that can be marked, one after the other: the last counts, and of several that is the first one here.
+    const auto blocks = shownBlocks(*f.view()->findChild<PreviewBody*>());
+    for (auto block = blocks.crbegin(); block != blocks.crend(); ++block) {
+        const QPoint end((*block)->width() - 1, (*block)->height() - 2);
+        QTest::mousePress(*block, Qt::LeftButton, {}, {0, 2});
+        QTest::mouseMove(*block, end);
+        QTest::mouseRelease(*block, Qt::LeftButton, {}, end);
     }
-    QVERIFY(block != nullptr);
-    QTest::mousePress(block, Qt::LeftButton, {}, {0, 2});
-    QTest::mouseMove(block, {block->width() - 1, block->height() - 2});
-    QTest::mouseRelease(block, Qt::LeftButton, {}, {block->width() - 1, block->height() - 2});
     f.press(Qt::Key_C, Qt::ControlModifier);
     QCOMPARE(QGuiApplication::clipboard()->text(), content);
     QVERIFY(f.view()->activeField()->hasFocus()); // what is typed next is still a search
