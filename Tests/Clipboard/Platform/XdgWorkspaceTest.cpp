@@ -179,7 +179,7 @@ int main(int argc, char** argv)
         qCritical().noquote() << session.failure();
         return 1;
     }
-    const auto environment = session.environment();
+    const auto& environment = session.environment();
     for (const QString& name : {u"HOME"_s, u"XDG_RUNTIME_DIR"_s, u"DBUS_SESSION_BUS_ADDRESS"_s})
         qputenv(name.toLatin1().constData(), environment.value(name).toLocal8Bit());
     qunsetenv("XDG_CONFIG_HOME");
