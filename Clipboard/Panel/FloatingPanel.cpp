@@ -166,7 +166,7 @@ bool FloatingPanel::copySelectedPreview(const ClipboardCore::KeyEvent& key)
 
 void FloatingPanel::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Escape)
+    if (event->key() == Qt::Key_Escape && !m_view->activeField()->isComposing())
         return dismiss();
     QWidget::keyPressEvent(event);
 }

@@ -70,6 +70,12 @@ void SearchField::inputMethodEvent(QInputMethodEvent* event)
     update();
 }
 
+void SearchField::focusOutEvent(QFocusEvent* event)
+{
+    QLineEdit::focusOutEvent(event);
+    m_composing = false; // not every input method says that it gave up
+}
+
 void SearchField::contextMenuEvent(QContextMenuEvent* /*event*/)
 {
     // A menu of the toolkit's would take the keyboard from the panel, which then closes.

@@ -19,6 +19,7 @@ private slots:
     void marginIsNotPartOfThePanel();
     void keysReachTheModelFirst();
     void composingKeepsItsKeys();
+    void composingEndsWithThePanel();
     void keypadEnterIsReturn();
     void caretDecidesWhetherArrowsLeaveTheField();
 };
@@ -150,14 +151,34 @@ void FloatingPanelTest::composingKeepsItsKeys()
     QVERIFY(f.open());
     QInputMethodEvent composing(u"ni"_s, {});
     QCoreApplication::sendEvent(f.view()->activeField(), &composing);
-    f.press(Qt::Key_Return);
-    f.press(Qt::Key_Down);
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Down, Qt::Key_Up, Qt::Key_Right, Qt::Key_End, Qt::Key_Escape})
+        f.press(key);
+    f.press(Qt::Key_K, Qt::ControlModifier);
     QCOMPARE(f.closeRequests, 0);
+    QVERIFY(f.panel.isVisible());
     QCOMPARE(f.selected(), u"one"_s);
+    QVERIFY(!f.model.focus().has_value() && !f.model.cmdkOpen());
     QInputMethodEvent committed;
     committed.setCommitString(u"t"_s);
     QCoreApplication::sendEvent(f.view()->activeField(), &committed);
     QCOMPARE(f.model.query(), u"t"_s);
+    f.press(Qt::Key_Return);
+    QCOMPARE(f.closeRequests, 1);
+}
+
+void FloatingPanelTest::composingEndsWithThePanel()
+{
+    PanelFixture f;
+    f.fillTexts({u"one"_s});
+    QVERIFY(f.open());
+    QInputMethodEvent composing(u"ni"_s, {});
+    QCoreApplication::sendEvent(f.view()->activeField(), &composing);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QVERIFY(f.open());
+    QTRY_VERIFY(f.view()->activeField()->hasFocus());
     f.press(Qt::Key_Return);
     QCOMPARE(f.closeRequests, 1);
 }
