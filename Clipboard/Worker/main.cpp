@@ -1,9 +1,6 @@
 #include "Confinement.h"
-#include "TextRecognition.h"
-
-#ifdef TESSALY_HAS_LINK_TITLE
 #include "LinkTitle.h"
-#endif
+#include "TextRecognition.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -49,7 +46,6 @@ int recognize(const QString& picturePath)
     return print(text) ? 0 : noResult;
 }
 
-#ifdef TESSALY_HAS_LINK_TITLE
 // The longest that anyone waits for a title; who asks for less ends this process.
 constexpr auto titleLimit = 3s;
 
@@ -67,12 +63,6 @@ int title()
     const std::optional<QString> found = Clipboard::linkTitle(QUrl::fromEncoded(link), titleLimit);
     return found && print(*found + u'\n') ? 0 : noResult;
 }
-#else
-int title()
-{
-    return noResult;
-}
-#endif
 
 } // namespace
 

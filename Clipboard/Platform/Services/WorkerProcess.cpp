@@ -15,7 +15,7 @@ namespace {
 
 Q_LOGGING_CATEGORY(log, "tessaly.worker")
 
-/// What the worker may know of the session: the user's languages, the way to the network, where data is installed.
+/// What the worker may know of the session: the user's languages, and where data is installed.
 QProcessEnvironment workerEnvironment()
 {
     static const std::array names{
@@ -29,14 +29,6 @@ QProcessEnvironment workerEnvironment()
         u"SSL_CERT_DIR"_s,
         u"SSL_CERT_FILE"_s,
         u"LD_LIBRARY_PATH"_s,
-        u"http_proxy"_s,
-        u"https_proxy"_s,
-        u"all_proxy"_s,
-        u"no_proxy"_s,
-        u"HTTP_PROXY"_s,
-        u"HTTPS_PROXY"_s,
-        u"ALL_PROXY"_s,
-        u"NO_PROXY"_s,
         u"ASAN_OPTIONS"_s,
         u"LSAN_OPTIONS"_s,
         u"UBSAN_OPTIONS"_s,

@@ -170,12 +170,12 @@ void WorkerClientTest::readsTitle()
 void WorkerClientTest::keepsSecretsOfTheSession()
 {
     qputenv("TESSALY_TEST_TOKEN", "secret");
-    qputenv("https_proxy", "http://proxy.example:3128");
+    qputenv("TESSDATA_PREFIX", "/opt/tessdata");
     const std::optional<QStringList> environment = recognize(standIn("env"));
     qunsetenv("TESSALY_TEST_TOKEN");
-    qunsetenv("https_proxy");
+    qunsetenv("TESSDATA_PREFIX");
     QVERIFY(environment);
-    QVERIFY(environment->contains(u"https_proxy=http://proxy.example:3128"_s));
+    QVERIFY(environment->contains(u"TESSDATA_PREFIX=/opt/tessdata"_s));
     QVERIFY(environment->filter(u"TESSALY_TEST_TOKEN"_s).isEmpty());
 }
 
