@@ -22,10 +22,7 @@ bool isDragged(Kind kind)
 /// How far a span can move by `by` inside of 0 to `limit`. One that has no room is held at 0.
 double clampedMove(double minimum, double length, double by, double limit)
 {
-    // Adding and taking away a bound leaves the last digits behind: a mark at the edge must not seem to move.
-    constexpr double roundingError = 1e-9;
-    const double move = std::max(0.0, std::min(limit - length, minimum + by)) - minimum;
-    return std::abs(move) < roundingError ? 0 : move;
+    return std::max(0.0, std::min(limit - length, minimum + by)) - minimum;
 }
 
 } // namespace

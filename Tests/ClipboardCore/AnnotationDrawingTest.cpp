@@ -139,6 +139,10 @@ void AnnotationDrawingTest::skipsWhatIsElsewhere()
     dragged(AnnotationTool::rectangle, {10, 10}, {50, 50})(session);
     QVERIFY(!marksDrawn(session, {52, 0, 10, 10}).isEmpty()); // a stroke of 4 reaches 52, its blur 53
     QVERIFY(marksDrawn(session, {53, 0, 10, 10}).isEmpty());
+    clicked(AnnotationTool::text, {110, 60}, u"a\nÅ"_s)(session);
+    QVERIFY(marksDrawn(session, {110, 20, 20, 20}).isEmpty());
+    session.setText(u"Å\na"_s); // 40 above the baseline, at 79
+    QVERIFY(!marksDrawn(session, {110, 20, 20, 20}).isEmpty());
 }
 
 void AnnotationDrawingTest::averagesBlocks()

@@ -12,7 +12,7 @@
 /// The drawing ports without a graphics library.
 namespace AnnotationFakes {
 
-/// A font of letters half as wide as it is high.
+/// A font of letters half as wide as it is high. Only Å rises above the line.
 class BlockLayout final : public ClipboardCore::TextLayout
 {
 public:
@@ -26,7 +26,8 @@ public:
     }
     [[nodiscard]] QRectF glyphBounds(const QString& line, ClipboardCore::TextFont font) const override
     {
-        return {0, -0.75 * font.size, width(line, font), 0.75 * font.size};
+        const double rise = (line.contains(u'Å') ? 2 : 0.75) * font.size;
+        return {0, -rise, width(line, font), rise};
     }
 };
 

@@ -117,7 +117,6 @@ class AnnotationSessionTest final : public QObject
 private slots:
     void records_data();
     void records();
-    void typingIsOneStep();
     void restylesWhatHasTheProperty();
     void selects_data();
     void selects();
@@ -125,10 +124,8 @@ private slots:
     void staysInsideThePicture_data();
     void staysInsideThePicture();
     void reshapesAnyCorner();
-    void numbersCounters();
     void crops_data();
     void crops();
-    void movesTheCropInWholePixels();
 };
 
 void AnnotationSessionTest::records_data()
@@ -179,24 +176,6 @@ void AnnotationSessionTest::records()
     for (const QString& word : operations)
         perform(session, word);
     QCOMPARE(summary(session), expected);
-}
-
-void AnnotationSessionTest::typingIsOneStep()
-{
-    auto session = AnnotationFakes::session();
-    session.chooseTool(Tool::text);
-    session.place({5, 5});
-    for (const auto& text : {u"a"_s, u"ab"_s, u"abc"_s})
-        session.setText(text);
-    session.setColor(AnnotationPalette::green);
-    session.setSize(AnnotationSize::large);
-    session.undo();
-    QVERIFY(session.annotations().isEmpty() && !session.canUndo());
-    session.redo();
-    const Annotation expected{Annotation::Kind::text, {5, 5},  {5, 5}, AnnotationPalette::green,
-                              AnnotationSize::large,  u"abc"_s};
-    QCOMPARE(session.annotations(), QList{expected});
-    QCOMPARE(session.color(), AnnotationPalette::green); // no part of the history
 }
 
 void AnnotationSessionTest::restylesWhatHasTheProperty()
@@ -318,27 +297,6 @@ void AnnotationSessionTest::reshapesAnyCorner()
     }
 }
 
-void AnnotationSessionTest::numbersCounters()
-{
-    auto session = AnnotationFakes::session();
-    click(session, Tool::counter, {20, 20});
-    drag(session, Tool::arrow, {100, 50}, {120, 90});
-    click(session, Tool::counter, {60, 20});
-    click(session, Tool::counter, {100, 20});
-    const auto numbers = [&session] {
-        QList<int> all;
-        for (qsizetype i = -1; i <= session.annotations().size(); ++i)
-            all += session.counterNumber(i).value_or(0);
-        return all;
-    };
-    QCOMPARE(numbers(), QList<int>({0, 1, 0, 2, 3, 0}));
-    session.select({20, 20}, 0);
-    session.deleteSelection();
-    QCOMPARE(numbers(), QList<int>({0, 0, 1, 2, 0}));
-    session.undo();
-    QCOMPARE(numbers(), QList<int>({0, 1, 0, 2, 3, 0}));
-}
-
 void AnnotationSessionTest::crops_data()
 {
     QTest::addColumn<QRectF>("wanted");
@@ -364,20 +322,6 @@ void AnnotationSessionTest::crops()
     QCOMPARE(session.crop(), expected);
     session.undo();
     QCOMPARE(session.crop(), session.pictureBounds());
-}
-
-void AnnotationSessionTest::movesTheCropInWholePixels()
-{
-    auto session = AnnotationFakes::session();
-    session.setCrop({20, 20, 50, 40});
-    session.moveCrop({3.5, -3.5});
-    QCOMPARE(session.crop(), QRectF(24, 17, 50, 40)); // 16.5 is rounded up
-    session.moveCrop({1000, 2});
-    QCOMPARE(session.crop(), QRectF(150, 19, 50, 40));
-    session.moveCrop({-1000, -1000});
-    QCOMPARE(session.crop(), QRectF(0, 0, 50, 40));
-    session.moveCrop({-0.4, 0.4});
-    QCOMPARE(countSteps(session), 4);
 }
 
 QTEST_APPLESS_MAIN(AnnotationSessionTest)

@@ -80,6 +80,7 @@ void CanvasGestureTest::crops_data()
     row("left edge", 1, {48, 50}, {60, 0}, {60, 30, 80, 50});
     row("just beside it moves", 1, {48.1, 50}, {58.1, 60}, {50, 40, 100, 50});
     row("hardly a move", 1, {90, 50}, {93, 52}, {40, 30, 100, 50});
+    row("by half pixels", 1, {90, 50}, {83.5, 55.5}, {34, 36, 100, 50});
     row("along the right edge", 1, {90, 50}, {500, 54}, {100, 34, 100, 50});
     row("left edge past the right one", 1, {40, 50}, {190, 50}, {116, 30, 24, 50});
     row("right edge past the left one", 1, {140, 50}, {0, 50}, {40, 30, 24, 50});
