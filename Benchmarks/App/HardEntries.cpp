@@ -12,7 +12,7 @@ namespace Clipboard::Benchmarks {
 namespace {
 
 constexpr qsizetype shown = 20'000; // characters of a preview
-constexpr qsizetype mega = 1024 * 1024;
+constexpr qsizetype mega = qsizetype{1024} * 1024;
 constexpr qsizetype largestParsed = 262'144; // bytes that smart actions look into
 constexpr double newest = 750'000'000;       // seconds since 2001
 
