@@ -22,8 +22,9 @@ void click(AnnotationSession& session, Tool tool, QPointF at, const QString& tex
     session.endEditing();
 }
 
-int countSteps(AnnotationSession session, void (AnnotationSession::*travel)() = &AnnotationSession::undo)
+int countSteps(const AnnotationSession& from, void (AnnotationSession::*travel)() = &AnnotationSession::undo)
 {
+    AnnotationSession session = from;
     int steps = 0;
     while (travel == &AnnotationSession::undo ? session.canUndo() : session.canRedo()) {
         (session.*travel)();

@@ -209,15 +209,15 @@ private:
     void checkHistory(AnnotationSession session)
     {
         session.endEditing();
-        QList<AnnotationSession> states{session};
+        QList<AnnotationSession> states{session}; // oldest first
         while (session.canUndo()) {
             session.undo();
             checkSession(session);
-            states += session;
+            states.prepend(session);
         }
         require(session.annotations().isEmpty() && session.crop() == bounds, "undo leads back to the start");
-        for (auto state = states.crbegin(); state != states.crend(); ++state) {
-            require(areAlike(session, *state), "redo leads back to the end");
+        for (const AnnotationSession& state : std::as_const(states)) {
+            require(areAlike(session, state), "redo leads back to the end");
             session.redo();
         }
         const auto flat = session.flatten();
