@@ -1,7 +1,7 @@
 # What a person can do here; `make help` lists it. Each target installs the packages it lacks.
 
 .DEFAULT_GOAL := help
-.PHONY: help build run test bench fuzz format lint package clean
+.PHONY: help build run test bench pictures fuzz format lint package clean
 
 help: ## list the targets
 	@awk -F ':.*## ' '/^[a-z]+:.*## / { printf "  make %-8s %s\n", $$1, $$2 }' Makefile
@@ -25,6 +25,12 @@ bench: ## measure, and print the table of figures
 	cmake --preset release
 	cmake --build --preset release
 	@scripts/bench
+
+pictures: ## take pictures of the program, those of the documentation too
+	@scripts/install-packages build run session
+	cmake --preset release
+	cmake --build --preset release --target tessaly tessaly-pictures
+	@scripts/pictures
 
 fuzz: ## try the parsers with made-up input, FUZZ_SECONDS (600) for each
 	@scripts/install-packages build fuzz

@@ -1,0 +1,282 @@
+// Takes the pictures of the built program: each scene in a session of its own, cropped to the window with its shadow.
+#include "RunningTessaly.h"
+#include "SampleHistory.h"
+#include "Shadow.h"
+#include "Theme.h"
+#include "VirtualSession.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QImage>
+#include <QThread>
+
+#include <algorithm>
+#include <cstdio>
+#include <xcb/xcb.h>
+
+using namespace Qt::StringLiterals;
+using namespace Clipboard;
+using namespace Clipboard::Testing;
+
+namespace {
+
+constexpr unsigned long settle = 350;  // ms; longer than any animation
+constexpr unsigned long tooltip = 700; // ms; longer than the pointer has to rest
+constexpr QSize screen{1280, 960};     // logical pixels; notices appear below the panel
+constexpr int around = 24;             // logical pixels of the desktop around what has no margin for a shadow
+constexpr quint32 desktop = 0x2B3242;  // its colour
+
+struct Step
+{
+    enum class Kind { press, type, point, wait };
+    Kind kind;
+    QString text = {};
+    QPoint place = {}; // logical pixels in the panel
+};
+
+using Steps = QList<Step>;
+
+Steps press(const char* chord, int times = 1)
+{
+    return Steps(times, {Step::Kind::press, QString::fromLatin1(chord)});
+}
+
+Steps type(const char* text)
+{
+    return {{Step::Kind::type, QString::fromLatin1(text)}};
+}
+
+Steps pointAt(QPoint place)
+{
+    return {{Step::Kind::point, {}, place}, {Step::Kind::wait}};
+}
+
+Steps go(SampleRow row)
+{
+    return press("Down", static_cast<int>(row));
+}
+
+struct Scene
+{
+    /// What is on the screen before its steps begin.
+    enum class Stage { panel, emptyPanel, document, menu, dialog };
+    const char* name;
+    Stage stage;
+    Steps steps;
+};
+
+const QPoint annotateButton(511, 482);
+
+QList<Scene> scenes()
+{
+    using enum Scene::Stage;
+    return {
+        {"panel-text", panel, go(SampleRow::text)},
+        {"panel-code", panel, go(SampleRow::code)},
+        {"panel-color", panel, go(SampleRow::color)},
+        {"panel-image", panel, go(SampleRow::landscape) + pointAt(annotateButton)},
+        {"panel-link-qr", panel, go(SampleRow::link) + press("ctrl+k") + type("qr") + press("Return")},
+        {"panel-focus-chip", panel, go(SampleRow::text) + press("Right") + press("Down")},
+        {"panel-file", panel, go(SampleRow::file)},
+        {"panel-empty", emptyPanel, {}},
+        {"panel-noresults", panel, type("lighthouse keeper")},
+        {"command-sheet", panel, go(SampleRow::text) + press("ctrl+k")},
+        {"toast", document, go(SampleRow::link) + press("Return")},
+        {"tray-menu", menu, press("Down")},
+        {"clear-dialog", dialog, {}},
+    };
+}
+
+class Stage final
+{
+public:
+    Stage(const Scene& scene, int scale, const QString& program);
+
+    /// Plays the scene and takes its picture. Nothing when it did not come to that.
+    [[nodiscard]] QImage play();
+
+private:
+    [[nodiscard]] bool prepare();
+    void layDesktop();
+    [[nodiscard]] bool open();
+    [[nodiscard]] bool openPanel();
+    [[nodiscard]] bool openMenu();
+    [[nodiscard]] bool openDialog();
+    [[nodiscard]] bool openDocument();
+    void perform(const Step& step);
+    [[nodiscard]] QRect subject() const;
+
+    const Scene& m_scene;
+    int m_scale;
+    VirtualSession m_session;
+    RunningTessaly m_tessaly;
+};
+
+Stage::Stage(const Scene& scene, int scale, const QString& program)
+    : m_scene(scene)
+    , m_scale(scale)
+    , m_session({.size = screen * scale,
+                 .trayHost = scene.stage == Scene::Stage::menu || scene.stage == Scene::Stage::dialog,
+                 .compositor = true})
+    , m_tessaly(m_session, program)
+{
+}
+
+bool Stage::prepare()
+{
+    if (!m_session.failure().isEmpty()) {
+        std::fprintf(stderr, "%s\n", qPrintable(m_session.failure()));
+        return false;
+    }
+    m_session.setEnvironment(u"QT_SCALE_FACTOR"_s, QString::number(m_scale));
+    layDesktop();
+    const bool isEmpty = m_scene.stage == Scene::Stage::emptyPanel;
+    return (isEmpty ||
+            writeSampleHistory(m_tessaly.dataFolder(), m_session.home(), QStringLiteral(TESSALY_DRAWINGS))) &&
+           m_tessaly.start().has_value();
+}
+
+/// A window below all others: compositors paint the root window as they like.
+void Stage::layDesktop()
+{
+    xcb_connection_t* connection = m_session.connection();
+    const xcb_screen_t* root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
+    const quint32 values[] = {desktop, 1}; // the pixel, and that the window manager leaves it alone
+    const quint32 window = xcb_generate_id(connection);
+    xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, root->root, 0, 0, root->width_in_pixels,
+                      root->height_in_pixels, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, root->root_visual,
+                      XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values);
+    xcb_map_window(connection, window);
+    const quint32 below[] = {XCB_STACK_MODE_BELOW};
+    xcb_configure_window(connection, window, XCB_CONFIG_WINDOW_STACK_MODE, below);
+    xcb_flush(connection);
+}
+
+bool Stage::open()
+{
+    switch (m_scene.stage) {
+    case Scene::Stage::panel:
+    case Scene::Stage::emptyPanel:
+        return openPanel();
+    case Scene::Stage::document:
+        return openDocument();
+    case Scene::Stage::menu:
+        return openMenu();
+    case Scene::Stage::dialog:
+        return openDialog();
+    }
+    return false;
+}
+
+bool Stage::openPanel()
+{
+    // Without a tray the panel opens below the pointer, here so that its whole shadow is on the screen.
+    const QPoint place = QPoint(screen.width() / 2, 100) * m_scale;
+    m_session.run(u"xdotool"_s, {u"mousemove"_s, QString::number(place.x()), QString::number(place.y())});
+    m_tessaly.press(u"super+shift+v"_s);
+    return m_tessaly.waitForPanel(true);
+}
+
+bool Stage::openMenu()
+{
+    if (!VirtualSession::waitUntil([&] { return m_tessaly.trayIcon().has_value(); }))
+        return false;
+    m_tessaly.click(m_tessaly.trayIcon()->geometry.center(), 1, 3);
+    return VirtualSession::waitUntil([&] { return m_tessaly.windows().size() > 1; });
+}
+
+bool Stage::openDialog()
+{
+    if (!openMenu())
+        return false;
+    m_tessaly.press(u"Down"_s);
+    m_tessaly.press(u"Return"_s);
+    return VirtualSession::waitUntil([&] { return m_tessaly.activeWindow() != 0; });
+}
+
+bool Stage::openDocument()
+{
+    m_session.start(u"xterm"_s, {u"-geometry"_s, u"100x30+200+120"_s, u"-bg"_s, u"#E9EAEE"_s});
+    return VirtualSession::waitUntil([&] { return m_tessaly.activeWindow() != 0; }) && openPanel();
+}
+
+void Stage::perform(const Step& step)
+{
+    switch (step.kind) {
+    case Step::Kind::press:
+        m_tessaly.press(step.text);
+        break;
+    case Step::Kind::type:
+        m_tessaly.type(step.text);
+        break;
+    case Step::Kind::point: {
+        const QMargins margins = panelShadow.margins();
+        const QPoint place = subject().topLeft() + (QPoint(margins.left(), margins.top()) + step.place) * m_scale;
+        m_session.run(u"xdotool"_s, {u"mousemove"_s, QString::number(place.x()), QString::number(place.y())});
+        break;
+    }
+    case Step::Kind::wait:
+        QThread::msleep(tooltip);
+        break;
+    }
+}
+
+/// The place of the picture: the window that the scene is about, or the menu with the icon that it hangs from.
+QRect Stage::subject() const
+{
+    QRect largest;
+    QRect all;
+    for (const RunningTessaly::Window& window : m_tessaly.windows()) {
+        const QRect area = window.geometry;
+        all |= area;
+        if (area.width() * area.height() > largest.width() * largest.height())
+            largest = area;
+    }
+    const int margin = around * m_scale;
+    return m_scene.stage == Scene::Stage::menu ? all.adjusted(-margin, -margin, margin, margin) : largest;
+}
+
+QImage Stage::play()
+{
+    if (!prepare() || !open())
+        return {};
+    for (const Step& step : m_scene.steps) {
+        perform(step);
+        QThread::msleep(settle / 4);
+    }
+    QThread::msleep(settle);
+    const QString file = m_session.homePath(u"screen.png"_s);
+    if (!m_session.screenshot(file))
+        return {};
+    const QImage picture(file);
+    return picture.copy(subject() & picture.rect());
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen"); // it draws the pictures that are copied, and shows nothing
+    const QGuiApplication app(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() < 4) {
+        std::fputs("usage: tessaly-pictures <program> <folder> <scale> [<scene> …]\n", stderr);
+        return 2;
+    }
+    const QDir folder(arguments[2]);
+    const int scale = arguments[3].toInt();
+    const QStringList wanted = arguments.mid(4);
+    bool complete = folder.mkpath(u"."_s);
+    for (const Scene& scene : scenes()) {
+        const QString name = QString::fromLatin1(scene.name);
+        if (!wanted.isEmpty() && !wanted.contains(name))
+            continue;
+        const QImage picture = Stage(scene, scale, QFileInfo(arguments[1]).absoluteFilePath()).play();
+        const bool saved = !picture.isNull() && picture.save(folder.filePath(name + u".png"_s));
+        std::printf("%s: %s\n", scene.name, saved ? "taken" : "did not come up");
+        std::fflush(stdout);
+        complete = complete && saved;
+    }
+    return complete ? 0 : 1;
+}
