@@ -45,6 +45,10 @@ void FloatingPanel::prepare()
     if (m_view != nullptr)
         return;
     m_view = new PanelView(m_services.viewModel, m_services.workspace, m_services.thumbs, this);
+    connect(m_view, &PanelView::dragFinished, this, [this] {
+        if (!isActiveWindow())
+            dismiss(); // where the entry was dropped has taken the keyboard meanwhile
+    });
     m_entrance = new QVariantAnimation(this);
     m_entrance->setStartValue(0.0);
     m_entrance->setEndValue(1.0);
@@ -120,7 +124,8 @@ void FloatingPanel::dismiss()
 
 bool FloatingPanel::event(QEvent* event)
 {
-    if (event->type() == QEvent::WindowDeactivate)
+    const bool isDragging = m_view != nullptr && m_view->isDragging();
+    if (event->type() == QEvent::WindowDeactivate && !isDragging)
         dismiss();
     return QWidget::event(event);
 }

@@ -1,19 +1,26 @@
 #include "HistoryList.h"
 
 #include "AccessibleHistoryList.h"
+#include "EntryMimeData.h"
 #include "FrameReport.h"
 #include "HistoryListModel.h"
 #include "HistoryViewModel.h"
 #include "ListRow.h"
 #include "Motion.h"
 #include "OverlayScrollBar.h"
+#include "Theme.h"
 #include "Thumbs.h"
 
+#include <QApplication>
+#include <QDrag>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScrollBar>
+#include <QStyleOptionViewItem>
 #include <QVariantAnimation>
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 using ClipboardCore::FocusKey;
@@ -168,14 +175,55 @@ void HistoryList::resizeEvent(QResizeEvent* event)
 void HistoryList::mousePressEvent(QMouseEvent* event)
 {
     const QModelIndex index = indexAt(event->position().toPoint());
-    if (event->button() == Qt::LeftButton && index.isValid())
-        m_viewModel.setSelectedID(m_model->item(index.row()).id);
+    if (event->button() != Qt::LeftButton || !index.isValid())
+        return;
+    m_pressed = index;
+    m_pressPosition = event->position().toPoint();
+    m_viewModel.setSelectedID(m_model->item(index.row()).id);
 }
 
 void HistoryList::mouseMoveEvent(QMouseEvent* event)
 {
     if (event->buttons() == Qt::NoButton)
-        QListView::mouseMoveEvent(event);
+        return QListView::mouseMoveEvent(event);
+    const QPoint way = event->position().toPoint() - m_pressPosition;
+    if (m_pressed.isValid() && way.manhattanLength() >= QApplication::startDragDistance())
+        dragPressedRow();
+}
+
+void HistoryList::mouseReleaseEvent(QMouseEvent* /*event*/)
+{
+    m_pressed = QModelIndex();
+}
+
+void HistoryList::dragPressedRow()
+{
+    const QModelIndex index = std::exchange(m_pressed, QModelIndex());
+    std::unique_ptr<QMimeData> entry = EntryMimeData::make(m_model->item(index.row()));
+    if (!entry)
+        return;
+    auto* drag = new QDrag(this); // deletes itself
+    drag->setMimeData(entry.release());
+    drag->setPixmap(rowPicture(index));
+    drag->setHotSpot(m_pressPosition - visualRect(index).topLeft());
+    m_isDragging = true;
+    drag->exec(Qt::CopyAction);
+    m_isDragging = false;
+    emit dragFinished();
+}
+
+QPixmap HistoryList::rowPicture(const QModelIndex& index) const
+{
+    const qreal ratio = devicePixelRatioF();
+    const QSize size(Theme::rowWidth, Theme::rowHeight);
+    QPixmap picture(size * ratio);
+    picture.setDevicePixelRatio(ratio);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    QStyleOptionViewItem option;
+    option.rect = QRect(QPoint(0, 0), size);
+    itemDelegate()->paint(&painter, option, index);
+    return picture;
 }
 
 void HistoryList::mouseDoubleClickEvent(QMouseEvent* event)

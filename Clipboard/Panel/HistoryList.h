@@ -30,6 +30,9 @@ public:
     /// Repaints the rows, for ages and focus.
     void refreshRows() { viewport()->update(); }
 
+    /// True while an entry is on its way into another program; dragFinished() follows.
+    [[nodiscard]] bool isDragging() const { return m_isDragging; }
+
     /// Tells assistive technologies which row has the panel's focus, when that changed.
     void announceFocus();
     /// True while the selected row is what the keys of the panel act on.
@@ -41,6 +44,9 @@ public:
     /// The frames of the rows on screen, in the coordinates of `ancestor`, as they are once scrolling has come to rest.
     void addFrames(QHash<ClipboardCore::FocusKey, QRectF>& frames, const QWidget* ancestor) const;
 
+signals:
+    void dragFinished();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     bool event(QEvent* event) override;
@@ -48,6 +54,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
 
     // What the toolkit does, but for telling of a focus that may be elsewhere: announceFocus() does that.
@@ -59,12 +66,17 @@ protected:
 private:
     void scrollToRow(int row, bool animated);
     void stopScrolling();
+    void dragPressedRow();
+    [[nodiscard]] QPixmap rowPicture(const QModelIndex& index) const;
     [[nodiscard]] int restingScroll() const;
 
     HistoryViewModel& m_viewModel;
     HistoryListModel* m_model;
     OverlayScrollBar* m_scrollBar;
     QVariantAnimation* m_scrolling;
+    QPersistentModelIndex m_pressed; // the row that a drag would take along
+    QPoint m_pressPosition;
+    bool m_isDragging = false;
     std::optional<QUuid> m_announced; // the row that was last told to have the focus
 };
 

@@ -41,6 +41,7 @@ PanelView::PanelView(HistoryViewModel& viewModel, const Workspace& workspace, Th
 {
     m_ages.setInterval(ageRefresh);
     connect(&m_ages, &QTimer::timeout, this, &PanelView::refreshAges);
+    connect(m_list, &HistoryList::dragFinished, this, &PanelView::dragFinished);
     connectViewModel();
     m_viewModel.searchCaret = [this]() -> std::optional<HistoryViewModel::SearchCaret> {
         const SearchField* field = m_header->searchField();
@@ -158,6 +159,11 @@ void PanelView::completePreview()
 void PanelView::setCornerRadius(int radius)
 {
     m_sheet->setCornerRadius(radius);
+}
+
+bool PanelView::isDragging() const
+{
+    return m_list->isDragging();
 }
 
 QString PanelView::selectedPreviewText() const

@@ -37,8 +37,13 @@ public:
     [[nodiscard]] SearchField* activeField() const;
     /// The corners of the panel; 0 where they are square.
     void setCornerRadius(int radius);
+    /// True while an entry is dragged out of the list; dragFinished() follows.
+    [[nodiscard]] bool isDragging() const;
     /// What the user has marked in the preview.
     [[nodiscard]] QString selectedPreviewText() const;
+
+signals:
+    void dragFinished();
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

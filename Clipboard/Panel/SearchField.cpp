@@ -25,6 +25,7 @@ SearchField::SearchField(const Fonts::Style& style, const QString& placeholder, 
     , m_placeholder(placeholder)
 {
     setFrame(false);
+    setAcceptDrops(false); // an entry on its way out may pass over the field
     setAttribute(Qt::WA_MacShowFocusRect, false);
     setFont(Fonts::font(style));
     setAccessibleName(placeholder);
