@@ -17,7 +17,8 @@ if(TESSALY_SANITIZERS)
 endif()
 
 # tessaly_public_headers(name) — lists the headers of the calling folder as the target's, for the check that each of them
-# compiles alone (target all_verify_interface_header_sets).
+# compiles alone (target all_verify_interface_header_sets). The compiler has seen as much of a header that is the first
+# thing its own source includes, so only the others are compiled for that.
 function(tessaly_public_headers name)
     cmake_parse_arguments(arg "RECURSE" "" "" ${ARGN})
     set(glob GLOB)
@@ -25,8 +26,22 @@ function(tessaly_public_headers name)
         set(glob GLOB_RECURSE)
     endif()
     file(${glob} headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
-    target_sources(${name} INTERFACE FILE_SET HEADERS BASE_DIRS ${CMAKE_CURRENT_SOURCE_DIR} FILES ${headers})
-    set_target_properties(${name} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
+    set(seen_alone)
+    foreach(header IN LISTS headers)
+        cmake_path(REPLACE_EXTENSION header cpp OUTPUT_VARIABLE source)
+        cmake_path(GET header FILENAME file)
+        if(EXISTS ${source})
+            file(STRINGS ${source} first LIMIT_COUNT 1 REGEX "^#include")
+            if(first MATCHES "[\"/]${file}\"")
+                list(APPEND seen_alone ${header})
+            endif()
+        endif()
+    endforeach()
+    list(REMOVE_ITEM headers ${seen_alone})
+    target_sources(${name} INTERFACE
+        FILE_SET HEADERS BASE_DIRS ${CMAKE_CURRENT_SOURCE_DIR} FILES ${seen_alone}
+        FILE_SET others TYPE HEADERS BASE_DIRS ${CMAKE_CURRENT_SOURCE_DIR} FILES ${headers})
+    set_target_properties(${name} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON INTERFACE_HEADER_SETS_TO_VERIFY others)
 endfunction()
 
 # tessaly_library(name SOURCES … PUBLIC targets… PRIVATE targets…)
