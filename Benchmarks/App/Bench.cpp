@@ -13,6 +13,7 @@
 #include <cstdlib>
 
 using namespace Qt::StringLiterals;
+using Clipboard::Testing::VirtualSession;
 
 namespace Clipboard::Benchmarks {
 
@@ -48,14 +49,16 @@ QByteArray historyOf(Filling filling)
 
 } // namespace
 
-Bench::Bench(Filling filling)
-    : Bench(filling.entries > 0 ? historyOf(filling) : QByteArray())
+Bench::Bench(Filling filling, int scale)
+    : Bench(filling.entries > 0 ? historyOf(filling) : QByteArray(), scale)
 {
 }
 
-Bench::Bench(const QByteArray& history)
-    : tessaly(session, QStringLiteral(TESSALY_PROGRAM))
+Bench::Bench(const QByteArray& history, int scale)
+    : session({.size = VirtualSession::Options().size * scale})
+    , tessaly(session, QStringLiteral(TESSALY_PROGRAM))
 {
+    session.setEnvironment(u"QT_SCALE_FACTOR"_s, QString::number(scale));
     if (!session.failure().isEmpty()) {
         giveUp(session.failure());
     }
@@ -122,6 +125,11 @@ void row(const QString& what, const QString& measured, const QString& unit, cons
 void row(const QString& what, double measured, const QString& unit, const QString& goal)
 {
     row(what, QString::number(measured, 'f', measured < 10 ? 2 : 1), unit, goal);
+}
+
+void row(const QString& what, const std::vector<double>& values, const QString& goal)
+{
+    row(what, u"%1 (slowest %2)"_s.arg(median(values), 0, 'f', 1).arg(maximum(values), 0, 'f', 1), u"ms"_s, goal);
 }
 
 double median(std::vector<double> values)

@@ -33,10 +33,11 @@ struct Filling
 class Bench final
 {
 public:
-    /// Writes the history and starts the program. Ends the process with a message when that fails.
-    explicit Bench(Filling filling = {});
+    /// Writes the history and starts the program, on a screen of that scale. Ends the process with a message when that
+    /// fails.
+    explicit Bench(Filling filling = {}, int scale = 1);
     /// The same with a history file of that content.
-    explicit Bench(const QByteArray& history);
+    explicit Bench(const QByteArray& history, int scale = 1);
 
     Clipboard::Testing::VirtualSession session;
     Clipboard::Testing::RunningTessaly tessaly;
@@ -60,6 +61,8 @@ private:
 /// One row of the table.
 void row(const QString& what, const QString& measured, const QString& unit, const QString& goal);
 void row(const QString& what, double measured, const QString& unit, const QString& goal);
+/// The median of the values, and the slowest of them. In ms.
+void row(const QString& what, const std::vector<double>& values, const QString& goal);
 
 [[nodiscard]] double median(std::vector<double> values);
 [[nodiscard]] double maximum(const std::vector<double>& values);
@@ -69,6 +72,7 @@ void row(const QString& what, double measured, const QString& unit, const QStrin
 void startRows(Effort effort);
 void captureRows(Effort effort);
 void panelRows(Effort effort);
+void frameRows(Effort effort);
 void safetyRows(Effort effort);
 
 } // namespace Clipboard::Benchmarks

@@ -54,8 +54,7 @@ void selectionRow(int times)
         const Clock::time_point begin = keyboard.press({downKey});
         values.push_back(bench.until("list-painted", begin));
     }
-    row(u"selection move: arrow key to painted frame, 500 of 20 KB"_s,
-        u"%1 (slowest %2)"_s.arg(median(values), 0, 'f', 1).arg(maximum(values), 0, 'f', 1), u"ms"_s, u"≤ 8"_s);
+    row(u"selection move: arrow key to painted frame, 500 of 20 KB"_s, values, u"≤ 8"_s);
 }
 
 /// Down the whole list several times: each entry counts by its slowest visit, the first one included.

@@ -1,17 +1,24 @@
 // The figures of the whole program, measured from outside: docs/benchmarks.md says what each row means.
+// Names of groups as arguments (start, capture, panel, frames, safety) choose these.
 #include "Bench.h"
 
 #include <QCoreApplication>
 
 using namespace Qt::StringLiterals;
+using namespace Clipboard::Benchmarks;
 
 int main(int argc, char** argv)
 {
     const QCoreApplication app(argc, argv);
-    const Clipboard::Benchmarks::Effort effort{QCoreApplication::arguments().contains("--short"_L1)};
-    Clipboard::Benchmarks::startRows(effort);
-    Clipboard::Benchmarks::captureRows(effort);
-    Clipboard::Benchmarks::panelRows(effort);
-    Clipboard::Benchmarks::safetyRows(effort);
+    QStringList wanted = QCoreApplication::arguments().mid(1);
+    const Effort effort{wanted.removeAll(u"--short"_s) > 0};
+    const std::pair<QString, void (*)(Effort)> groups[] = {
+        {u"start"_s, startRows},  {u"capture"_s, captureRows}, {u"panel"_s, panelRows},
+        {u"frames"_s, frameRows}, {u"safety"_s, safetyRows},
+    };
+    for (const auto& [name, rows] : groups) {
+        if (wanted.isEmpty() || wanted.contains(name))
+            rows(effort);
+    }
     return 0;
 }

@@ -2,6 +2,7 @@
 
 #include "AppearEffect.h"
 #include "CommandCard.h"
+#include "FrameReport.h"
 #include "HistoryViewModel.h"
 #include "Motion.h"
 #include "Painting.h"
@@ -92,6 +93,7 @@ void CommandSheet::paintEvent(QPaintEvent* /*event*/)
     shade.setAlphaF(shade.alphaF() * static_cast<float>(m_progress));
     // The panel's outline stays bright.
     Painting::roundedFill(painter, rect().adjusted(1, 1, -1, -1), std::max(0, m_cornerRadius - 1), shade);
+    reportFrame(this, "sheet-painted");
 }
 
 void CommandSheet::mousePressEvent(QMouseEvent* event)

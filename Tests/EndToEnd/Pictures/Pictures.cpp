@@ -197,8 +197,11 @@ bool Stage::openDialog()
 
 bool Stage::openDocument()
 {
-    m_session.start(u"xterm"_s, {u"-geometry"_s, u"100x30+200+120"_s, u"-bg"_s, u"#E9EAEE"_s});
-    return VirtualSession::waitUntil([&] { return m_tessaly.activeWindow() != 0; }) && openPanel();
+    const QStringList front = {u"getactivewindow"_s, u"getwindowname"_s};
+    m_session.start(u"xterm"_s, {u"-T"_s, u"document"_s, u"-e"_s, u"cat"_s});
+    return VirtualSession::waitUntil(
+               [&] { return m_session.run(u"xdotool"_s, front).output.startsWith("document"); }) &&
+           openPanel();
 }
 
 void Stage::perform(const Step& step)
@@ -245,12 +248,15 @@ QImage Stage::play()
         perform(step);
         QThread::msleep(settle / 4);
     }
+    if (m_scene.stage == Scene::Stage::document && !m_tessaly.waitForPanel(false))
+        return {};
     QThread::msleep(settle);
+    const QRect place = subject();
     const QString file = m_session.homePath(u"screen.png"_s);
-    if (!m_session.screenshot(file))
+    if (place.isEmpty() || !m_session.screenshot(file))
         return {};
     const QImage picture(file);
-    return picture.copy(subject() & picture.rect());
+    return picture.copy(place & picture.rect());
 }
 
 } // namespace
