@@ -61,12 +61,14 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
     , m_watcher(*m_platform.pasteboard, *m_platform.workspace, m_store, m_imagesDir)
     , m_statusItem(LoginItem(), m_platform.windows->isCompositing())
     , m_panel({m_viewModel, *m_platform.windows, *m_platform.workspace, m_thumbs})
+    , m_editor(m_imagesDir, {*m_platform.windows, m_pasteService, [this](const QString& text) { m_toasts.show(text); }})
 {
     m_housekeeping.setMaxThreadCount(1);
     ImageBlobs::sweepOrphans(m_imagesDir, m_store.items(), m_housekeeping);
     connectHistory();
     m_watcher.start();
     connectPanel();
+    connectEditor();
     connectStatusItem();
     if (qEnvironmentVariableIsSet(showPanelVariable))
         QTimer::singleShot(showAfterLaunch, this, [this] { show(); });
@@ -89,6 +91,26 @@ void StatusItemController::connectPanel()
 {
     connect(&m_panel, &FloatingPanel::willClose, &m_statusItem, [this] { m_statusItem.setHighlighted(false); });
     QTimer::singleShot(prepareAfterLaunch, &m_panel, &FloatingPanel::prepare);
+}
+
+void StatusItemController::connectEditor()
+{
+    m_viewModel.onAnnotate = [this](const ClipboardCore::ClipItem& item, const QImage& picture) {
+        annotate(item, picture);
+    };
+    m_editor.addResult = [this](const QString& path, const ClipboardCore::ClipItem& from) {
+        return m_viewModel.addAnnotateResult(path, from);
+    };
+    m_editor.writePNG = [this](const QByteArray& png) {
+        m_platform.pasteboard->setPNG(png);
+        m_watcher.markOwnChange();
+    };
+    m_editor.onClose = [this](std::optional<QUuid> selecting) { show(selecting); };
+    connect(&m_panel, &FloatingPanel::closed, &m_editor, [this] {
+        // The panel gives the keyboard back to the application behind it. The editor is a place to work in, too.
+        if (std::exchange(m_isEditorBehindPanel, false))
+            m_editor.bringToFront();
+    });
 }
 
 void StatusItemController::connectStatusItem()
@@ -117,6 +139,7 @@ void StatusItemController::show(std::optional<QUuid> selecting)
 {
     m_panel.dismiss(); // an open one opens afresh, and remembers the application behind it
     m_panel.setPanelGeometry(PanelPlacement::panelRect(m_statusItem.geometry(), QCursor::pos(), currentScreens()));
+    m_isEditorBehindPanel = m_editor.isInFront();
     m_viewModel.panelWillShow(selecting);
     m_panel.open();
     // After the panel's first picture: the tray may be slow to answer.
@@ -129,6 +152,13 @@ void StatusItemController::togglePanel()
         m_panel.dismiss();
     else
         show();
+}
+
+void StatusItemController::annotate(const ClipboardCore::ClipItem& item, const QImage& picture)
+{
+    QScreen* screen = QGuiApplication::screenAt(m_panel.panelGeometry().center());
+    m_panel.dismiss();
+    m_editor.open(picture, screen, EditorController::rememberedColor(), EditorController::rememberedSize(), item);
 }
 
 void StatusItemController::flush()

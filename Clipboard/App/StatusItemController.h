@@ -1,5 +1,6 @@
 #pragma once
 
+#include "EditorController.h"
 #include "FloatingPanel.h"
 #include "GlobalHotKey.h"
 #include "History/JSONHistoryStore.h"
@@ -47,8 +48,10 @@ public:
 private:
     void connectHistory();
     void connectPanel();
+    void connectEditor();
     void connectStatusItem();
     void grabHotKey();
+    void annotate(const ClipboardCore::ClipItem& item, const QImage& picture);
     void present(std::unique_ptr<QDialog> dialog);
 
     Platform m_platform;
@@ -63,6 +66,8 @@ private:
     PasteboardWatcher m_watcher;
     StatusItem m_statusItem;
     FloatingPanel m_panel;
+    EditorController m_editor;
+    bool m_isEditorBehindPanel = false;
     std::unique_ptr<GlobalHotKey> m_hotKey;
     std::unique_ptr<QDialog> m_dialog;
     QThreadPool m_housekeeping;

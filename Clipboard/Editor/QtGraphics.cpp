@@ -2,6 +2,7 @@
 
 #include <QColorSpace>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 #include <vector>
@@ -133,6 +134,20 @@ std::unique_ptr<ClipboardCore::BitmapContext> QtPicture::rgbaContext(QSize size)
 const QImage& QtPicture::imageOf(const Picture& picture)
 {
     return static_cast<const QtPicture&>(picture).image();
+}
+
+QImage withoutNeedlessAlpha(QImage image)
+{
+    if (image.format() != pixelFormat)
+        return image;
+    const auto isOpaque = [](QRgb pixel) { return qAlpha(pixel) == 255; };
+    for (int y = 0; y < image.height(); ++y) {
+        const auto* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+        if (!std::all_of(row, row + image.width(), isOpaque))
+            return image;
+    }
+    image.reinterpretAsFormat(QImage::Format_RGB32);
+    return image;
 }
 
 // ── PainterDrawing

@@ -34,6 +34,9 @@ private:
     std::shared_ptr<const QtTextLayout> m_textLayout;
 };
 
+/// The image, without its alpha channel when every pixel is opaque: faster to draw and to encode. 8 bits a component.
+[[nodiscard]] QImage withoutNeedlessAlpha(QImage image);
+
 /// Draws on a painter, on from the transform and the clip that it has. `Port` is what it is seen as.
 template <typename Port>
 class PainterDrawing : public Port

@@ -45,6 +45,21 @@ bool writeWhole(const QString& target, const QByteArray& bytes)
     return true;
 }
 
+std::optional<QString> store(const std::optional<QByteArray>& png, const QString& dir)
+{
+    if (!png)
+        return std::nullopt;
+    createPrivateFolder(dir);
+    const QString target = QDir(dir).absoluteFilePath(ImageBlobs::filename(*png));
+    if (QFile::exists(target)) {
+        markAsNew(target);
+        return target;
+    }
+    if (!writeWhole(target, *png))
+        return std::nullopt;
+    return target;
+}
+
 QString fileNameOf(const ClipItem& item)
 {
     const QString path = item.content.toString();
@@ -65,18 +80,12 @@ void removeOrphans(const QString& dir, const QSet<QString>& referenced)
 
 std::optional<QString> ImageBlobs::write(const QByteArray& picture, const QString& dir)
 {
-    const std::optional<QByteArray> png = PictureTranscoder::toPNG(picture);
-    if (!png)
-        return std::nullopt;
-    createPrivateFolder(dir);
-    const QString target = QDir(dir).absoluteFilePath(filename(*png));
-    if (QFile::exists(target)) {
-        markAsNew(target);
-        return target;
-    }
-    if (!writeWhole(target, *png))
-        return std::nullopt;
-    return target;
+    return store(PictureTranscoder::toPNG(picture), dir);
+}
+
+std::optional<QString> ImageBlobs::write(const QImage& picture, const QString& dir)
+{
+    return store(PictureTranscoder::toPNG(picture), dir);
 }
 
 QString ImageBlobs::filename(const QByteArray& png)

@@ -3,6 +3,7 @@
 #include "History/ClipItem.h"
 
 #include <QByteArray>
+#include <QImage>
 #include <QList>
 #include <QString>
 
@@ -19,6 +20,9 @@ namespace Clipboard::ImageBlobs {
 /// how to show them: comments, times and positions that the copy carried are left out. A file that is there already is
 /// not written again. Takes its time: never on the main thread.
 [[nodiscard]] std::optional<QString> write(const QByteArray& picture, const QString& dir);
+
+/// Stores pixels in the same way. Nothing but them and their colour space is written.
+[[nodiscard]] std::optional<QString> write(const QImage& picture, const QString& dir);
 
 /// 64 lower-case hexadecimal digits of the SHA-256 of `png`, and ".png".
 [[nodiscard]] QString filename(const QByteArray& png);

@@ -2,8 +2,11 @@
 
 #include "PictureReading.h"
 
+#include <QColorSpace>
+
 #include <spng.h>
 
+#include <cstring>
 #include <memory>
 
 namespace Clipboard {
@@ -179,9 +182,31 @@ PixelLayout layoutFor(const QImage& image)
     return {QImage::Format_RGB888, 8, SPNG_COLOR_TYPE_TRUECOLOR, 3};
 }
 
-std::optional<QByteArray> fromTIFF(const QByteArray& picture)
+void setProfile(spng_ctx* encoder, const QColorSpace& colorSpace)
 {
-    QImage image = PictureReading::readTIFF(picture);
+    if (!colorSpace.isValid() || colorSpace == QColorSpace(QColorSpace::SRgb))
+        return;
+    QByteArray bytes = colorSpace.iccProfile();
+    spng_iccp profile{};
+    std::strncpy(profile.profile_name, "ICC profile", sizeof profile.profile_name - 1);
+    profile.profile_len = static_cast<size_t>(bytes.size());
+    profile.profile = bytes.data();
+    spng_set_iccp(encoder, &profile); // takes a copy
+}
+
+} // namespace
+
+std::optional<QByteArray> PictureTranscoder::toPNG(const QByteArray& picture)
+{
+    if (picture.startsWith("\x89PNG\r\n\x1a\n"))
+        return fromPNG(picture);
+    if (picture.startsWith(QByteArrayView("II*\0", 4)) || picture.startsWith(QByteArrayView("MM\0*", 4)))
+        return toPNG(PictureReading::readTIFF(picture));
+    return std::nullopt;
+}
+
+std::optional<QByteArray> PictureTranscoder::toPNG(QImage image)
+{
     if (image.isNull())
         return std::nullopt;
     const PixelLayout layout = layoutFor(image);
@@ -193,6 +218,7 @@ std::optional<QByteArray> fromTIFF(const QByteArray& picture)
     header.bit_depth = layout.bitDepth;
     header.color_type = layout.colorType;
     Encoder encoder(header);
+    setProfile(encoder.context(), image.colorSpace());
     if (!encoder.begin())
         return std::nullopt;
     for (int y = 0; y < image.height(); ++y) {
@@ -200,17 +226,6 @@ std::optional<QByteArray> fromTIFF(const QByteArray& picture)
             return std::nullopt;
     }
     return encoder.finish();
-}
-
-} // namespace
-
-std::optional<QByteArray> PictureTranscoder::toPNG(const QByteArray& picture)
-{
-    if (picture.startsWith("\x89PNG\r\n\x1a\n"))
-        return fromPNG(picture);
-    if (picture.startsWith(QByteArrayView("II*\0", 4)) || picture.startsWith(QByteArrayView("MM\0*", 4)))
-        return fromTIFF(picture);
-    return std::nullopt;
 }
 
 } // namespace Clipboard

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QImage>
 
 #include <optional>
 
@@ -14,5 +15,9 @@ namespace Clipboard::PictureTranscoder {
 /// so that a large one costs little memory. A TIFF becomes 8 or 16 bits a channel in sRGB. Nothing for other formats,
 /// broken data, and pictures that would take more than PictureReading::maxDecodedBytes.
 [[nodiscard]] std::optional<QByteArray> toPNG(const QByteArray& picture);
+
+/// Encodes pixels, 8 or 16 bits a channel as they have it, with the profile of their colour space unless that is sRGB.
+/// Nothing for a null image.
+[[nodiscard]] std::optional<QByteArray> toPNG(QImage image);
 
 } // namespace Clipboard::PictureTranscoder

@@ -113,7 +113,7 @@ void DrawnButton::timerEvent(QTimerEvent* event)
     if (event->timerId() != m_tipTimer.timerId())
         return QAbstractButton::timerEvent(event);
     m_tipTimer.stop();
-    m_tip = new HoverTip(m_tipText, m_tipKeys, controlRectIn(window()), window());
+    m_tip = new HoverTip(m_tipText, m_tipKeys, tipAnchor(), window());
 }
 
 void DrawnButton::hideTip()

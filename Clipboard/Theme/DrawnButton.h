@@ -49,6 +49,8 @@ protected:
     };
     [[nodiscard]] virtual Look look() const = 0;
     virtual void paintContent(QPainter& painter, const QRectF& control, const Look& look) = 0;
+    /// What the tip keeps clear of, in the coordinates of the window: the control, unless more is said.
+    [[nodiscard]] virtual QRect tipAnchor() const { return controlRectIn(window()); }
     /// The fill of an ordinary control: at rest, under the pointer or pressed.
     [[nodiscard]] QColor controlFill() const;
     /// The pointer is over the control and the control is enabled.

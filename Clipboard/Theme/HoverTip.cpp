@@ -40,7 +40,9 @@ HoverTip::HoverTip(const QString& text, const QString& keys, const QRect& contro
     const QRect room = window->contentsRect().adjusted(edgeGap, 0, -edgeGap, 0);
     const int rightmost = std::max(room.left(), room.right() + 1 - width);
     const int left = std::clamp(control.center().x() - width / 2, room.left(), rightmost);
-    setGeometry(left, control.top() - distance - tipHeight, width, tipHeight);
+    const int above = control.top() - distance - tipHeight;
+    const int top = above >= room.top() ? above : control.bottom() + 1 + distance;
+    setGeometry(left, top, width, tipHeight);
     raise();
     show();
 }

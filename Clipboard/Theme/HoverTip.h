@@ -9,8 +9,8 @@ class HoverTip final : public QWidget
 {
     Q_OBJECT
 public:
-    /// `control` is in the coordinates of `window`; the tip appears above it, inside the
-    /// window's contents.
+    /// `control` is in the coordinates of `window`; the tip appears above it, inside the window's contents, or below it
+    /// where there is no room.
     HoverTip(const QString& text, const QString& keys, const QRect& control, QWidget* window);
 
 protected:

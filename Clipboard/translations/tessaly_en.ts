@@ -16,6 +16,32 @@
     </message>
 </context>
 <context>
+    <name>Clipboard::EditorToolbar</name>
+    <message>
+        <source>⌘Z</source>
+        <translation>Ctrl+Z</translation>
+    </message>
+    <message>
+        <source>⇧⌘Z</source>
+        <translation>Ctrl+Shift+Z</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::ExitButton</name>
+    <message>
+        <source>⌘⏎</source>
+        <translation>Ctrl+⏎</translation>
+    </message>
+    <message>
+        <source>⌘C</source>
+        <translation>Ctrl+C</translation>
+    </message>
+    <message>
+        <source>⌘S</source>
+        <translation>Ctrl+S</translation>
+    </message>
+</context>
+<context>
     <name>Clipboard::FilterChip</name>
     <message numerus="yes">
         <source>%n items</source>

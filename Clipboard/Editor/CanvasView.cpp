@@ -1,0 +1,378 @@
+#include "CanvasView.h"
+
+#include "Accessibility.h"
+#include "CanvasOverlay.h"
+#include "LabelEditor.h"
+#include "QtGraphics.h"
+#include "Shadow.h"
+#include "Theme.h"
+
+#include "Annotation/AnnotationRenderer.h"
+#include "Annotation/EditorLifecycle.h"
+#include "Annotation/Geometry.h"
+
+#include <QColorSpace>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QWheelEvent>
+
+#include <algorithm>
+#include <cmath>
+
+using ClipboardCore::AnnotationSession;
+using ClipboardCore::AnnotationTool;
+using ClipboardCore::CanvasGesture;
+
+using namespace Qt::StringLiterals;
+
+namespace Clipboard {
+
+namespace {
+
+constexpr QColor ground = Theme::rgb(0x232427);
+constexpr QColor pictureOutline = Theme::rgb(0x000000, 153);
+constexpr Shadow pictureShadow{8, 32, 0.40, 0};
+
+constexpr double zoomStep = 1.25;
+constexpr double wheelNotch = 120; // the toolkit's unit for one click of the wheel
+// From here on single pixels are looked at, not blurred into each other.
+constexpr double crispFrom = 2;
+// Antialiasing touches the pixels beside what it draws.
+constexpr double blur = 1;
+// More parts cost more than what lies between them.
+constexpr int mostParts = 8;
+
+Qt::CursorShape shapeOf(const CanvasGesture::Cursor& cursor)
+{
+    using Shape = CanvasGesture::Cursor::Shape;
+    switch (cursor.shape) {
+    case Shape::frameResize: {
+        const bool isFalling =
+            cursor.corner == CanvasGesture::Corner::topLeft || cursor.corner == CanvasGesture::Corner::bottomRight;
+        return isFalling ? Qt::SizeFDiagCursor : Qt::SizeBDiagCursor;
+    }
+    case Shape::arrow:
+        return Qt::ArrowCursor;
+    case Shape::openHand:
+        return Qt::OpenHandCursor;
+    case Shape::closedHand:
+        return Qt::ClosedHandCursor;
+    case Shape::resizeLeftRight:
+        return Qt::SizeHorCursor;
+    case Shape::resizeUpDown:
+        return Qt::SizeVerCursor;
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace
+
+CanvasView::CanvasView(ClipboardCore::EditorLifecycle& lifecycle, std::shared_ptr<const QtTextLayout> textLayout,
+                       QWidget* parent)
+    : QWidget(parent)
+    , m_lifecycle(lifecycle)
+    , m_textLayout(std::move(textLayout))
+    , m_pictures(this)
+    , m_labelEditor(new LabelEditor(m_textLayout, this))
+{
+    setObjectName(u"Canvas"_s);
+    setAccessibleName(tr("Picture"));
+    Accessibility::setRole(this, QAccessible::Graphic);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
+    connect(&m_pictures, &CanvasPictures::changed, this, qOverload<>(&QWidget::update));
+    connect(m_labelEditor, &LabelEditor::textChanged, this, [this](const QString& text) {
+        m_lifecycle.edit([&text](AnnotationSession& session) { session.setText(text); });
+        emit edited();
+    });
+    connect(m_labelEditor, &LabelEditor::pressed, this,
+            [this](int clickCount) { m_lifecycle.textFieldMouseDown(clickCount); });
+}
+
+CanvasView::~CanvasView() = default;
+
+bool CanvasView::isComposing() const
+{
+    return m_labelEditor->isComposing();
+}
+
+void CanvasView::takeKeyboard()
+{
+    QWidget* typing = m_labelEditor->isHidden() ? nullptr : m_labelEditor;
+    (typing != nullptr ? typing : this)->setFocus();
+}
+
+// ── In line with the lifecycle
+
+void CanvasView::sync()
+{
+    const auto generation = m_lifecycle.shownGeneration();
+    if (!generation)
+        return; // the window is about to close
+    auto before = std::exchange(m_drawn, m_lifecycle.sessionToDraw());
+    if (generation != m_generation)
+        showDocument(*generation);
+    else
+        repaintChanges(*before);
+    syncLabelEditor();
+    syncCursor();
+}
+
+void CanvasView::showDocument(ClipboardCore::EditorGeneration generation)
+{
+    m_generation = generation;
+    m_pictures.setPicture(m_drawn->picture(), m_drawn->measures().pixelateBlockSize());
+    m_viewport.setPicture(m_drawn->picture()->size());
+    endPan();
+    update();
+}
+
+void CanvasView::repaintChanges(const AnnotationSession& before)
+{
+    const bool wasCropping = before.tool() == AnnotationTool::crop;
+    const bool isCropping = m_drawn->tool() == AnnotationTool::crop;
+    if (before.crop() != m_drawn->crop() || wasCropping != isCropping)
+        return update();
+    const auto areas = m_drawn->changedAreas(before);
+    for (const QRectF& area : areas)
+        repaint(m_viewport.toCanvas(area));
+    if (before.selection() != m_drawn->selection() || !areas.isEmpty()) {
+        repaint(CanvasOverlay::selectionExtent(before, m_viewport));
+        repaint(CanvasOverlay::selectionExtent(*m_drawn, m_viewport));
+    }
+}
+
+void CanvasView::repaint(const QRectF& canvas)
+{
+    if (!canvas.isEmpty())
+        update(ClipboardCore::Geometry::grown(canvas, blur).toAlignedRect());
+}
+
+void CanvasView::syncLabelEditor()
+{
+    const AnnotationSession& session = *m_lifecycle.session();
+    if (session.editing())
+        return m_labelEditor->sync(session, m_viewport);
+    if (m_labelEditor->isVisible() && m_labelEditor->hasFocus())
+        setFocus();
+    m_labelEditor->end();
+}
+
+void CanvasView::syncCursor()
+{
+    if (m_panFrom || m_isHandKeyDown)
+        return setCursor(m_panFrom ? Qt::ClosedHandCursor : Qt::OpenHandCursor);
+    const QPointF at = m_viewport.toPicture(mapFromGlobal(QPointF(QCursor::pos())));
+    const auto wanted = m_lifecycle.cursor(at, m_viewport.scale());
+    if (wanted)
+        setCursor(shapeOf(*wanted));
+    else if (!m_lifecycle.isDragging())
+        setCursor(Qt::ArrowCursor);
+}
+
+// ── Painting
+
+void CanvasView::paintEvent(QPaintEvent* event)
+{
+    QPainter painter(this);
+    if (event->region().rectCount() > mostParts)
+        return paintPart(painter, event->rect());
+    for (const QRect& part : event->region())
+        paintPart(painter, part);
+}
+
+void CanvasView::paintPart(QPainter& painter, const QRect& part)
+{
+    painter.setClipRect(part);
+    if (!m_drawn)
+        return painter.fillRect(part, ground);
+    paintPicture(painter, part);
+    paintMarks(painter, part);
+    CanvasOverlay::paintCrop(painter, *m_drawn, m_viewport, rect());
+    CanvasOverlay::paintSelection(painter, *m_drawn, m_viewport);
+}
+
+void CanvasView::paintPicture(QPainter& painter, const QRect& part)
+{
+    const QRectF picture = m_viewport.pictureRect();
+    const bool isInside = picture.contains(part);
+    const QImage& image = m_pictures.scaled(m_viewport.devicePixels());
+    if (!isInside || image.hasAlphaChannel())
+        painter.fillRect(part, ground);
+    if (!isInside) {
+        pictureShadow.paint(painter, picture);
+        painter.setPen(QPen(pictureOutline, 1));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRect(picture.adjusted(-0.5, -0.5, 0.5, 0.5));
+    }
+    // Only the pixels of the image that are seen in this part: the painter scales no more than it must.
+    const QSizeF pixel(picture.width() / image.width(), picture.height() / image.height());
+    const QRectF seen = picture & part;
+    if (seen.isEmpty())
+        return;
+    const QRect source = QRectF((seen.x() - picture.x()) / pixel.width(), (seen.y() - picture.y()) / pixel.height(),
+                                seen.width() / pixel.width(), seen.height() / pixel.height())
+                             .toAlignedRect()
+                             .adjusted(-1, -1, 1, 1)
+                             .intersected(image.rect());
+    const QRectF target(picture.x() + source.x() * pixel.width(), picture.y() + source.y() * pixel.height(),
+                        source.width() * pixel.width(), source.height() * pixel.height());
+    const double devicePixels = pixel.width() * devicePixelRatioF();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, devicePixels > 1 && devicePixels < crispFrom);
+    painter.drawImage(target, image, source);
+}
+
+void CanvasView::paintMarks(QPainter& painter, const QRect& part)
+{
+    const QRectF region = m_viewport.toPicture(QRectF(part)) & m_drawn->pictureBounds();
+    if (region.isEmpty())
+        return;
+    painter.save();
+    painter.translate(m_viewport.toCanvas(region.topLeft()));
+    PainterContext context(painter, m_textLayout, QtPicture::imageOf(*m_drawn->picture()).colorSpace());
+    ClipboardCore::AnnotationRenderer(*m_drawn, context, region, m_viewport.scale())
+        .drawMarks(m_pictures.pixelated().get());
+    painter.restore();
+}
+
+void CanvasView::resizeEvent(QResizeEvent* event)
+{
+    m_viewport.setCanvas(event->size(), devicePixelRatioF());
+    if (m_drawn)
+        syncLabelEditor();
+    QWidget::resizeEvent(event);
+}
+
+// ── Mouse
+
+void CanvasView::mousePressEvent(QMouseEvent* event)
+{
+    press(*event);
+}
+
+void CanvasView::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    press(*event);
+}
+
+void CanvasView::press(const QMouseEvent& event)
+{
+    const bool isHand = event.button() == Qt::MiddleButton || (event.button() == Qt::LeftButton && m_isHandKeyDown);
+    if (isHand && !m_lifecycle.isDragging()) {
+        m_panFrom = event.position();
+        return syncCursor();
+    }
+    if (event.button() != Qt::LeftButton || m_panFrom)
+        return;
+    const int clickCount = m_clicks.count(event);
+    m_lifecycle.mouseDown({m_viewport.toPicture(event.position()), m_viewport.scale(), clickCount});
+    emit edited();
+}
+
+void CanvasView::mouseMoveEvent(QMouseEvent* event)
+{
+    if (m_panFrom) {
+        m_viewport.pan(event->position() - *m_panFrom);
+        m_panFrom = event->position();
+        return viewChanged();
+    }
+    if (!m_lifecycle.isDragging())
+        return syncCursor();
+    m_lifecycle.mouseDragged({m_viewport.toPicture(event->position()), m_viewport.scale(), 1});
+    sync(); // nothing but the canvas changes during a drag
+}
+
+void CanvasView::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (m_panFrom)
+        return endPan();
+    if (event->button() != Qt::LeftButton)
+        return;
+    m_lifecycle.mouseUp({m_viewport.toPicture(event->position()), m_viewport.scale(), 1});
+    emit edited();
+}
+
+void CanvasView::endPan()
+{
+    m_panFrom.reset();
+    syncCursor();
+}
+
+void CanvasView::wheelEvent(QWheelEvent* event)
+{
+    event->accept();
+    if (event->modifiers() & Qt::ControlModifier) {
+        m_viewport.zoomBy(std::pow(zoomStep, event->angleDelta().y() / wheelNotch), event->position());
+    } else {
+        const bool hasPixels = !event->pixelDelta().isNull();
+        QPointF by = hasPixels ? event->pixelDelta() : event->angleDelta() / 2;
+        if (event->modifiers() & Qt::ShiftModifier)
+            by = by.transposed();
+        m_viewport.pan(by);
+    }
+    viewChanged();
+}
+
+void CanvasView::viewChanged()
+{
+    update();
+    if (m_drawn)
+        syncLabelEditor();
+    syncCursor();
+}
+
+// ── Keys
+
+bool CanvasView::handleViewKey(const QKeyEvent& event)
+{
+    if (m_lifecycle.isDragging() || !(event.modifiers() & Qt::ControlModifier))
+        return false;
+    const QPointF middle = QRectF(rect()).center();
+    switch (event.key()) {
+    case Qt::Key_Plus:
+    case Qt::Key_Equal: // the same key without Shift
+        m_viewport.zoomBy(zoomStep, middle);
+        break;
+    case Qt::Key_Minus:
+        m_viewport.zoomBy(1 / zoomStep, middle);
+        break;
+    case Qt::Key_0:
+        m_viewport.fit();
+        break;
+    case Qt::Key_1:
+        m_viewport.showActualSize(middle);
+        break;
+    default:
+        return false;
+    }
+    viewChanged();
+    return true;
+}
+
+void CanvasView::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() != Qt::Key_Space)
+        return QWidget::keyPressEvent(event);
+    m_isHandKeyDown = true;
+    syncCursor();
+}
+
+void CanvasView::keyReleaseEvent(QKeyEvent* event)
+{
+    if (event->key() != Qt::Key_Space || event->isAutoRepeat())
+        return QWidget::keyReleaseEvent(event);
+    m_isHandKeyDown = false;
+    syncCursor();
+}
+
+void CanvasView::focusOutEvent(QFocusEvent* event)
+{
+    m_isHandKeyDown = false;
+    endPan();
+    QWidget::focusOutEvent(event);
+}
+
+} // namespace Clipboard

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "CanvasPictures.h"
+#include "CanvasViewport.h"
+#include "ClickCounter.h"
+#include "QtTextLayout.h"
+
+#include "Annotation/AnnotationSession.h"
+#include "Annotation/EditorEvents.h"
+
+#include <QWidget>
+
+#include <memory>
+#include <optional>
+
+namespace ClipboardCore {
+class EditorLifecycle;
+}
+
+namespace Clipboard {
+
+class LabelEditor;
+
+/// The picture with its marks, as the open document has them: drawn, zoomed and moved here, edited by the mouse. Draws
+/// again only what changed.
+class CanvasView final : public QWidget
+{
+    Q_OBJECT
+public:
+    CanvasView(ClipboardCore::EditorLifecycle& lifecycle, std::shared_ptr<const QtTextLayout> textLayout,
+               QWidget* parent);
+    ~CanvasView() override;
+
+    /// Brings what is shown in line with the lifecycle.
+    void sync();
+    /// Gives the keyboard to the label that is being typed, or else to the canvas.
+    void takeKeyboard();
+    /// True while an input method is composing a label.
+    [[nodiscard]] bool isComposing() const;
+    [[nodiscard]] const CanvasViewport& viewport() const { return m_viewport; }
+
+    /// The keys that zoom, and the blank that turns the mouse into a hand. True when it was one of them.
+    [[nodiscard]] bool handleViewKey(const QKeyEvent& event);
+
+signals:
+    /// The mouse or the keyboard changed the document.
+    void edited();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    void press(const QMouseEvent& event);
+    void endPan();
+    void viewChanged();
+    void showDocument(ClipboardCore::EditorGeneration generation);
+    void repaintChanges(const ClipboardCore::AnnotationSession& before);
+    void syncLabelEditor();
+    void syncCursor();
+    void repaint(const QRectF& canvas);
+    void paintPart(QPainter& painter, const QRect& part);
+    void paintPicture(QPainter& painter, const QRect& part);
+    void paintMarks(QPainter& painter, const QRect& part);
+
+    ClipboardCore::EditorLifecycle& m_lifecycle;
+    std::shared_ptr<const QtTextLayout> m_textLayout;
+    CanvasPictures m_pictures;
+    CanvasViewport m_viewport;
+    LabelEditor* m_labelEditor;
+    ClickCounter m_clicks;
+    std::optional<ClipboardCore::EditorGeneration> m_generation;
+    std::optional<ClipboardCore::AnnotationSession> m_drawn; // what is on the screen
+    bool m_isHandKeyDown = false;
+    std::optional<QPointF> m_panFrom;
+};
+
+} // namespace Clipboard

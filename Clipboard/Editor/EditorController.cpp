@@ -1,0 +1,217 @@
+#include "EditorController.h"
+
+#include "EditorWindow.h"
+#include "ImageBlobs.h"
+#include "OffMainThread.h"
+#include "PasteService.h"
+#include "QtGraphics.h"
+#include "WindowSystem.h"
+
+#include <QFile>
+#include <QGuiApplication>
+#include <QSettings>
+
+#include <utility>
+#include <variant>
+
+using ClipboardCore::AnnotationColor;
+using ClipboardCore::AnnotationSession;
+using ClipboardCore::AnnotationSize;
+using ClipboardCore::EditorExit;
+using ClipboardCore::EditorGeneration;
+
+namespace EditorEvents = ClipboardCore::EditorEvents;
+namespace EditorOutcomes = ClipboardCore::EditorOutcomes;
+
+using namespace Qt::StringLiterals;
+
+namespace Clipboard {
+
+namespace {
+
+constexpr QLatin1StringView colorKey("editorColor");
+constexpr QLatin1StringView sizeKey("editorSize");
+
+std::optional<QByteArray> readWhole(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError || bytes.isEmpty())
+        return std::nullopt;
+    return bytes;
+}
+
+} // namespace
+
+EditorController::EditorController(QString imagesDir, Services services, QObject* parent)
+    : QObject(parent)
+    , m_imagesDir(std::move(imagesDir))
+    , m_services(std::move(services))
+{
+    m_pool.setMaxThreadCount(1);
+}
+
+EditorController::~EditorController() = default; // the pool waits for its work
+
+AnnotationColor EditorController::rememberedColor()
+{
+    const QString id = QSettings().value(colorKey).toString();
+    return AnnotationColor::withID(id).value_or(ClipboardCore::AnnotationPalette::red);
+}
+
+AnnotationSize EditorController::rememberedSize()
+{
+    const QString name = QSettings().value(sizeKey).toString();
+    return ClipboardCore::annotationSizeFromRawValue(name).value_or(AnnotationSize::medium);
+}
+
+void EditorController::open(const QImage& picture, QScreen* screen, const AnnotationColor& color, AnnotationSize size,
+                            const ClipboardCore::ClipItem& item)
+{
+    if (picture.isNull())
+        return;
+    m_screen = screen;
+    if (!m_textLayout)
+        m_textLayout = std::make_shared<const QtTextLayout>();
+    const auto prepare = [image = picture, textLayout = m_textLayout]() mutable {
+        return std::make_shared<const QtPicture>(std::move(image), std::move(textLayout));
+    };
+    const auto show = [this, color, size, item](const std::shared_ptr<const QtPicture>& ready) {
+        handle(EditorEvents::Open{AnnotationSession(ready, color, size, m_textLayout), item});
+    };
+    runOffMainThread(m_pool, this, prepare, show);
+}
+
+bool EditorController::isInFront() const
+{
+    return m_window && m_window->isActiveWindow();
+}
+
+void EditorController::bringToFront()
+{
+    if (!m_window)
+        return;
+    m_window->raise();
+    m_services.windows.activate(m_window->windowHandle());
+}
+
+// ── Events
+
+void EditorController::handle(const ClipboardCore::EditorEvent& event)
+{
+    const QList<ClipboardCore::EditorOutcome> outcomes = m_lifecycle.handle(event);
+    if (m_lifecycle.session() != nullptr)
+        showDocument();
+    for (const ClipboardCore::EditorOutcome& outcome : outcomes)
+        std::visit([this](const auto& which) { carryOut(which); }, outcome);
+}
+
+void EditorController::showDocument()
+{
+    const bool isNew = !m_window;
+    if (isNew)
+        makeWindow();
+    m_window->sync();
+    if (!isNew)
+        return;
+    m_window->show();
+    bringToFront();
+}
+
+void EditorController::makeWindow()
+{
+    m_window = std::make_unique<EditorWindow>(m_lifecycle, m_textLayout);
+    EditorWindow* window = m_window.get();
+    connect(window, &EditorWindow::finishRequested, this, &EditorController::finish);
+    connect(window, &EditorWindow::closeRequested, this, [this] { handle(EditorEvents::Close{}); });
+    connect(window, &EditorWindow::keepEditingRequested, this, [this] { handle(EditorEvents::KeepEditing{}); });
+    connect(window, &EditorWindow::discardRequested, this, [this] { handle(EditorEvents::ConfirmDiscard{}); });
+    connect(window, &EditorWindow::colorChosen, this,
+            [](const AnnotationColor& color) { QSettings().setValue(colorKey, QString(color.id)); });
+    connect(window, &EditorWindow::sizeChosen, this,
+            [](AnnotationSize size) { QSettings().setValue(sizeKey, QString(rawValue(size))); });
+    window->placeOn(m_screen ? *m_screen : *QGuiApplication::primaryScreen());
+}
+
+void EditorController::finish(EditorExit exit)
+{
+    const ClipboardCore::ClipItem* original = m_lifecycle.original();
+    if (original != nullptr)
+        handle(EditorEvents::Finish{exit, QFile::exists(original->content.toString())});
+}
+
+void EditorController::closeWindow()
+{
+    if (!m_window)
+        return;
+    m_window->hide();
+    m_window.release()->deleteLater(); // one of its events may be at work
+}
+
+// ── Outcomes
+
+void EditorController::carryOut(const EditorOutcomes::Flatten& outcome)
+{
+    const auto write = [session = *m_lifecycle.session(), dir = m_imagesDir]() -> std::optional<QString> {
+        const auto picture = session.flatten();
+        if (!picture)
+            return std::nullopt;
+        return ImageBlobs::write(withoutNeedlessAlpha(QtPicture::imageOf(*picture)), dir);
+    };
+    const auto answer = [this, generation = outcome.generation](const std::optional<QString>& path) {
+        handle(EditorEvents::Flattened{path, generation});
+    };
+    runOffMainThread(m_pool, this, write, answer);
+}
+
+void EditorController::carryOut(const EditorOutcomes::Commit& outcome)
+{
+    if (outcome.exit == EditorExit::save) {
+        if (QFile::exists(outcome.path))
+            commitToHistory(outcome);
+        else
+            handle(EditorEvents::CommitFailed{outcome.generation});
+        return;
+    }
+    const auto read = [path = outcome.path] { return readWhole(path); };
+    runOffMainThread(m_pool, this, read, [this, outcome](const std::optional<QByteArray>& png) {
+        if (!png)
+            return handle(EditorEvents::CommitFailed{outcome.generation});
+        writePNG(*png);
+        commitToHistory(outcome);
+    });
+}
+
+void EditorController::commitToHistory(const EditorOutcomes::Commit& commit)
+{
+    const auto id = addResult(commit.path, commit.original);
+    handle(EditorEvents::Committed{id, commit.original.snippet(), commit.generation});
+}
+
+void EditorController::carryOut(const EditorOutcomes::Paste& outcome)
+{
+    m_services.pasteService.pasteAfterClose(outcome.snippet);
+}
+
+void EditorController::carryOut(const EditorOutcomes::Toast& outcome)
+{
+    m_services.toast(outcome.text);
+}
+
+void EditorController::carryOut(const EditorOutcomes::Close& outcome)
+{
+    // The panel first: as long as a window of ours has the keyboard, the application that was in front stays
+    // remembered.
+    onClose(outcome.selecting);
+    closeWindow();
+}
+
+void EditorController::carryOut(const EditorOutcomes::Dismiss& /*outcome*/)
+{
+    closeWindow();
+    m_services.windows.restoreFrontWindow();
+}
+
+} // namespace Clipboard

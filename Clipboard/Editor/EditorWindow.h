@@ -1,0 +1,70 @@
+#pragma once
+
+#include "Annotation/EditorKey.h"
+#include "QtTextLayout.h"
+
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+
+class QScreen;
+
+namespace ClipboardCore {
+class AnnotationSession;
+class EditorLifecycle;
+} // namespace ClipboardCore
+
+namespace Clipboard {
+
+class CanvasView;
+class DiscardQuestion;
+class EditorToolbar;
+
+/// The window of the annotation editor: shows the document that the lifecycle has open, hands it what the mouse and the
+/// keyboard do, and asks its owner for what leads beyond the document.
+class EditorWindow final : public QWidget
+{
+    Q_OBJECT
+public:
+    EditorWindow(ClipboardCore::EditorLifecycle& lifecycle, const std::shared_ptr<const QtTextLayout>& textLayout);
+    ~EditorWindow() override;
+
+    /// As large as the open picture needs, in the middle of the screen's work area.
+    void placeOn(const QScreen& screen);
+    /// Brings all that is shown in line with the lifecycle. Call after every change that the window did not make.
+    void sync();
+
+signals:
+    void finishRequested(ClipboardCore::EditorExit exit);
+    void closeRequested();
+    void keepEditingRequested();
+    void discardRequested();
+    /// Chosen for the marks to come.
+    void colorChosen(const ClipboardCore::AnnotationColor& color);
+    void sizeChosen(ClipboardCore::AnnotationSize size);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void connectToolbar();
+    void edit(const std::function<void(ClipboardCore::AnnotationSession&)>& change);
+    bool handleKey(const QKeyEvent& event);
+    bool follow(const ClipboardCore::EditorKeyOutcome& outcome);
+    void syncQuestion();
+    void setHint(const QString& hint);
+    [[nodiscard]] QRect hintBar() const;
+
+    ClipboardCore::EditorLifecycle& m_lifecycle;
+    EditorToolbar* m_toolbar;
+    CanvasView* m_canvas;
+    DiscardQuestion* m_question = nullptr;
+    QString m_hint;
+};
+
+} // namespace Clipboard

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Annotation/EditorKey.h"
+#include "ToolbarButton.h"
+
+namespace Clipboard {
+
+/// One of the ways to leave the editor with a result.
+class ExitButton final : public ToolbarButton
+{
+    Q_OBJECT
+public:
+    ExitButton(ClipboardCore::EditorExit exit, QWidget* parent);
+
+    [[nodiscard]] QSize controlSize() const override;
+
+protected:
+    [[nodiscard]] Look look() const override;
+    void paintContent(QPainter& painter, const QRectF& control, const Look& look) override;
+
+private:
+    [[nodiscard]] bool isPrimary() const { return m_exit == ClipboardCore::EditorExit::paste; }
+
+    ClipboardCore::EditorExit m_exit;
+};
+
+} // namespace Clipboard
