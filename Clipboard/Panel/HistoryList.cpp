@@ -12,7 +12,9 @@
 #include "Thumbs.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QDrag>
+#include <QHoverEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -65,10 +67,28 @@ HistoryList::HistoryList(HistoryViewModel& viewModel, Thumbs& thumbs, QWidget* p
 
 void HistoryList::reload()
 {
+    // What the user looks at stays where it is while entries come and go above it.
+    const int scroll = restingScroll();
+    const int first = scroll / Theme::rowHeight;
+    const auto anchor =
+        scroll > 0 && first < m_model->rowCount() ? std::optional(m_model->item(first).id) : std::nullopt;
     stopScrolling();
     m_model->reload();
     executeDelayedItemsLayout(); // the scroll range is asked for next
     verticalScrollBar()->setSingleStep(Theme::rowHeight / 2);
+    if (const auto row = anchor ? m_model->row(*anchor) : std::nullopt)
+        verticalScrollBar()->setValue(*row * Theme::rowHeight + scroll % Theme::rowHeight);
+    restoreHover();
+}
+
+void HistoryList::restoreHover()
+{
+    // The view forgets what the pointer is over when its model is reset, and would learn of it with the next movement.
+    if (!viewport()->underMouse())
+        return;
+    const QPointF position = viewport()->mapFromGlobal(QPointF(QCursor::pos()));
+    QHoverEvent hover(QEvent::HoverMove, position, QCursor::pos(), position);
+    QCoreApplication::sendEvent(viewport(), &hover);
 }
 
 void HistoryList::syncSelection(bool animated)

@@ -66,6 +66,7 @@ protected:
 private:
     void scrollToRow(int row, bool animated);
     void stopScrolling();
+    void restoreHover();
     void dragPressedRow();
     [[nodiscard]] QPixmap rowPicture(const QModelIndex& index) const;
     [[nodiscard]] int restingScroll() const;

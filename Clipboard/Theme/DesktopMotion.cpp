@@ -36,6 +36,7 @@ QVariant unwrapped(QVariant value)
 DesktopMotion::DesktopMotion(QObject* parent)
     : QObject(parent)
 {
+    qRegisterMetaType<QDBusVariant>(); // looked up by name; without it the next line has no effect
     QDBusConnection::sessionBus().connect(service, path, interface, u"SettingChanged"_s, this,
                                           SLOT(settingChanged(QString, QString, QDBusVariant)));
     ask(gnomeGroup, gnomeKey);

@@ -25,6 +25,7 @@ private slots:
     void annotateTakesFocusForPicturesAlone();
     void emptyListLeavesTheChips();
     void selectionStaysInView();
+    void rowsStayPutWhileEntriesArrive();
     void rowShowsItsState();
     void clickSelectsAndDoubleClickPastes();
     void chipsFilterAndTell();
@@ -144,6 +145,34 @@ void PanelViewTest::selectionStaysInView()
     f.press(Qt::Key_Escape);
     QCOMPARE(f.selected(), u"entry 39"_s);
     QVERIFY(inView());
+}
+
+void PanelViewTest::rowsStayPutWhileEntriesArrive()
+{
+    PanelFixture f;
+    f.fillTexts(f.numbered(40));
+    QVERIFY(f.open());
+    const auto arrive = [&](const QString& text) {
+        auto item = f.item(ClipType::text, text);
+        item.createdAt = 2000;
+        (void)f.store.add(item);
+        f.model.refresh();
+        f.view()->sync();
+    };
+    // At its top the list shows what is new, and the selection stays with its entry.
+    arrive(u"new"_s);
+    QCOMPARE(f.selected(), u"entry 0"_s);
+    QCOMPARE(f.frame(FocusKey::row(f.entry(0).id)).top(), 96);
+    QCOMPARE(f.frame(FocusKey::row(*f.model.selectedID())).top(), 96 + 44);
+    // Further down nothing moves under the user's eyes.
+    for (int i = 0; i < 20; ++i)
+        f.press(Qt::Key_Down);
+    const QString selected = f.selected();
+    const QRect before = f.frame(FocusKey::row(*f.model.selectedID()));
+    arrive(u"newer"_s);
+    QCOMPARE(f.selected(), selected);
+    QCOMPARE(f.frame(FocusKey::row(*f.model.selectedID())), before);
+    QCOMPARE(f.colorAt(before.topLeft() + QPoint(4, 22)), QColor(Theme::rowSel));
 }
 
 void PanelViewTest::rowShowsItsState()
