@@ -1,6 +1,7 @@
 #include "ToastPresenter.h"
 #include "Fakes.h"
 #include "Motion.h"
+#include "Theme.h"
 #include "ToastView.h"
 
 #include <QApplication>
@@ -20,6 +21,7 @@ class ToastPresenterTest final : public QObject
 private slots:
     void init();
     void standsAboveTheWorkAreasBottom();
+    void isDrawnAsDesigned();
     void neverTakesFocusOrClicks();
     void longTextStaysOnTheScreen();
     void newNoticeReplacesTheOldAtOnce();
@@ -64,6 +66,24 @@ void ToastPresenterTest::standsAboveTheWorkAreasBottom()
         QCOMPARE(card.y() + card.height(), area.y() + area.height() - 66);
         QVERIFY(std::abs(card.center().x() - area.center().x()) <= 1);
     }
+}
+
+void ToastPresenterTest::isDrawnAsDesigned()
+{
+    ToastView toast(u"Copied “hello”"_s, true);
+    toast.placeIn({0, 0, 1280, 800});
+    const QRect card = toast.cardGeometry();
+    const QImage image = toast.grab().toImage();
+    const auto at = [&](int x, int y) {
+        return image.pixelColor(card.topLeft() - toast.geometry().topLeft() + QPoint(x, y));
+    };
+    QCOMPARE(at(card.width() / 2, 0), QColor(Theme::outline));
+    QCOMPARE(at(card.width() / 2, 1), QColor(Theme::raised));
+    QCOMPARE(at(card.width() / 2, 39), QColor(Theme::outline));
+    QCOMPARE(at(12, 20), QColor(Theme::raised));
+    QCOMPARE(at(15, 20), QColor(Theme::success));
+    QCOMPARE(at(30, 20), QColor(Theme::raised));
+    QCOMPARE(at(card.width() - 8, 20), QColor(Theme::raised));
 }
 
 void ToastPresenterTest::neverTakesFocusOrClicks()
