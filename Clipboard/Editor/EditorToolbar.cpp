@@ -142,7 +142,7 @@ void EditorToolbar::addExits()
     }
 }
 
-void EditorToolbar::sync(const ClipboardCore::AnnotationSession& session, bool areExitsAllowed)
+void EditorToolbar::sync(const ClipboardCore::AnnotationSession& session, bool areExitsEnabled)
 {
     // Whatever a click made of a button, the session decides.
     for (const AnnotationTool tool : ClipboardCore::allAnnotationTools)
@@ -155,7 +155,7 @@ void EditorToolbar::sync(const ClipboardCore::AnnotationSession& session, bool a
     m_history[0]->setEnabled(session.canUndo());
     m_history[1]->setEnabled(session.canRedo());
     for (ToolbarButton* button : std::as_const(m_exits))
-        button->setEnabled(areExitsAllowed);
+        button->setEnabled(areExitsEnabled);
 }
 
 int EditorToolbar::leastWidth() const

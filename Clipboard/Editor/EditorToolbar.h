@@ -19,7 +19,7 @@ public:
 
     explicit EditorToolbar(QWidget* parent);
 
-    void sync(const ClipboardCore::AnnotationSession& session, bool areExitsAllowed);
+    void sync(const ClipboardCore::AnnotationSession& session, bool areExitsEnabled);
     /// The width at which nothing overlaps.
     [[nodiscard]] int leastWidth() const;
 

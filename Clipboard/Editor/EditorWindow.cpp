@@ -94,7 +94,8 @@ void EditorWindow::sync()
     const AnnotationSession* session = m_lifecycle.session();
     if (session == nullptr)
         return; // about to close
-    m_toolbar->sync(*session, m_lifecycle.areExitsAllowed());
+    // While the question is up the toolbar lies in its shade, and looks as before.
+    m_toolbar->sync(*session, m_lifecycle.areExitsAllowed() || m_lifecycle.isConfirmingDiscard());
     m_canvas->sync();
     setHint(tr("%1 · esc to close").arg(hint(session->tool())));
     syncQuestion();

@@ -24,11 +24,31 @@ size_t bytesOfRow(const QImage& image)
     return static_cast<size_t>(image.width()) * 4;
 }
 
+/// Whether a colour space is sRGB in the old way of PNG, written down as its primaries and a gamma of 2.2. What is
+/// meant is sRGB: only then are its dark colours what they were.
+bool standsForSRgb(const QColorSpace& colorSpace)
+{
+    constexpr float gamma = 2.2F;
+    constexpr float gammaTolerance = 0.01F;
+    constexpr int tolerance = 2;
+    if (colorSpace.transferFunction() != QColorSpace::TransferFunction::Gamma ||
+        std::abs(colorSpace.gamma() - gamma) > gammaTolerance)
+        return false;
+    const QColorTransform transform = QColorSpace(QColorSpace::SRgb).transformationToColorSpace(colorSpace);
+    const auto stays = [&transform](QRgb color) {
+        const QRgb mapped = transform.map(color);
+        return std::abs(qRed(mapped) - qRed(color)) <= tolerance &&
+               std::abs(qGreen(mapped) - qGreen(color)) <= tolerance &&
+               std::abs(qBlue(mapped) - qBlue(color)) <= tolerance;
+    };
+    return stays(0xffff0000) && stays(0xff00ff00) && stays(0xff0000ff);
+}
+
 QImage prepared(QImage image)
 {
     const QColorSpace colorSpace = image.colorSpace();
     image.convertTo(pixelFormat);
-    image.setColorSpace(colorSpace);
+    image.setColorSpace(standsForSRgb(colorSpace) ? QColorSpace(QColorSpace::SRgb) : colorSpace);
     image.setDevicePixelRatio(1);
     return image;
 }

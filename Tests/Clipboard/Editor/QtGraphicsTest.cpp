@@ -19,6 +19,7 @@ private slots:
     void blocksAreMeansOfPremultipliedPixels();
     void resultIsTheCropAndNothingElse();
     void colorsFollowTheColorSpaceOfThePicture();
+    void gammaOfPNGStandsForSRgb();
     void textIsMeasuredAsItIsDrawn_data();
     void textIsMeasuredAsItIsDrawn();
     void caretsStandBetweenCharacters();
@@ -197,6 +198,15 @@ void QtGraphicsTest::colorsFollowTheColorSpaceOfThePicture()
     result.convertToColorSpace(QColorSpace::SRgb);
     const QColor back(result.pixel(18, 20));
     QVERIFY(std::abs(back.red() - 255) <= 2 && std::abs(back.green() - 59) <= 2 && std::abs(back.blue() - 48) <= 2);
+}
+
+void QtGraphicsTest::gammaOfPNGStandsForSRgb()
+{
+    QImage image = plain({60, 40});
+    image.setColorSpace({QColorSpace::Primaries::SRgb, 1 / 0.45455F});
+    AnnotationSession document = session(image, AnnotationTool::counter);
+    document.place(QPointF(30, 20));
+    QCOMPARE(QColor(flattened(document).pixel(18, 20)), QColor(red));
 }
 
 void QtGraphicsTest::textIsMeasuredAsItIsDrawn_data()
