@@ -166,11 +166,9 @@ void CommandCard::paintHeader(QPainter& painter, const QRectF& band) const
 
 void CommandCard::paintLegend(QPainter& painter, const QRectF& band) const
 {
-    const Hint hints[] = {
-        {u"↑↓"_s, tr("Move")}, {u"⏎"_s, tr("Run")}, {tr("⌘1–9"), tr("Jump")}, {tr("esc"), tr("Close")}};
-    qreal x = band.left() + Theme::margin;
-    for (const Hint& hint : hints)
-        x = hint.paint(painter, band, x, KeyCap::normal, Theme::text2) + Hint::spacing;
+    paintHints(painter, band.adjusted(Theme::margin, 0, -Theme::margin, 0),
+               {{u"↑↓"_s, tr("Move")}, {u"⏎"_s, tr("Run")}, {tr("⌘1–9"), tr("Jump")}, {tr("esc"), tr("Close")}},
+               KeyCap::normal, Theme::text2);
 }
 
 } // namespace Clipboard

@@ -2,6 +2,7 @@
 
 #include "KeyCap.h"
 
+#include <QList>
 #include <QRectF>
 
 namespace Clipboard {
@@ -11,11 +12,11 @@ struct Hint
 {
     QString keys;
     QString word;
-
-    static constexpr int spacing = 16; // between two hints
-
-    /// Paints the hint from `left`, centred in `band`, and answers where it ends.
-    qreal paint(QPainter& painter, const QRectF& band, qreal left, const KeyCap::Look& cap, const QColor& color) const;
 };
+
+/// Paints hints beside each other from the left end of `band`, in its middle. Where they are too wide together they
+/// stand closer; the last ones are left out when that is not enough.
+void paintHints(QPainter& painter, const QRectF& band, const QList<Hint>& hints, const KeyCap::Look& cap,
+                const QColor& color);
 
 } // namespace Clipboard

@@ -36,14 +36,11 @@ void PanelFooter::paintEvent(QPaintEvent* /*event*/)
     const QRectF band(rect());
     const QColor color = m_count > 0 ? Theme::text2 : Theme::text3;
     const KeyCap::Look& cap = m_count > 0 ? KeyCap::normal : KeyCap::off;
-    const Hint hints[] = {
-        {u"↑↓"_s, tr("Navigate")}, {u"⏎"_s, tr("Paste")}, {tr("⌘K"), tr("Actions")}, {tr("⌘⌫"), tr("Delete")}};
-
     const QString count = countText();
     const qreal countWidth = Fonts::width(Fonts::caption, count);
-    qreal x = Theme::margin;
-    for (const Hint& hint : hints)
-        x = hint.paint(painter, band, x, cap, color) + Hint::spacing;
+    paintHints(painter, band.adjusted(Theme::margin, 0, -2 * Theme::margin - countWidth, 0),
+               {{u"↑↓"_s, tr("Navigate")}, {u"⏎"_s, tr("Paste")}, {tr("⌘K"), tr("Actions")}, {tr("⌘⌫"), tr("Delete")}},
+               cap, color);
     const QRectF countBox(band.right() - Theme::margin - countWidth - 1, band.y(), countWidth + 1, band.height());
     Painting::textLine(painter, countBox, Fonts::caption, color, count, Qt::AlignRight);
 }

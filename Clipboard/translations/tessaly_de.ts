@@ -61,6 +61,13 @@
     </message>
 </context>
 <context>
+    <name>CanvasOverlay</name>
+    <message>
+        <source>%1 × %2</source>
+        <translation>%1 × %2</translation>
+    </message>
+</context>
+<context>
     <name>ClipItem</name>
     <message>
         <source>%1m</source>
@@ -195,6 +202,13 @@ Freie Software unter der MIT-Lizenz.</translation>
     </message>
 </context>
 <context>
+    <name>Clipboard::CanvasView</name>
+    <message>
+        <source>Picture</source>
+        <translation>Bild</translation>
+    </message>
+</context>
+<context>
     <name>Clipboard::ClearButton</name>
     <message>
         <source>Clear search</source>
@@ -271,6 +285,126 @@ Freie Software unter der MIT-Lizenz.</translation>
     </message>
 </context>
 <context>
+    <name>Clipboard::DiscardQuestion</name>
+    <message>
+        <source>Discard annotations?</source>
+        <translation>Beschriftungen verwerfen?</translation>
+    </message>
+    <message>
+        <source>Your changes to this picture will be lost.</source>
+        <translation>Die Änderungen an diesem Bild gehen verloren.</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>Verwerfen</translation>
+    </message>
+    <message>
+        <source>Keep Editing</source>
+        <translation>Weiter bearbeiten</translation>
+    </message>
+    <message>
+        <source>esc</source>
+        <translation>Esc</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::EditorToolbar</name>
+    <message>
+        <source>Red</source>
+        <translation>Rot</translation>
+    </message>
+    <message>
+        <source>Yellow</source>
+        <translation>Gelb</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>Grün</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Blau</translation>
+    </message>
+    <message>
+        <source>Black</source>
+        <translation>Schwarz</translation>
+    </message>
+    <message>
+        <source>White</source>
+        <translation>Weiß</translation>
+    </message>
+    <message>
+        <source>Small</source>
+        <translation>Klein</translation>
+    </message>
+    <message>
+        <source>Medium</source>
+        <translation>Mittel</translation>
+    </message>
+    <message>
+        <source>Large</source>
+        <translation>Groß</translation>
+    </message>
+    <message>
+        <source>Tools</source>
+        <translation>Werkzeuge</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Rückgängig</translation>
+    </message>
+    <message>
+        <source>⌘Z</source>
+        <translation>Strg+Z</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Wiederholen</translation>
+    </message>
+    <message>
+        <source>⇧⌘Z</source>
+        <translation>Strg+Umschalt+Z</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::EditorWindow</name>
+    <message>
+        <source>Annotate</source>
+        <translation>Beschriften</translation>
+    </message>
+    <message>
+        <source>%1 · esc to close</source>
+        <translation>%1 · Esc schließt</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::ExitButton</name>
+    <message>
+        <source>Paste</source>
+        <translation>Einfügen</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Speichern</translation>
+    </message>
+    <message>
+        <source>⌘⏎</source>
+        <translation>Strg+⏎</translation>
+    </message>
+    <message>
+        <source>⌘C</source>
+        <translation>Strg+C</translation>
+    </message>
+    <message>
+        <source>⌘S</source>
+        <translation>Strg+S</translation>
+    </message>
+</context>
+<context>
     <name>Clipboard::FilterChip</name>
     <message>
         <source>All</source>
@@ -325,6 +459,13 @@ Freie Software unter der MIT-Lizenz.</translation>
     <message>
         <source>Image unavailable</source>
         <translation>Bild nicht verfügbar</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::LabelEditor</name>
+    <message>
+        <source>Label text</source>
+        <translation>Beschriftungstext</translation>
     </message>
 </context>
 <context>
