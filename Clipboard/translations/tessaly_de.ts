@@ -254,11 +254,11 @@ Freie Software unter der MIT-Lizenz.</translation>
     </message>
     <message>
         <source>Move</source>
-        <translation>Bewegen</translation>
+        <translation>Wahl</translation>
     </message>
     <message>
         <source>Run</source>
-        <translation>Ausführen</translation>
+        <translation>Start</translation>
     </message>
     <message>
         <source>⌘1–9</source>
@@ -266,7 +266,7 @@ Freie Software unter der MIT-Lizenz.</translation>
     </message>
     <message>
         <source>Jump</source>
-        <translation>Springen</translation>
+        <translation>Direkt</translation>
     </message>
     <message>
         <source>esc</source>
