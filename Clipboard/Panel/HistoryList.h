@@ -60,7 +60,7 @@ protected:
     // What the toolkit does, but for telling of a focus that may be elsewhere: announceFocus() does that.
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override
     {
-        QAbstractItemView::currentChanged(current, previous);
+        QAbstractItemView::currentChanged(current, previous); // NOLINT(bugprone-parent-virtual-call)
     }
 
 private:

@@ -29,7 +29,7 @@ QString AccessibleElement::shortcut() const
 
 QString AccessibleElement::text(QAccessible::Text kind) const
 {
-    const QString given = QAccessibleWidget::text(kind);
+    QString given = QAccessibleWidget::text(kind);
     if (!given.isEmpty())
         return given;
     if (kind == QAccessible::Name && button() != nullptr)

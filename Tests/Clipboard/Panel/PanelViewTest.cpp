@@ -30,6 +30,7 @@ private slots:
     void clickSelectsAndDoubleClickPastes();
     void chipsFilterAndTell();
     void manyEntriesLeaveRoomForAllChips();
+    void arrowsCrossAllBands();
     void focusMovesRingAndCaret();
     void buttonsActOnTheSelection();
     void clearSearchEmptiesTheField();
@@ -244,6 +245,29 @@ void PanelViewTest::manyEntriesLeaveRoomForAllChips()
     QVERIFY(f.open());
     const QRect last = f.frame(FocusKey::chip(ClipType::file));
     QVERIFY2(last.right() < Theme::panelWidth, qPrintable(QString::number(last.right())));
+}
+
+void PanelViewTest::arrowsCrossAllBands()
+{
+    PanelFixture f;
+    f.catalogue = {{u"Slugify"_s, {}}, {u"QR code"_s, {}}};
+    f.fillTexts({u"one"_s, u"two"_s});
+    QVERIFY(f.open());
+    const auto band = [&] { return f.model.focus() ? std::optional(f.model.focus()->band()) : std::nullopt; };
+    f.press(Qt::Key_Down); // the second row
+    f.press(Qt::Key_Right);
+    QCOMPARE(f.model.focus(), std::optional(FocusKey::action(0)));
+    f.press(Qt::Key_Right);
+    QCOMPARE(f.model.focus(), std::optional(FocusKey::action(1)));
+    f.press(Qt::Key_Down);
+    QCOMPARE(band(), std::optional(ClipboardCore::FocusBand::preview));
+    QVERIFY(f.model.focus()->as<FocusKey::Button>() != nullptr);
+    f.press(Qt::Key_Up);
+    f.press(Qt::Key_Up);
+    QCOMPARE(band(), std::optional(ClipboardCore::FocusBand::header));
+    f.press(Qt::Key_Return); // whichever chip it is, filters
+    QVERIFY(!f.model.focus().has_value());
+    QVERIFY(f.model.filter().has_value());
 }
 
 void PanelViewTest::focusMovesRingAndCaret()
