@@ -2,6 +2,7 @@
 #include "HardEntries.h"
 #include "Keyboard.h"
 #include "MainThreadProbe.h"
+#include "ProcessFigures.h"
 #include "Wheel.h"
 
 #include <QFile>
@@ -155,13 +156,19 @@ void Frames::move()
 /// Down to the end of the list, as fast as a held key repeats.
 void Frames::hold()
 {
-    MainThreadProbe probe(m_bench.tessaly.processID());
-    for (int i = 0; i < m_effort.times(entries, 5); ++i) {
+    const qint64 process = m_bench.tessaly.processID();
+    const int steps = m_effort.times(entries, 5);
+    const double before = ProcessFigures::processorTime(process);
+    MainThreadProbe probe(process);
+    for (int i = 0; i < steps; ++i) {
         m_keyboard.press({downKey});
         QThread::msleep(repeat);
     }
     QThread::msleep(settle);
-    row(named(u"scroll: held arrow key, longest main-thread stall"_s), probe.longestStall(), u"ms"_s, frame);
+    const double worst = probe.longestStall();
+    row(named(u"scroll: held arrow key, longest main-thread stall"_s), worst, u"ms"_s, frame);
+    row(named(u"scroll: held arrow key, processor time a step"_s),
+        (ProcessFigures::processorTime(process) - before) / steps, u"ms"_s, {});
 }
 
 void Frames::wheel()

@@ -29,10 +29,11 @@ constexpr quint32 desktop = 0x2B3242;  // its colour
 
 struct Step
 {
-    enum class Kind { press, type, point, wait };
+    enum class Kind { press, type, point, click, drag };
     Kind kind;
     QString text = {};
-    QPoint place = {}; // logical pixels in the panel
+    QPoint place = {}; // logical pixels in the panel or in the editor's window; of a drag: pixels of the edited picture
+    QPoint end = {};
 };
 
 using Steps = QList<Step>;
@@ -47,9 +48,25 @@ Steps type(const char* text)
     return {{Step::Kind::type, QString::fromLatin1(text)}};
 }
 
+/// The pointer rests there until a tooltip appears.
 Steps pointAt(QPoint place)
 {
-    return {{Step::Kind::point, {}, place}, {Step::Kind::wait}};
+    return {{Step::Kind::point, {}, place}};
+}
+
+Steps clickAt(QPoint place)
+{
+    return {{Step::Kind::click, {}, place}};
+}
+
+Steps drag(QPoint from, QPoint to)
+{
+    return {{Step::Kind::drag, {}, from, to}};
+}
+
+Steps clickPicture(QPoint place)
+{
+    return drag(place, place);
 }
 
 Steps go(SampleRow row)
@@ -60,13 +77,28 @@ Steps go(SampleRow row)
 struct Scene
 {
     /// What is on the screen before its steps begin.
-    enum class Stage { panel, emptyPanel, document, menu, dialog };
+    enum class Stage { panel, emptyPanel, document, editor, menu, dialog };
     const char* name;
     Stage stage;
     Steps steps;
 };
 
+// Where things stand in their windows.
 const QPoint annotateButton(511, 482);
+const QPoint highlighterButton(182, 26);
+const QPoint red(315, 26);
+const QPoint yellow(345, 26);
+const QPoint blue(405, 26);
+
+/// Some marks of each kind on the picture of an order.
+Steps marks()
+{
+    return press("h") + clickAt(yellow) + drag({424, 112}, {632, 148}) + press("n") + clickAt(blue) +
+           clickPicture({330, 226}) + clickPicture({330, 776}) + clickPicture({1298, 60}) + press("p") +
+           drag({1276, 362}, {1524, 474}) + press("a") + clickAt(red) + drag({1340, 850}, {1422, 690}) + press("r") +
+           drag({346, 628}, {1076, 684}) + press("t") + clickPicture({1206, 850}) + type("Leave at side door") +
+           press("Escape") + press("a");
+}
 
 QList<Scene> scenes()
 {
@@ -83,6 +115,9 @@ QList<Scene> scenes()
         {"panel-noresults", panel, type("lighthouse keeper")},
         {"command-sheet", panel, go(SampleRow::text) + press("ctrl+k")},
         {"toast", document, go(SampleRow::link) + press("Return")},
+        {"editor", editor, marks() + clickPicture({346, 650}) + pointAt(highlighterButton)},
+        {"editor-crop", editor, marks() + press("c") + drag({0, 0}, {300, 24}) + drag({1600, 1000}, {1576, 724})},
+        {"editor-discard", editor, marks() + press("Escape")},
         {"tray-menu", menu, press("Down")},
         {"clear-dialog", dialog, {}},
     };
@@ -101,10 +136,15 @@ private:
     void layDesktop();
     [[nodiscard]] bool open();
     [[nodiscard]] bool openPanel();
+    [[nodiscard]] bool openEditor();
     [[nodiscard]] bool openMenu();
     [[nodiscard]] bool openDialog();
     [[nodiscard]] bool openDocument();
     void perform(const Step& step);
+    void movePointer(QPoint place);
+    [[nodiscard]] QPoint onScreen(QPoint place) const;
+    [[nodiscard]] QPoint inPicture(QPoint place) const;
+    [[nodiscard]] QRect window() const;
     [[nodiscard]] QRect subject() const;
 
     const Scene& m_scene;
@@ -161,6 +201,8 @@ bool Stage::open()
         return openPanel();
     case Scene::Stage::document:
         return openDocument();
+    case Scene::Stage::editor:
+        return openEditor();
     case Scene::Stage::menu:
         return openMenu();
     case Scene::Stage::dialog:
@@ -172,10 +214,22 @@ bool Stage::open()
 bool Stage::openPanel()
 {
     // Without a tray the panel opens below the pointer, here so that its whole shadow is on the screen.
-    const QPoint place = QPoint(screen.width() / 2, 100) * m_scale;
-    m_session.run(u"xdotool"_s, {u"mousemove"_s, QString::number(place.x()), QString::number(place.y())});
+    movePointer(QPoint(screen.width() / 2, 100) * m_scale);
     m_tessaly.press(u"super+shift+v"_s);
     return m_tessaly.waitForPanel(true);
+}
+
+bool Stage::openEditor()
+{
+    if (!openPanel())
+        return false;
+    for (const Step& step : go(SampleRow::order) + press("ctrl+e"))
+        perform(step);
+    return VirtualSession::waitUntil([&] {
+        return std::ranges::any_of(m_tessaly.windows(), [&](const RunningTessaly::Window& window) {
+            return window.title == u"Annotate"_s && window.id == m_tessaly.activeWindow();
+        });
+    });
 }
 
 bool Stage::openMenu()
@@ -208,36 +262,70 @@ void Stage::perform(const Step& step)
 {
     switch (step.kind) {
     case Step::Kind::press:
-        m_tessaly.press(step.text);
-        break;
+        return m_tessaly.press(step.text);
     case Step::Kind::type:
-        m_tessaly.type(step.text);
-        break;
-    case Step::Kind::point: {
-        const QMargins margins = panelShadow.margins();
-        const QPoint place = subject().topLeft() + (QPoint(margins.left(), margins.top()) + step.place) * m_scale;
-        m_session.run(u"xdotool"_s, {u"mousemove"_s, QString::number(place.x()), QString::number(place.y())});
-        break;
-    }
-    case Step::Kind::wait:
-        QThread::msleep(tooltip);
-        break;
+        return m_tessaly.type(step.text);
+    case Step::Kind::point:
+        movePointer(onScreen(step.place));
+        return QThread::msleep(tooltip);
+    case Step::Kind::click:
+        return m_tessaly.click(onScreen(step.place));
+    case Step::Kind::drag:
+        movePointer(inPicture(step.place));
+        m_session.run(u"xdotool"_s, {u"mousedown"_s, u"1"_s});
+        movePointer(inPicture((step.place + step.end) / 2));
+        movePointer(inPicture(step.end));
+        m_session.run(u"xdotool"_s, {u"mouseup"_s, u"1"_s});
     }
 }
 
-/// The place of the picture: the window that the scene is about, or the menu with the icon that it hangs from.
-QRect Stage::subject() const
+void Stage::movePointer(QPoint place)
+{
+    m_session.run(u"xdotool"_s, {u"mousemove"_s, QString::number(place.x()), QString::number(place.y())});
+}
+
+QPoint Stage::onScreen(QPoint place) const
+{
+    const QMargins margins = m_scene.stage == Scene::Stage::editor ? QMargins() : panelShadow.margins();
+    return window().topLeft() + (QPoint(margins.left(), margins.top()) + place) * m_scale;
+}
+
+/// The editor fits the picture between its bars, with a margin around it.
+QPoint Stage::inPicture(QPoint place) const
+{
+    constexpr int toolbar = 52;
+    constexpr int hints = 36;
+    constexpr int margin = 36;
+    const QRectF canvas = QRectF(window()).adjusted(0, toolbar * m_scale, 0, -hints * m_scale);
+    const QSizeF room = canvas.size() - QSizeF(2 * margin, 2 * margin) * m_scale;
+    const double zoom = std::min(
+        {room.width() / orderPicture.width(), room.height() / orderPicture.height(), static_cast<double>(m_scale)});
+    return (canvas.center() + (QPointF(place) - QPointF(orderPicture.width(), orderPicture.height()) / 2) * zoom)
+        .toPoint();
+}
+
+/// The window that the scene is about.
+QRect Stage::window() const
 {
     QRect largest;
-    QRect all;
     for (const RunningTessaly::Window& window : m_tessaly.windows()) {
         const QRect area = window.geometry;
-        all |= area;
         if (area.width() * area.height() > largest.width() * largest.height())
             largest = area;
     }
+    return largest;
+}
+
+/// The place of the picture: the window, or the menu with the icon that it hangs from.
+QRect Stage::subject() const
+{
     const int margin = around * m_scale;
-    return m_scene.stage == Scene::Stage::menu ? all.adjusted(-margin, -margin, margin, margin) : largest;
+    QRect area = window();
+    if (m_scene.stage == Scene::Stage::menu)
+        area |= m_tessaly.trayIcon()->geometry;
+    if (m_scene.stage == Scene::Stage::menu || m_scene.stage == Scene::Stage::editor)
+        area.adjust(-margin, -margin, margin, margin);
+    return area;
 }
 
 QImage Stage::play()

@@ -186,7 +186,7 @@ bool writeSampleHistory(const QString& dataFolder, const QString& home, const QS
     if (!QDir().mkpath(pictures) || !QDir().mkpath(documents) || !writeApplications(home) || !writeFonts(home) ||
         !write(documents + u"/Harbour survey 2026.pdf"_s, "%PDF-1.4\n") ||
         !draw(drawings + u"/landscape.svg"_s, {1920, 1080}, pictures + u"/landscape.png"_s) ||
-        !draw(drawings + u"/order.svg"_s, {1600, 1000}, pictures + u"/order.png"_s))
+        !draw(drawings + u"/order.svg"_s, orderPicture, pictures + u"/order.png"_s))
         return false;
     const auto now = static_cast<double>(QDateTime::currentSecsSinceEpoch() - referenceDate);
     QJsonArray history;
