@@ -15,7 +15,9 @@ void Fuzzer::run(QByteArrayView input)
             "hyphens only join");
     const auto isCapital = [](char c) { return c >= 'A' && c <= 'Z'; };
     require(std::none_of(words.begin(), words.end(), isCapital), "there are no capitals");
+    // Without the marks between them, signs that stood apart can make one character, so that it takes a second time.
     // There is none when only the letters were dropped, as marks on something else.
     const auto again = ContentDetectors::slug(*slug);
-    require(!again || isResult(again, words), "a slug is its own slug");
+    const auto last = again ? ContentDetectors::slug(*again) : again;
+    require(!last || isResult(last, again->utf8()), "a slug's slug is its own");
 }
