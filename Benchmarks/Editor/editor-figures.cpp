@@ -69,7 +69,7 @@ class Canvas final
 {
 public:
     explicit Canvas(QSize size)
-        : m_view(m_lifecycle, std::make_shared<const QtTextLayout>(), nullptr)
+        : m_view(m_lifecycle, std::make_shared<const QtTextLayout>(), {}, nullptr)
     {
         static_cast<void>(m_lifecycle.handle(EditorEvents::Open{document(), {}}));
         QObject::connect(&m_view, &CanvasView::edited, &m_view, &CanvasView::sync);

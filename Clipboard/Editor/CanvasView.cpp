@@ -70,12 +70,12 @@ Qt::CursorShape shapeOf(const CanvasGesture::Cursor& cursor)
 } // namespace
 
 CanvasView::CanvasView(ClipboardCore::EditorLifecycle& lifecycle, std::shared_ptr<const QtTextLayout> textLayout,
-                       QWidget* parent)
+                       const std::function<QString()>& copiedText, QWidget* parent)
     : QWidget(parent)
     , m_lifecycle(lifecycle)
     , m_textLayout(std::move(textLayout))
     , m_pictures(this)
-    , m_labelEditor(new LabelEditor(m_textLayout, this))
+    , m_labelEditor(new LabelEditor(m_textLayout, copiedText, this))
 {
     setObjectName(u"Canvas"_s);
     setAccessibleName(tr("Picture"));
@@ -154,8 +154,12 @@ void CanvasView::repaint(const QRectF& canvas)
 void CanvasView::syncLabelEditor()
 {
     const AnnotationSession& session = *m_lifecycle.session();
-    if (session.editing())
-        return m_labelEditor->sync(session, m_viewport);
+    if (session.editing()) {
+        m_labelEditor->sync(session, m_viewport);
+        if (hasFocus())
+            m_labelEditor->setFocus(); // a click on the canvas that did not end the typing
+        return;
+    }
     if (m_labelEditor->isVisible() && m_labelEditor->hasFocus())
         setFocus();
     m_labelEditor->end();

@@ -10,6 +10,7 @@
 
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -27,8 +28,9 @@ class CanvasView final : public QWidget
 {
     Q_OBJECT
 public:
+    /// `copiedText` answers at once what is to be pasted into a label.
     CanvasView(ClipboardCore::EditorLifecycle& lifecycle, std::shared_ptr<const QtTextLayout> textLayout,
-               QWidget* parent);
+               const std::function<QString()>& copiedText, QWidget* parent);
     ~CanvasView() override;
 
     /// Brings what is shown in line with the lifecycle.

@@ -80,6 +80,7 @@ void EditorController::open(const QImage& picture, QScreen* screen, const Annota
     };
     const auto show = [this, color, size, item](const std::shared_ptr<const QtPicture>& ready) {
         handle(EditorEvents::Open{AnnotationSession(ready, color, size, m_textLayout), item});
+        bringToFront();
     };
     runOffMainThread(m_pool, this, prepare, show);
 }
@@ -110,19 +111,15 @@ void EditorController::handle(const ClipboardCore::EditorEvent& event)
 
 void EditorController::showDocument()
 {
-    const bool isNew = !m_window;
-    if (isNew)
+    if (!m_window)
         makeWindow();
     m_window->sync();
-    if (!isNew)
-        return;
     m_window->show();
-    bringToFront();
 }
 
 void EditorController::makeWindow()
 {
-    m_window = std::make_unique<EditorWindow>(m_lifecycle, m_textLayout);
+    m_window = std::make_unique<EditorWindow>(m_lifecycle, m_textLayout, m_services.copiedText);
     EditorWindow* window = m_window.get();
     connect(window, &EditorWindow::finishRequested, this, &EditorController::finish);
     connect(window, &EditorWindow::closeRequested, this, [this] { handle(EditorEvents::Close{}); });

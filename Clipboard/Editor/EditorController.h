@@ -30,6 +30,8 @@ public:
         WindowSystem& windows;
         PasteService& pasteService;
         std::function<void(const QString& text)> toast;
+        /// The text on the pasteboard, at once; empty when there is none.
+        std::function<QString()> copiedText;
     };
     /// New pictures are written into `imagesDir`.
     EditorController(QString imagesDir, Services services, QObject* parent = nullptr);

@@ -33,11 +33,12 @@ constexpr int screenMargin = 48; // for the window manager's frame, and to see t
 } // namespace
 
 EditorWindow::EditorWindow(ClipboardCore::EditorLifecycle& lifecycle,
-                           const std::shared_ptr<const QtTextLayout>& textLayout)
+                           const std::shared_ptr<const QtTextLayout>& textLayout,
+                           const std::function<QString()>& copiedText)
     : QWidget(nullptr, Qt::Window)
     , m_lifecycle(lifecycle)
     , m_toolbar(new EditorToolbar(this))
-    , m_canvas(new CanvasView(lifecycle, textLayout, this))
+    , m_canvas(new CanvasView(lifecycle, textLayout, copiedText, this))
 {
     setObjectName(u"EditorWindow"_s);
     setWindowTitle(tr("Annotate"));

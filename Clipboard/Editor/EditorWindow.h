@@ -27,7 +27,9 @@ class EditorWindow final : public QWidget
 {
     Q_OBJECT
 public:
-    EditorWindow(ClipboardCore::EditorLifecycle& lifecycle, const std::shared_ptr<const QtTextLayout>& textLayout);
+    /// `copiedText` answers at once what is to be pasted into a label.
+    EditorWindow(ClipboardCore::EditorLifecycle& lifecycle, const std::shared_ptr<const QtTextLayout>& textLayout,
+                 const std::function<QString()>& copiedText);
     ~EditorWindow() override;
 
     /// As large as the open picture needs, in the middle of the screen's work area.

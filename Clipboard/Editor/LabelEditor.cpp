@@ -7,7 +7,6 @@
 #include <QGuiApplication>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
-#include <QMimeData>
 #include <QPainter>
 
 #include <algorithm>
@@ -71,9 +70,11 @@ bool isTyped(const QKeyEvent& event)
 
 } // namespace
 
-LabelEditor::LabelEditor(std::shared_ptr<const QtTextLayout> textLayout, QWidget* canvas)
+LabelEditor::LabelEditor(std::shared_ptr<const QtTextLayout> textLayout, std::function<QString()> copiedText,
+                         QWidget* canvas)
     : QWidget(canvas)
     , m_textLayout(std::move(textLayout))
+    , m_copiedText(std::move(copiedText))
     , m_cursor(&m_document)
 {
     setObjectName(u"LabelEditor"_s);
@@ -294,7 +295,7 @@ bool LabelEditor::handleEdit(const QKeyEvent& event)
         copySelected();
         m_cursor.removeSelectedText();
     } else if (event.matches(QKeySequence::Paste)) {
-        insert(QGuiApplication::clipboard()->text());
+        insert(m_copiedText());
     } else if (event.matches(QKeySequence::Undo)) {
         m_document.undo(&m_cursor);
     } else if (event.matches(QKeySequence::Redo)) {

@@ -11,6 +11,7 @@
 #include <QTextDocument>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -22,7 +23,8 @@ class LabelEditor final : public QWidget
 {
     Q_OBJECT
 public:
-    LabelEditor(std::shared_ptr<const QtTextLayout> textLayout, QWidget* canvas);
+    /// `copiedText` answers at once what is to be pasted.
+    LabelEditor(std::shared_ptr<const QtTextLayout> textLayout, std::function<QString()> copiedText, QWidget* canvas);
 
     /// Takes over the label that is being typed: its text, unless it is what was typed here, and its place.
     void sync(const ClipboardCore::AnnotationSession& session, const CanvasViewport& viewport);
@@ -76,6 +78,7 @@ private:
     void paintRange(QPainter& painter, qsizetype from, qsizetype to, const QColor& color, bool isUnderline) const;
 
     std::shared_ptr<const QtTextLayout> m_textLayout;
+    std::function<QString()> m_copiedText;
     QTextDocument m_document;
     QTextCursor m_cursor;
     QString m_preedit;
