@@ -16,6 +16,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr auto interval = std::chrono::microseconds(200);
+constexpr auto blindness = std::chrono::milliseconds(1); // without a look; the machine was busy with something else
 
 /// The line is the number of the system call and its arguments in hexadecimal (proc(5)). An event loop polls several
 /// descriptors; whoever waits for one answer polls that connection's alone.
@@ -55,6 +56,7 @@ void MainThreadProbe::run(qint64 process)
     const QByteArray path = "/proc/" + QByteArray::number(process) + "/syscall";
     const int file = open(path.constData(), O_RDONLY | O_CLOEXEC);
     Clock::time_point lastIdle = Clock::now();
+    Clock::time_point lastLook = lastIdle;
     while (!m_stop) {
         char buffer[256];
         const ssize_t length = pread(file, buffer, sizeof buffer, 0);
@@ -62,6 +64,10 @@ void MainThreadProbe::run(qint64 process)
             break;
         }
         const Clock::time_point now = Clock::now();
+        if (now - lastLook > blindness) {
+            lastIdle += now - lastLook;
+        }
+        lastLook = now;
         if (waitsInEventLoop({buffer, length})) {
             lastIdle = now;
         }

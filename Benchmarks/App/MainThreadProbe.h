@@ -8,7 +8,8 @@
 namespace Clipboard::Benchmarks {
 
 /// Looks at a program's main thread several times a millisecond: does it wait in its event loop, ready for the next
-/// event, or is it at work or held up somewhere? The longest time away from the event loop is its longest stall.
+/// event, or is it at work or held up somewhere? The longest time away from the event loop is its longest stall. Times
+/// in which the probe itself could not look, because the machine did something else, are left out.
 class MainThreadProbe final
 {
 public:
