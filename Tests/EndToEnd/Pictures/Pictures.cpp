@@ -24,7 +24,7 @@ namespace {
 constexpr unsigned long settle = 350;  // ms; longer than any animation
 constexpr unsigned long tooltip = 700; // ms; longer than the pointer has to rest
 constexpr QSize screen{1280, 960};     // logical pixels; notices appear below the panel
-constexpr int around = 24;             // logical pixels of the desktop around what has no margin for a shadow
+constexpr int around = 24;             // logical pixels of the desktop around the menu
 constexpr quint32 desktop = 0x2B3242;  // its colour
 
 struct Step
@@ -319,13 +319,10 @@ QRect Stage::window() const
 /// The place of the picture: the window, or the menu with the icon that it hangs from.
 QRect Stage::subject() const
 {
+    if (m_scene.stage != Scene::Stage::menu)
+        return window();
     const int margin = around * m_scale;
-    QRect area = window();
-    if (m_scene.stage == Scene::Stage::menu)
-        area |= m_tessaly.trayIcon()->geometry;
-    if (m_scene.stage == Scene::Stage::menu || m_scene.stage == Scene::Stage::editor)
-        area.adjust(-margin, -margin, margin, margin);
-    return area;
+    return (window() | m_tessaly.trayIcon()->geometry).adjusted(-margin, -margin, margin, margin);
 }
 
 QImage Stage::play()
