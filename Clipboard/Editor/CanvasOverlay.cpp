@@ -9,7 +9,6 @@
 #include <QCoreApplication>
 #include <QLocale>
 #include <QPainter>
-#include <QPainterPath>
 
 #include <array>
 #include <cmath>
@@ -41,12 +40,18 @@ constexpr double sizeLabelPadding = 8;
 constexpr double sizeLabelRadius = 6;
 constexpr double sizeLabelDistance = 12;
 
-void paintShade(QPainter& painter, const QRectF& picture, const QRectF& crop)
+/// The crop on the canvas. On whole pixels, where its lines are sharp and its shade is filled without blending edges.
+QRect placeOf(const QRectF& crop, const CanvasViewport& viewport)
 {
-    QPainterPath outside;
-    outside.addRect(picture);
-    outside.addRect(crop); // odd-even: the crop is a hole
-    painter.fillPath(outside, shade);
+    const QRectF place = viewport.toCanvas(crop);
+    return {place.topLeft().toPoint(), place.bottomRight().toPoint() - QPoint(1, 1)};
+}
+
+void paintShade(QPainter& painter, const QRectF& picture, const QRect& crop, const QRect& part)
+{
+    const QRegion outside = QRegion(picture.toAlignedRect() & part) - crop;
+    for (const QRect& rect : outside)
+        painter.fillRect(QRectF(rect) & picture, shade);
 }
 
 void paintFrame(QPainter& painter, const QRectF& crop)
@@ -92,18 +97,39 @@ void paintGrips(QPainter& painter, const QRectF& crop)
     }
 }
 
-void paintSize(QPainter& painter, QSizeF pixels, const QRectF& crop, const QRectF& canvas)
+QString sizeText(QSizeF pixels)
 {
     const QLocale locale;
-    const QString text = QCoreApplication::translate("CanvasOverlay", "%1 × %2")
-                             .arg(locale.toString(qRound(pixels.width())), locale.toString(qRound(pixels.height())));
+    return QCoreApplication::translate("CanvasOverlay", "%1 × %2")
+        .arg(locale.toString(qRound(pixels.width())), locale.toString(qRound(pixels.height())));
+}
+
+/// Below the crop, or inside of it where there is no room.
+QRectF sizeLabel(const QString& text, const QRectF& crop, const QRectF& canvas)
+{
     const double width = std::ceil(Fonts::width(Fonts::chip, text)) + 2 * sizeLabelPadding;
     double top = crop.bottom() + sizeLabelDistance;
     if (top + sizeLabelHeight > canvas.bottom())
         top = std::min(crop.bottom(), canvas.bottom()) - sizeLabelDistance - sizeLabelHeight;
-    const QRectF label(std::round(crop.center().x() - width / 2), std::round(top), width, sizeLabelHeight);
+    return {std::round(crop.center().x() - width / 2), std::round(top), width, sizeLabelHeight};
+}
+
+void paintSize(QPainter& painter, QSizeF pixels, const QRectF& crop, const QRectF& canvas)
+{
+    const QString text = sizeText(pixels);
+    const QRectF label = sizeLabel(text, crop, canvas);
     Painting::roundedFill(painter, label, sizeLabelRadius, Theme::raised, Theme::outline);
     Painting::textLine(painter, label, Fonts::chip, Theme::text, text, Qt::AlignHCenter);
+}
+
+/// What the frame with its grips and the size label cover.
+QRegion frameExtent(const QRectF& pixels, const CanvasViewport& viewport, const QRectF& canvas)
+{
+    constexpr int reach = static_cast<int>(gripWidth);
+    const QRect crop = placeOf(pixels, viewport);
+    const QRegion frame =
+        QRegion(crop.adjusted(-reach, -reach, reach, reach)) - crop.adjusted(reach, reach, -reach, -reach);
+    return frame | sizeLabel(sizeText(pixels.size()), crop, canvas).toAlignedRect().adjusted(-1, -1, 1, 1);
 }
 
 const Annotation* selectedMark(const AnnotationSession& session)
@@ -136,21 +162,29 @@ double outlineRadius(const AnnotationSession& session, const Annotation& mark, c
 } // namespace
 
 void CanvasOverlay::paintCrop(QPainter& painter, const AnnotationSession& session, const CanvasViewport& viewport,
-                              const QRectF& canvas)
+                              const QRectF& canvas, const QRect& part)
 {
     const bool isCropping = session.tool() == ClipboardCore::AnnotationTool::crop;
     if (!isCropping && session.crop() == session.pictureBounds())
         return;
-    const QRectF crop = viewport.toCanvas(session.crop());
+    const QRect place = placeOf(session.crop(), viewport);
+    const QRectF crop(place);
     painter.save();
+    paintShade(painter, viewport.pictureRect(), place, part);
     painter.setRenderHint(QPainter::Antialiasing);
-    paintShade(painter, viewport.pictureRect(), crop);
-    if (isCropping) {
+    if (isCropping && frameExtent(session.crop(), viewport, canvas).intersects(part)) {
         paintFrame(painter, crop);
         paintGrips(painter, crop);
         paintSize(painter, session.crop().size(), crop, canvas);
     }
     painter.restore();
+}
+
+QRegion CanvasOverlay::cropChange(const AnnotationSession& before, const AnnotationSession& after,
+                                  const CanvasViewport& viewport, const QRectF& canvas)
+{
+    const QRegion shades = QRegion(placeOf(before.crop(), viewport)).xored(placeOf(after.crop(), viewport));
+    return shades | frameExtent(before.crop(), viewport, canvas) | frameExtent(after.crop(), viewport, canvas);
 }
 
 void CanvasOverlay::paintSelection(QPainter& painter, const AnnotationSession& session, const CanvasViewport& viewport)

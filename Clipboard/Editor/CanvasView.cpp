@@ -42,7 +42,7 @@ constexpr double crispFrom = 2;
 // Antialiasing touches the pixels beside what it draws.
 constexpr double blur = 1;
 // More parts cost more than what lies between them.
-constexpr int mostParts = 8;
+constexpr int mostParts = 64;
 
 Qt::CursorShape shapeOf(const CanvasGesture::Cursor& cursor)
 {
@@ -134,8 +134,10 @@ void CanvasView::repaintChanges(const AnnotationSession& before)
 {
     const bool wasCropping = before.tool() == AnnotationTool::crop;
     const bool isCropping = m_drawn->tool() == AnnotationTool::crop;
-    if (before.crop() != m_drawn->crop() || wasCropping != isCropping)
+    if (wasCropping != isCropping)
         return update();
+    if (before.crop() != m_drawn->crop())
+        update(CanvasOverlay::cropChange(before, *m_drawn, m_viewport, rect()));
     const auto areas = m_drawn->changedAreas(before);
     for (const QRectF& area : areas)
         repaint(m_viewport.toCanvas(area));
@@ -195,7 +197,7 @@ void CanvasView::paintPart(QPainter& painter, const QRect& part)
         return painter.fillRect(part, ground);
     paintPicture(painter, part);
     paintMarks(painter, part);
-    CanvasOverlay::paintCrop(painter, *m_drawn, m_viewport, rect());
+    CanvasOverlay::paintCrop(painter, *m_drawn, m_viewport, rect(), part);
     CanvasOverlay::paintSelection(painter, *m_drawn, m_viewport);
 }
 

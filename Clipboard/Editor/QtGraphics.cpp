@@ -69,12 +69,15 @@ QImage stretched(const QImage& image, const QRectF& target, const QRect& shown)
 {
     const auto columns = nearestPixels(shown.left(), shown.width(), target.left(), target.width(), image.width());
     const auto rows = nearestPixels(shown.top(), shown.height(), target.top(), target.height(), image.height());
-    QImage result(shown.size(), pixelFormat);
-    if (result.isNull())
-        return result;
-    for (int y = 0; y < shown.height(); ++y) {
-        const auto* from = reinterpret_cast<const QRgb*>(image.constScanLine(rows[static_cast<size_t>(y)]));
+    QImage result(shown.size(), image.format());
+    for (int y = 0; !result.isNull() && y < shown.height(); ++y) {
+        const int row = rows[static_cast<size_t>(y)];
         auto* to = reinterpret_cast<QRgb*>(result.scanLine(y));
+        if (y > 0 && row == rows[static_cast<size_t>(y - 1)]) {
+            std::copy_n(reinterpret_cast<const QRgb*>(result.constScanLine(y - 1)), shown.width(), to);
+            continue;
+        }
+        const auto* from = reinterpret_cast<const QRgb*>(image.constScanLine(row));
         for (const int column : columns)
             *to++ = from[column];
     }
@@ -95,7 +98,7 @@ void drawBlocks(QPainter& painter, const QImage& image, const QRectF& into)
     const QTransform toWindow = painter.worldTransform().inverted() * toDevice;
     painter.save();
     painter.setWorldTransform(QTransform::fromTranslate(shown.x(), shown.y()) * toWindow.inverted());
-    painter.drawImage(QPoint(), stretched(image, target, shown));
+    painter.drawImage(QPoint(), stretched(withoutNeedlessAlpha(image), target, shown));
     painter.restore();
 }
 
