@@ -21,7 +21,6 @@ namespace {
 template <typename T>
 using Reply = std::unique_ptr<T, decltype(&std::free)>;
 
-constexpr int panelWidth = 620;
 constexpr int trayIconLimit = 32;    // the tray host of the session is 28 high; a notice is 40
 constexpr int propertyLength = 4096; // 32-bit units; more than any title or class is long
 
@@ -158,8 +157,18 @@ bool RunningTessaly::waitForCaptures(int count)
 
 std::optional<RunningTessaly::Window> RunningTessaly::panel() const
 {
+    return titled(u"Tessaly"_s);
+}
+
+std::optional<RunningTessaly::Window> RunningTessaly::editor() const
+{
+    return titled(u"Annotate"_s);
+}
+
+std::optional<RunningTessaly::Window> RunningTessaly::titled(const QString& title) const
+{
     for (const Window& window : windows()) {
-        if (!window.overridesRedirect && window.geometry.width() >= panelWidth) {
+        if (!window.overridesRedirect && window.title == title && window.geometry.height() > trayIconLimit) {
             return window;
         }
     }

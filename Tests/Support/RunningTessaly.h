@@ -60,6 +60,8 @@ public:
 
     /// The panel, while it is on the screen.
     [[nodiscard]] std::optional<Window> panel() const;
+    /// The annotation editor, while it is on the screen.
+    [[nodiscard]] std::optional<Window> editor() const;
     /// The notice, while it is on the screen; its text is its title.
     [[nodiscard]] std::optional<Window> toast() const;
     /// The icon in an XEmbed tray.
@@ -77,6 +79,7 @@ public:
     void click(QPoint position, int times = 1, int button = 1);
 
 private:
+    [[nodiscard]] std::optional<Window> titled(const QString& title) const;
     void collectWindows(quint32 window, bool mapped, QList<Window>& found) const;
 
     VirtualSession& m_session;

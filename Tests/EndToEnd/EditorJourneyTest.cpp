@@ -1,0 +1,447 @@
+#include "RunningTessaly.h"
+#include "VirtualSession.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QTest>
+#include <QtEndian>
+
+#include <csignal>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+using namespace Clipboard::Testing;
+
+namespace {
+
+const QString pictureTarget = u"image/png"_s;
+
+// The picture that is annotated, and the marks' measures on one of its size: stroke 4, counter 28, label 32 high,
+// blocks of 20.
+constexpr QSize pictureSize(600, 400);
+constexpr QRgb frameColor = 0xff12a47b; // nothing else on the screen has it: where it is seen, the picture is
+constexpr QRgb ground = 0xffd6e2c8;
+constexpr QRgb secretColor = 0xffc9034d;
+constexpr QRect pixelatedArea(300, 220, 120, 100); // whole blocks
+
+constexpr QRgb red = 0xffff3b30;
+constexpr QRgb blue = 0xff007aff;
+constexpr QRgb white = 0xffffffff;
+constexpr QRgb highlighted = 0xffe69f8b; // two fifths of red on the ground
+
+QImage picture()
+{
+    QImage image(pictureSize, QImage::Format_RGB32);
+    image.fill(frameColor);
+    for (int y = 2; y < image.height() - 2; ++y) {
+        for (int x = 2; x < image.width() - 2; ++x) {
+            const bool isSecret = pixelatedArea.contains(x, y) && (x * 7 + y * 13) % 5 < 2;
+            image.setPixel(x, y, isSecret ? secretColor : ground);
+        }
+    }
+    image.setText(u"Comment"_s, u"taken at home"_s);
+    image.setDotsPerMeterX(5000);
+    return image;
+}
+
+QByteArray pngOf(const QImage& image)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QBuffer::WriteOnly);
+    image.save(&buffer, "PNG");
+    return bytes;
+}
+
+/// The types of a PNG's chunks (https://www.w3.org/TR/png-3/#5DataRep).
+QByteArrayList chunksOf(const QByteArray& png)
+{
+    constexpr qsizetype signature = 8;
+    constexpr qsizetype around = 12; // length, type and checksum of a chunk
+    QByteArrayList chunks;
+    for (qsizetype at = signature; at + around <= png.size();) {
+        chunks.append(png.mid(at + 4, 4));
+        at += around + qFromBigEndian<quint32>(png.constData() + at);
+    }
+    return chunks;
+}
+
+QRect extentOf(const QImage& image, QRgb color, const QRect& within)
+{
+    QRect extent;
+    for (int y = within.top(); y <= within.bottom(); ++y) {
+        for (int x = within.left(); x <= within.right(); ++x) {
+            if (image.pixel(x, y) == color)
+                extent |= QRect(x, y, 1, 1);
+        }
+    }
+    return extent;
+}
+
+/// The mean over the pixels of a block.
+QRgb meanOf(const QImage& image, const QRect& block)
+{
+    int sums[3] = {};
+    for (int y = block.top(); y <= block.bottom(); ++y) {
+        for (int x = block.left(); x <= block.right(); ++x) {
+            const QRgb pixel = image.pixel(x, y);
+            sums[0] += qRed(pixel);
+            sums[1] += qGreen(pixel);
+            sums[2] += qBlue(pixel);
+        }
+    }
+    const int count = block.width() * block.height();
+    return qRgb(sums[0] / count, sums[1] / count, sums[2] / count);
+}
+
+} // namespace
+
+/// A picture of the history, annotated with a real mouse and keyboard; what comes of it is read by other programs.
+class EditorJourneyTest final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void copiesWhatWasDrawn();
+    void savesOnce();
+    void staysOpenWhenNothingCanBeWritten();
+    void pastesIntoTheProgramBehindThePanel();
+    void asksBeforeChangesAreLost();
+    void cleanupTestCase();
+
+private:
+    void openEditor();
+    [[nodiscard]] bool waitForEditor(bool visible) const;
+    [[nodiscard]] bool waitForNotice(const QString& text) const;
+    [[nodiscard]] bool waitForEntries(qsizetype count);
+    [[nodiscard]] QImage newestPicture() const;
+    [[nodiscard]] QByteArray clipboardPicture() const;
+
+    void drag(QPoint from, QPoint to); // of the picture
+    void click(QPoint at);
+    void clickColor(QRgb color);
+    void drawMarks();
+    void changeMarks();
+    void crop();
+
+    std::unique_ptr<VirtualSession> m_session;
+    std::unique_ptr<RunningTessaly> m_tessaly;
+    QImage m_screen;    // with the editor as it opened
+    QRect m_shown;      // where on the screen the picture is
+    QRgb m_color = red; // of new marks: the program remembers it
+    qsizetype m_entries = 0;
+};
+
+void EditorJourneyTest::initTestCase()
+{
+    m_session = std::make_unique<VirtualSession>();
+    QVERIFY2(m_session->failure().isEmpty(), qPrintable(m_session->failure()));
+    m_tessaly = std::make_unique<RunningTessaly>(*m_session, QStringLiteral(TESSALY_PROGRAM));
+    QVERIFY(m_tessaly->start());
+}
+
+/// Each function begins with the plain picture as the newest entry.
+void EditorJourneyTest::init()
+{
+    QVERIFY(m_tessaly && m_tessaly->isRunning());
+    const QStringList arguments{u"-selection"_s, u"clipboard"_s, u"-t"_s, pictureTarget, u"-i"_s};
+    m_tessaly->moments().clear();
+    m_session->run(u"xclip"_s, arguments, pngOf(picture()));
+    QVERIFY(m_tessaly->waitForCaptures(1));
+    m_entries = std::max<qsizetype>(m_entries, 1);
+}
+
+void EditorJourneyTest::cleanup()
+{
+    m_tessaly->press(u"Escape"_s);
+    QVERIFY(m_tessaly->waitForPanel(false));
+}
+
+void EditorJourneyTest::cleanupTestCase()
+{
+    if (m_tessaly)
+        QCOMPARE(m_tessaly->stop(SIGTERM), 0);
+    m_tessaly.reset();
+    m_session.reset();
+}
+
+// ── The editor
+
+bool EditorJourneyTest::waitForEditor(bool visible) const
+{
+    return m_session->waitUntil([&] {
+        const std::optional<RunningTessaly::Window> editor = m_tessaly->editor();
+        return visible ? editor && m_tessaly->activeWindow() == editor->id : !editor;
+    });
+}
+
+/// Opens the newest entry, from the panel or from behind it, and finds its picture on the screen.
+void EditorJourneyTest::openEditor()
+{
+    if (!m_tessaly->panel())
+        m_tessaly->press(u"super+shift+v"_s);
+    QVERIFY(m_tessaly->waitForPanel(true));
+    m_tessaly->press(u"ctrl+e"_s);
+    QVERIFY(waitForEditor(true));
+    QVERIFY(m_session->waitUntil([&] {
+        const QString file = m_session->homePath(u"screen.png"_s);
+        m_screen = m_session->screenshot(file) ? QImage(file) : QImage();
+        m_shown = m_screen.isNull() ? QRect() : extentOf(m_screen, frameColor, m_tessaly->editor()->geometry);
+        return m_shown.size() == pictureSize; // before the first frame it shows what was there
+    }));
+}
+
+void EditorJourneyTest::drag(QPoint from, QPoint to)
+{
+    const QPoint start = m_shown.topLeft() + from;
+    const QPoint middle = m_shown.topLeft() + (from + to) / 2;
+    const QPoint end = m_shown.topLeft() + to;
+    const auto move = [](QPoint place) {
+        return QStringList{u"mousemove"_s, QString::number(place.x()), QString::number(place.y())};
+    };
+    m_session->run(u"xdotool"_s, move(start) + QStringList{u"mousedown"_s, u"1"_s} + move(middle) + move(end) +
+                                     QStringList{u"mouseup"_s, u"1"_s});
+}
+
+void EditorJourneyTest::click(QPoint at)
+{
+    m_tessaly->click(m_shown.topLeft() + at);
+}
+
+/// In the toolbar, which is above the picture.
+void EditorJourneyTest::clickColor(QRgb color)
+{
+    m_color = color;
+    QRect toolbar = m_tessaly->editor()->geometry;
+    toolbar.setBottom(m_shown.top() - 1);
+    m_tessaly->click(extentOf(m_screen, color, toolbar).center());
+}
+
+// ── What came of it
+
+bool EditorJourneyTest::waitForNotice(const QString& text) const
+{
+    return m_session->waitUntil([&] {
+        const std::optional<RunningTessaly::Window> toast = m_tessaly->toast();
+        return toast && toast->title == text;
+    });
+}
+
+bool EditorJourneyTest::waitForEntries(qsizetype count)
+{
+    m_entries = count;
+    return m_tessaly->waitForHistory([&](const auto& entries) { return entries.size() == count; });
+}
+
+QImage EditorJourneyTest::newestPicture() const
+{
+    const auto entries = m_tessaly->history();
+    return entries && !entries->isEmpty() ? QImage(entries->first().content).convertToFormat(QImage::Format_RGB32)
+                                          : QImage();
+}
+
+QByteArray EditorJourneyTest::clipboardPicture() const
+{
+    return m_session->run(u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-t"_s, pictureTarget, u"-o"_s}).output;
+}
+
+// ── Copy
+
+void EditorJourneyTest::drawMarks()
+{
+    drag({40, 60}, {160, 60}); // the arrow is the tool to begin with
+    m_tessaly->press(u"t"_s);
+    click({60, 150});
+    m_tessaly->type(u"Hello"_s);
+    m_tessaly->press(u"Escape"_s);
+    m_tessaly->press(u"h"_s);
+    drag({60, 250}, {160, 290});
+    m_tessaly->press(u"p"_s);
+    drag(pixelatedArea.bottomRight() + QPoint(1, 1), pixelatedArea.topLeft());
+    m_tessaly->press(u"n"_s);
+    click({480, 80});
+    click({540, 80});
+    m_tessaly->press(u"r"_s);
+    drag({200, 40}, {300, 100});
+}
+
+void EditorJourneyTest::changeMarks()
+{
+    drag({250, 40}, {270, 50});   // moves the rectangle
+    drag({320, 110}, {340, 130}); // and pulls at its corner
+    clickColor(blue);
+    m_tessaly->press(u"n"_s);
+    click({540, 300});
+    m_tessaly->press(u"ctrl+z"_s);
+}
+
+void EditorJourneyTest::crop()
+{
+    m_tessaly->press(u"c"_s);
+    drag({0, 200}, {20, 200});
+    drag({300, 400}, {300, 360});
+    for (const auto& key : {u"ctrl+z"_s, u"ctrl+z"_s, u"ctrl+shift+z"_s, u"ctrl+shift+z"_s})
+        m_tessaly->press(key);
+}
+
+void EditorJourneyTest::copiesWhatWasDrawn()
+{
+    openEditor();
+    drawMarks();
+    changeMarks();
+    crop();
+    m_tessaly->press(u"ctrl+c"_s);
+    QVERIFY(waitForNotice(u"Copied “image”"_s));
+    QVERIFY(m_tessaly->waitForPanel(true));
+
+    const QByteArray png = clipboardPicture();
+    for (const QByteArray& chunk : chunksOf(png))
+        QVERIFY2(QByteArrayList({"IHDR", "IDAT", "IEND"}).contains(chunk), chunk.constData());
+    const QImage result = QImage::fromData(png);
+    QCOMPARE(result.size(), QSize(580, 360));
+    QVERIFY(waitForEntries(m_entries + 1));
+    QCOMPARE(newestPicture(), result.convertToFormat(QImage::Format_RGB32));
+
+    const QPoint corner(20, 0); // of the crop
+    const auto at = [&](int x, int y) { return QColor(result.pixel(QPoint(x, y) - corner)); };
+    const auto whiteIn = [&](const QRect& area) { return extentOf(result, white, area.translated(-corner)); };
+    const QList<std::pair<QRgb, QList<QPoint>>> expected{
+        {red, {{39, 60}, {80, 59}, {140, 52}, {140, 67}, {156, 60}, {64, 166}, {469, 80}, {491, 80}, {529, 80}}},
+        {highlighted, {{60, 250}, {159, 289}}},
+        {blue, {{219, 90}, {280, 49}, {280, 131}, {339, 90}}},
+        {ground,
+         {{80, 65},
+          {163, 60},
+          {140, 48},
+          {57, 166},
+          {64, 147},
+          {64, 184},
+          {59, 250},
+          {160, 289},
+          {250, 40},
+          {280, 80},
+          {280, 127},
+          {480, 96},
+          {540, 300},
+          {299, 230},
+          {420, 230}}},
+        {frameColor, {{20, 0}, {599, 200}}},
+    };
+    for (const auto& [color, points] : expected) {
+        for (const QPoint point : points) {
+            QVERIFY2(at(point.x(), point.y()) == QColor(color),
+                     qPrintable(u"%1|%2 is %3"_s.arg(point.x()).arg(point.y()).arg(at(point.x(), point.y()).name())));
+        }
+    }
+    QVERIFY(whiteIn({60, 150, 100, 32}).width() > 30); // the letters
+    const QRect digit(-7, -9, 15, 19);
+    QVERIFY(!whiteIn(digit.translated(480, 80)).isEmpty());
+    QVERIFY(result.copy(digit.translated(460, 80)) != result.copy(digit.translated(520, 80))); // 1 and 2
+
+    const QImage original = picture();
+    constexpr int side = 20;
+    for (int y = pixelatedArea.top(); y <= pixelatedArea.bottom(); y += side) {
+        for (int x = pixelatedArea.left(); x <= pixelatedArea.right(); x += side) {
+            const QRect block(x, y, side, side);
+            QCOMPARE(extentOf(result, meanOf(original, block), block.translated(-corner)), block.translated(-corner));
+        }
+    }
+}
+
+// ── Save
+
+void EditorJourneyTest::savesOnce()
+{
+    const QByteArray before = clipboardPicture();
+    openEditor();
+    m_tessaly->press(u"r"_s);
+    drag({100, 100}, {200, 200});
+    m_session->run(u"xdotool"_s, {u"key"_s, u"--delay"_s, u"1"_s, u"ctrl+s"_s, u"ctrl+s"_s});
+    QVERIFY(waitForNotice(u"Saved image"_s));
+    QVERIFY(m_tessaly->waitForPanel(true));
+    QVERIFY(waitForEntries(m_entries + 1));
+    QCOMPARE(newestPicture().pixelColor(100, 150), QColor(m_color));
+    QCOMPARE(clipboardPicture(), before);
+}
+
+void EditorJourneyTest::staysOpenWhenNothingCanBeWritten()
+{
+    openEditor();
+    m_tessaly->press(u"r"_s);
+    drag({100, 100}, {200, 250});
+    // A file in the folder's place stops the superuser too.
+    const QString images = m_tessaly->dataFolder() + u"/images"_s;
+    QVERIFY(QDir().rename(images, images + u".away"_s));
+    QVERIFY(QFile(images).open(QFile::WriteOnly));
+    m_tessaly->press(u"ctrl+s"_s);
+    QVERIFY(waitForNotice(u"Couldn't save image"_s));
+    QVERIFY(QFile::remove(images));
+    QVERIFY(QDir().rename(images + u".away"_s, images));
+
+    QVERIFY(waitForEditor(true));
+    drag({300, 100}, {350, 150}); // still to be edited
+    m_tessaly->press(u"ctrl+s"_s);
+    QVERIFY(waitForNotice(u"Saved image"_s));
+    QVERIFY(waitForEntries(m_entries + 1));
+    QCOMPARE(newestPicture().pixelColor(100, 150), QColor(m_color));
+    QCOMPARE(newestPicture().pixelColor(300, 120), QColor(m_color));
+}
+
+// ── Paste
+
+void EditorJourneyTest::pastesIntoTheProgramBehindThePanel()
+{
+    const QString taken = m_session->homePath(u"taken.png"_s);
+    // The system's own interpreter: the toolkit's bindings are installed for it alone.
+    m_session->start(u"/usr/bin/python3"_s, {QStringLiteral(PICTURE_TAKER), taken});
+    QVERIFY(m_session->waitUntil([&] {
+        return m_session->run(u"xdotool"_s, {u"getactivewindow"_s, u"getwindowname"_s}).output == "picture taker\n";
+    }));
+    const quint32 front = m_tessaly->activeWindow();
+    openEditor();
+    drag({100, 200}, {300, 200});
+    m_tessaly->press(u"ctrl+Return"_s);
+    QVERIFY(waitForEntries(m_entries + 1));
+    QImage picture;
+    QVERIFY(m_session->waitUntil([&] { return picture.load(taken); }));
+    QCOMPARE(picture.convertToFormat(QImage::Format_RGB32), newestPicture());
+    QCOMPARE(picture.pixelColor(200, 200), QColor(m_color));
+    QVERIFY(waitForEditor(false));
+    QVERIFY(!m_tessaly->panel());
+    QCOMPARE(m_tessaly->activeWindow(), front);
+}
+
+// ── Discard
+
+void EditorJourneyTest::asksBeforeChangesAreLost()
+{
+    openEditor();
+    m_tessaly->press(u"Escape"_s); // nothing to lose
+    QVERIFY(waitForEditor(false));
+    QVERIFY(m_tessaly->waitForPanel(true));
+
+    openEditor();
+    drag({100, 200}, {300, 250});
+    m_tessaly->press(u"Escape"_s);
+    m_tessaly->press(u"ctrl+s"_s); // not while the question is up
+    m_tessaly->press(u"Escape"_s); // keeps editing
+    m_tessaly->press(u"Escape"_s);
+    m_tessaly->press(u"Return"_s);
+    QVERIFY(m_tessaly->waitForPanel(true));
+    QVERIFY(!m_tessaly->editor());
+    // Once a later entry is in the file, one of what was discarded would be there too.
+    openEditor();
+    drag({100, 200}, {300, 260});
+    m_tessaly->press(u"ctrl+s"_s);
+    QVERIFY(waitForNotice(u"Saved image"_s));
+    QVERIFY(waitForEntries(m_entries + 1));
+}
+
+QTEST_GUILESS_MAIN(EditorJourneyTest)
+
+#include "EditorJourneyTest.moc"
