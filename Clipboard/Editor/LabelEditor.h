@@ -2,13 +2,12 @@
 
 #include "CanvasViewport.h"
 #include "ClickCounter.h"
+#include "LabelText.h"
 #include "QtTextLayout.h"
 
 #include "Annotation/AnnotationSession.h"
 
 #include <QColorSpace>
-#include <QTextCursor>
-#include <QTextDocument>
 #include <QWidget>
 
 #include <functional>
@@ -32,7 +31,7 @@ public:
     void end();
 
     /// True while an input method is composing: keys are its own then.
-    [[nodiscard]] bool isComposing() const { return !m_preedit.isEmpty(); }
+    [[nodiscard]] bool isComposing() const { return !m_text.preedit().isEmpty(); }
 
     [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
@@ -60,7 +59,6 @@ private:
         qsizetype column = 0;
     };
 
-    [[nodiscard]] QString shownText() const;
     [[nodiscard]] Place placeOf(qsizetype position) const;
     [[nodiscard]] qsizetype positionAt(QPointF widgetPoint) const;
     [[nodiscard]] qsizetype positionInLine(qsizetype line, double x) const;
@@ -68,21 +66,12 @@ private:
     [[nodiscard]] QRectF caretRect() const;                   // in widget coordinates
     [[nodiscard]] QPointF toWidget(QPointF picture) const;
 
-    [[nodiscard]] bool handleMove(const QKeyEvent& event);
-    [[nodiscard]] bool handleEdit(const QKeyEvent& event);
-    void moveByLine(int step, QTextCursor::MoveMode mode);
-    void insert(const QString& text);
-    void copySelected() const;
+    LabelText::KeyResult moveByLine(const QKeyEvent& event);
     void press(const QMouseEvent& event);
-    void changed();
     void paintRange(QPainter& painter, qsizetype from, qsizetype to, const QColor& color, bool isUnderline) const;
 
     std::shared_ptr<const QtTextLayout> m_textLayout;
-    std::function<QString()> m_copiedText;
-    QTextDocument m_document;
-    QTextCursor m_cursor;
-    QString m_preedit;
-    int m_preeditCaret = 0;
+    LabelText m_text;
     ClickCounter m_clicks;
 
     std::optional<ClipboardCore::AnnotationMeasures> m_measures;
