@@ -2,6 +2,7 @@
 
 #include "Accessibility.h"
 #include "CanvasOverlay.h"
+#include "FrameReport.h"
 #include "LabelEditor.h"
 #include "QtGraphics.h"
 #include "Shadow.h"
@@ -183,6 +184,7 @@ void CanvasView::syncCursor()
 
 void CanvasView::paintEvent(QPaintEvent* event)
 {
+    reportFrame(this, "canvas-painted");
     QPainter painter(this);
     if (event->region().rectCount() > mostParts)
         return paintPart(painter, event->rect());

@@ -10,7 +10,10 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QSettings>
+#include <QTimer>
+#include <QWindow>
 
+#include <chrono>
 #include <utility>
 #include <variant>
 
@@ -31,6 +34,9 @@ namespace {
 
 constexpr QLatin1StringView colorKey("editorColor");
 constexpr QLatin1StringView sizeKey("editorSize");
+
+// No window manager takes longer to give the keyboard to a window that asks for it.
+constexpr std::chrono::milliseconds handOver{500};
 
 std::optional<QByteArray> readWhole(const QString& path)
 {
@@ -147,6 +153,24 @@ void EditorController::closeWindow()
     m_window.release()->deleteLater(); // one of its events may be at work
 }
 
+/// A window manager that sees the window in front go hands the keyboard to the application behind it, and the panel
+/// would close again. So the window stays until the panel has taken the keyboard from it.
+void EditorController::closeWindowBehindPanel()
+{
+    if (!isInFront())
+        return closeWindow();
+    m_leavingWindow = std::move(m_window);
+    m_leavingWindow->disconnect(this);
+    const auto close = [this] {
+        if (EditorWindow* window = m_leavingWindow.release()) {
+            window->hide();
+            window->deleteLater();
+        }
+    };
+    connect(m_leavingWindow->windowHandle(), &QWindow::activeChanged, this, close);
+    QTimer::singleShot(handOver, this, close);
+}
+
 // ── Outcomes
 
 void EditorController::carryOut(const EditorOutcomes::Flatten& outcome)
@@ -202,7 +226,7 @@ void EditorController::carryOut(const EditorOutcomes::Close& outcome)
     // The panel first: as long as a window of ours has the keyboard, the application that was in front stays
     // remembered.
     onClose(outcome.selecting);
-    closeWindow();
+    closeWindowBehindPanel();
 }
 
 void EditorController::carryOut(const EditorOutcomes::Dismiss& /*outcome*/)

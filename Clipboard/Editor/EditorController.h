@@ -65,6 +65,7 @@ private:
     void makeWindow();
     void finish(ClipboardCore::EditorExit exit);
     void closeWindow();
+    void closeWindowBehindPanel();
 
     void carryOut(const ClipboardCore::EditorOutcomes::Flatten& outcome);
     void carryOut(const ClipboardCore::EditorOutcomes::Commit& outcome);
@@ -80,6 +81,7 @@ private:
     std::shared_ptr<const QtTextLayout> m_textLayout; // made when it is first needed
     QPointer<QScreen> m_screen;
     std::unique_ptr<EditorWindow> m_window;
+    std::unique_ptr<EditorWindow> m_leavingWindow; // until the panel has the keyboard
     QThreadPool m_pool; // one thread: pictures open in the order in which they were chosen
 };
 
