@@ -49,7 +49,7 @@ void KeyTranslationTest::codes_data()
     QTest::newRow("k") << int(Qt::Key_K) << KeyCode::k;
     QTest::newRow("no table names it") << int(Qt::Key_Q) << KeyCode::unknown;
     QTest::newRow("a modifier alone") << int(Qt::Key_Control) << KeyCode::unknown;
-    QTest::newRow("no key at all") << 0 << KeyCode::unknown;
+    QTest::newRow("no key at all") << int{} << KeyCode::unknown;
 }
 
 void KeyTranslationTest::codes()
