@@ -73,6 +73,7 @@ void startRows(Effort effort);
 void captureRows(Effort effort);
 void panelRows(Effort effort);
 void frameRows(Effort effort);
+void editorRows(Effort effort);
 void safetyRows(Effort effort);
 
 } // namespace Clipboard::Benchmarks

@@ -2,8 +2,8 @@
 #include "HardEntries.h"
 #include "Keyboard.h"
 #include "MainThreadProbe.h"
+#include "Mouse.h"
 #include "ProcessFigures.h"
-#include "Wheel.h"
 
 #include <QFile>
 #include <QImage>
@@ -179,10 +179,10 @@ void Frames::wheel()
     const std::optional<Testing::RunningTessaly::Window> panel = m_bench.tessaly.panel();
     if (!panel)
         giveUp(u"The panel went away."_s);
-    Wheel wheel(m_bench.session.display());
-    wheel.pointAt(panel->geometry.topLeft() + inList * m_scale);
+    Mouse mouse(m_bench.session.display());
+    mouse.moveTo(panel->geometry.topLeft() + inList * m_scale);
     measure(u"wheel: notch to painted frame"_s, "list-painted", m_effort.times(60, 3),
-            [&wheel](int) { return wheel.turnDown(); });
+            [&mouse](int) { return mouse.turnDown(); });
 }
 
 } // namespace

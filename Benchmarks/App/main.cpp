@@ -1,5 +1,5 @@
 // The figures of the whole program, measured from outside: docs/benchmarks.md says what each row means.
-// Names of groups as arguments (start, capture, panel, frames, safety) choose these.
+// Names of groups as arguments (start, capture, panel, frames, editor, safety) choose these.
 #include "Bench.h"
 
 #include <QCoreApplication>
@@ -14,7 +14,7 @@ int main(int argc, char** argv)
     const Effort effort{wanted.removeAll(u"--short"_s) > 0};
     const std::pair<QString, void (*)(Effort)> groups[] = {
         {u"start"_s, startRows},  {u"capture"_s, captureRows}, {u"panel"_s, panelRows},
-        {u"frames"_s, frameRows}, {u"safety"_s, safetyRows},
+        {u"frames"_s, frameRows}, {u"editor"_s, editorRows},   {u"safety"_s, safetyRows},
     };
     for (const auto& [name, rows] : groups) {
         if (wanted.isEmpty() || wanted.contains(name))
