@@ -61,9 +61,8 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
     , m_watcher(*m_platform.pasteboard, *m_platform.workspace, m_store, m_imagesDir)
     , m_statusItem(LoginItem(), m_platform.windows->isCompositing())
     , m_panel({m_viewModel, *m_platform.windows, *m_platform.workspace, m_thumbs})
-    , m_editor(m_imagesDir,
-               {*m_platform.windows, m_pasteService, [this](const QString& text) { m_toasts.show(text); },
-                [this] { return QString::fromUtf8(m_platform.pasteboard->string().value_or(QByteArray())); }})
+    , m_editor(m_imagesDir, {*m_platform.windows, m_pasteService, [this](const QString& text) { m_toasts.show(text); },
+                             [this] { return m_viewModel.copiedText(); }})
 {
     m_housekeeping.setMaxThreadCount(1);
     ImageBlobs::sweepOrphans(m_imagesDir, m_store.items(), m_housekeeping);

@@ -18,6 +18,13 @@ namespace Clipboard {
 using ClipboardCore::ClipItem;
 using ClipboardCore::ClipType;
 
+namespace {
+
+// What is pasted into a text field, in bytes: beyond any search or label, and laid out within a frame.
+constexpr qsizetype longestTyped = 4096;
+
+} // namespace
+
 HistoryViewModel::HistoryViewModel(ClipboardCore::JSONHistoryStore& store, Services services, QObject* parent)
     : QObject(parent)
     , m_store(store)
@@ -104,6 +111,12 @@ void HistoryViewModel::renewFocusToken()
 {
     m_focusToken = QUuid::createUuid();
     emit focusTokenChanged();
+}
+
+QString HistoryViewModel::copiedText() const
+{
+    const std::optional<QByteArray> text = m_services.pasteboard.string();
+    return text ? QString::fromUtf8(text->first(std::min(text->size(), longestTyped))) : QString();
 }
 
 std::optional<ClipItem> HistoryViewModel::selectedItem() const

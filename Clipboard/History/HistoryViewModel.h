@@ -91,6 +91,9 @@ public:
     /// Nothing when no text field has the keyboard.
     std::function<std::optional<SearchCaret>()> searchCaret;
 
+    /// The text on the pasteboard, at once and cut to what a text field takes; empty when there is none.
+    [[nodiscard]] QString copiedText() const;
+
     // State maintenance.
     /// Takes the entries over from the store; to be called after every change of it.
     void refresh();

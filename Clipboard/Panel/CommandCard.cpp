@@ -47,7 +47,8 @@ CommandCard::CommandCard(HistoryViewModel& viewModel, Thumbs& thumbs, QWidget* p
     , m_viewModel(viewModel)
     , m_thumbs(thumbs)
     , m_surface(sheetShadow, Theme::raised)
-    , m_filter(new SearchField(Fonts::label, tr("Filter actions…"), this))
+    , m_filter(new SearchField(
+          Fonts::label, tr("Filter actions…"), [&viewModel] { return viewModel.copiedText(); }, this))
     , m_page(new QWidget)
     , m_scroll(new OverlayScrollArea(m_page, scrollInsets, this))
 {

@@ -4,7 +4,10 @@
 #include "Theme.h"
 
 #include <QInputMethodEvent>
+#include <QKeyEvent>
 #include <QPainter>
+
+#include <utility>
 
 namespace Clipboard {
 
@@ -19,10 +22,12 @@ constexpr int cursorRectReach = 5;
 
 } // namespace
 
-SearchField::SearchField(const Fonts::Style& style, const QString& placeholder, QWidget* parent)
+SearchField::SearchField(const Fonts::Style& style, const QString& placeholder, std::function<QString()> copiedText,
+                         QWidget* parent)
     : QLineEdit(parent)
     , m_style(style)
     , m_placeholder(placeholder)
+    , m_copiedText(std::move(copiedText))
 {
     setFrame(false);
     setAcceptDrops(false); // an entry on its way out may pass over the field
@@ -62,6 +67,22 @@ void SearchField::paintEvent(QPaintEvent* event)
     }
     if (m_caretShown && hasFocus() && !hasSelectedText())
         Painting::roundedFill(painter, caretRect(), caretWidth / 2, Theme::accent);
+}
+
+// The toolkit's own ways of pasting ask the selection's owner, which may hang, and wait for it.
+
+void SearchField::keyPressEvent(QKeyEvent* event)
+{
+    if (event->matches(QKeySequence::Paste))
+        insert(m_copiedText());
+    else
+        QLineEdit::keyPressEvent(event);
+}
+
+void SearchField::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::MiddleButton)
+        QLineEdit::mouseReleaseEvent(event);
 }
 
 void SearchField::inputMethodEvent(QInputMethodEvent* event)

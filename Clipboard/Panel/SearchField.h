@@ -4,6 +4,8 @@
 
 #include <QLineEdit>
 
+#include <functional>
+
 namespace Clipboard {
 
 /// A text field without a box: text, placeholder and a caret in the accent colour. Used for the search and for the
@@ -12,7 +14,9 @@ class SearchField final : public QLineEdit
 {
     Q_OBJECT
 public:
-    SearchField(const Fonts::Style& style, const QString& placeholder, QWidget* parent);
+    /// `copiedText` answers at once what is to be pasted.
+    SearchField(const Fonts::Style& style, const QString& placeholder, std::function<QString()> copiedText,
+                QWidget* parent);
 
     /// The caret is drawn while this is on and the field has the keyboard.
     void setCaretShown(bool shown);
@@ -24,6 +28,8 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
@@ -31,6 +37,7 @@ protected:
 private:
     Fonts::Style m_style;
     QString m_placeholder;
+    std::function<QString()> m_copiedText;
     bool m_caretShown = true;
     bool m_composing = false;
 };

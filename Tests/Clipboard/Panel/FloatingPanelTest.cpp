@@ -1,5 +1,7 @@
 #include "PanelFixture.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QInputMethodEvent>
 #include <QSignalSpy>
 
@@ -20,6 +22,7 @@ private slots:
     void keysReachTheModelFirst();
     void composingKeepsItsKeys();
     void composingEndsWithThePanel();
+    void fieldPastesWhatIsThereAlready();
     void keypadEnterIsReturn();
     void caretDecidesWhetherArrowsLeaveTheField();
 };
@@ -181,6 +184,22 @@ void FloatingPanelTest::composingEndsWithThePanel()
     QTRY_VERIFY(f.view()->activeField()->hasFocus());
     f.press(Qt::Key_Return);
     QCOMPARE(f.closeRequests, 1);
+}
+
+void FloatingPanelTest::fieldPastesWhatIsThereAlready()
+{
+    PanelFixture f;
+    f.fillTexts({u"one"_s});
+    QVERIFY(f.open());
+    QGuiApplication::clipboard()->setText(u"of the toolkit"_s);
+    f.pasteboard.setString("deploy");
+    f.press(Qt::Key_V, Qt::ControlModifier);
+    f.press(Qt::Key_Insert, Qt::ShiftModifier);
+    QTest::mouseClick(f.view()->activeField(), Qt::MiddleButton);
+    QCOMPARE(f.model.query(), u"deploydeploy"_s);
+    f.pasteboard.setString(QByteArray(50'000'000, 'x'));
+    f.press(Qt::Key_V, Qt::ControlModifier);
+    QVERIFY(f.model.query().size() < 10'000);
 }
 
 void FloatingPanelTest::keypadEnterIsReturn()
