@@ -82,7 +82,7 @@ private:
     QPointer<QScreen> m_screen;
     std::unique_ptr<EditorWindow> m_window;
     std::unique_ptr<EditorWindow> m_leavingWindow; // until the panel has the keyboard
-    QThreadPool m_pool; // one thread: pictures open in the order in which they were chosen
+    QThreadPool m_pool;                            // one thread: pictures open in the order in which they were chosen
 };
 
 } // namespace Clipboard

@@ -19,7 +19,8 @@ void installTranslations(QCoreApplication& application, const QLocale& locale)
     if (wording->load(u":/translations/tessaly_en.qm"_s))
         QCoreApplication::installTranslator(wording);
     auto* language = new QTranslator(&application);
-    if (language->load(locale, u"tessaly"_s, u"_"_s, u":/translations"_s) && language->language() != wording->language())
+    if (language->load(locale, u"tessaly"_s, u"_"_s, u":/translations"_s) &&
+        language->language() != wording->language())
         QCoreApplication::installTranslator(language);
 }
 
