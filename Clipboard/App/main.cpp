@@ -11,6 +11,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <malloc.h>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -83,6 +84,15 @@ private:
     bool m_isOurs;
 };
 
+/// Gives large blocks back to the system as soon as they are freed. Left alone, the allocator raises its limit to the
+/// largest block that it ever freed (mallopt(3)), and what a large picture once took would never come back.
+void returnLargeBlocks()
+{
+    constexpr int largeBlock = 4 << 20;
+    mallopt(M_MMAP_THRESHOLD, largeBlock);
+    mallopt(M_TRIM_THRESHOLD, 2 * largeBlock);
+}
+
 int askToShow(pid_t runningProcess)
 {
     ::kill(runningProcess, SIGUSR1);
@@ -96,6 +106,7 @@ int main(int argc, char** argv)
 {
     if (const std::optional<int> code = answerAtOnce(argc, argv))
         return *code;
+    returnLargeBlocks();
     Clipboard::ProcessSignals::install();
     std::optional<DisplayChoice> displayChoice(std::in_place);
     QApplication application(argc, argv);
