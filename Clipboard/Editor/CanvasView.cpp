@@ -186,20 +186,18 @@ void CanvasView::paintEvent(QPaintEvent* event)
 {
     reportFrame(this, "canvas-painted");
     QPainter painter(this);
-    if (event->region().rectCount() > mostParts)
-        return paintPart(painter, event->rect());
-    for (const QRect& part : event->region())
-        paintPart(painter, part);
-}
-
-void CanvasView::paintPart(QPainter& painter, const QRect& part)
-{
-    painter.setClipRect(part);
     if (!m_drawn)
-        return painter.fillRect(part, ground);
-    paintPicture(painter, part);
-    paintMarks(painter, part);
-    CanvasOverlay::paintCrop(painter, *m_drawn, m_viewport, rect(), part);
+        return painter.fillRect(event->rect(), ground);
+    const QRegion region = event->region().rectCount() > mostParts ? QRegion(event->rect()) : event->region();
+    for (const QRect& part : region) {
+        painter.setClipRect(part);
+        paintPicture(painter, part);
+    }
+    // A mark is drawn once, however many parts it crosses.
+    painter.setClipRegion(region);
+    const QRect bounds = region.boundingRect();
+    paintMarks(painter, bounds);
+    CanvasOverlay::paintCrop(painter, *m_drawn, m_viewport, rect(), bounds);
     CanvasOverlay::paintSelection(painter, *m_drawn, m_viewport);
 }
 

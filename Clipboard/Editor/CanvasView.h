@@ -69,7 +69,6 @@ private:
     void syncLabelEditor();
     void syncCursor();
     void repaint(const QRectF& canvas);
-    void paintPart(QPainter& painter, const QRect& part);
     void paintPicture(QPainter& painter, const QRect& part);
     void paintMarks(QPainter& painter, const QRect& part);
 
