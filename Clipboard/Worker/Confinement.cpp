@@ -19,6 +19,13 @@ constexpr rlim_t maxAddressSpace = rlim_t{2} * 1024 * 1024 * 1024;
 // Who starts the worker ends it after 30 s at the latest. This holds when they cannot.
 constexpr rlim_t maxProcessorSeconds = 35;
 
+// The sanitizers map terabytes, and look for leaks from a second process.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool isSanitized = true;
+#else
+constexpr bool isSanitized = false;
+#endif
+
 void limit(__rlimit_resource resource, rlim_t most)
 {
     const rlimit bound{most, most};
@@ -49,13 +56,12 @@ void confineThisProcess()
 {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     limit(RLIMIT_CPU, maxProcessorSeconds);
-    // The sanitizers map terabytes, and look for leaks from a second process.
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-    limit(RLIMIT_CORE, 0);
-    ::prctl(PR_SET_DUMPABLE, 0); // where dumps go to a program, the limit says nothing
-    limit(RLIMIT_AS, maxAddressSpace);
-    forbidOtherPrograms();
-#endif
+    if constexpr (!isSanitized) {
+        limit(RLIMIT_CORE, 0);
+        ::prctl(PR_SET_DUMPABLE, 0); // where dumps go to a program, the limit says nothing
+        limit(RLIMIT_AS, maxAddressSpace);
+        forbidOtherPrograms();
+    }
 }
 
 } // namespace Clipboard
