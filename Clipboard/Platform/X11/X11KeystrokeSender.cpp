@@ -54,7 +54,7 @@ void X11KeystrokeSender::sendPaste(std::function<void()> done)
             if (self)
                 go();
         };
-        QMetaObject::invokeMethod(qApp, goOn, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(QCoreApplication::instance(), goOn, Qt::QueuedConnection);
     });
 }
 
