@@ -20,10 +20,10 @@ namespace {
 QString highlighted(const PanelFixture& f)
 {
     const auto rows = f.view()->findChildren<CommandRow*>();
-    for (qsizetype i = 0; i < rows.size(); ++i) {
-        const QPoint inside = rows.at(i)->mapTo(f.view(), QPoint(4, CommandRow::height / 2));
-        if (!rows.at(i)->visibleRegion().isEmpty() && f.colorAt(inside) == QColor(Theme::rowSel))
-            return rows.at(i)->text();
+    for (const CommandRow* row : rows) {
+        const QPoint inside = row->mapTo(f.view(), QPoint(4, CommandRow::height / 2));
+        if (!row->visibleRegion().isEmpty() && f.colorAt(inside) == QColor(Theme::rowSel))
+            return row->text();
     }
     return {};
 }

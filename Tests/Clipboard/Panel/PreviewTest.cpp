@@ -20,6 +20,9 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 
+#include <algorithm>
+#include <utility>
+
 using namespace Clipboard;
 using namespace Clipboard::Testing;
 using namespace Qt::StringLiterals;
@@ -407,12 +410,13 @@ void PreviewTest::markedTextIsCopied()
     f.fill({f.item(type, content)});
     QVERIFY(f.open());
     // All that can be marked, one after the other: the last counts, and of several that is the first one here.
-    const auto blocks = shownBlocks(*f.view()->findChild<PreviewBody*>());
-    for (auto block = blocks.crbegin(); block != blocks.crend(); ++block) {
-        const QPoint end((*block)->width() - 1, (*block)->height() - 2);
-        QTest::mousePress(*block, Qt::LeftButton, {}, {0, 2});
-        QTest::mouseMove(*block, end);
-        QTest::mouseRelease(*block, Qt::LeftButton, {}, end);
+    auto blocks = shownBlocks(*f.view()->findChild<PreviewBody*>());
+    std::reverse(blocks.begin(), blocks.end());
+    for (auto* block : std::as_const(blocks)) {
+        const QPoint end(block->width() - 1, block->height() - 2);
+        QTest::mousePress(block, Qt::LeftButton, {}, {0, 2});
+        QTest::mouseMove(block, end);
+        QTest::mouseRelease(block, Qt::LeftButton, {}, end);
     }
     f.press(Qt::Key_C, Qt::ControlModifier);
     QCOMPARE(QGuiApplication::clipboard()->text(), content);
