@@ -179,9 +179,9 @@ private:
     QByteArray m_text;
 };
 
-/// The text of the title element whose start tag ends within `source`. Markup in it is text, as in every browser:
-/// "List<int>" is a title.
-std::optional<QString> titleText(const QByteArray& source)
+/// What stands in the title element whose start tag ends within `source`; nothing when the element does not end. Markup
+/// in it is text, as in every browser: "List<int>" is a title.
+std::optional<QByteArray> titleSource(const QByteArray& source)
 {
     const qsizetype start = source.indexOf('>') + 1;
     const QByteArray text = source.mid(start);
@@ -190,7 +190,7 @@ std::optional<QString> titleText(const QByteArray& source)
     for (qsizetype at = lower.indexOf(endTag); at >= 0; at = lower.indexOf(endTag, at + 1)) {
         const QByteArray follows = lower.mid(at + endTag.size(), 1);
         if (!follows.isEmpty() && QByteArray("> /\t\n\r\f").contains(follows))
-            return AttributeText::tidied(text.first(at));
+            return text.first(at);
     }
     return {};
 }
@@ -211,9 +211,14 @@ private:
     {
         if (m_apart == 0) {
             m_headIsOver |= startsBody(tag.name());
-            if (tag.name() == "title" && !m_head.title)
-                m_head.title = titleText(rest());
-            else if (tag.name() == "meta" && !m_head.ogTitle && namesOgTitle(tag))
+            if (tag.name() == "title") {
+                const auto source = titleSource(rest());
+                if (!source)
+                    return stop(); // all that follows is its text
+                if (!m_head.title)
+                    m_head.title = AttributeText::tidied(*source);
+            }
+            if (tag.name() == "meta" && !m_head.ogTitle && namesOgTitle(tag))
                 m_head.ogTitle = tidiedTitle(QString::fromUtf8(tag.attribute("content")));
         }
         if (isApart(tag.name()))
