@@ -113,9 +113,21 @@ void StatusItem::setHighlighted(bool highlighted)
     m_icon.setIcon(trayIcon(highlighted));
 }
 
-void StatusItem::setNotice(const QString& notice)
+void StatusItem::setNotices(const QStringList& notices)
 {
-    m_icon.setToolTip(u"Tessaly\n"_s + notice);
+    m_icon.setToolTip((QStringList(u"Tessaly"_s) + notices).join(u'\n'));
+    qDeleteAll(std::exchange(m_noticeActions, {}));
+    if (notices.isEmpty())
+        return;
+    QAction* first = m_menu->actions().first();
+    for (const QString& notice : notices) {
+        auto* action = new QAction(notice, m_menu.get());
+        action->setData(u"warn"_s);
+        connect(action, &QAction::triggered, this, [this, notice] { emit noticeChosen(notice); });
+        m_noticeActions.append(action);
+    }
+    m_menu->insertActions(first, m_noticeActions);
+    m_noticeActions.append(m_menu->insertSeparator(first));
 }
 
 std::optional<QRect> StatusItem::geometry() const

@@ -2,10 +2,12 @@
 
 #include "LoginItem.h"
 
+#include <QList>
 #include <QObject>
 #include <QPointer>
 #include <QRect>
 #include <QString>
+#include <QStringList>
 #include <QSystemTrayIcon>
 
 #include <memory>
@@ -29,8 +31,8 @@ public:
     void show();
     /// Shows that the panel is open.
     void setHighlighted(bool highlighted);
-    /// A second line of the tooltip: why the hot key does not work.
-    void setNotice(const QString& notice);
+    /// What does not work, and why: further lines of the tooltip, and items on top of the menu.
+    void setNotices(const QStringList& notices);
     /// In global coordinates; nothing when the tray does not tell.
     [[nodiscard]] std::optional<QRect> geometry() const;
 
@@ -41,6 +43,8 @@ signals:
     void clearHistoryChosen();
     void aboutChosen();
     void quitChosen();
+    /// The menu may have had room for its beginning only.
+    void noticeChosen(const QString& notice);
 
 private:
     void buildMenu(bool composited);
@@ -49,6 +53,7 @@ private:
     LoginItem m_loginItem;
     std::unique_ptr<QMenu> m_menu;
     QAction* m_launchAtLogin = nullptr;
+    QList<QAction*> m_noticeActions;
     QSystemTrayIcon m_icon;
 };
 

@@ -66,6 +66,7 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
 {
     m_housekeeping.setMaxThreadCount(1);
     ImageBlobs::sweepOrphans(m_imagesDir, m_store.items(), m_housekeeping);
+    connectNotices();
     connectHistory();
     m_watcher.start();
     connectPanel();
@@ -79,6 +80,16 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
 StatusItemController::~StatusItemController()
 {
     m_housekeeping.waitForDone();
+}
+
+void StatusItemController::connectNotices()
+{
+    connect(&m_notices, &ServiceNotices::changed, this, [this] {
+        m_statusItem.setNotices(m_notices.texts());
+        m_viewModel.setNotice(m_notices.text());
+    });
+    connect(&m_statusItem, &StatusItem::noticeChosen, this, [this](const QString& text) { m_toasts.show(text); });
+    connect(&m_panel, &FloatingPanel::closed, &m_notices, &ServiceNotices::markSeen);
 }
 
 void StatusItemController::connectHistory()
@@ -129,7 +140,7 @@ void StatusItemController::grabHotKey()
 {
     const auto unavailable = [this](const QString& reason) {
         qWarning("%s", qPrintable(reason));
-        m_statusItem.setNotice(reason);
+        m_notices.raise(u"hot-key"_s, reason);
         m_toasts.show(reason);
     };
     m_hotKey = std::make_unique<GlobalHotKey>(

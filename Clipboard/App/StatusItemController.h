@@ -9,6 +9,7 @@
 #include "PasteService.h"
 #include "PasteboardWatcher.h"
 #include "PlatformLoader.h"
+#include "ServiceNotices.h"
 #include "SmartActionRunner.h"
 #include "StatusItem.h"
 #include "Thumbs.h"
@@ -46,6 +47,7 @@ public:
     void flush();
 
 private:
+    void connectNotices();
     void connectHistory();
     void connectPanel();
     void connectEditor();
@@ -58,6 +60,7 @@ private:
     QString m_imagesDir;
     IconCache m_icons;
     Thumbs m_thumbs;
+    ServiceNotices m_notices;
     ToastPresenter m_toasts;
     PasteService m_pasteService;
     ClipboardCore::JSONHistoryStore m_store;

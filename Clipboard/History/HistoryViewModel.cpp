@@ -161,6 +161,13 @@ void HistoryViewModel::setQrPreview(const QImage& image)
     emit qrPreviewChanged();
 }
 
+void HistoryViewModel::setNotice(const QString& notice)
+{
+    assertMainThread();
+    m_notice = notice;
+    emit noticeChanged();
+}
+
 void HistoryViewModel::panelWillShow(std::optional<QUuid> selecting)
 {
     assertMainThread();

@@ -72,6 +72,8 @@ public:
     [[nodiscard]] bool cmdkOpen() const { return m_cmdkOpen; }
     [[nodiscard]] int cmdkIndex() const { return m_cmdkIndex; }
     [[nodiscard]] const QString& cmdkQuery() const { return m_cmdkQuery; }
+    /// What the user has to know of the program itself; empty for nothing (ServiceNotices).
+    [[nodiscard]] const QString& notice() const { return m_notice; }
 
     // Setters that views use; each brings the rest of the state in line.
     void setQuery(const QString& query);
@@ -81,6 +83,7 @@ public:
     void setCmdkOpen(bool open);
     void setCmdkIndex(int index);
     void setCmdkQuery(const QString& query);
+    void setNotice(const QString& notice);
 
     // Plain members, set by the composition root and the panel view.
     /// Frames of the focusable elements on screen, in panel coordinates.
@@ -148,6 +151,7 @@ signals:
     void cmdkOpenChanged();
     void cmdkIndexChanged();
     void cmdkQueryChanged();
+    void noticeChanged();
 
 private:
     void assignSelection(std::optional<QUuid> id);
@@ -195,6 +199,7 @@ private:
     bool m_cmdkOpen = false;
     int m_cmdkIndex = 0;
     QString m_cmdkQuery;
+    QString m_notice;
 };
 
 } // namespace Clipboard

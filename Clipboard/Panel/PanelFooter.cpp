@@ -3,7 +3,7 @@
 #include "Accessibility.h"
 #include "Hint.h"
 #include "Painting.h"
-#include "Theme.h"
+#include "TintedIcon.h"
 
 #include <QPainter>
 
@@ -21,7 +21,18 @@ PanelFooter::PanelFooter(QWidget* parent)
 void PanelFooter::setCount(qsizetype count)
 {
     m_count = count;
-    setAccessibleName(countText());
+    updateName();
+}
+
+void PanelFooter::setNotice(const QString& notice)
+{
+    m_notice = notice;
+    updateName();
+}
+
+void PanelFooter::updateName()
+{
+    setAccessibleName(m_notice.isEmpty() ? countText() : m_notice + u' ' + countText());
     update();
 }
 
@@ -33,16 +44,32 @@ QString PanelFooter::countText() const
 void PanelFooter::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
-    const QRectF band(rect());
-    const QColor color = m_count > 0 ? Theme::text2 : Theme::text3;
-    const KeyCap::Look& cap = m_count > 0 ? KeyCap::normal : KeyCap::off;
     const QString count = countText();
     const qreal countWidth = Fonts::width(Fonts::caption, count);
-    paintHints(painter, band.adjusted(Theme::margin, 0, -2 * Theme::margin - countWidth, 0),
+    const QRectF left = QRectF(rect()).adjusted(Theme::margin, 0, -2 * Theme::margin - countWidth, 0);
+    if (m_notice.isEmpty())
+        paintKeys(painter, left);
+    else
+        paintNotice(painter, left);
+    const QRectF countBox(left.right() + Theme::margin - 1, left.y(), countWidth + 1, left.height());
+    Painting::textLine(painter, countBox, Fonts::caption, m_count > 0 ? Theme::text2 : Theme::text3, count,
+                       Qt::AlignRight);
+}
+
+void PanelFooter::paintKeys(QPainter& painter, const QRectF& band) const
+{
+    const QColor color = m_count > 0 ? Theme::text2 : Theme::text3;
+    const KeyCap::Look& cap = m_count > 0 ? KeyCap::normal : KeyCap::off;
+    paintHints(painter, band,
                {{u"↑↓"_s, tr("Navigate")}, {u"⏎"_s, tr("Paste")}, {tr("⌘K"), tr("Actions")}, {tr("⌘⌫"), tr("Delete")}},
                cap, color);
-    const QRectF countBox(band.right() - Theme::margin - countWidth - 1, band.y(), countWidth + 1, band.height());
-    Painting::textLine(painter, countBox, Fonts::caption, color, count, Qt::AlignRight);
+}
+
+void PanelFooter::paintNotice(QPainter& painter, const QRectF& band) const
+{
+    constexpr int sign = 16;
+    drawIcon(painter, {band.x(), band.center().y() - sign / 2.0, sign, sign}, {"warn"_L1, sign, Theme::warning});
+    Painting::textLine(painter, band.adjusted(sign + Theme::spacing, 0, 0, 0), Fonts::caption, Theme::text2, m_notice);
 }
 
 } // namespace Clipboard

@@ -70,6 +70,7 @@ void PanelView::connectViewModel()
     connect(model, &HistoryViewModel::cmdkQueryChanged, this, [this] { changed(sheet); });
     connect(model, &HistoryViewModel::focusTokenChanged, this, [this] { changed(keyboard); });
     connect(model, &HistoryViewModel::qrPreviewChanged, this, [this] { changed(selection); });
+    connect(model, &HistoryViewModel::noticeChanged, this, [this] { changed(notice); });
     connect(m_preview, &PreviewPane::framesChanged, this, [this] { changed(places); });
 }
 
@@ -98,6 +99,8 @@ void PanelView::sync()
     m_preview->syncFocus();
     if (what & state)
         m_list->refreshRows();
+    if (what & notice)
+        m_footer->setNotice(m_viewModel.notice());
     if (what & sheet)
         m_sheet->sync();
     if (what & keyboard)

@@ -59,7 +59,8 @@ private:
         keyboard = 8,
         sheet = 16,
         places = 32,
-        everything = 63
+        notice = 64,
+        everything = 127
     };
     void connectViewModel();
     void changed(unsigned what);

@@ -110,6 +110,10 @@ void DarkMenu::paintItem(QPainter& painter, const QRectF& item, const QAction& a
         drawIcon(painter, QRectF(content.left(), content.top(), checkSize, content.height()),
                  {QLatin1String("check"), checkSize, Theme::accent, checkStroke});
     }
+    if (const QByteArray sign = action.data().toByteArray(); !sign.isEmpty()) {
+        drawIcon(painter, QRectF(content.left(), content.top(), checkSize, content.height()),
+                 {QLatin1String(sign), checkSize, Theme::warning});
+    }
     const QString keys = action.shortcut().toString(QKeySequence::NativeText);
     const qreal keysWidth = keys.isEmpty() ? 0 : Fonts::width(Fonts::caption, keys) + 1;
     const QRectF keysBox(content.right() - keysWidth, content.top(), keysWidth, content.height());

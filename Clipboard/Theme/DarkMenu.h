@@ -5,7 +5,7 @@
 namespace Clipboard {
 
 /// A menu drawn in the program's own style, whatever style the desktop has. Separators, check marks and the texts of
-/// shortcuts are drawn; icons and submenus are not supported.
+/// shortcuts are drawn, and the drawing that an action's data names, as a warning; submenus are not supported.
 class DarkMenu final : public QMenu
 {
     Q_OBJECT

@@ -3,6 +3,7 @@
 #include "Fakes.h"
 #include "FloatingPanel.h"
 #include "History/JSONHistoryStore.h"
+#include "PanelFooter.h"
 #include "ToastPresenter.h"
 #include "ToastView.h"
 
@@ -126,6 +127,9 @@ void StatusItemControllerTest::tellsWhyTheHotKeyFails()
     const Fixture f({}, reason);
     QVERIFY(ToastPresenter::shared().current());
     QCOMPARE(ToastPresenter::shared().current()->text(), reason);
+    f.controller->show();
+    const auto* footer = Fixture::window<FloatingPanel>()->findChild<PanelFooter*>();
+    QVERIFY2(footer->accessibleName().startsWith(reason), qPrintable(footer->accessibleName()));
 }
 
 void StatusItemControllerTest::pastesWithoutCapturingIt()
