@@ -95,6 +95,7 @@ void StatusItemController::connectNotices()
 void StatusItemController::connectHistory()
 {
     m_watcher.onChange = [this] { m_viewModel.refresh(); };
+    m_watcher.onPicture = [this](const QString& path) { m_thumbs.prepare(path); };
     m_viewModel.markOwnChange = [this] { m_watcher.markOwnChange(); };
     m_viewModel.onRequestClose = [this] { m_panel.dismiss(); };
 }

@@ -141,6 +141,8 @@ void PasteboardWatcher::convertPicture(const QByteArray& picture, const Capture&
         if (mayRetry && !QFile::exists(*path))
             return convertPicture(picture, capture, false);
         store(makeItem(ClipType::image, *path, capture));
+        if (onPicture)
+            onPicture(*path);
     };
     runOffMainThread(m_pictures, this, write, done);
 }

@@ -42,6 +42,8 @@ public:
 
     /// Called after an entry was stored.
     std::function<void()> onChange;
+    /// Called after a picture's entry was stored, with the path of its file.
+    std::function<void(const QString& path)> onPicture;
 
 private:
     /// What is noted of a copy at the moment it is seen.

@@ -125,7 +125,7 @@ void SmartActionRunner::copyFileToDesktop(const QString& path)
 
 void SmartActionRunner::recognizeText(const QString& path, HistoryViewModel& viewModel)
 {
-    if (!PictureReading::announcesPicture(path)) {
+    if (PictureReading::announcedSize(path).isEmpty()) {
         m_services.toast(Notice::tr("Couldn't load image"));
         return;
     }

@@ -2,17 +2,15 @@
 
 #include "PictureTranscoder.h"
 #include "PrivateFolder.h"
+#include "ThumbFiles.h"
+#include "WholeFile.h"
 
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QSet>
-#include <QTemporaryFile>
 #include <QThreadPool>
-
-#include <cstdio>
-#include <unistd.h>
 
 namespace Clipboard {
 
@@ -31,18 +29,6 @@ void markAsNew(const QString& path)
     QFile file(path);
     if (file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly))
         file.setFileTime(QDateTime::currentDateTime(), QFileDevice::FileModificationTime);
-}
-
-/// Under a temporary name first, so that the final name never stands for half a picture, whatever happens meanwhile.
-/// The temporary name ends like a picture's: one that a crash leaves behind is swept as an orphan.
-bool writeWhole(const QString& target, const QByteArray& bytes)
-{
-    QTemporaryFile file(QFileInfo(target).path() + u"/incoming-XXXXXX.png"_s);
-    if (!file.open() || file.write(bytes) != bytes.size() || !file.flush() || ::fsync(file.handle()) != 0 ||
-        ::rename(QFile::encodeName(file.fileName()).constData(), QFile::encodeName(target).constData()) != 0)
-        return false;
-    file.setAutoRemove(false);
-    return true;
 }
 
 std::optional<QString> store(const std::optional<QByteArray>& png, const QString& dir)
@@ -85,7 +71,10 @@ std::optional<QString> ImageBlobs::write(const QByteArray& picture, const QStrin
 
 std::optional<QString> ImageBlobs::write(const QImage& picture, const QString& dir)
 {
-    return store(PictureTranscoder::toPNG(picture), dir);
+    auto path = store(PictureTranscoder::toPNG(picture), dir);
+    if (path)
+        ThumbFiles::make(*path, picture);
+    return path;
 }
 
 QString ImageBlobs::filename(const QByteArray& png)
@@ -96,8 +85,11 @@ QString ImageBlobs::filename(const QByteArray& png)
 void ImageBlobs::release(const QList<ClipItem>& items)
 {
     for (const ClipItem& item : items) {
-        if (item.type == ClipType::image)
-            QFile::remove(item.content.toString());
+        if (item.type != ClipType::image)
+            continue;
+        const QString picture = item.content.toString();
+        QFile::remove(picture);
+        ThumbFiles::remove(picture);
     }
 }
 
@@ -108,7 +100,10 @@ void ImageBlobs::sweepOrphans(const QString& dir, const QList<ClipItem>& items, 
         if (item.type == ClipType::image)
             referenced.insert(fileNameOf(item));
     }
-    pool.start([dir, referenced] { removeOrphans(dir, referenced); });
+    pool.start([dir, referenced] {
+        removeOrphans(dir, referenced);
+        removeOrphans(ThumbFiles::folderIn(dir), referenced);
+    });
 }
 
 } // namespace Clipboard

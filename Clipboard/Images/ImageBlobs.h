@@ -21,17 +21,18 @@ namespace Clipboard::ImageBlobs {
 /// not written again. Takes its time: never on the main thread.
 [[nodiscard]] std::optional<QString> write(const QByteArray& picture, const QString& dir);
 
-/// Stores pixels in the same way. Nothing but them and their colour space is written.
+/// Stores pixels in the same way, and their small copy. Nothing but them and their colour space is written.
 [[nodiscard]] std::optional<QString> write(const QImage& picture, const QString& dir);
 
 /// 64 lower-case hexadecimal digits of the SHA-256 of `png`, and ".png".
 [[nodiscard]] QString filename(const QByteArray& png);
 
-/// Deletes the files of the picture entries among `items`. Entries of other types are left alone.
+/// Deletes the files of the picture entries among `items`, and their small copies. Entries of other types are left
+/// alone.
 void release(const QList<ClipboardCore::ClipItem>& items);
 
-/// Deletes, on the pool, the PNG files in `dir` that no entry refers to. Files younger than a minute stay: their entry
-/// may be about to be stored.
+/// Deletes, on the pool, the PNG files in `dir` that no entry refers to, and the small copies of such. Files younger
+/// than a minute stay: their entry may be about to be stored.
 void sweepOrphans(const QString& dir, const QList<ClipboardCore::ClipItem>& items, QThreadPool& pool);
 
 } // namespace Clipboard::ImageBlobs

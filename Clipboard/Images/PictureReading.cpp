@@ -4,6 +4,8 @@
 #include <QColorSpace>
 #include <QImageReader>
 
+#include <algorithm>
+
 namespace Clipboard {
 
 namespace {
@@ -13,6 +15,13 @@ constexpr qint64 bytesPerPixel = 8; // at most: 16 bits for each of four channel
 bool isWithinBounds(QSize size)
 {
     return !size.isEmpty() && qint64{size.width()} * size.height() * bytesPerPixel <= PictureReading::maxDecodedBytes;
+}
+
+QSize fitted(QSize size, int maxPixel)
+{
+    if (std::max(size.width(), size.height()) <= maxPixel)
+        return size;
+    return size.scaled(maxPixel, maxPixel, Qt::KeepAspectRatio).expandedTo({1, 1});
 }
 
 QImage readUpright(QImageReader& reader, int maxPixel)
@@ -28,8 +37,8 @@ QImage readUpright(QImageReader& reader, int maxPixel)
     const QSize size = reader.size();
     if (!isWithinBounds(size))
         return {};
-    if (maxPixel > 0 && std::max(size.width(), size.height()) > maxPixel)
-        reader.setScaledSize(size.scaled(maxPixel, maxPixel, Qt::KeepAspectRatio).expandedTo({1, 1}));
+    if (maxPixel > 0)
+        reader.setScaledSize(fitted(size, maxPixel));
     return reader.read();
 }
 
@@ -41,9 +50,16 @@ QImage PictureReading::readFile(const QString& path, int maxPixel)
     return readUpright(reader, maxPixel);
 }
 
-bool PictureReading::announcesPicture(const QString& path)
+QSize PictureReading::announcedSize(const QString& path)
 {
-    return isWithinBounds(QImageReader(path).size());
+    const QSize size = QImageReader(path).size();
+    return isWithinBounds(size) ? size : QSize();
+}
+
+QImage PictureReading::scaledDown(const QImage& image, int maxPixel)
+{
+    const QSize size = fitted(image.size(), maxPixel);
+    return size == image.size() ? image : image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 QImage PictureReading::readTIFF(const QByteArray& tiff)

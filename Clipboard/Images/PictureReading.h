@@ -2,9 +2,10 @@
 
 #include <QByteArray>
 #include <QImage>
+#include <QSize>
 #include <QString>
 
-/// Encoded pictures as pixels. Never on the main thread, but for announcesPicture().
+/// Encoded pictures as pixels. Never on the main thread, but for announcedSize().
 namespace Clipboard::PictureReading {
 
 /// The most a picture may take once decoded. A few kilobytes can announce gigabytes of pixels, so the announced size is
@@ -15,8 +16,12 @@ inline constexpr qsizetype maxDecodedBytes = qsizetype{512} * 1024 * 1024;
 /// `maxPixel` it is scaled down until its larger side fits.
 [[nodiscard]] QImage readFile(const QString& path, int maxPixel = 0);
 
-/// True when the file's header announces a picture that readFile() would try to decode. Reads no more than the header.
-[[nodiscard]] bool announcesPicture(const QString& path);
+/// The size in pixels that the file's header announces, before it is turned upright; empty when that is no picture that
+/// readFile() would try to decode. Reads no more than the header.
+[[nodiscard]] QSize announcedSize(const QString& path);
+
+/// The picture with its larger side at most `maxPixel` pixels; as it is when that fits already.
+[[nodiscard]] QImage scaledDown(const QImage& image, int maxPixel);
 
 /// The first picture of a TIFF, upright, in sRGB; null as above.
 [[nodiscard]] QImage readTIFF(const QByteArray& tiff);

@@ -140,12 +140,16 @@ void ImageBlobsTest::sweepsOldOrphansOnly()
     QFETCH(int, age);
     QFETCH(bool, swept);
     const QTemporaryDir dir;
+    QVERIFY(QDir(dir.path()).mkdir(u"thumbnails"_s));
+    const QString smallCopy = dir.filePath(u"thumbnails/"_s + name);
     makeFile(dir.filePath(name), age);
+    makeFile(smallCopy, age);
     QThreadPool pool;
     // Only the name counts: the folder may have moved with the user's home.
     ImageBlobs::sweepOrphans(dir.path(), {item(ClipType::image, u"/old/home/images/kept.png"_s)}, pool);
     QVERIFY(pool.waitForDone(5000));
     QCOMPARE(QFile::exists(dir.filePath(name)), !swept);
+    QCOMPARE(QFile::exists(smallCopy), !swept);
 }
 
 QTEST_GUILESS_MAIN(ImageBlobsTest)

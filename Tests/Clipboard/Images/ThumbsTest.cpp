@@ -1,8 +1,11 @@
 #include "Thumbs.h"
 #include "FakeWorkspace.h"
 #include "IconCache.h"
+#include "ImageBlobs.h"
 #include "ImageDimensions.h"
+#include "ThumbFiles.h"
 
+#include <QFileInfo>
 #include <QImage>
 #include <QPixmap>
 #include <QSignalSpy>
@@ -21,6 +24,10 @@ private slots:
     void keepsSizesApart();
     void turnsPicturesUpright();
     void forgetsFailuresWhenTold();
+    void smallCopyStandsForThePicture_data();
+    void smallCopyStandsForThePicture();
+    void smallCopyGoesWithItsPicture();
+    void readsWhatWasAskedForLastFirst();
     void survivesItsEndWhileLoading();
     void asksForEachIconOnce();
     void labelsMissingPicturesOnce();
@@ -107,6 +114,71 @@ void ThumbsTest::forgetsFailuresWhenTold()
     QCOMPARE(loaded(thumbs, path, 50).phase, Thumbs::Phase::unavailable);
     thumbs.forgetFailures();
     QCOMPARE(loaded(thumbs, path, 50).phase, Thumbs::Phase::loaded);
+}
+
+void ThumbsTest::smallCopyStandsForThePicture_data()
+{
+    QTest::addColumn<QSize>("copy");
+    QTest::addColumn<QColor>("shown");
+
+    QTest::newRow("at hand") << QSize(696, 348) << QColor(Qt::blue);
+    QTest::newRow("damaged") << QSize() << QColor(Qt::red);
+    QTest::newRow("of another size") << QSize(100, 50) << QColor(Qt::red);
+}
+
+void ThumbsTest::smallCopyStandsForThePicture()
+{
+    QFETCH(QSize, copy);
+    QFETCH(QColor, shown);
+    QImage image(1000, 500, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    const QString path = ImageBlobs::write(image, m_folder.filePath(u"images"_s)).value_or(QString());
+    const QString copyPath = ThumbFiles::path(path);
+    QVERIFY(QFile::exists(copyPath));
+    QImage other(copy.isValid() ? copy : QSize(1, 1), QImage::Format_RGB32);
+    other.fill(Qt::blue);
+    QVERIFY(other.save(copyPath, "png"));
+    if (!copy.isValid())
+        QVERIFY(QFile::resize(copyPath, 40));
+    Thumbs thumbs;
+    const Thumbs::Thumb preview = loaded(thumbs, path, 348);
+    QCOMPARE(preview.image.size(), QSize(348, 174));
+    QCOMPARE(preview.image.pixelColor(9, 9), shown);
+    QCOMPARE(QImage(copyPath).size(), QSize(696, 348));                          // made again where it was no good
+    QCOMPARE(loaded(thumbs, path, 870).image.pixelColor(9, 9), QColor(Qt::red)); // more than the copy has
+}
+
+void ThumbsTest::smallCopyGoesWithItsPicture()
+{
+    const QString large = picture(u"0123456789abcdef"_s.repeated(4) + u".png"_s, {1000, 500});
+    const QString foreign = picture(u"holiday.png"_s, {1000, 500});
+    Thumbs thumbs;
+    thumbs.prepare(large);
+    Q_UNUSED(loaded(thumbs, foreign, 56))
+    QTRY_VERIFY(QFile::exists(ThumbFiles::path(large)));
+    QVERIFY(!QFile::exists(ThumbFiles::path(foreign))); // its folder is not ours
+    const auto others = QFile::ReadGroup | QFile::ReadOther;
+    QVERIFY(!(QFile::permissions(ThumbFiles::path(large)) & others));
+    QVERIFY(!(QFile::permissions(QFileInfo(ThumbFiles::path(large)).path()) & others));
+    ImageBlobs::release({{QUuid::createUuid(), ClipboardCore::ClipType::image, large, {}, {}, 0, false}});
+    QVERIFY(!QFile::exists(ThumbFiles::path(large)));
+    QCOMPARE(loaded(thumbs, large, 56).phase, Thumbs::Phase::unavailable);
+}
+
+void ThumbsTest::readsWhatWasAskedForLastFirst()
+{
+    Thumbs thumbs;
+    QStringList order;
+    connect(&thumbs, &Thumbs::finished, this, [&](const QString& path, int maxPixel) {
+        order.append(QFileInfo(path).baseName() + u'@' + QString::number(maxPixel));
+    });
+    for (int i = 0; i < 30; ++i)
+        Q_UNUSED(thumbs.thumb(picture(u"%1.png"_s.arg(i), {60, 60}), 28))
+    Q_UNUSED(thumbs.thumb(m_folder.filePath(u"20.png"_s), 40)) // the preview, and its row after it
+    Q_UNUSED(thumbs.thumb(m_folder.filePath(u"29.png"_s), 28))
+    QTRY_COMPARE(order.size(), 18);
+    QCOMPARE(order.first(4), (QStringList{u"0@28"_s, u"20@40"_s, u"20@28"_s, u"29@28"_s}));
+    QCOMPARE(order.last(), u"14@28"_s); // what was asked for before that is not on the screen any more
 }
 
 void ThumbsTest::survivesItsEndWhileLoading()

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace Clipboard {
+
+/// Writes a picture file under a temporary name first, so that the final name never stands for half a picture, whatever
+/// happens meanwhile. The temporary name ends like a picture's: one that a crash leaves behind is swept as an orphan.
+/// False when it cannot be written. The file is readable by its owner alone.
+bool writeWhole(const QString& target, const QByteArray& bytes);
+
+} // namespace Clipboard
