@@ -1,160 +1,115 @@
 #include "Support/Graphemes.h"
 
+#include "Support/GraphemeClass.h"
 #include "Support/Utf8.h"
 
-#include <QTextBoundaryFinder>
-
-#include <algorithm>
 #include <limits>
 
 namespace ClipboardCore::Graphemes {
 
 namespace {
 
-constexpr char32_t joiner = 0x200D;
+using Class = GraphemeClass;
 
-struct Extent
+bool isControl(Class c)
 {
-    qsizetype characters = 0;
-    qsizetype units = 0;
+    return c == Class::control || c == Class::carriageReturn || c == Class::lineFeed;
+}
+
+/// Whether a syllable of Hangul goes on (UAX #29, rules GB6 to GB8).
+bool joinsHangul(Class before, Class after)
+{
+    switch (before) {
+    case Class::hangulLead:
+        return after == Class::hangulLead || after == Class::hangulVowel || after == Class::hangulOpenSyllable ||
+               after == Class::hangulClosedSyllable;
+    case Class::hangulVowel:
+    case Class::hangulOpenSyllable:
+        return after == Class::hangulVowel || after == Class::hangulTail;
+    case Class::hangulTail:
+    case Class::hangulClosedSyllable:
+        return after == Class::hangulTail;
+    default:
+        return false;
+    }
+}
+
+/// The rules that two neighbours decide on their own (GB3 to GB9b).
+bool joinsNeighbour(Class before, Class after)
+{
+    if (before == Class::carriageReturn && after == Class::lineFeed)
+        return true;
+    if (isControl(before) || isControl(after))
+        return false;
+    return after == Class::extend || after == Class::joiner || after == Class::spacingMark ||
+           before == Class::prepend || joinsHangul(before, after);
+}
+
+/// Walks over a text from its beginning and tells where characters begin.
+class Walk
+{
+public:
+    /// Takes the next code point and answers whether it begins a character.
+    bool takeBeginning(char32_t codePoint)
+    {
+        const int units = QChar::requiresSurrogates(codePoint) ? 2 : 1;
+        const Class next = graphemeClass(codePoint);
+        const bool begins = !joins(next) || m_units + units > longestCharacter;
+        m_units = begins ? units : m_units + units;
+        m_endsOddFlag = next == Class::regionalIndicator && (begins || !m_endsOddFlag);
+        m_isJoinedPicture = m_isPicture && next == Class::joiner;
+        m_isPicture = next == Class::picture || (m_isPicture && next == Class::extend);
+        m_last = next;
+        return begins;
+    }
+
+private:
+    [[nodiscard]] bool joins(Class next) const
+    {
+        return joinsNeighbour(m_last, next) || (m_isJoinedPicture && next == Class::picture) || // GB11
+               (m_endsOddFlag && next == Class::regionalIndicator);                             // GB12, GB13
+    }
+
+    Class m_last = Class::control;
+    qsizetype m_units = 0;          // of the character so far
+    bool m_isPicture = false;       // with marks on it
+    bool m_isJoinedPicture = false; // with a joiner behind those
+    bool m_endsOddFlag = false;     // half a flag
 };
 
-/// The length of a first character that is longer than `longestCharacter`, cut between code points.
-qsizetype cutLength(QStringView text)
+Utf8::CodePoint decode(QByteArrayView text, qsizetype at)
 {
-    const bool splitsPair = text[longestCharacter - 1].isHighSurrogate() && text[longestCharacter].isLowSurrogate();
-    return splitsPair ? longestCharacter - 1 : longestCharacter;
+    return Utf8::decode(text, at);
 }
 
-char32_t codePointBefore(QStringView text, qsizetype end)
+Utf8::CodePoint decode(QStringView text, qsizetype at)
 {
-    const bool isPair = end >= 2 && text[end - 1].isLowSurrogate() && text[end - 2].isHighSurrogate();
-    return isPair ? QChar::surrogateToUcs4(text[end - 2], text[end - 1]) : text[end - 1].unicode();
+    const bool isPair = text[at].isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate();
+    if (isPair)
+        return {QChar::surrogateToUcs4(text[at], text[at + 1]), 2};
+    return {text[at].unicode(), 1};
 }
 
-bool isRegionalIndicator(char32_t codePoint)
+/// Where the first `count` characters end.
+template <typename View>
+qsizetype endOf(View text, qsizetype count)
 {
-    return codePoint >= 0x1F1E6 && codePoint <= 0x1F1FF;
-}
-
-/// The number of regional indicators, two of which are a flag, that end at `end`.
-qsizetype regionalIndicatorsBefore(QStringView text, qsizetype end)
-{
-    qsizetype count = 0;
-    while (end >= 2 && isRegionalIndicator(codePointBefore(text, end))) {
-        end -= 2;
-        ++count;
+    Walk walk;
+    qsizetype at = 0;
+    while (at < text.size()) {
+        const auto codePoint = decode(text, at);
+        if (walk.takeBeginning(codePoint.value) && --count < 0)
+            break;
+        at += codePoint.length;
     }
-    return count;
-}
-
-bool isSkinTone(char32_t codePoint)
-{
-    return codePoint >= 0x1F3FB && codePoint <= 0x1F3FF;
-}
-
-/// True when a picture, with the marks on it, ends at `end`: one that a joiner can tie to the next.
-bool isPictureBefore(QStringView text, qsizetype end)
-{
-    while (end > 0) {
-        const char32_t codePoint = codePointBefore(text, end);
-        const auto category = QChar::category(codePoint);
-        if (category != QChar::Mark_NonSpacing && !isSkinTone(codePoint))
-            return category == QChar::Symbol_Other;
-        end -= QChar::requiresSurrogates(codePoint) ? 2 : 1;
-    }
-    return false;
-}
-
-/// True for what belongs to the character before it, whatever that is but a control character.
-bool isExtending(char32_t codePoint)
-{
-    const auto category = QChar::category(codePoint);
-    // From Myanmar on, some spacing marks do stand alone.
-    const bool isMark = category == QChar::Mark_NonSpacing || category == QChar::Mark_Enclosing ||
-                        (category == QChar::Mark_SpacingCombining && codePoint < 0x1000);
-    return isMark || codePoint == joiner || isSkinTone(codePoint);
-}
-
-/// True when the boundary that the finder sees at `at`, which is inside the text, is none. From a letter of an Indic
-/// script up to the next letter of another one, Qt 6.4 takes every code unit for a character.
-bool isFalseBoundary(QStringView text, qsizetype at)
-{
-    if (text[at].isLowSurrogate() && text[at - 1].isHighSurrogate())
-        return true;
-    if (text[at] == u'\n' && text[at - 1] == u'\r')
-        return true;
-    const bool isPair = text[at].isHighSurrogate() && at + 1 < text.size();
-    const char32_t next = isPair ? QChar::surrogateToUcs4(text[at], text[at + 1]) : text[at].unicode();
-    const char32_t last = codePointBefore(text, at);
-    if (isRegionalIndicator(next))
-        return regionalIndicatorsBefore(text, at) % 2 != 0;
-    if (isExtending(next)) {
-        const auto before = QChar::category(last);
-        return before != QChar::Other_Control && before != QChar::Separator_Line &&
-               before != QChar::Separator_Paragraph;
-    }
-    return last == joiner && QChar::category(next) == QChar::Symbol_Other && isPictureBefore(text, at - 1);
-}
-
-/// The extent of the first `limit` characters. Text is segmented in windows, since the boundary finder analyses all of
-/// what it is given; each window begins at a boundary, so it sees what the rules look back at.
-Extent measure(QStringView text, qsizetype limit)
-{
-    constexpr qsizetype windowSize = 2 * longestCharacter;
-    Extent extent;
-    while (extent.characters < limit && extent.units < text.size()) {
-        const QStringView rest = text.sliced(extent.units);
-        QStringView window = rest.first(std::min(windowSize, rest.size()));
-        if (window.size() < rest.size() && window.back().isHighSurrogate())
-            window.chop(1);
-        const bool isLast = window.size() == rest.size();
-        QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, window);
-        qsizetype done = 0;
-        for (qsizetype next = finder.toNextBoundary(); next > 0 && extent.characters < limit;
-             next = finder.toNextBoundary()) {
-            if (next < window.size() && isFalseBoundary(window, next))
-                continue;
-            // The end of a window is a boundary for the finder, not for the text.
-            if (next - done > longestCharacter || (next == window.size() && !isLast))
-                break;
-            done = next;
-            ++extent.characters;
-        }
-        if (done == 0) {
-            done = cutLength(rest);
-            ++extent.characters;
-        }
-        extent.units += done;
-    }
-    return extent;
-}
-
-bool isPlain(QByteArrayView text)
-{
-    return Utf8::isASCII(text) && !text.contains('\r'); // CR LF is one character
-}
-
-bool isCRLF(QByteArrayView text, qsizetype at)
-{
-    return text[at] == '\r' && at + 1 < text.size() && text[at + 1] == '\n';
-}
-
-/// The end of the stretch that begins at `start`, where a character ends: between two signs of ASCII, or at the end.
-qsizetype stretchEnd(QByteArrayView text, qsizetype start)
-{
-    const auto isASCII = [text](qsizetype at) { return static_cast<unsigned char>(text[at]) < 0x80; };
-    qsizetype end = start + 1;
-    while (end < text.size() && !(isASCII(end - 1) && isASCII(end) && !isCRLF(text, end - 1)))
-        ++end;
-    return end;
+    return at;
 }
 
 } // namespace
 
 QStringView prefix(QStringView text, qsizetype count)
 {
-    return text.first(measure(text, count).units);
+    return text.first(endOf(text, count));
 }
 
 Prefix prefix(const Utf8Text& text, qsizetype count)
@@ -164,68 +119,42 @@ Prefix prefix(const Utf8Text& text, qsizetype count)
 
 Prefix prefixOfUtf8(QByteArrayView utf8, qsizetype count)
 {
-    // One more than asked for, so that what could still belong to the last character is seen.
-    const QByteArrayView plain = utf8.first(std::min(utf8.size(), count + 1));
-    if (isPlain(plain))
-        return {QString::fromLatin1(plain.first(std::min(plain.size(), count))), utf8.size() <= count};
-
-    for (qsizetype windowSize = 4 * (count + 1);; windowSize *= 4) {
-        const QByteArrayView window = Utf8::prefix(utf8, windowSize);
-        const QString text = Utf8::toString(window);
-        const QStringView found = prefix(QStringView(text), count);
-        const bool isWhole = window.size() == utf8.size();
-        if (isWhole || text.size() - found.size() > longestCharacter)
-            return {found.toString(), isWhole && found.size() == text.size()};
-    }
+    const qsizetype end = endOf(utf8, count);
+    return {Utf8::toString(utf8.first(end)), end == utf8.size()};
 }
 
 qsizetype count(QStringView text)
 {
-    return measure(text, std::numeric_limits<qsizetype>::max()).characters;
+    return countOfUtf8(text.toUtf8());
 }
 
 qsizetype countOfUtf8(QByteArrayView utf8)
 {
+    Walk walk;
     qsizetype characters = 0;
     for (qsizetype at = 0; at < utf8.size();) {
-        // The last sign may carry a mark, or be the first half of a line end.
-        const qsizetype plainEnd = at + std::max<qsizetype>(Utf8::asciiLength(utf8.sliced(at)) - 1, 0);
-        const QByteArrayView plain = utf8.sliced(at, plainEnd - at);
-        characters += plain.size() - plain.count("\r\n");
-        at = plainEnd;
-        if (at > 0 && isCRLF(utf8, at - 1)) {
-            // Counted with its carriage return.
-            ++at;
-            continue;
+        const auto codePoint = Utf8::decode(utf8, at);
+        characters += walk.takeBeginning(codePoint.value) ? 1 : 0;
+        at += codePoint.length;
+        // Between signs of ASCII only a line end of two holds together.
+        const QByteArrayView plain = utf8.sliced(at - codePoint.length);
+        const qsizetype more = Utf8::asciiLength(plain) - 1;
+        if (more > 0) {
+            characters += more - plain.first(more + 1).count("\r\n");
+            at += more;
+            walk.takeBeginning(static_cast<unsigned char>(utf8[at - 1]));
         }
-        const qsizetype end = stretchEnd(utf8, at);
-        characters += count(QStringView(Utf8::toString(utf8.sliced(at, end - at))));
-        at = end;
     }
     return characters;
 }
 
 bool standsAlone(QByteArrayView utf8, qsizetype at)
 {
-    if (isCRLF(utf8, at) || (at > 0 && isCRLF(utf8, at - 1)))
-        return false;
     // Whether an ASCII sign belongs to a neighbour depends on that neighbour alone.
-    const QByteArrayView before = at > 0 ? utf8.first(at).last(Utf8::decodeBefore(utf8, at).length) : QByteArrayView();
-    const QByteArrayView rest = utf8.sliced(at + 1);
-    const QByteArrayView after = rest.isEmpty() ? rest : rest.first(Utf8::decode(rest, 0).length);
-    if (before.size() <= 1 && after.size() <= 1)
-        return true;
-    // The finder would say the same, a hundred times slower.
-    const bool isControl = utf8[at] < ' ' || utf8[at] == '\x7F';
-    if (!after.isEmpty() && !isControl && isExtending(Utf8::decode(after, 0).value))
+    const Class sign = graphemeClass(static_cast<unsigned char>(utf8[at]));
+    if (at > 0 && joinsNeighbour(graphemeClass(Utf8::decodeBefore(utf8, at).value), sign))
         return false;
-    const QString around = Utf8::toString(before) + QLatin1Char(utf8[at]) + Utf8::toString(after);
-    const qsizetype start = Utf8::toString(before).size();
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, around);
-    finder.setPosition(start);
-    const bool startsHere = finder.isAtBoundary();
-    finder.setPosition(start + 1);
-    return startsHere && finder.isAtBoundary();
+    return at + 1 == utf8.size() || !joinsNeighbour(sign, graphemeClass(Utf8::decode(utf8, at + 1).value));
 }
 
 } // namespace ClipboardCore::Graphemes
