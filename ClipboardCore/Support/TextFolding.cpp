@@ -50,9 +50,11 @@ bool mayJoin(char32_t codePoint)
 
 QString decomposedWithoutDiacritics(const QString& text)
 {
-    QList<uint> kept = text.normalized(QString::NormalizationForm_D).toUcs4();
-    kept.removeIf([](uint codePoint) { return isDiacritic(codePoint); });
-    return QString::fromUcs4(reinterpret_cast<const char32_t*>(kept.constData()), kept.size());
+    QString kept;
+    for (const uint codePoint : text.normalized(QString::NormalizationForm_D).toUcs4())
+        if (!isDiacritic(codePoint))
+            kept.append(QChar::fromUcs4(codePoint));
+    return kept;
 }
 
 /// Full case folding of one code point. Qt's folds one by one; those that become several ("ß") do so as capitals too.
@@ -93,7 +95,8 @@ void Page::add(char32_t codePoint, size_t index)
 {
     Effect& effect = m_effects[index];
     if (!QChar::isSurrogate(codePoint)) {
-        const QString text = QString::fromUcs4(&codePoint, 1);
+        QString text; // QString::fromUcs4 would take U+FEFF for a byte order mark
+        text.append(QChar::fromUcs4(codePoint));
         const QString folded = decomposedWithoutDiacritics(caseFolded(decomposedWithoutDiacritics(text)))
                                    .normalized(QString::NormalizationForm_C);
         if (folded.isEmpty())

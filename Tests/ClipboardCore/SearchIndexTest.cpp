@@ -64,6 +64,8 @@ void SearchIndexTest::finds_data()
     row("not trimmed", u"a "_s, u"xa y"_s, true);
     row("punctuation keeps its case bit", u"@["_s, u"`{"_s, false);
     row("control characters are no letters", u"a"_s, u"\u0001"_s, false);
+    row("byte order mark inside", u"A\uFEFF"_s, u"xa\uFEFFb"_s, true);
+    row("byte order mark is no diacritic", u"ab"_s, u"A\uFEFFb"_s, false);
     row("dotted capital I", u"istanbul"_s, u"İstanbul"_s, true);
     row("Cyrillic accent", u"ежик"_s, u"Ёжик"_s, true);
     row("stroke is no accent", u"o"_s, u"ø"_s, false);
