@@ -186,7 +186,7 @@ bool EntryReader::readField(QByteArrayView key, JSON::value value)
         return id.has_value();
     }
     m_seen |= Required::hasType;
-    const auto type = clipTypeFromRawValue(QString::fromUtf8(m_text));
+    const auto type = clipTypeFromRawValue(Utf8::toString(m_text));
     m_item.type = type.value_or(ClipType::text);
     return type.has_value();
 }

@@ -127,7 +127,7 @@ void HistoryCodingTest::refuses_data()
     for (const char* key : {"id", "type", "content", "createdAt", "isPinned"})
         row(qPrintable(u"missing %1"_s.arg(QLatin1String(key))), changed(QByteArray("\"") + key + '"', "\"other\""));
     row("unknown type", changed("\"text\"", "\"audio\""));
-    row("type of another case", changed("\"text\"", "\"Text\""));
+    row("type behind a byte order mark", changed("\"text\"", "\"\xEF\xBB\xBFtext\""));
     row("content null", changed("\"a\"", "null"));
     row("id with braces",
         changed("\"0F1E2D3C-0000-4000-8000-00000000000A\"", "\"{0F1E2D3C-0000-4000-8000-00000000000A}\""));
