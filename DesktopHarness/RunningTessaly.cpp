@@ -6,11 +6,7 @@
 #include <QJsonObject>
 
 #include <csignal>
-#include <cstdlib>
-#include <cstring>
-#include <memory>
 #include <utility>
-#include <xcb/xcb.h>
 
 using namespace Qt::StringLiterals;
 
@@ -18,41 +14,7 @@ namespace Clipboard::Testing {
 
 namespace {
 
-template <typename T>
-using Reply = std::unique_ptr<T, decltype(&std::free)>;
-
-constexpr int trayIconLimit = 32;    // the tray host of the session is 28 high; a notice is 40
-constexpr int propertyLength = 4096; // 32-bit units; more than any title or class is long
-
-QByteArray property(xcb_connection_t* connection, quint32 window, const char* name)
-{
-    const auto atomCookie = xcb_intern_atom(connection, 1, static_cast<uint16_t>(qstrlen(name)), name);
-    const Reply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(connection, atomCookie, nullptr), &std::free);
-    if (!atom || atom->atom == XCB_NONE) {
-        return {};
-    }
-    const auto cookie = xcb_get_property(connection, 0, window, atom->atom, XCB_ATOM_ANY, 0, propertyLength);
-    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection, cookie, nullptr), &std::free);
-    if (!reply) {
-        return {};
-    }
-    return {static_cast<const char*>(xcb_get_property_value(reply.get())), xcb_get_property_value_length(reply.get())};
-}
-
-quint32 rootWindow(xcb_connection_t* connection)
-{
-    return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-}
-
-QRect geometryOnScreen(xcb_connection_t* connection, quint32 window)
-{
-    const Reply<xcb_get_geometry_reply_t> size(
-        xcb_get_geometry_reply(connection, xcb_get_geometry(connection, window), nullptr), &std::free);
-    const auto cookie = xcb_translate_coordinates(connection, window, rootWindow(connection), 0, 0);
-    const Reply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(connection, cookie, nullptr),
-                                                          &std::free);
-    return size && origin ? QRect(origin->dst_x, origin->dst_y, size->width, size->height) : QRect();
-}
+constexpr int trayIconLimit = 32; // the tray host of the session is 28 high; a notice is 40
 
 } // namespace
 
@@ -168,7 +130,7 @@ std::optional<RunningTessaly::Window> RunningTessaly::editor() const
 std::optional<RunningTessaly::Window> RunningTessaly::titled(const QString& title) const
 {
     for (const Window& window : windows()) {
-        if (!window.overridesRedirect && window.title == title && window.geometry.height() > trayIconLimit) {
+        if (!window.isUnmanaged && window.title == title && window.geometry.height() > trayIconLimit) {
             return window;
         }
     }
@@ -178,7 +140,7 @@ std::optional<RunningTessaly::Window> RunningTessaly::titled(const QString& titl
 std::optional<RunningTessaly::Window> RunningTessaly::toast() const
 {
     for (const Window& window : windows()) {
-        if (window.overridesRedirect && !window.title.isEmpty() && window.geometry.height() > trayIconLimit) {
+        if (window.isUnmanaged && !window.title.isEmpty() && window.geometry.height() > trayIconLimit) {
             return window;
         }
     }
@@ -197,43 +159,12 @@ std::optional<RunningTessaly::Window> RunningTessaly::trayIcon() const
 
 QList<RunningTessaly::Window> RunningTessaly::windows() const
 {
-    QList<Window> found;
-    collectWindows(rootWindow(m_session.connection()), true, found);
-    return found;
-}
-
-void RunningTessaly::collectWindows(quint32 window, bool mapped, QList<Window>& found) const
-{
-    xcb_connection_t* connection = m_session.connection();
-    const Reply<xcb_get_window_attributes_reply_t> attributes(
-        xcb_get_window_attributes_reply(connection, xcb_get_window_attributes(connection, window), nullptr),
-        &std::free);
-    const Reply<xcb_query_tree_reply_t> tree(
-        xcb_query_tree_reply(connection, xcb_query_tree(connection, window), nullptr), &std::free);
-    if (!attributes || !tree || !mapped) {
-        return;
-    }
-    if (attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
-        property(connection, window, "WM_CLASS").toLower().startsWith("tessaly")) {
-        found.append({window, geometryOnScreen(connection, window),
-                      QString::fromUtf8(property(connection, window, "_NET_WM_NAME")),
-                      attributes->override_redirect != 0});
-        return;
-    }
-    const xcb_window_t* children = xcb_query_tree_children(tree.get());
-    for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
-        collectWindows(children[i], attributes->map_state == XCB_MAP_STATE_VIEWABLE, found);
-    }
+    return m_session.desktop().windowsOf("tessaly");
 }
 
 quint32 RunningTessaly::activeWindow() const
 {
-    const QByteArray value = property(m_session.connection(), rootWindow(m_session.connection()), "_NET_ACTIVE_WINDOW");
-    quint32 window = 0;
-    if (value.size() == sizeof window) {
-        std::memcpy(&window, value.constData(), sizeof window);
-    }
-    return window;
+    return m_session.desktop().activeWindow().value_or(Window()).id;
 }
 
 bool RunningTessaly::waitForPanel(bool visible)
@@ -246,19 +177,17 @@ bool RunningTessaly::waitForPanel(bool visible)
 
 void RunningTessaly::press(const QString& chord)
 {
-    m_session.run(u"xdotool"_s, {u"key"_s, chord});
+    m_session.desktop().press({chord});
 }
 
 void RunningTessaly::type(const QString& text)
 {
-    m_session.run(u"xdotool"_s, {u"type"_s, u"--delay"_s, u"5"_s, text});
+    m_session.desktop().type(text);
 }
 
 void RunningTessaly::click(QPoint position, int times, int button)
 {
-    m_session.run(u"xdotool"_s,
-                  {u"mousemove"_s, QString::number(position.x()), QString::number(position.y()), u"click"_s,
-                   u"--repeat"_s, QString::number(times), u"--delay"_s, u"60"_s, QString::number(button)});
+    m_session.desktop().click(position, times, button);
 }
 
 } // namespace Clipboard::Testing

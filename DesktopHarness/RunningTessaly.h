@@ -26,13 +26,7 @@ public:
         bool isPinned = false;
     };
 
-    struct Window
-    {
-        quint32 id = 0;
-        QRect geometry; // on the screen
-        QString title;
-        bool overridesRedirect = false; // the window manager has no say in it
-    };
+    using Window = Desktop::Window;
 
     RunningTessaly(VirtualSession& session, QString program);
     ~RunningTessaly();
@@ -80,7 +74,6 @@ public:
 
 private:
     [[nodiscard]] std::optional<Window> titled(const QString& title) const;
-    void collectWindows(quint32 window, bool mapped, QList<Window>& found) const;
 
     VirtualSession& m_session;
     QString m_program;

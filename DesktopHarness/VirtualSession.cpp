@@ -1,5 +1,8 @@
 #include "VirtualSession.h"
 
+#include "X11Driver.h"
+#include "Xcb.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -7,19 +10,14 @@
 #include <QThread>
 
 #include <csignal>
-#include <cstdlib>
 #include <sys/prctl.h>
 #include <unistd.h>
-#include <xcb/xcb.h>
 
 using namespace Qt::StringLiterals;
 
 namespace Clipboard::Testing {
 
 namespace {
-
-template <typename T>
-using Reply = std::unique_ptr<T, decltype(&std::free)>;
 
 constexpr int pollInterval = 2; // ms
 
@@ -109,15 +107,14 @@ QString VirtualSession::bringUp(const Options& options)
 /// what they ask for in between is lost.
 bool VirtualSession::mapsWindows() const
 {
-    const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
-    const quint32 window = xcb_generate_id(m_connection);
-    xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, window, screen->root, 0, 0, 1, 1, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, 0, nullptr);
+    const xcb_window_t window = xcb_generate_id(m_connection);
+    xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, window, Xcb::root(m_connection), 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
     const bool shown = waitUntil([&] {
         xcb_map_window(m_connection, window);
         const auto cookie = xcb_get_window_attributes(m_connection, window);
-        const Reply<xcb_get_window_attributes_reply_t> attributes(
-            xcb_get_window_attributes_reply(m_connection, cookie, nullptr), &std::free);
+        const Xcb::Pointer<xcb_get_window_attributes_reply_t> attributes(
+            xcb_get_window_attributes_reply(m_connection, cookie, nullptr));
         return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
     });
     xcb_destroy_window(m_connection, window);
@@ -164,6 +161,7 @@ QString VirtualSession::startServer(QSize size)
         m_connection = nullptr;
         return u"The X server does not answer on %1."_s.arg(m_display);
     }
+    m_desktop = std::make_unique<X11Driver>(*this);
     return {};
 }
 
@@ -243,16 +241,7 @@ bool VirtualSession::screenshot(const QString& path)
 
 quint32 VirtualSession::selectionOwner(const QByteArray& selection) const
 {
-    const auto length = static_cast<uint16_t>(selection.size());
-    const auto cookie = xcb_intern_atom(m_connection, 0, length, selection.constData());
-    const Reply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(m_connection, cookie, nullptr), &std::free);
-    if (!atom) {
-        return XCB_NONE;
-    }
-    const auto request = xcb_get_selection_owner(m_connection, atom->atom);
-    const Reply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(m_connection, request, nullptr),
-                                                       &std::free);
-    return owner ? owner->owner : XCB_NONE;
+    return Xcb::selectionOwner(m_connection, Xcb::atom(m_connection, selection));
 }
 
 bool VirtualSession::waitUntil(const std::function<bool()>& condition, int timeout)

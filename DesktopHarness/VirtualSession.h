@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Desktop.h"
+
 #include <QByteArray>
 #include <QProcess>
 #include <QProcessEnvironment>
@@ -67,6 +69,9 @@ public:
     /// Ends a program that start() gave out, with SIGKILL, and forgets it.
     void kill(QProcess& process);
 
+    /// Whoever sits at it; there is none when the session did not come up.
+    [[nodiscard]] Desktop& desktop() { return *m_desktop; }
+    [[nodiscard]] const Desktop& desktop() const { return *m_desktop; }
     /// The whole screen as a PNG file. False when it could not be taken.
     [[nodiscard]] bool screenshot(const QString& path);
 
@@ -91,6 +96,7 @@ private:
     QString m_display;
     QString m_failure;
     xcb_connection_t* m_connection = nullptr;
+    std::unique_ptr<Desktop> m_desktop;
     std::vector<std::unique_ptr<QProcess>> m_processes; // in the order they were started
 };
 

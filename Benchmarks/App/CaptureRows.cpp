@@ -1,8 +1,8 @@
 #include "Bench.h"
+#include "ForeignClient.h"
 #include "Keyboard.h"
 #include "MainThreadProbe.h"
 #include "ProcessFigures.h"
-#include "SelectionOwner.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -11,10 +11,9 @@
 #include <QThread>
 
 #include <csignal>
-#include <sys/wait.h>
 
 using namespace Qt::StringLiterals;
-using Clipboard::Testing::SelectionOwner;
+using Clipboard::Testing::ForeignClient;
 using Clipboard::Testing::VirtualSession;
 
 namespace Clipboard::Benchmarks {
@@ -24,7 +23,7 @@ namespace {
 void captureRow(const QString& what, Filling filling, int times)
 {
     Bench bench(filling);
-    SelectionOwner owner(bench.session.display());
+    ForeignClient owner(bench.session);
     std::vector<double> values;
     for (int i = 0; i < times; ++i) {
         bench.tessaly.moments().clear();
@@ -38,7 +37,7 @@ void captureRow(const QString& what, Filling filling, int times)
 void writingRow(int copies)
 {
     Bench bench({.entries = 500, .bytes = 20'000});
-    SelectionOwner owner(bench.session.display());
+    ForeignClient owner(bench.session);
     const qint64 before = ProcessFigures::written(bench.tessaly.processID());
     for (int i = 0; i < copies; ++i) {
         owner.copyText("burst " + QByteArray::number(i));
@@ -56,7 +55,7 @@ void burstRow(int copies)
 {
     constexpr auto distance = std::chrono::milliseconds(2);
     Bench bench;
-    SelectionOwner owner(bench.session.display());
+    ForeignClient owner(bench.session);
     Clock::time_point next = Clock::now();
     for (int i = 0; i < copies; ++i) {
         owner.copyText("burst " + QByteArray::number(i));
@@ -72,7 +71,7 @@ void hungOwnerRows(int times)
 {
     Bench bench({.entries = 500, .bytes = 20'000});
     Keyboard keyboard(bench.session.display());
-    SelectionOwner other(bench.session.display());
+    ForeignClient other(bench.session);
     bench.showPanel(keyboard);
     bench.hidePanel(keyboard);
 
@@ -80,15 +79,13 @@ void hungOwnerRows(int times)
     std::vector<double> copies;
     MainThreadProbe probe(bench.tessaly.processID());
     for (int i = 0; i < times; ++i) {
-        const int stopped = SelectionOwner::copyAndStop(bench.session.display());
-        waitpid(stopped, nullptr, WUNTRACED);
+        ForeignClient hung(bench.session);
+        hung.copyAndHang();
         shows.push_back(bench.showPanel(keyboard));
         bench.tessaly.moments().clear();
         const Clock::time_point begin = Clock::now();
         other.copyText("after the hung one " + QByteArray::number(i));
         copies.push_back(bench.until("captured", begin));
-        kill(stopped, SIGKILL);
-        waitpid(stopped, nullptr, 0);
         bench.hidePanel(keyboard);
     }
     row(u"hung owner: show meanwhile"_s, median(shows), u"ms"_s, u"≤ 12"_s);

@@ -1,5 +1,5 @@
 #include "Bench.h"
-#include "SelectionOwner.h"
+#include "ForeignClient.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,7 +8,7 @@
 #include <csignal>
 
 using namespace Qt::StringLiterals;
-using Clipboard::Testing::SelectionOwner;
+using Clipboard::Testing::ForeignClient;
 using Clipboard::Testing::VirtualSession;
 
 namespace Clipboard::Benchmarks {
@@ -22,7 +22,7 @@ void ownerGoneRow(const QString& what, unsigned long delay, int times, const QSt
     for (int i = 0; i < times; ++i) {
         const QByteArray text = "left behind " + QByteArray::number(i);
         {
-            SelectionOwner owner(bench.session.display());
+            ForeignClient owner(bench.session);
             owner.copyText(text);
             QThread::msleep(delay);
         }
@@ -37,7 +37,7 @@ void killedRow()
 {
     constexpr int copies = 10;
     Bench bench;
-    SelectionOwner owner(bench.session.display());
+    ForeignClient owner(bench.session);
     for (int i = 0; i < copies; ++i) {
         owner.copyText("before the end " + QByteArray::number(i));
         (void)bench.until("captured", Clock::now());
@@ -64,7 +64,7 @@ void diskFullRows()
         return;
     }
     bench.restart();
-    SelectionOwner owner(bench.session.display());
+    ForeignClient owner(bench.session);
     owner.copyText("earlier");
     bool kept = bench.tessaly.waitForNewest(u"earlier"_s);
 

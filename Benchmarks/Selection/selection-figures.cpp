@@ -1,8 +1,7 @@
 // The selection engine's own figures: how soon a copy is there, what a large one costs on its way in and out, and what
 // silence costs. One line each: name, value, unit, goal, separated by tabs.
 
-#include "ForeignOwner.h"
-#include "ForeignRequestor.h"
+#include "ForeignClient.h"
 #include "VirtualSession.h"
 #include "X11/SelectionEngine.h"
 
@@ -22,7 +21,7 @@ using namespace Clipboard::Testing;
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-using Manner = ForeignOwner::Answer::Manner;
+using Manner = ForeignClient::Answer::Manner;
 
 namespace {
 
@@ -137,7 +136,7 @@ void idle(const QByteArray& display, std::chrono::seconds duration)
 void latency(const QByteArray& display, int copies)
 {
     Engine engine(display);
-    ForeignOwner owner(display);
+    ForeignClient owner(display);
     std::vector<double> times;
     for (int i = 0; i < copies; ++i) {
         owner.offerText("copy " + QByteArray::number(i));
@@ -154,7 +153,7 @@ void latency(const QByteArray& display, int copies)
 void burst(const QByteArray& display, int copies)
 {
     Engine engine(display);
-    ForeignOwner owner(display);
+    ForeignClient owner(display);
     for (int i = 0; i < copies; ++i) {
         owner.offerText("copy " + QByteArray::number(i));
         owner.take();
@@ -167,11 +166,11 @@ void burst(const QByteArray& display, int copies)
 void hungOwner(const QByteArray& display)
 {
     Engine engine(display);
-    ForeignOwner hung(display);
+    ForeignClient hung(display);
     hung.offer({{"TARGETS", {.bytes = {}, .manner = Manner::Mute}}});
     hung.take();
     std::this_thread::sleep_for(100ms);
-    ForeignOwner next(display);
+    ForeignClient next(display);
     next.offerText("next");
     QElapsedTimer clock;
     clock.start();
@@ -183,8 +182,8 @@ void hungOwner(const QByteArray& display)
 void takeOver(const QByteArray& display)
 {
     Engine engine(display);
-    ForeignOwner owner(display);
-    ForeignRequestor reader(display);
+    ForeignClient owner(display);
+    ForeignClient reader(display);
     owner.offerText("left behind");
     owner.take();
     engine.waitFor(1);

@@ -1,5 +1,5 @@
+#include "ForeignClient.h"
 #include "RunningTessaly.h"
-#include "SelectionOwner.h"
 #include "VirtualSession.h"
 
 #include <QFile>
@@ -174,14 +174,17 @@ void CaptureJourneyTest::neverReadsMarkedCopies()
 {
     QFETCH(const QByteArray, marker);
 
-    SelectionOwner secretive(m_session->display());
-    secretive.copy({{marker, "secret"}, {"UTF8_STRING", "hunter2"}, {"text/plain;charset=utf-8", "hunter2"}});
-    QVERIFY(m_session->waitUntil([&] { return secretive.requests().contains("TARGETS"); }));
+    ForeignClient secretive(*m_session);
+    secretive.offer({{marker, {.bytes = "secret"}},
+                     {"UTF8_STRING", {.bytes = "hunter2"}},
+                     {"text/plain;charset=utf-8", {.bytes = "hunter2"}}});
+    secretive.take();
+    QVERIFY(m_session->waitUntil([&] { return secretive.asked().contains("TARGETS"); }));
 
     // Once a later copy is recorded, nothing can still be about to read the first.
     copyAndWait("harmless");
-    QVERIFY(!secretive.requests().contains("UTF8_STRING"));
-    QVERIFY(!secretive.requests().contains("text/plain;charset=utf-8"));
+    QVERIFY(!secretive.asked().contains("UTF8_STRING"));
+    QVERIFY(!secretive.asked().contains("text/plain;charset=utf-8"));
     QVERIFY(m_tessaly->waitForNewest(u"harmless"_s));
     QCOMPARE(m_tessaly->history()->size(), 1);
 }
@@ -232,12 +235,12 @@ void CaptureJourneyTest::keepsTheHistoryOverRestarts()
 void CaptureJourneyTest::recordsEveryCopyOfABurst()
 {
     constexpr int copies = 300;
-    SelectionOwner owner(m_session->display());
+    ForeignClient owner(*m_session);
     for (int i = 0; i < copies; ++i) {
         owner.copyText("burst " + QByteArray::number(i));
         QTest::qSleep(2);
         // On a machine too busy to keep up, the burst slows down rather than replacing what nobody could have read.
-        QVERIFY(m_session->waitUntil([&] { return owner.requests().contains("UTF8_STRING"); }));
+        QVERIFY(m_session->waitUntil([&] { return owner.asked().contains("UTF8_STRING"); }));
     }
     QVERIFY(m_tessaly->waitForNewest(u"burst %1"_s.arg(copies - 1)));
     const QList<RunningTessaly::Entry> entries = *m_tessaly->history();

@@ -1,5 +1,5 @@
+#include "ForeignClient.h"
 #include "RunningTessaly.h"
-#include "SelectionOwner.h"
 #include "VirtualSession.h"
 
 #include <QDateTime>
@@ -9,7 +9,6 @@
 
 #include <csignal>
 #include <memory>
-#include <sys/wait.h>
 
 using namespace Qt::StringLiterals;
 using namespace Clipboard::Testing;
@@ -77,18 +76,14 @@ QStringList ResilienceJourneyTest::folderState() const
 
 void ResilienceJourneyTest::aStoppedOwnerHoldsNothingUp()
 {
-    const int stopped = SelectionOwner::copyAndStop(m_session->display());
-    QVERIFY(stopped > 0);
-    QVERIFY(m_session->waitUntil([&] { return m_session->selectionOwner("CLIPBOARD") != 0; }));
+    ForeignClient hung(*m_session);
+    hung.copyAndHang();
 
     m_tessaly->press(u"super+shift+v"_s);
     QVERIFY(m_tessaly->waitForPanel(true));
     copy("after the stopped one");
     QVERIFY(m_tessaly->waitForNewest(u"after the stopped one"_s));
     QCOMPARE(m_tessaly->history()->size(), 1);
-
-    ::kill(stopped, SIGKILL);
-    waitpid(stopped, nullptr, 0);
 }
 
 void ResilienceJourneyTest::recordsALargeText()
@@ -134,12 +129,13 @@ void ResilienceJourneyTest::contentOutlivesItsProgram()
 
 void ResilienceJourneyTest::aDeliberateClearStays()
 {
-    SelectionOwner manager(m_session->display());
+    ForeignClient manager(*m_session);
+    ForeignClient client(*m_session, "CLIPBOARD_MANAGER");
     manager.copyText("for a minute only");
     QVERIFY(m_tessaly->waitForCaptures(1));
     manager.clear();
-    // Long enough for a take-over, which needs a millisecond, to show.
-    QVERIFY(!m_session->waitUntil([&] { return m_session->selectionOwner("CLIPBOARD") != 0; }, 300));
+    QVERIFY(!client.targets().isEmpty()); // who answers that has met the end of the ownership before
+    QCOMPARE(m_session->selectionOwner("CLIPBOARD"), 0U);
     QVERIFY(pasted().isEmpty());
 }
 

@@ -1,6 +1,5 @@
 #include "EngineWithLog.h"
-#include "ForeignOwner.h"
-#include "ForeignRequestor.h"
+#include "ForeignClient.h"
 #include "VirtualSession.h"
 
 #include <QElapsedTimer>
@@ -11,7 +10,7 @@
 using namespace Clipboard;
 using namespace Clipboard::Testing;
 
-using Manner = ForeignOwner::Answer::Manner;
+using Manner = ForeignClient::Answer::Manner;
 
 /// What becomes of a program's content when it ends, gives it up, or asks for it to be kept.
 class SelectionKeepingTest final : public QObject
@@ -33,7 +32,7 @@ private slots:
 private:
     [[nodiscard]] QByteArray display() const { return m_session->display().toLatin1(); }
     /// Ends the program and waits until its content is in our hands.
-    void endAndTakeOver(ForeignOwner& owner);
+    void endAndTakeOver(ForeignClient& owner);
 
     std::unique_ptr<VirtualSession> m_session;
     std::unique_ptr<EngineWithLog> m_log;
@@ -59,7 +58,7 @@ void SelectionKeepingTest::cleanup()
     m_log.reset();
 }
 
-void SelectionKeepingTest::endAndTakeOver(ForeignOwner& owner)
+void SelectionKeepingTest::endAndTakeOver(ForeignClient& owner)
 {
     owner.die();
     QVERIFY(VirtualSession::waitUntil([&] {
@@ -70,7 +69,7 @@ void SelectionKeepingTest::endAndTakeOver(ForeignOwner& owner)
 
 void SelectionKeepingTest::contentOutlivesItsOwner_data()
 {
-    using Answers = QHash<QByteArray, ForeignOwner::Answer>;
+    using Answers = QHash<QByteArray, ForeignClient::Answer>;
     QTest::addColumn<Answers>("answers");
     const auto row = [](const char* name, const Answers& answers) { QTest::newRow(name) << answers; };
     row("rich text", {{"UTF8_STRING", {.bytes = "text"}}, {"text/html", {.bytes = "<b>text</b>"}}});
@@ -86,14 +85,14 @@ void SelectionKeepingTest::contentOutlivesItsOwner_data()
 
 void SelectionKeepingTest::contentOutlivesItsOwner()
 {
-    using Answers = QHash<QByteArray, ForeignOwner::Answer>;
+    using Answers = QHash<QByteArray, ForeignClient::Answer>;
     QFETCH(const Answers, answers);
-    ForeignOwner owner(display());
+    ForeignClient owner(display());
     owner.offer(answers);
     owner.take();
     QVERIFY(owner.save()); // everything worth keeping has been read
     endAndTakeOver(owner);
-    ForeignRequestor reader(display());
+    ForeignClient reader(display());
     for (auto answer = answers.begin(); answer != answers.end(); ++answer) {
         const auto received = reader.convert(answer.key());
         QVERIFY2(received, answer.key().constData());
@@ -103,12 +102,12 @@ void SelectionKeepingTest::contentOutlivesItsOwner()
 
 void SelectionKeepingTest::takeOverIsNoChange()
 {
-    ForeignOwner owner(display());
+    ForeignClient owner(display());
     owner.offerText("left behind");
     owner.take();
     QCOMPARE(m_log->waitForSnapshot().text, QByteArray("left behind"));
     endAndTakeOver(owner);
-    ForeignOwner next(display());
+    ForeignClient next(display());
     next.offerText("next");
     next.take();
     QCOMPARE(m_log->waitForSnapshot(2).text, QByteArray("next"));
@@ -116,7 +115,7 @@ void SelectionKeepingTest::takeOverIsNoChange()
 
 void SelectionKeepingTest::unreadContentDoesNotOutlive()
 {
-    ForeignOwner owner(display());
+    ForeignClient owner(display());
     owner.offer({{"UTF8_STRING", {.bytes = numbers(400'000), .manner = Manner::StallInTheMiddle}}});
     owner.take();
     QVERIFY(VirtualSession::waitUntil([&] { return owner.asked().contains("UTF8_STRING"); }));
@@ -127,7 +126,7 @@ void SelectionKeepingTest::unreadContentDoesNotOutlive()
 
 void SelectionKeepingTest::deliberateClearStays()
 {
-    ForeignOwner owner(display());
+    ForeignClient owner(display());
     owner.offerText("for ten seconds");
     owner.take();
     QCOMPARE(m_log->waitForSnapshot().text, QByteArray("for ten seconds"));
@@ -142,17 +141,17 @@ void SelectionKeepingTest::managerSavesBeforeTheEnd()
 {
     // It asks before its content has been read, as a program does that copies and quits at once.
     const QByteArray text = numbers(5'000'000);
-    ForeignOwner owner(display());
+    ForeignClient owner(display());
     owner.offer({{"UTF8_STRING", {.bytes = text, .manner = Manner::InPieces}}});
     owner.take();
     QVERIFY(owner.save());
     endAndTakeOver(owner);
-    QVERIFY(ForeignRequestor(display()).convert("UTF8_STRING")->bytes == text);
+    QVERIFY(ForeignClient(display()).convert("UTF8_STRING")->bytes == text);
 }
 
 void SelectionKeepingTest::managerRefusesWhatItCannotRead()
 {
-    ForeignOwner owner(display());
+    ForeignClient owner(display());
     owner.offer({{"secret/marker", {.bytes = "secret"}}, {"UTF8_STRING", {.bytes = "hunter2"}}});
     owner.take();
     QElapsedTimer clock;
@@ -165,10 +164,10 @@ void SelectionKeepingTest::managerRefusesWhatItCannotRead()
 void SelectionKeepingTest::managerInPlaceIsRespected()
 {
     m_log.reset();
-    ForeignOwner other(display(), "CLIPBOARD_MANAGER");
+    ForeignClient other(display(), "CLIPBOARD_MANAGER");
     other.take();
     EngineWithLog log(m_session->display());
-    ForeignOwner owner(display());
+    ForeignClient owner(display());
     owner.offerText("text");
     owner.take();
     QCOMPARE(log.waitForSnapshot().text, QByteArray("text"));

@@ -1,6 +1,5 @@
 #include "EngineWithLog.h"
-#include "ForeignOwner.h"
-#include "ForeignRequestor.h"
+#include "ForeignClient.h"
 #include "VirtualSession.h"
 
 #include <QElapsedTimer>
@@ -15,7 +14,7 @@ using namespace Clipboard::Testing;
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-using Manner = ForeignOwner::Answer::Manner;
+using Manner = ForeignClient::Answer::Manner;
 
 /// What other programs get of the content that the engine owns.
 class SelectionOwningTest final : public QObject
@@ -104,7 +103,7 @@ void SelectionOwningTest::formsOnOffer()
     QFETCH(const X11::SelectionForms, forms);
     QFETCH(const Forms, received);
     own(forms);
-    ForeignRequestor reader(display());
+    ForeignClient reader(display());
     QByteArrayList expected{"TARGETS", "TIMESTAMP", "MULTIPLE"};
     for (const auto& form : forms)
         expected.append(form.target);
@@ -122,7 +121,7 @@ void SelectionOwningTest::formsOnOffer()
 void SelectionOwningTest::multipleConversions()
 {
     own(X11::formsOfText("text"));
-    ForeignRequestor reader(display());
+    ForeignClient reader(display());
     const auto received = reader.convertMultiple({"UTF8_STRING", "image/png", "STRING", "MULTIPLE"});
     const std::vector<std::optional<QByteArray>> expected{"text", {}, "text", {}};
     QCOMPARE(received, expected);
@@ -131,7 +130,7 @@ void SelectionOwningTest::multipleConversions()
 void SelectionOwningTest::requestsFromBeforeTheWriteAreRefused()
 {
     own(X11::formsOfText("text"));
-    ForeignRequestor reader(display());
+    ForeignClient reader(display());
     xcb_timestamp_t owned = 0;
     memcpy(&owned, reader.convert("TIMESTAMP")->bytes.constData(), sizeof owned);
     QVERIFY(!reader.convert("UTF8_STRING", owned - 1));
@@ -153,7 +152,7 @@ void SelectionOwningTest::largeReplies()
     QFETCH(const qsizetype, size);
     const QByteArray text = numbers(size);
     own(X11::formsOfText(text));
-    ForeignRequestor reader(display());
+    ForeignClient reader(display());
     const auto received = reader.convert("UTF8_STRING");
     QVERIFY(received);
     QVERIFY(received->bytes == text);
@@ -170,7 +169,7 @@ void SelectionOwningTest::severalReadersAtOnce()
     readers.reserve(count);
     for (size_t i = 0; i < count; ++i) {
         readers.push_back(std::async(std::launch::async, [this, &text] {
-            const auto received = ForeignRequestor(display()).convert("UTF8_STRING");
+            const auto received = ForeignClient(display()).convert("UTF8_STRING");
             return received && received->bytes == text;
         }));
     }
@@ -182,12 +181,12 @@ void SelectionOwningTest::readerFinishesAfterTheLoss()
 {
     const QByteArray text = numbers(3'000'000);
     own(X11::formsOfText(text));
-    ForeignRequestor reader(display());
+    ForeignClient reader(display());
     reader.begin("UTF8_STRING");
     QVERIFY(reader.isAccepted());
     QByteArray received = reader.nextPiece().value_or("");
 
-    ForeignOwner other(display());
+    ForeignClient other(display());
     other.offerText("other");
     other.take();
     QCOMPARE(m_log->waitForSnapshot().text, QByteArray("other"));
@@ -201,13 +200,13 @@ void SelectionOwningTest::dyingReadersDoNoHarm()
 {
     own(X11::formsOfText(numbers(3'000'000)));
     for (int i = 0; i < 20; ++i) {
-        ForeignRequestor reader(display());
+        ForeignClient reader(display());
         reader.begin("UTF8_STRING");
         if (i % 2 == 0) // the others are gone before they are answered
             QVERIFY(reader.isAccepted() && reader.nextPiece());
     }
     own(X11::formsOfText("still there"));
-    QCOMPARE(ForeignRequestor(display()).convert("UTF8_STRING")->bytes, QByteArray("still there"));
+    QCOMPARE(ForeignClient(display()).convert("UTF8_STRING")->bytes, QByteArray("still there"));
 }
 
 void SelectionOwningTest::pictureFileOutlivesItsName()
@@ -222,7 +221,7 @@ void SelectionOwningTest::pictureFileOutlivesItsName()
     QVERIFY(handle);
     own(X11::formsOfPNGFile(handle));
     QVERIFY(picture.remove());
-    QVERIFY(ForeignRequestor(display()).convert("image/png")->bytes == bytes);
+    QVERIFY(ForeignClient(display()).convert("image/png")->bytes == bytes);
     QVERIFY(!X11::FileHandle::open(picture.fileName()));
     QVERIFY2(!X11::FileHandle::open(folder.path()), "A folder is no picture.");
 }
@@ -241,7 +240,7 @@ void SelectionOwningTest::realClientsPaste()
 
 void SelectionOwningTest::copyAfterWriteIsCountedSo()
 {
-    ForeignOwner owner(display());
+    ForeignClient owner(display());
     owner.offerText("before");
     owner.take();
     QCOMPARE(m_log->waitForSnapshot().text, QByteArray("before"));
@@ -259,13 +258,13 @@ void SelectionOwningTest::primaryFollows()
     std::promise<void> done;
     m_log->engine->afterWrites(true, [&] { done.set_value(); });
     done.get_future().wait();
-    QCOMPARE(ForeignRequestor(display(), "PRIMARY").convert("UTF8_STRING")->bytes, QByteArray("marked too"));
-    QCOMPARE(ForeignRequestor(display()).convert("UTF8_STRING")->bytes, QByteArray("marked too"));
+    QCOMPARE(ForeignClient(display(), "PRIMARY").convert("UTF8_STRING")->bytes, QByteArray("marked too"));
+    QCOMPARE(ForeignClient(display()).convert("UTF8_STRING")->bytes, QByteArray("marked too"));
 }
 
 void SelectionOwningTest::stopsAtOnce()
 {
-    ForeignOwner owner(display());
+    ForeignClient owner(display());
     owner.offer({{"TARGETS", {.bytes = {}, .manner = Manner::Mute}}});
     owner.take();
     QVERIFY(VirtualSession::waitUntil([&] { return !owner.asked().isEmpty(); }));

@@ -1,5 +1,5 @@
 #include "EngineWithLog.h"
-#include "ForeignOwner.h"
+#include "ForeignClient.h"
 #include "VirtualSession.h"
 
 #include <QElapsedTimer>
@@ -11,8 +11,8 @@ using namespace Clipboard;
 using namespace Clipboard::Testing;
 using namespace std::chrono_literals;
 
-using Answer = ForeignOwner::Answer;
-using Manner = ForeignOwner::Answer::Manner;
+using Answer = ForeignClient::Answer;
+using Manner = ForeignClient::Answer::Manner;
 using Answers = QHash<QByteArray, Answer>;
 
 Q_DECLARE_METATYPE(Answers)
@@ -104,7 +104,7 @@ void SelectionReadingTest::firstContentWorthHaving()
 {
     QFETCH(const Answers, answers);
     EngineWithLog log(m_session->display());
-    ForeignOwner owner(display());
+    ForeignClient owner(display());
     owner.offer(answers);
     owner.take();
     const auto content = log.waitForSnapshot();
@@ -154,7 +154,7 @@ void SelectionReadingTest::badOwners()
 {
     QFETCH(const Answers, answers);
     EngineWithLog log(m_session->display(), 300ms);
-    auto owner = std::make_unique<ForeignOwner>(display());
+    auto owner = std::make_unique<ForeignClient>(display());
     owner->offer(answers);
     owner->take();
     const auto content = log.waitForSnapshot();
@@ -162,7 +162,7 @@ void SelectionReadingTest::badOwners()
     QTEST(summary(content), "content");
 
     // Whatever it did, the next copy is read as ever.
-    ForeignOwner next(display());
+    ForeignClient next(display());
     next.offerText("next");
     next.take();
     QCOMPARE(summary(log.waitForSnapshot(2)), "text next");
@@ -171,7 +171,7 @@ void SelectionReadingTest::badOwners()
 void SelectionReadingTest::secretsAreNeverAskedFor()
 {
     EngineWithLog log(m_session->display());
-    ForeignOwner owner(display());
+    ForeignClient owner(display());
     owner.offer({{"UTF8_STRING", {.bytes = "hunter2"}}, {"secret/marker", {.bytes = "secret"}}});
     owner.take();
     const auto content = log.waitForSnapshot();
@@ -188,12 +188,12 @@ void SelectionReadingTest::secretsAreNeverAskedFor()
 void SelectionReadingTest::muteOwnerIsOvertaken()
 {
     EngineWithLog log(m_session->display());
-    ForeignOwner mute(display());
+    ForeignClient mute(display());
     mute.offer({{"TARGETS", {.bytes = {}, .manner = Manner::Mute}}});
     mute.take();
     QVERIFY(QTest::qWaitFor([&] { return !mute.asked().isEmpty(); }));
 
-    ForeignOwner next(display());
+    ForeignClient next(display());
     next.offerText("next");
     QElapsedTimer clock;
     clock.start();
@@ -207,9 +207,9 @@ void SelectionReadingTest::lateReplyIsNotTakenForAnother()
 {
     // Slow enough that its replies come in the middle of reading the next one.
     EngineWithLog log(m_session->display());
-    ForeignOwner slow(display());
+    ForeignClient slow(display());
     slow.offer({{"UTF8_STRING", {.bytes = QByteArray(200'000, 's'), .manner = Manner::InPieces, .pieceBytes = 500}}});
-    ForeignOwner next(display());
+    ForeignClient next(display());
     next.offer({{"UTF8_STRING", {.bytes = QByteArray(200'000, 'n'), .manner = Manner::InPieces, .pieceBytes = 500}}});
     for (size_t round = 1; round <= 20; ++round) {
         slow.take();
@@ -233,7 +233,7 @@ void SelectionReadingTest::abandonedOwnerComesToItsEnd()
         QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-quiet")},
         QByteArray(30'000'000, 'x'));
     QVERIFY(VirtualSession::waitUntil([&] { return m_session->selectionOwner("CLIPBOARD") != 0; }));
-    ForeignOwner next(display());
+    ForeignClient next(display());
     next.offerText("next");
     next.take();
     QVERIFY(QTest::qWaitFor([&] { return !log.snapshots().empty() && log.snapshots().back().content.text == "next"; }));
@@ -244,7 +244,7 @@ void SelectionReadingTest::burstIsReadWhole()
 {
     constexpr int count = 300;
     EngineWithLog log(m_session->display());
-    ForeignOwner owner(display());
+    ForeignClient owner(display());
     for (int i = 0; i < count; ++i) {
         owner.offerText("copy " + QByteArray::number(i));
         owner.take();
@@ -260,12 +260,12 @@ void SelectionReadingTest::burstIsReadWhole()
 
 void SelectionReadingTest::contentAtTheStartIsNoChange()
 {
-    ForeignOwner owner(display());
+    ForeignClient owner(display());
     owner.offerText("before");
     owner.take();
     EngineWithLog log(m_session->display());
     QVERIFY(QTest::qWaitFor([&] { return owner.asked().contains("UTF8_STRING"); }));
-    ForeignOwner next(display());
+    ForeignClient next(display());
     next.offerText("after");
     next.take();
     QCOMPARE(summary(log.waitForSnapshot()), "text after");

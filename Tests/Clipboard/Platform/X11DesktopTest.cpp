@@ -1,4 +1,4 @@
-#include "ForeignOwner.h"
+#include "ForeignClient.h"
 #include "PlatformLoader.h"
 #include "VirtualSession.h"
 #include "X11/X11Session.h"
@@ -349,7 +349,7 @@ void X11DesktopTest::compositorComesAndGoes()
 {
     QSignalSpy changes(m_platform.windows.get(), &WindowSystem::compositingChanged);
     QVERIFY(!m_platform.windows->isCompositing());
-    ForeignOwner compositor(m_session.display().toLatin1(), "_NET_WM_CM_S0");
+    ForeignClient compositor(m_session.display().toLatin1(), "_NET_WM_CM_S0");
     compositor.take();
     // Any question to the server takes in the events that came before its answer; the socket says nothing of them then.
     m_platform.windows->rememberFrontWindow();

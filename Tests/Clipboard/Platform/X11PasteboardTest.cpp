@@ -1,6 +1,5 @@
 #include "X11/X11Pasteboard.h"
-#include "ForeignOwner.h"
-#include "ForeignRequestor.h"
+#include "ForeignClient.h"
 #include "VirtualSession.h"
 
 #include <QSignalSpy>
@@ -67,7 +66,7 @@ void X11PasteboardTest::eachCopyIsSeenInItsTurn()
         seen.append(m_pasteboard->string().value_or("nothing"));
         counts.append(m_pasteboard->changeCount());
     });
-    ForeignOwner owner(display());
+    ForeignClient owner(display());
     QByteArrayList copied;
     for (int i = 0; i < count; ++i) {
         copied.append("copy " + QByteArray::number(i));
@@ -103,7 +102,7 @@ void X11PasteboardTest::passwordHintsConceal()
     QFETCH(const QByteArray, marker);
     QFETCH(const QString, type);
     QSignalSpy changes(m_pasteboard.get(), &Pasteboard::changed);
-    ForeignOwner owner(display());
+    ForeignClient owner(display());
     owner.offer({{marker, {.bytes = "secret"}}, {"UTF8_STRING", {.bytes = "hunter2"}}});
     owner.take();
     QTRY_COMPARE(changes.size(), 1);
@@ -125,12 +124,12 @@ void X11PasteboardTest::ownWriteIsThereAtOnceAndSilent()
     QTest::qWait(20);
     QCOMPARE(changes.size(), 0);
     QCOMPARE(m_pasteboard->changeCount(), after);
-    QTRY_COMPARE(ForeignRequestor(display()).convert("UTF8_STRING")->bytes, QByteArray("ours"));
+    QTRY_COMPARE(ForeignClient(display()).convert("UTF8_STRING")->bytes, QByteArray("ours"));
 }
 
 void X11PasteboardTest::copyHeardOfAfterAWriteDoesNotReplaceIt()
 {
-    ForeignOwner owner(display());
+    ForeignClient owner(display());
     owner.offerText("theirs");
     owner.take();
     while (!owner.asked().contains("UTF8_STRING"))
@@ -142,7 +141,7 @@ void X11PasteboardTest::copyHeardOfAfterAWriteDoesNotReplaceIt()
     m_pasteboard->setString("ours");
     QTRY_COMPARE(seen, QByteArray("theirs"));
     QCOMPARE(m_pasteboard->string(), QByteArray("ours"));
-    QTRY_COMPARE(ForeignRequestor(display()).convert("UTF8_STRING")->bytes, QByteArray("ours"));
+    QTRY_COMPARE(ForeignClient(display()).convert("UTF8_STRING")->bytes, QByteArray("ours"));
 }
 
 void X11PasteboardTest::missingPictureLeavesTheContent()
@@ -157,7 +156,7 @@ void X11PasteboardTest::missingPictureLeavesTheContent()
 void X11PasteboardTest::filesOfThisMachine()
 {
     QSignalSpy changes(m_pasteboard.get(), &Pasteboard::changed);
-    ForeignOwner owner(display());
+    ForeignClient owner(display());
     owner.offer({{"text/uri-list",
                   {.bytes = "https://example.org/\r\nfile://" + QSysInfo::machineHostName().toUtf8() +
                             "/a%20b\r\nfile:///c\r\n"}}});
@@ -176,7 +175,7 @@ void X11PasteboardTest::stoppedOwnerHoldsNobodyUp()
     // It is asked for its content again when the adapter begins anew, and does not answer.
     m_pasteboard = X11Pasteboard::create(display());
     QSignalSpy later(m_pasteboard.get(), &Pasteboard::changed);
-    ForeignOwner next(display());
+    ForeignClient next(display());
     next.offerText("next");
     next.take();
     QTRY_COMPARE_WITH_TIMEOUT(later.size(), 1, 2000);

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QPoint>
+#include <QRect>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace Clipboard::Testing {
+
+/// A desktop as a person sits at it, with a keyboard, a mouse, a screen and a clipboard. One driver for each kind of
+/// desktop; what is told to it has happened, for the desktop, when the call returns.
+class Desktop
+{
+public:
+    struct Window
+    {
+        quint32 id = 0;
+        QRect geometry; // on the screen
+        QString title;
+        bool isUnmanaged = false; // the window manager has no say in it: menus, notices, icons
+    };
+
+    Desktop() = default;
+    virtual ~Desktop() = default;
+    Q_DISABLE_COPY_MOVE(Desktop)
+
+    /// Keys or chords such as "super+shift+v", one after the other.
+    virtual void press(const QStringList& chords) = 0;
+    virtual void type(const QString& text) = 0;
+    virtual void movePointer(QPoint place) = 0;
+    virtual void click(QPoint place, int times, int button) = 0;
+    /// The left button.
+    virtual void pressButton() = 0;
+    virtual void releaseButton() = 0;
+    /// Changes with the shape of the pointer, and with nothing else.
+    [[nodiscard]] virtual quint32 pointerShape() const = 0;
+
+    /// Has another program copy that, and live on. `target` is the type as the desktop names it.
+    virtual void copy(const QByteArray& content, const QString& target) = 0;
+    /// What another program would paste.
+    [[nodiscard]] virtual QByteArray pasted(const QString& target) = 0;
+
+    /// The windows of a program that can be seen.
+    [[nodiscard]] virtual QList<Window> windowsOf(const QByteArray& program) const = 0;
+    /// The window that has the keyboard; nothing when none has.
+    [[nodiscard]] virtual std::optional<Window> activeWindow() const = 0;
+    virtual void place(const Window& window, QRect geometry) = 0;
+};
+
+} // namespace Clipboard::Testing

@@ -1,0 +1,149 @@
+#include "X11Driver.h"
+
+#include "VirtualSession.h"
+#include "Xcb.h"
+
+#include <cstring>
+#include <xcb/xfixes.h>
+
+using namespace Qt::StringLiterals;
+
+namespace Clipboard::Testing {
+
+namespace {
+
+const QStringList clipboard{u"-selection"_s, u"clipboard"_s, u"-t"_s};
+
+QStringList moveTo(QPoint place)
+{
+    return {u"mousemove"_s, QString::number(place.x()), QString::number(place.y())};
+}
+
+QRect geometryOnScreen(xcb_connection_t* connection, xcb_window_t window)
+{
+    const Xcb::Pointer<xcb_get_geometry_reply_t> size(
+        xcb_get_geometry_reply(connection, xcb_get_geometry(connection, window), nullptr));
+    const auto cookie = xcb_translate_coordinates(connection, window, Xcb::root(connection), 0, 0);
+    const Xcb::Pointer<xcb_translate_coordinates_reply_t> origin(
+        xcb_translate_coordinates_reply(connection, cookie, nullptr));
+    return size && origin ? QRect(origin->dst_x, origin->dst_y, size->width, size->height) : QRect();
+}
+
+} // namespace
+
+X11Driver::X11Driver(VirtualSession& session)
+    : m_session(session)
+{
+}
+
+xcb_connection_t* X11Driver::xcb() const
+{
+    return m_session.connection();
+}
+
+void X11Driver::hand(const QStringList& commands)
+{
+    m_session.run(u"xdotool"_s, commands);
+}
+
+void X11Driver::press(const QStringList& chords)
+{
+    hand(QStringList{u"key"_s} + chords);
+}
+
+void X11Driver::type(const QString& text)
+{
+    hand({u"type"_s, u"--delay"_s, u"5"_s, text});
+}
+
+void X11Driver::movePointer(QPoint place)
+{
+    hand(moveTo(place));
+}
+
+void X11Driver::click(QPoint place, int times, int button)
+{
+    hand(moveTo(place) + QStringList{u"click"_s, u"--repeat"_s, QString::number(times), u"--delay"_s, u"60"_s,
+                                     QString::number(button)});
+}
+
+void X11Driver::pressButton()
+{
+    hand({u"mousedown"_s, u"1"_s});
+}
+
+void X11Driver::releaseButton()
+{
+    hand({u"mouseup"_s, u"1"_s});
+}
+
+quint32 X11Driver::pointerShape() const
+{
+    const auto version = xcb_xfixes_query_version(xcb(), XCB_XFIXES_MAJOR_VERSION, XCB_XFIXES_MINOR_VERSION);
+    xcb_discard_reply(xcb(), version.sequence);
+    const auto cookie = xcb_xfixes_get_cursor_image(xcb());
+    const Xcb::Pointer<xcb_xfixes_get_cursor_image_reply_t> image(
+        xcb_xfixes_get_cursor_image_reply(xcb(), cookie, nullptr));
+    return image ? image->cursor_serial : 0;
+}
+
+void X11Driver::copy(const QByteArray& content, const QString& target)
+{
+    m_session.run(u"xclip"_s, clipboard + QStringList{target, u"-i"_s}, content);
+}
+
+QByteArray X11Driver::pasted(const QString& target)
+{
+    return m_session.run(u"xclip"_s, clipboard + QStringList{target, u"-o"_s}).output;
+}
+
+X11Driver::Window X11Driver::describe(xcb_window_t window, bool isUnmanaged) const
+{
+    return {window, geometryOnScreen(xcb(), window), QString::fromUtf8(Xcb::property(xcb(), window, "_NET_WM_NAME")),
+            isUnmanaged};
+}
+
+QList<X11Driver::Window> X11Driver::windowsOf(const QByteArray& program) const
+{
+    QList<Window> found;
+    collect(Xcb::root(xcb()), program, found);
+    return found;
+}
+
+/// A window is seen when it and all around it are mapped; the icon in a tray is somewhere within the tray's windows.
+void X11Driver::collect(xcb_window_t window, const QByteArray& program, QList<Window>& found) const
+{
+    const Xcb::Pointer<xcb_get_window_attributes_reply_t> attributes(
+        xcb_get_window_attributes_reply(xcb(), xcb_get_window_attributes(xcb(), window), nullptr));
+    const Xcb::Pointer<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(xcb(), xcb_query_tree(xcb(), window), nullptr));
+    if (!attributes || !tree || attributes->map_state != XCB_MAP_STATE_VIEWABLE)
+        return;
+    if (Xcb::property(xcb(), window, "WM_CLASS").toLower().startsWith(program)) {
+        found.append(describe(window, attributes->override_redirect != 0));
+        return;
+    }
+    const xcb_window_t* children = xcb_query_tree_children(tree.get());
+    for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i)
+        collect(children[i], program, found);
+}
+
+std::optional<X11Driver::Window> X11Driver::activeWindow() const
+{
+    const QByteArray value = Xcb::property(xcb(), Xcb::root(xcb()), "_NET_ACTIVE_WINDOW");
+    xcb_window_t window = XCB_WINDOW_NONE;
+    if (value.size() == sizeof window)
+        std::memcpy(&window, value.constData(), sizeof window);
+    if (window == XCB_WINDOW_NONE)
+        return {};
+    return describe(window, false);
+}
+
+void X11Driver::place(const Window& window, QRect geometry)
+{
+    const QString id = QString::number(window.id);
+    hand({u"windowsize"_s, u"--sync"_s, id, QString::number(geometry.width()), QString::number(geometry.height()),
+          u"windowmove"_s, u"--sync"_s, id, QString::number(geometry.x()), QString::number(geometry.y())});
+}
+
+} // namespace Clipboard::Testing

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Desktop.h"
+
+#include <xcb/xcb.h>
+
+namespace Clipboard::Testing {
+
+class VirtualSession;
+
+/// A person at an X11 session: xdotool for hands, xclip for the clipboard, the session's own connection for eyes.
+class X11Driver final : public Desktop
+{
+public:
+    /// The session has to outlive it.
+    explicit X11Driver(VirtualSession& session);
+
+    void press(const QStringList& chords) override;
+    void type(const QString& text) override;
+    void movePointer(QPoint place) override;
+    void click(QPoint place, int times, int button) override;
+    void pressButton() override;
+    void releaseButton() override;
+    [[nodiscard]] quint32 pointerShape() const override;
+    void copy(const QByteArray& content, const QString& target) override;
+    [[nodiscard]] QByteArray pasted(const QString& target) override;
+    [[nodiscard]] QList<Window> windowsOf(const QByteArray& program) const override;
+    [[nodiscard]] std::optional<Window> activeWindow() const override;
+    void place(const Window& window, QRect geometry) override;
+
+private:
+    void hand(const QStringList& commands);
+    [[nodiscard]] xcb_connection_t* xcb() const;
+    [[nodiscard]] Window describe(xcb_window_t window, bool isUnmanaged) const;
+    void collect(xcb_window_t window, const QByteArray& program, QList<Window>& found) const;
+
+    VirtualSession& m_session;
+};
+
+} // namespace Clipboard::Testing
