@@ -21,6 +21,7 @@ private:
     {
         xcb_keycode_t key;
         uint16_t modifiers;
+        [[nodiscard]] bool operator==(const Combination&) const = default;
     };
 
     [[nodiscard]] std::vector<Combination> wantedCombinations();
