@@ -40,8 +40,8 @@ void X11HotKeyGrabber::grab()
 {
     m_isWanted = true;
     const auto combinations = wantedCombinations();
-    // Most changes of the keyboard leave the key where it is, as the first press on a second keyboard does. It is not let
-    // go for them: a press in that moment would be lost.
+    // Most changes of the keyboard leave the key where it is, as the first press on a second keyboard does. It is not
+    // let go for them: a press in that moment would be lost.
     if (!combinations.empty() && combinations == m_grabbed)
         return;
     ungrab();
