@@ -36,12 +36,9 @@ struct Notice
     Q_DECLARE_TR_FUNCTIONS(SmartActionRunner)
 };
 
-std::optional<QUrl> parsed(const QString& link)
+bool isLink(const QString& text)
 {
-    if (link.size() > longestLink)
-        return std::nullopt;
-    const QUrl url(link);
-    return url.isValid() ? std::optional(url) : std::nullopt;
+    return !text.isEmpty() && text.size() <= longestLink && ClipboardCore::isUrlReference(text.toUtf8());
 }
 
 QByteArray encodePNG(const QImage& image)
@@ -108,8 +105,8 @@ void SmartActionRunner::copy(const QString& text, const HistoryViewModel& viewMo
 
 void SmartActionRunner::openURL(const QString& link)
 {
-    if (const auto url = parsed(link))
-        m_services.workspace.openURL(*url);
+    if (isLink(link))
+        m_services.workspace.openURL(link);
 }
 
 void SmartActionRunner::copyFileToDesktop(const QString& path)
@@ -158,8 +155,7 @@ void SmartActionRunner::copyQRCode(const QString& text, HistoryViewModel& viewMo
 
 void SmartActionRunner::copyMarkdownLink(const QString& link, HistoryViewModel& viewModel)
 {
-    const std::optional<QUrl> url = parsed(link);
-    if (!url)
+    if (!isLink(link))
         return;
     const auto finish = [this, link, guard = QPointer(&viewModel)](const std::optional<QString>& title) {
         if (!guard)
@@ -168,7 +164,7 @@ void SmartActionRunner::copyMarkdownLink(const QString& link, HistoryViewModel& 
         copy(u'[' + text + u"]("_s + link + u')', *guard);
         m_services.toast(Notice::tr("Copied Markdown link"));
     };
-    m_services.linkMetadata.fetchTitle(*url, titleLimit, finish);
+    m_services.linkMetadata.fetchTitle(QUrl(link), titleLimit, finish);
 }
 
 } // namespace Clipboard

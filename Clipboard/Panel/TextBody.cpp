@@ -1,11 +1,11 @@
 #include "TextBody.h"
 
 #include "Support/Graphemes.h"
+#include "Support/UrlHost.h"
 #include "TextBlock.h"
 #include "Theme.h"
 
 #include <QLocale>
-#include <QUrl>
 
 using ClipboardCore::ClipItem;
 using ClipboardCore::ClipType;
@@ -19,8 +19,8 @@ constexpr int noteGap = 8;
 /// A link's host stands out from what surrounds it.
 QList<TextBlock::Span> linkSpans(const QString& link)
 {
-    const QString host = QUrl(link).host(QUrl::FullyDecoded);
-    const qsizetype at = host.isEmpty() ? -1 : link.indexOf(host, 0, Qt::CaseInsensitive);
+    const QString host = ClipboardCore::urlHost(link.toUtf8()).value_or(QString());
+    const qsizetype at = host.isEmpty() ? -1 : link.indexOf(host);
     if (at < 0)
         return {};
     const qsizetype end = at + host.size();

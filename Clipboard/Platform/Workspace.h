@@ -3,7 +3,6 @@
 #include <QIcon>
 #include <QObject>
 #include <QString>
-#include <QUrl>
 
 #include <optional>
 
@@ -32,8 +31,8 @@ public:
     [[nodiscard]] virtual std::optional<QString> desktopFolder() const = 0;
 
     // Neither waits for the other program, and neither tells whether it did what was asked.
-    /// Opens the link with the user's default program for its scheme.
-    virtual void openURL(const QUrl& url) = 0;
+    /// Opens the link, a URL by RFC 3986, with the user's default program for its scheme.
+    virtual void openURL(const QString& link) = 0;
     /// Shows the file, selected, in the file manager; where that cannot be asked, opens the folder it is in.
     virtual void revealFile(const QString& path) = 0;
 };

@@ -187,8 +187,16 @@ QList<SmartAction> text(const Utf8Text& content)
     return list;
 }
 
-QList<SmartAction> link(const Utf8Text& content)
+/// A link is copied with the end of its line as often as not, which is no part of where it leads.
+Utf8Text trimmed(const Utf8Text& text)
 {
+    const QByteArrayView kept = WhiteSpace::trimmed(text.utf8());
+    return kept.size() == text.byteCount() ? text : Utf8Text::fromValidUtf8(kept.toByteArray());
+}
+
+QList<SmartAction> link(const Utf8Text& copied)
+{
+    const Utf8Text content = trimmed(copied);
     const auto host = urlHost(content.utf8());
     const auto shownHost = [content, host] { return host ? *host : content.toString(); };
 

@@ -62,9 +62,8 @@ std::optional<Utf8Text> strippedTrackers(const Utf8Text& text)
     const qsizetype queryMark = url.first(end).indexOf('?');
     if (queryMark < 0)
         return std::nullopt;
-    const qsizetype authority = url.first(queryMark).indexOf("://");
     const bool isUrl = std::all_of(url.begin(), url.end(), isUrlSign) && PercentEscapes::areWellFormed(url) &&
-                       url.sliced(end).count('#') <= 1 && (authority < 0 || urlHost(url));
+                       url.sliced(end).count('#') <= 1 && isUrlReference(url);
     if (!isUrl)
         return std::nullopt;
 

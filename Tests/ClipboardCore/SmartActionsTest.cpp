@@ -151,15 +151,15 @@ void SmartActionsTest::otherResults()
     };
 
     const QString link = u"https://me@Example.org:8080/a?gclid=1&b"_s;
-    row("stripped", ClipType::link, link, u"Strip trackers"_s, Kind::copy, u"https://me@Example.org:8080/a?b"_s,
-        u"Removed tracking params"_s);
-    row("open", ClipType::link, link, u"Open link"_s, Kind::openURL, link, u"Opening Example.org …"_s);
+    row("stripped", ClipType::link, u'\t' + link + u"\r\n"_s, u"Strip trackers"_s, Kind::copy,
+        u"https://me@Example.org:8080/a?b"_s, u"Removed tracking params"_s);
+    row("open", ClipType::link, link + u'\n', u"Open link"_s, Kind::openURL, link, u"Opening Example.org …"_s);
     row("Markdown", ClipType::link, link, u"Copy as Markdown"_s, Kind::copyMarkdownLink, link, u"Fetching title …"_s);
     row("domain", ClipType::link, link, u"Copy domain"_s, Kind::copy, u"Example.org"_s, u"Copied Example.org"_s);
     row("link code", ClipType::link, link, u"QR code"_s, Kind::copyQRCode, link, u"Generating QR …"_s);
     row("open what is no link", ClipType::link, u"www.a.b"_s, u"Open link"_s, Kind::openURL, u"www.a.b"_s,
         u"Opening www.a.b …"_s);
-    row("domain of what is no link", ClipType::link, u"http://:1"_s, u"Copy domain"_s, Kind::copy, u"http://:1"_s,
+    row("domain of what is no link", ClipType::link, u"http://:1 "_s, u"Copy domain"_s, Kind::copy, u"http://:1"_s,
         u"Copied http://:1"_s);
 
     const auto color = [&row](const char* name, const QString& content, const QString& label, const QString& copied,

@@ -1,5 +1,7 @@
 #include "XdgWorkspace.h"
 
+#include "Support/UrlHost.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -8,6 +10,7 @@
 #include <QLoggingCategory>
 #include <QProcess>
 #include <QStandardPaths>
+#include <QUrl>
 
 namespace Clipboard {
 
@@ -21,16 +24,34 @@ Q_LOGGING_CATEGORY(log, "tessaly.workspace")
 constexpr int fileManagerLimit = 10'000; // ms
 
 /// Starts the user's default program for it, in a session of its own that outlives ours.
-void openWithDefaultProgram(const QUrl& url)
+void openWithDefaultProgram(const QByteArray& url)
 {
     QProcess opener;
     opener.setProgram(u"xdg-open"_s);
-    opener.setArguments({QString::fromLatin1(url.toEncoded())});
+    opener.setArguments({QString::fromLatin1(url)});
     // The program may write for hours into what were our pipes.
     opener.setStandardOutputFile(QProcess::nullDevice());
     opener.setStandardErrorFile(QProcess::nullDevice());
     if (!opener.startDetached())
         qCWarning(log) << "xdg-open cannot be started:" << opener.errorString();
+}
+
+/// The link in ASCII.
+QByteArray encoded(const QString& link)
+{
+    const QUrl url(link);
+    if (url.isValid())
+        return url.toEncoded();
+    // Qt allows no host that DNS would not: "a-.example.org" stays as it is written.
+    constexpr QByteArrayView refused = "\"<>\\^`{|}";
+    QByteArray result;
+    for (const char c : link.toUtf8()) {
+        if (c > ' ' && c < '\x7F' && !refused.contains(c))
+            result += c;
+        else
+            result += '%' + QByteArray(1, c).toHex().toUpper();
+    }
+    return result;
 }
 
 } // namespace
@@ -41,19 +62,17 @@ std::optional<QString> XdgWorkspace::desktopFolder() const
     return QFileInfo(folder).isDir() ? std::optional(folder) : std::nullopt;
 }
 
-void XdgWorkspace::openURL(const QUrl& url)
+void XdgWorkspace::openURL(const QString& link)
 {
-    QUrl complete = url;
-    if (url.isRelative() && url.path().startsWith("www."_L1))
-        complete = QUrl(u"https://"_s + url.toString(QUrl::FullyEncoded));
-    if (complete.isValid() && !complete.isRelative())
-        openWithDefaultProgram(complete);
+    const QString complete = link.startsWith("www."_L1) ? u"https://"_s + link : link;
+    if (ClipboardCore::urlHost(complete.toUtf8()) || !QUrl(complete).scheme().isEmpty())
+        openWithDefaultProgram(encoded(complete));
 }
 
 void XdgWorkspace::revealFile(const QString& path)
 {
     const QUrl file = QUrl::fromLocalFile(path);
-    const QUrl folder = file.adjusted(QUrl::RemoveFilename);
+    const QByteArray folder = file.adjusted(QUrl::RemoveFilename).toEncoded();
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) {
         openWithDefaultProgram(folder);

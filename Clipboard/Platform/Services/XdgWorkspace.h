@@ -14,7 +14,7 @@ public:
     [[nodiscard]] std::optional<QString> desktopFolder() const final;
     /// "www.example.org" is opened as the web page it is to people. Any other URL without a scheme is ignored: the
     /// desktop would take it for the name of a file.
-    void openURL(const QUrl& url) final;
+    void openURL(const QString& link) final;
     void revealFile(const QString& path) final;
 };
 

@@ -24,12 +24,12 @@ public:
     }
 
     [[nodiscard]] std::optional<QString> desktopFolder() const override { return desktop; }
-    void openURL(const QUrl& url) override { opened.append(url); }
+    void openURL(const QString& link) override { opened.append(link); }
     void revealFile(const QString& path) override { revealed.append(path); }
 
     std::optional<Application> frontmost;
     std::optional<QString> desktop;
-    QList<QUrl> opened;
+    QStringList opened;
     QStringList revealed;
     QHash<QString, QIcon> applicationIcons;
     QHash<QString, QIcon> fileIcons;
