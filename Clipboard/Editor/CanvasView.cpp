@@ -154,11 +154,16 @@ void CanvasView::repaint(const QRectF& canvas)
         update(ClipboardCore::Geometry::grown(canvas, blur).toAlignedRect());
 }
 
+const AnnotationSession* CanvasView::document() const
+{
+    return m_lifecycle.shownGeneration() == m_generation ? m_lifecycle.session() : nullptr;
+}
+
 void CanvasView::syncLabelEditor()
 {
-    const AnnotationSession& session = *m_lifecycle.session();
-    if (session.editing()) {
-        m_labelEditor->sync(session, m_viewport);
+    const AnnotationSession* session = document();
+    if (session != nullptr && session->editing()) {
+        m_labelEditor->sync(*session, m_viewport);
         if (hasFocus())
             m_labelEditor->setFocus(); // a click on the canvas that did not end the typing
         return;
@@ -247,8 +252,7 @@ void CanvasView::paintMarks(QPainter& painter, const QRect& part)
 void CanvasView::resizeEvent(QResizeEvent* event)
 {
     m_viewport.setCanvas(event->size(), devicePixelRatioF());
-    if (m_drawn)
-        syncLabelEditor();
+    syncLabelEditor();
     QWidget::resizeEvent(event);
 }
 
@@ -325,8 +329,7 @@ void CanvasView::wheelEvent(QWheelEvent* event)
 void CanvasView::viewChanged()
 {
     update();
-    if (m_drawn)
-        syncLabelEditor();
+    syncLabelEditor();
     syncCursor();
 }
 

@@ -66,6 +66,8 @@ private:
     void viewChanged();
     void showDocument(ClipboardCore::EditorGeneration generation);
     void repaintChanges(const ClipboardCore::AnnotationSession& before);
+    /// The document on the canvas; null once it is closed, whatever came after it.
+    [[nodiscard]] const ClipboardCore::AnnotationSession* document() const;
     void syncLabelEditor();
     void syncCursor();
     void repaint(const QRectF& canvas);

@@ -161,6 +161,7 @@ void EditorController::closeWindowBehindPanel()
         return closeWindow();
     m_leavingWindow = std::move(m_window);
     m_leavingWindow->disconnect(this);
+    m_leavingWindow->leave();
     const auto close = [this] {
         if (EditorWindow* window = m_leavingWindow.release()) {
             window->hide();
@@ -168,7 +169,7 @@ void EditorController::closeWindowBehindPanel()
         }
     };
     connect(m_leavingWindow->windowHandle(), &QWindow::activeChanged, this, close);
-    QTimer::singleShot(handOver, this, close);
+    QTimer::singleShot(handOver, m_leavingWindow.get(), close);
 }
 
 // ── Outcomes

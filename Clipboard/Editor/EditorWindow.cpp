@@ -102,6 +102,12 @@ void EditorWindow::sync()
     syncQuestion();
 }
 
+void EditorWindow::leave()
+{
+    m_isLeaving = true;
+    m_toolbar->disconnect(this); // assistive programs press buttons without an event
+}
+
 void EditorWindow::setHint(const QString& hint)
 {
     if (m_hint == hint)
@@ -131,6 +137,8 @@ void EditorWindow::syncQuestion()
 
 bool EditorWindow::eventFilter(QObject* watched, QEvent* event)
 {
+    if (m_isLeaving && event->isInputEvent())
+        return true;
     if (event->type() == QEvent::KeyPress && handleKey(*static_cast<QKeyEvent*>(event)))
         return true;
     return QWidget::eventFilter(watched, event);

@@ -36,6 +36,8 @@ public:
     void placeOn(const QScreen& screen);
     /// Brings all that is shown in line with the lifecycle. Call after every change that the window did not make.
     void sync();
+    /// Its document is gone, and the window is about to go: until then it shows what it showed, and hears nothing.
+    void leave();
 
 signals:
     void finishRequested(ClipboardCore::EditorExit exit);
@@ -67,6 +69,7 @@ private:
     CanvasView* m_canvas;
     DiscardQuestion* m_question = nullptr;
     QString m_hint;
+    bool m_isLeaving = false;
 };
 
 } // namespace Clipboard
