@@ -29,6 +29,8 @@ constexpr std::chrono::milliseconds prepareAfterLaunch{1000};
 
 // A large picture that was just copied is converted in a fraction of this.
 constexpr std::chrono::milliseconds conversionLimit{2000};
+// An annotated picture is encoded in a fraction of this, too.
+constexpr std::chrono::milliseconds resultLimit{2000};
 
 constexpr const char* showPanelVariable = "CLIPBOARD_SHOW_PANEL";
 
@@ -119,6 +121,7 @@ void StatusItemController::connectEditor()
         m_watcher.markOwnChange();
     };
     m_editor.onClose = [this](std::optional<QUuid> selecting) { show(selecting); };
+    m_editor.onQuit = [] { QCoreApplication::exit(); };
     connect(&m_panel, &FloatingPanel::closed, &m_editor, [this] {
         // The panel gives the keyboard back to the application behind it. The editor is a place to work in, too.
         if (std::exchange(m_isEditorBehindPanel, false))
@@ -132,7 +135,7 @@ void StatusItemController::connectStatusItem()
     connect(&m_statusItem, &StatusItem::menuWillShow, &m_panel, &FloatingPanel::dismiss);
     connect(&m_statusItem, &StatusItem::clearHistoryChosen, this, &StatusItemController::clearHistory);
     connect(&m_statusItem, &StatusItem::aboutChosen, this, &StatusItemController::showAbout);
-    connect(&m_statusItem, &StatusItem::quitChosen, this, [] { QCoreApplication::exit(); });
+    connect(&m_statusItem, &StatusItem::quitChosen, &m_editor, &EditorController::quit);
     // Talking to the tray takes its time; copies are watched by then.
     QTimer::singleShot(0, &m_statusItem, &StatusItem::show);
 }
@@ -176,6 +179,7 @@ void StatusItemController::annotate(const ClipboardCore::ClipItem& item, const Q
 
 void StatusItemController::flush()
 {
+    m_editor.keepChanges(resultLimit);
     m_watcher.finishPending(conversionLimit);
     m_store.flush();
 }

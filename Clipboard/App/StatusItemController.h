@@ -43,7 +43,8 @@ public:
     /// Asks, and on consent removes every entry that is not pinned.
     void clearHistory();
     void showAbout();
-    /// Stores the copies under conversion and writes the history. For the end of the program.
+    /// Stores the copies under conversion and what is being annotated, and writes the history. For the end of the
+    /// program.
     void flush();
 
 private:

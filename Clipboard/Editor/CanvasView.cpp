@@ -68,6 +68,21 @@ Qt::CursorShape shapeOf(const CanvasGesture::Cursor& cursor)
     Q_UNREACHABLE();
 }
 
+Qt::CursorShape shapeOf(CanvasGesture::Aim aim, AnnotationTool tool)
+{
+    switch (aim) {
+    case CanvasGesture::Aim::nothing:
+        return Qt::ArrowCursor;
+    case CanvasGesture::Aim::place:
+        return tool == AnnotationTool::text ? Qt::IBeamCursor : Qt::CrossCursor;
+    case CanvasGesture::Aim::move:
+        return Qt::SizeAllCursor;
+    case CanvasGesture::Aim::reshape:
+        return Qt::CrossCursor;
+    }
+    Q_UNREACHABLE();
+}
+
 } // namespace
 
 CanvasView::CanvasView(ClipboardCore::EditorLifecycle& lifecycle, std::shared_ptr<const QtTextLayout> textLayout,
@@ -129,6 +144,7 @@ void CanvasView::showDocument(ClipboardCore::EditorGeneration generation)
     m_viewport.setPicture(m_drawn->picture()->size());
     endPan();
     update();
+    emit zoomed();
 }
 
 void CanvasView::repaintChanges(const AnnotationSession& before)
@@ -181,8 +197,8 @@ void CanvasView::syncCursor()
     const auto wanted = m_lifecycle.cursor(at, m_viewport.scale());
     if (wanted)
         setCursor(shapeOf(*wanted));
-    else if (!m_lifecycle.isDragging())
-        setCursor(Qt::ArrowCursor);
+    else if (!m_lifecycle.isDragging() && m_drawn)
+        setCursor(shapeOf(m_lifecycle.aim(at, m_viewport.scale()), m_drawn->tool()));
 }
 
 // ── Painting
@@ -253,6 +269,7 @@ void CanvasView::resizeEvent(QResizeEvent* event)
 {
     m_viewport.setCanvas(event->size(), devicePixelRatioF());
     syncLabelEditor();
+    emit zoomed();
     QWidget::resizeEvent(event);
 }
 
@@ -278,7 +295,8 @@ void CanvasView::press(const QMouseEvent& event)
     if (event.button() != Qt::LeftButton || m_panFrom)
         return;
     const int clickCount = m_clicks.count(event);
-    m_lifecycle.mouseDown({m_viewport.toPicture(event.position()), m_viewport.scale(), clickCount});
+    m_dragTo = event.position();
+    m_lifecycle.mouseDown({m_viewport.toPicture(m_dragTo), m_viewport.scale(), clickCount});
     emit edited();
 }
 
@@ -291,8 +309,20 @@ void CanvasView::mouseMoveEvent(QMouseEvent* event)
     }
     if (!m_lifecycle.isDragging())
         return syncCursor();
-    m_lifecycle.mouseDragged({m_viewport.toPicture(event->position()), m_viewport.scale(), 1});
+    drag(event->position(), event->modifiers() & Qt::ShiftModifier);
+}
+
+void CanvasView::drag(QPointF to, bool isConstrained)
+{
+    m_dragTo = to;
+    m_lifecycle.mouseDragged({m_viewport.toPicture(to), m_viewport.scale(), 1, isConstrained});
     sync(); // nothing but the canvas changes during a drag
+}
+
+void CanvasView::handleShiftKey(bool isDown)
+{
+    if (m_lifecycle.isDragging())
+        drag(m_dragTo, isDown);
 }
 
 void CanvasView::mouseReleaseEvent(QMouseEvent* event)
@@ -331,6 +361,12 @@ void CanvasView::viewChanged()
     update();
     syncLabelEditor();
     syncCursor();
+    emit zoomed();
+}
+
+int CanvasView::zoomPercent() const
+{
+    return qRound(m_viewport.scale() * devicePixelRatioF() * 100);
 }
 
 // ── Keys

@@ -40,13 +40,19 @@ public:
     /// True while an input method is composing a label.
     [[nodiscard]] bool isComposing() const;
     [[nodiscard]] const CanvasViewport& viewport() const { return m_viewport; }
+    /// How large the picture is shown; 100 is one of its pixels a device pixel.
+    [[nodiscard]] int zoomPercent() const;
 
+    /// Whether a drag is constrained may change while the pointer rests.
+    void handleShiftKey(bool isDown);
     /// The keys that zoom, and the blank that turns the mouse into a hand. True when it was one of them.
     [[nodiscard]] bool handleViewKey(const QKeyEvent& event);
 
 signals:
     /// The mouse or the keyboard changed the document.
     void edited();
+    /// The picture may be shown larger or smaller now.
+    void zoomed();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -62,6 +68,7 @@ protected:
 
 private:
     void press(const QMouseEvent& event);
+    void drag(QPointF to, bool isConstrained);
     void endPan();
     void viewChanged();
     void showDocument(ClipboardCore::EditorGeneration generation);
@@ -84,6 +91,7 @@ private:
     std::optional<ClipboardCore::AnnotationSession> m_drawn; // what is on the screen
     bool m_isHandKeyDown = false;
     std::optional<QPointF> m_panFrom;
+    QPointF m_dragTo; // where a drag came to last
 };
 
 } // namespace Clipboard

@@ -4,16 +4,21 @@
 #include "ImageBlobs.h"
 #include "OffMainThread.h"
 #include "PasteService.h"
+#include "PictureTranscoder.h"
 #include "QtGraphics.h"
+#include "ResultFile.h"
 #include "WindowSystem.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileDialog>
 #include <QGuiApplication>
 #include <QSettings>
+#include <QStandardPaths>
 #include <QTimer>
 #include <QWindow>
 
-#include <chrono>
+#include <future>
 #include <utility>
 #include <variant>
 
@@ -47,6 +52,13 @@ std::optional<QByteArray> readWhole(const QString& path)
     if (file.error() != QFileDevice::NoError || bytes.isEmpty())
         return std::nullopt;
     return bytes;
+}
+
+/// Nothing when memory is missing. Takes its time.
+QImage flattened(const AnnotationSession& session)
+{
+    const auto picture = session.flatten();
+    return picture ? withoutNeedlessAlpha(QtPicture::imageOf(*picture)) : QImage();
 }
 
 } // namespace
@@ -91,6 +103,30 @@ void EditorController::open(const QImage& picture, QScreen* screen, const Annota
     runOffMainThread(m_pool, this, prepare, show);
 }
 
+void EditorController::quit()
+{
+    handle(EditorEvents::Quit{});
+    if (m_lifecycle.isConfirmingDiscard())
+        bringToFront();
+}
+
+void EditorController::keepChanges(std::chrono::milliseconds limit)
+{
+    if (m_lifecycle.session() == nullptr || !m_lifecycle.session()->hasChanges())
+        return;
+    AnnotationSession session = *m_lifecycle.session();
+    session.endEditing();
+    auto promise = std::make_shared<std::promise<std::optional<QString>>>();
+    auto written = promise->get_future();
+    m_pool.start([promise, session = std::move(session), dir = m_imagesDir] {
+        promise->set_value(ImageBlobs::write(flattened(session), dir));
+    });
+    if (written.wait_for(limit) != std::future_status::ready)
+        return;
+    if (const auto path = written.get())
+        addResult(*path, *m_lifecycle.original());
+}
+
 bool EditorController::isInFront() const
 {
     return m_window && m_window->isActiveWindow();
@@ -131,6 +167,7 @@ void EditorController::makeWindow()
     connect(window, &EditorWindow::closeRequested, this, [this] { handle(EditorEvents::Close{}); });
     connect(window, &EditorWindow::keepEditingRequested, this, [this] { handle(EditorEvents::KeepEditing{}); });
     connect(window, &EditorWindow::discardRequested, this, [this] { handle(EditorEvents::ConfirmDiscard{}); });
+    connect(window, &EditorWindow::saveAsRequested, this, &EditorController::saveAs);
     connect(window, &EditorWindow::colorChosen, this,
             [](const AnnotationColor& color) { QSettings().setValue(colorKey, QString(color.id)); });
     connect(window, &EditorWindow::sizeChosen, this,
@@ -143,6 +180,38 @@ void EditorController::finish(EditorExit exit)
     const ClipboardCore::ClipItem* original = m_lifecycle.original();
     if (original != nullptr)
         handle(EditorEvents::Finish{exit, QFile::exists(original->content.toString())});
+}
+
+/// What is on screen now is what will be written. The dialog is the desktop's own, where it has one, and asks before a
+/// file is replaced.
+void EditorController::saveAs()
+{
+    AnnotationSession session = *m_lifecycle.session();
+    session.endEditing();
+    if (m_saveFolder.isEmpty())
+        m_saveFolder = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+    auto* dialog = new QFileDialog(m_window.get(), tr("Save As…"), m_saveFolder);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setNameFilter(tr("PNG pictures (*.png)"));
+    dialog->setDefaultSuffix(u"png"_s);
+    dialog->selectFile(ResultFile::suggestedName(QDateTime::currentDateTime()));
+    connect(dialog, &QFileDialog::fileSelected, this, [this, session](const QString& path) { writeTo(path, session); });
+    dialog->open();
+}
+
+void EditorController::writeTo(const QString& path, const AnnotationSession& session)
+{
+    m_saveFolder = QFileInfo(path).path();
+    const bool isReplacing = QFile::exists(path); // then the dialog asked
+    const auto write = [path, session, isReplacing] {
+        const auto png = PictureTranscoder::toPNG(flattened(session));
+        return png && ResultFile::write(*png, path, isReplacing);
+    };
+    const auto tell = [this](bool isWritten) {
+        m_services.toast(isWritten ? tr("Saved image") : tr("Couldn't save image"));
+    };
+    runOffMainThread(m_pool, this, write, tell);
 }
 
 void EditorController::closeWindow()
@@ -176,11 +245,8 @@ void EditorController::closeWindowBehindPanel()
 
 void EditorController::carryOut(const EditorOutcomes::Flatten& outcome)
 {
-    const auto write = [session = *m_lifecycle.session(), dir = m_imagesDir]() -> std::optional<QString> {
-        const auto picture = session.flatten();
-        if (!picture)
-            return std::nullopt;
-        return ImageBlobs::write(withoutNeedlessAlpha(QtPicture::imageOf(*picture)), dir);
+    const auto write = [session = *m_lifecycle.session(), dir = m_imagesDir] {
+        return ImageBlobs::write(flattened(session), dir);
     };
     const auto answer = [this, generation = outcome.generation](const std::optional<QString>& path) {
         handle(EditorEvents::Flattened{path, generation});
@@ -234,6 +300,12 @@ void EditorController::carryOut(const EditorOutcomes::Dismiss& /*outcome*/)
 {
     closeWindow();
     m_services.windows.restoreFrontWindow();
+}
+
+void EditorController::carryOut(const EditorOutcomes::Quit& /*outcome*/)
+{
+    closeWindow();
+    onQuit();
 }
 
 } // namespace Clipboard

@@ -9,6 +9,7 @@
 #include <QScreen>
 #include <QThreadPool>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -46,6 +47,11 @@ public:
     [[nodiscard]] static ClipboardCore::AnnotationColor rememberedColor();
     [[nodiscard]] static ClipboardCore::AnnotationSize rememberedSize();
 
+    /// The program is to end: answered by onQuit(), at once or when the user agrees to lose the changes, or not at all.
+    void quit();
+    /// For an end that asks nobody: adds to the history what the open document has become, unless that takes longer.
+    void keepChanges(std::chrono::milliseconds limit);
+
     /// Whether the user is working in the editor's window.
     [[nodiscard]] bool isInFront() const;
     /// Gives the keyboard to the window, if it is open.
@@ -58,12 +64,16 @@ public:
     std::function<void(const QByteArray& png)> writePNG;
     /// The editor is about to close: the panel is to be shown with that entry selected.
     std::function<void(std::optional<QUuid> selecting)> onClose;
+    /// The program may end.
+    std::function<void()> onQuit;
 
 private:
     void handle(const ClipboardCore::EditorEvent& event);
     void showDocument();
     void makeWindow();
     void finish(ClipboardCore::EditorExit exit);
+    void saveAs();
+    void writeTo(const QString& path, const ClipboardCore::AnnotationSession& session);
     void closeWindow();
     void closeWindowBehindPanel();
 
@@ -73,6 +83,7 @@ private:
     void carryOut(const ClipboardCore::EditorOutcomes::Toast& outcome);
     void carryOut(const ClipboardCore::EditorOutcomes::Close& outcome);
     void carryOut(const ClipboardCore::EditorOutcomes::Dismiss& outcome);
+    void carryOut(const ClipboardCore::EditorOutcomes::Quit& outcome);
     void commitToHistory(const ClipboardCore::EditorOutcomes::Commit& commit);
 
     QString m_imagesDir;
@@ -80,6 +91,7 @@ private:
     ClipboardCore::EditorLifecycle m_lifecycle;
     std::shared_ptr<const QtTextLayout> m_textLayout; // made when it is first needed
     QPointer<QScreen> m_screen;
+    QString m_saveFolder; // where a result was last written to
     std::unique_ptr<EditorWindow> m_window;
     std::unique_ptr<EditorWindow> m_leavingWindow; // until the panel has the keyboard
     QThreadPool m_pool;                            // one thread: pictures open in the order in which they were chosen

@@ -5,6 +5,7 @@
 #include "ExitButton.h"
 #include "SignButton.h"
 
+#include <QGuiApplication>
 #include <QPainter>
 
 #include <array>
@@ -43,19 +44,21 @@ constexpr std::array sizeDiscs{5, 9, 14};
 static_assert(colorNames.size() == ClipboardCore::AnnotationPalette::colors.size());
 static_assert(sizeNames.size() == ClipboardCore::allAnnotationSizes.size());
 
-int groupWidth(const QList<ToolbarButton*>& group, int gap)
+template <typename Button>
+int groupWidth(const QList<Button*>& group, int gap)
 {
     int width = -gap;
-    for (const ToolbarButton* button : group)
+    for (const Button* button : group)
         width += button->controlSize().width() + gap;
     return width;
 }
 
 /// Places a group from `left` on and answers where it ends.
-int layOut(const QList<ToolbarButton*>& group, int left, int gap)
+template <typename Button>
+int layOut(const QList<Button*>& group, int left, int gap)
 {
     constexpr int room = EditorToolbar::height - 1;
-    for (ToolbarButton* button : group) {
+    for (Button* button : group) {
         const QSize size = button->controlSize();
         button->setControlGeometry({QPoint(left, (room - size.height() + 1) / 2), size});
         left += size.width() + gap;
@@ -76,6 +79,8 @@ EditorToolbar::EditorToolbar(QWidget* parent)
     addSizes();
     addHistory();
     addExits();
+    setExitsIconOnly(true);
+    m_leastWidth = neededWidth();
 }
 
 void EditorToolbar::addTools()
@@ -137,9 +142,17 @@ void EditorToolbar::addExits()
     for (const auto& [exit, name] : exits) {
         auto* button = new ExitButton(exit, this);
         button->setObjectName(name);
-        connect(button, &QAbstractButton::clicked, this, [this, exit = exit] { emit exitChosen(exit); });
+        connect(button, &QAbstractButton::clicked, this, [this, exit = exit] { leave(exit); });
         m_exits.append(button);
     }
+}
+
+void EditorToolbar::leave(EditorExit exit)
+{
+    if (exit == EditorExit::save && QGuiApplication::keyboardModifiers() & Qt::ShiftModifier)
+        emit saveAsChosen();
+    else
+        emit exitChosen(exit);
 }
 
 void EditorToolbar::sync(const ClipboardCore::AnnotationSession& session, bool areExitsEnabled)
@@ -154,11 +167,17 @@ void EditorToolbar::sync(const ClipboardCore::AnnotationSession& session, bool a
         m_sizes[static_cast<qsizetype>(size)]->setChecked(size == session.size());
     m_history[0]->setEnabled(session.canUndo());
     m_history[1]->setEnabled(session.canRedo());
-    for (ToolbarButton* button : std::as_const(m_exits))
+    for (ExitButton* button : std::as_const(m_exits))
         button->setEnabled(areExitsEnabled);
 }
 
-int EditorToolbar::leastWidth() const
+void EditorToolbar::setExitsIconOnly(bool areIconOnly)
+{
+    for (ExitButton* button : std::as_const(m_exits))
+        button->setIconOnly(areIconOnly);
+}
+
+int EditorToolbar::neededWidth() const
 {
     int width = padding;
     for (const Group* group : {&m_tools, &m_colors, &m_sizes, &m_history})
@@ -168,10 +187,14 @@ int EditorToolbar::leastWidth() const
 
 void EditorToolbar::resizeEvent(QResizeEvent* event)
 {
+    setExitsIconOnly(false);
+    setExitsIconOnly(neededWidth() > width());
     int left = padding;
     for (const Group* group : {&m_tools, &m_colors, &m_sizes, &m_history})
         left = layOut(*group, left, buttonGap) + groupGap + 1 + groupGap;
-    layOut(m_exits, width() - padding - groupWidth(m_exits, Theme::spacing), Theme::spacing);
+    // On a screen that is too small even so, rather cut off than over the others.
+    left = std::max(left - groupGap, width() - padding - groupWidth(m_exits, Theme::spacing));
+    layOut(m_exits, left, Theme::spacing);
     QWidget::resizeEvent(event);
 }
 

@@ -8,6 +8,7 @@
 
 namespace Clipboard {
 
+class ExitButton;
 class ToolbarButton;
 
 /// Tools, colours, sizes, undo and redo at the left, the exits at the right.
@@ -20,8 +21,8 @@ public:
     explicit EditorToolbar(QWidget* parent);
 
     void sync(const ClipboardCore::AnnotationSession& session, bool areExitsEnabled);
-    /// The width at which nothing overlaps.
-    [[nodiscard]] int leastWidth() const;
+    /// The width from which on nothing overlaps, with exits that are icons only.
+    [[nodiscard]] int leastWidth() const { return m_leastWidth; }
 
 signals:
     void toolChosen(ClipboardCore::AnnotationTool tool);
@@ -30,6 +31,7 @@ signals:
     void undoChosen();
     void redoChosen();
     void exitChosen(ClipboardCore::EditorExit exit);
+    void saveAsChosen();
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -43,12 +45,16 @@ private:
     void addSizes();
     void addHistory();
     void addExits();
+    void leave(ClipboardCore::EditorExit exit);
+    [[nodiscard]] int neededWidth() const;
+    void setExitsIconOnly(bool areIconOnly);
 
     Group m_tools;
     Group m_colors;
     Group m_sizes;
     Group m_history; // undo, redo
-    Group m_exits;
+    QList<ExitButton*> m_exits;
+    int m_leastWidth = 0;
 };
 
 } // namespace Clipboard

@@ -10,7 +10,9 @@
 #include "Annotation/EditorLifecycle.h"
 
 #include <QCloseEvent>
+#include <QIcon>
 #include <QKeyEvent>
+#include <QLocale>
 #include <QPainter>
 #include <QScreen>
 #include <QWindow>
@@ -26,6 +28,7 @@ namespace Clipboard {
 namespace {
 
 constexpr int hintHeight = 36; // its seam at the top included
+constexpr int hintPadding = 16;
 constexpr int leastHeight = 420;
 constexpr QSize comfortable{1120, 760};
 constexpr int screenMargin = 48; // for the window manager's frame, and to see that there is something behind
@@ -42,10 +45,12 @@ EditorWindow::EditorWindow(ClipboardCore::EditorLifecycle& lifecycle,
 {
     setObjectName(u"EditorWindow"_s);
     setWindowTitle(tr("Annotate"));
+    setWindowIcon(QIcon(u":/icons/tessaly.svg"_s));
     setAttribute(Qt::WA_QuitOnClose, false);
     setAttribute(Qt::WA_OpaquePaintEvent);
     connectToolbar();
     connect(m_canvas, &CanvasView::edited, this, &EditorWindow::sync);
+    connect(m_canvas, &CanvasView::zoomed, this, &EditorWindow::syncHintBar);
 }
 
 EditorWindow::~EditorWindow() = default;
@@ -68,6 +73,7 @@ void EditorWindow::connectToolbar()
     connect(m_toolbar, &EditorToolbar::redoChosen, this,
             [this] { edit([](AnnotationSession& session) { session.redo(); }); });
     connect(m_toolbar, &EditorToolbar::exitChosen, this, &EditorWindow::finishRequested);
+    connect(m_toolbar, &EditorToolbar::saveAsChosen, this, &EditorWindow::saveAsRequested);
 }
 
 void EditorWindow::edit(const std::function<void(AnnotationSession&)>& change)
@@ -98,7 +104,7 @@ void EditorWindow::sync()
     // While the question is up the toolbar lies in its shade, and looks as before.
     m_toolbar->sync(*session, m_lifecycle.areExitsAllowed() || m_lifecycle.isConfirmingDiscard());
     m_canvas->sync();
-    setHint(tr("%1 · esc to close").arg(hint(session->tool())));
+    syncHintBar();
     syncQuestion();
 }
 
@@ -108,11 +114,18 @@ void EditorWindow::leave()
     m_toolbar->disconnect(this); // assistive programs press buttons without an event
 }
 
-void EditorWindow::setHint(const QString& hint)
+void EditorWindow::syncHintBar()
 {
-    if (m_hint == hint)
+    const AnnotationSession* session = m_lifecycle.session();
+    if (session == nullptr || m_isLeaving)
+        return;
+    const QString hint = tr("%1 · esc to close").arg(ClipboardCore::hint(session->tool()));
+    //: How large the picture is shown
+    const QString zoom = tr("%1%").arg(QLocale().toString(m_canvas->zoomPercent()));
+    if (m_hint == hint && m_zoom == zoom)
         return;
     m_hint = hint;
+    m_zoom = zoom;
     update(hintBar());
 }
 
@@ -139,8 +152,14 @@ bool EditorWindow::eventFilter(QObject* watched, QEvent* event)
 {
     if (m_isLeaving && event->isInputEvent())
         return true;
-    if (event->type() == QEvent::KeyPress && handleKey(*static_cast<QKeyEvent*>(event)))
-        return true;
+    const bool isPress = event->type() == QEvent::KeyPress;
+    if (isPress || event->type() == QEvent::KeyRelease) {
+        const auto& key = *static_cast<QKeyEvent*>(event);
+        if (key.key() == Qt::Key_Shift)
+            m_canvas->handleShiftKey(isPress);
+        if (isPress && handleKey(key))
+            return true;
+    }
     return QWidget::eventFilter(watched, event);
 }
 
@@ -153,11 +172,24 @@ bool EditorWindow::handleKey(const QKeyEvent& event)
         emit keepEditingRequested(); // Return does what the ring marks
         return true;
     }
+    if (key.kind == EditorKey::Kind::nudge && !m_canvas->hasFocus())
+        return false; // on the toolbar the arrows go from button to button
     const EditorKeyOutcome outcome = m_lifecycle.handleKey(key);
     sync();
+    if (outcome.kind == EditorKeyOutcome::Kind::handled)
+        announceStyle(key);
     if (follow(outcome))
         return true;
     return m_question == nullptr && m_canvas->handleViewKey(event);
+}
+
+void EditorWindow::announceStyle(const EditorKey& key)
+{
+    const AnnotationSession& session = *m_lifecycle.session();
+    if (key.kind == EditorKey::Kind::chooseColor)
+        emit colorChosen(session.color());
+    else if (key.kind == EditorKey::Kind::changeSize)
+        emit sizeChosen(session.size());
 }
 
 bool EditorWindow::follow(const EditorKeyOutcome& outcome)
@@ -178,6 +210,9 @@ bool EditorWindow::follow(const EditorKeyOutcome& outcome)
         break;
     case EditorKeyOutcome::Kind::confirmDiscard:
         emit discardRequested();
+        break;
+    case EditorKeyOutcome::Kind::saveAs:
+        emit saveAsRequested();
         break;
     }
     return true;
@@ -218,7 +253,9 @@ void EditorWindow::paintEvent(QPaintEvent* /*event*/)
     const QRect bar = hintBar();
     painter.fillRect(bar, Theme::panel);
     painter.fillRect(QRect(bar.topLeft(), QSize(bar.width(), 1)), Theme::seam);
-    Painting::textLine(painter, bar.adjusted(0, 1, 0, 0), Fonts::caption, Theme::text2, m_hint, Qt::AlignHCenter);
+    const QRect texts = bar.adjusted(hintPadding, 1, -hintPadding, 0);
+    Painting::textLine(painter, texts, Fonts::caption, Theme::text2, m_hint, Qt::AlignHCenter);
+    Painting::textLine(painter, texts, Fonts::caption, Theme::text2, m_zoom, Qt::AlignRight);
 }
 
 } // namespace Clipboard

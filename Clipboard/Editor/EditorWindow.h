@@ -44,6 +44,7 @@ signals:
     void closeRequested();
     void keepEditingRequested();
     void discardRequested();
+    void saveAsRequested();
     /// Chosen for the marks to come.
     void colorChosen(const ClipboardCore::AnnotationColor& color);
     void sizeChosen(ClipboardCore::AnnotationSize size);
@@ -59,9 +60,10 @@ private:
     void connectToolbar();
     void edit(const std::function<void(ClipboardCore::AnnotationSession&)>& change);
     bool handleKey(const QKeyEvent& event);
+    void announceStyle(const ClipboardCore::EditorKey& key);
     bool follow(const ClipboardCore::EditorKeyOutcome& outcome);
     void syncQuestion();
-    void setHint(const QString& hint);
+    void syncHintBar();
     [[nodiscard]] QRect hintBar() const;
 
     ClipboardCore::EditorLifecycle& m_lifecycle;
@@ -69,6 +71,7 @@ private:
     CanvasView* m_canvas;
     DiscardQuestion* m_question = nullptr;
     QString m_hint;
+    QString m_zoom;
     bool m_isLeaving = false;
 };
 

@@ -15,6 +15,7 @@ constexpr int buttonHeight = 32;
 constexpr int padding = 10;
 constexpr int signSize = 16;
 constexpr int gap = 6;
+constexpr int iconWidth = 36;
 constexpr qreal usualStroke = 1.75;
 constexpr qreal primaryStroke = 2;
 
@@ -68,11 +69,19 @@ ExitButton::ExitButton(EditorExit exit, QWidget* parent)
     : ToolbarButton(label(exit), Theme::buttonRadius, parent)
     , m_exit(exit)
 {
-    setTip(text(), keys(exit));
+    setTip(exit == EditorExit::save ? tr("Save · with Shift: Save As…") : text(), keys(exit));
+}
+
+void ExitButton::setIconOnly(bool isIconOnly)
+{
+    m_isIconOnly = isIconOnly;
+    update();
 }
 
 QSize ExitButton::controlSize() const
 {
+    if (m_isIconOnly)
+        return {iconWidth, buttonHeight};
     const int width = static_cast<int>(std::ceil(Fonts::width(labelStyle(isPrimary()), text())));
     return {padding + signSize + gap + width + padding, buttonHeight};
 }
@@ -89,9 +98,10 @@ ExitButton::Look ExitButton::look() const
 
 void ExitButton::paintContent(QPainter& painter, const QRectF& control, const Look& look)
 {
-    const QRectF sign(control.left() + padding, control.top(), signSize, control.height());
-    drawIcon(painter, sign,
-             TintedIcon{iconName(m_exit), signSize, look.sign, isPrimary() ? primaryStroke : usualStroke});
+    const TintedIcon icon{iconName(m_exit), signSize, look.sign, isPrimary() ? primaryStroke : usualStroke};
+    if (m_isIconOnly)
+        return drawIcon(painter, control, icon);
+    drawIcon(painter, {control.left() + padding, control.top(), signSize, control.height()}, icon);
     Painting::textLine(painter, control.adjusted(padding + signSize + gap, 0, 0, 0), labelStyle(isPrimary()),
                        look.label, text());
 }

@@ -12,6 +12,8 @@ class ExitButton final : public ToolbarButton
 public:
     ExitButton(ClipboardCore::EditorExit exit, QWidget* parent);
 
+    /// Without its word, where there is no room for it; its tip and its accessible name keep it.
+    void setIconOnly(bool isIconOnly);
     [[nodiscard]] QSize controlSize() const override;
 
 protected:
@@ -22,6 +24,7 @@ private:
     [[nodiscard]] bool isPrimary() const { return m_exit == ClipboardCore::EditorExit::paste; }
 
     ClipboardCore::EditorExit m_exit;
+    bool m_isIconOnly = false;
 };
 
 } // namespace Clipboard

@@ -31,6 +31,7 @@ constexpr std::array mappings{
     Mapping{Qt::Key_S, KeyCode::s},
     Mapping{Qt::Key_T, KeyCode::t},
     Mapping{Qt::Key_V, KeyCode::v},
+    Mapping{Qt::Key_Y, KeyCode::y},
     Mapping{Qt::Key_Z, KeyCode::z},
     Mapping{Qt::Key_Backspace, KeyCode::delete_},
     Mapping{Qt::Key_Delete, KeyCode::delete_},

@@ -308,6 +308,25 @@ Freie Software unter der MIT-Lizenz.</translation>
     </message>
 </context>
 <context>
+    <name>Clipboard::EditorController</name>
+    <message>
+        <source>Save As…</source>
+        <translation>Speichern unter …</translation>
+    </message>
+    <message>
+        <source>PNG pictures (*.png)</source>
+        <translation>PNG-Bilder (*.png)</translation>
+    </message>
+    <message>
+        <source>Saved image</source>
+        <translation>Bild gespeichert</translation>
+    </message>
+    <message>
+        <source>Couldn&apos;t save image</source>
+        <translation>Bild konnte nicht gespeichert werden</translation>
+    </message>
+</context>
+<context>
     <name>Clipboard::EditorToolbar</name>
     <message>
         <source>Red</source>
@@ -376,6 +395,11 @@ Freie Software unter der MIT-Lizenz.</translation>
         <source>%1 · esc to close</source>
         <translation>%1 · Esc schließt</translation>
     </message>
+    <message>
+        <source>%1%</source>
+        <extracomment>How large the picture is shown</extracomment>
+        <translation>%1 %</translation>
+    </message>
 </context>
 <context>
     <name>Clipboard::ExitButton</name>
@@ -390,6 +414,10 @@ Freie Software unter der MIT-Lizenz.</translation>
     <message>
         <source>Save</source>
         <translation>Speichern</translation>
+    </message>
+    <message>
+        <source>Save · with Shift: Save As…</source>
+        <translation>Speichern · mit Umschalt: Speichern unter …</translation>
     </message>
     <message>
         <source>⌘⏎</source>
@@ -734,6 +762,13 @@ Freie Software unter der MIT-Lizenz.</translation>
     <message>
         <source>Ctrl</source>
         <translation>Strg</translation>
+    </message>
+</context>
+<context>
+    <name>ResultFile</name>
+    <message>
+        <source>Annotated %1</source>
+        <translation>Beschriftet %1</translation>
     </message>
 </context>
 <context>

@@ -45,4 +45,10 @@ struct Annotation
     friend bool operator==(const Annotation& a, const Annotation& b);
 };
 
+/// Whether a mark of that kind is made by dragging from its start to its end, not by a click.
+[[nodiscard]] inline bool isDragged(Annotation::Kind kind)
+{
+    return kind != Annotation::Kind::text && kind != Annotation::Kind::counter;
+}
+
 } // namespace ClipboardCore

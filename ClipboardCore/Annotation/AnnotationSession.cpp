@@ -14,11 +14,6 @@ namespace {
 
 using Kind = Annotation::Kind;
 
-bool isDragged(Kind kind)
-{
-    return kind != Kind::text && kind != Kind::counter;
-}
-
 /// How far a span can move by `by` inside of 0 to `limit`. One that has no room is held at 0.
 double clampedMove(double minimum, double length, double by, double limit)
 {
@@ -105,6 +100,12 @@ void AnnotationSession::setSize(AnnotationSize size)
     restyleSelected(mark);
 }
 
+void AnnotationSession::changeSize(int steps)
+{
+    const int wanted = static_cast<int>(m_size) + steps;
+    setSize(std::clamp(static_cast<AnnotationSize>(wanted), allAnnotationSizes.front(), allAnnotationSizes.back()));
+}
+
 void AnnotationSession::restyleSelected(const Annotation& mark)
 {
     if (mark == *selectedMark())
@@ -148,6 +149,7 @@ void AnnotationSession::beginEditing(Index at)
 {
     if (m_editing || at < 0 || at >= annotations().size() || annotations().at(at).kind != Kind::text)
         return;
+    m_isNudging = false;
     m_editingStart = m_state;
     m_editing = at;
     m_state.selection = at;
@@ -161,6 +163,7 @@ void AnnotationSession::setText(const QString& text)
 
 void AnnotationSession::endEditing()
 {
+    m_isNudging = false;
     if (!m_editing || !m_editingStart)
         return;
     const Index edited = *std::exchange(m_editing, std::nullopt);
@@ -180,10 +183,15 @@ void AnnotationSession::endEditing()
 void AnnotationSession::select(QPointF at, double tolerance)
 {
     endEditing();
+    m_state.selection = markAt(at, tolerance);
+}
+
+std::optional<AnnotationSession::Index> AnnotationSession::markAt(QPointF at, double tolerance) const
+{
     const QList<Index> order = drawOrder();
     const auto topmost = std::find_if(order.crbegin(), order.crend(),
                                       [&](Index i) { return m_measures.isHit(annotations().at(i), at, tolerance); });
-    m_state.selection = topmost == order.crend() ? std::nullopt : std::optional(*topmost);
+    return topmost == order.crend() ? std::nullopt : std::optional(*topmost);
 }
 
 std::optional<AnnotationHandle> AnnotationSession::selectedHandle(QPointF at, double tolerance) const
@@ -213,6 +221,21 @@ void AnnotationSession::moveSelection(QPointF by)
     mark.start += move;
     mark.end += move;
     replaceSelected(mark);
+}
+
+void AnnotationSession::nudgeSelection(QPointF by)
+{
+    const bool wasNudging = m_isNudging;
+    const qsizetype steps = m_undoStack.size();
+    moveSelection(by);
+    m_isNudging = wasNudging;
+    if (m_undoStack.size() == steps)
+        return; // against the edge of the picture
+    if (wasNudging)
+        m_undoStack.removeLast(); // the step before it holds where the run began
+    m_isNudging = m_undoStack.last().annotations != annotations();
+    if (!m_isNudging)
+        m_undoStack.removeLast(); // back where it began
 }
 
 void AnnotationSession::reshapeSelection(AnnotationHandle handle, QPointF to)
@@ -249,6 +272,7 @@ void AnnotationSession::deleteSelection()
 
 void AnnotationSession::record()
 {
+    m_isNudging = false;
     m_undoStack.append(m_state);
     m_redoStack.clear();
 }

@@ -51,6 +51,8 @@ public:
     /// Also of the selected mark, if it has one. While a text is typed it is part of that edit's single step.
     void setColor(const AnnotationColor& color);
     void setSize(AnnotationSize size);
+    /// That many sizes larger, or as many as there are.
+    void changeSize(int steps);
     /// Adds a mark that was dragged, with the tools that drag.
     void place(QPointF from, QPointF to); // *
     /// Adds a mark that was clicked: a counter, or a text, whose typing begins.
@@ -61,12 +63,16 @@ public:
     /// Removes a text that was left empty. All that was typed becomes one step, or none when nothing changed.
     void endEditing();
 
-    /// Selects the topmost mark within `tolerance` pixels, or nothing.
+    /// Selects markAt(), or nothing.
     void select(QPointF at, double tolerance); // *
+    /// The topmost mark within `tolerance` pixels.
+    [[nodiscard]] std::optional<Index> markAt(QPointF at, double tolerance) const;
     /// The selected mark's handle in the square of ±`tolerance` pixels around `at`.
     [[nodiscard]] std::optional<AnnotationHandle> selectedHandle(QPointF at, double tolerance) const;
     /// Stops at the edges of the picture.
-    void moveSelection(QPointF by);                             // *
+    void moveSelection(QPointF by); // *
+    /// Moves it, too. Nudges that follow each other with nothing between them are one step.
+    void nudgeSelection(QPointF by);                            // *
     void reshapeSelection(AnnotationHandle handle, QPointF to); // *, not clamped
     void deleteSelection();                                     // *
     /// Marks, crop and selection; tool, colour and size stay. With the crop tool nothing is selected afterwards.
@@ -115,6 +121,7 @@ private:
     std::optional<Snapshot> m_editingStart;
     QList<Snapshot> m_undoStack;
     QList<Snapshot> m_redoStack;
+    bool m_isNudging = false; // the last step is a run of nudges, and nothing happened since
 };
 
 } // namespace ClipboardCore

@@ -1,5 +1,6 @@
 #include "Annotation/CanvasGesture.h"
 
+#include "Annotation/Constraint.h"
 #include "Annotation/Geometry.h"
 
 #include <utility>
@@ -69,6 +70,34 @@ QRectF resizedCrop(const CanvasGesture::CropDrag& drag, QPointF to, double minim
     return {QPointF(left, top), QPointF(right, bottom)};
 }
 
+/// As the same shape. What is dragged decides how large; an axis that is not dragged grows from its middle.
+QRectF sameShape(const CanvasGesture::CropDrag& drag, const QRectF& resized, const QRectF& bounds)
+{
+    const auto fixedShare = [&drag](Edge before, Edge after) {
+        return drag.edges & before ? 1.0 : drag.edges & after ? 0.0 : 0.5;
+    };
+    const double across = drag.edges & (Edge::left | Edge::right) ? resized.width() / drag.startCrop.width() : 0;
+    const double down = drag.edges & (Edge::top | Edge::bottom) ? resized.height() / drag.startCrop.height() : 0;
+    return Constraint::scaled(drag.startCrop, std::max(across, down),
+                              {fixedShare(Edge::left, Edge::right), fixedShare(Edge::top, Edge::bottom)}, bounds);
+}
+
+/// The handle that stays where it is while `handle` is dragged.
+AnnotationHandle opposite(AnnotationHandle handle)
+{
+    switch (handle) {
+    case AnnotationHandle::start:
+        return AnnotationHandle::end;
+    case AnnotationHandle::end:
+        return AnnotationHandle::start;
+    case AnnotationHandle::startXEndY:
+        return AnnotationHandle::endXStartY;
+    case AnnotationHandle::endXStartY:
+        return AnnotationHandle::startXEndY;
+    }
+    Q_UNREACHABLE();
+}
+
 } // namespace
 
 void CanvasGesture::mouseDown(const Mouse& mouse, AnnotationSession& on)
@@ -125,10 +154,24 @@ void CanvasGesture::mouseDragged(const Mouse& mouse, const AnnotationSession& on
     m_scale = mouse.scale;
     const QPointF at = mouse.location;
     const auto follow = [at](auto& drag) { drag.end = at; };
-    const auto followInside = [&](auto& drag) { drag.end = Geometry::clamped(at, on.pictureBounds()); };
-    std::visit(Overloaded{[&](CropDrag& drag) { drag.crop = resizedCrop(drag, at, minimumCropSide / m_scale); },
-                          [&](MoveCropDrag& drag) { follow(drag); }, [&](ReshapeDrag& drag) { follow(drag); },
-                          [&](PlaceDrag& drag) { followInside(drag); }, [&](MoveDrag& drag) { followInside(drag); }},
+    const QPointF inside = Geometry::clamped(at, on.pictureBounds());
+    std::visit(Overloaded{[&](CropDrag& drag) {
+                              drag.crop = resizedCrop(drag, at, minimumCropSide / m_scale);
+                              if (mouse.isConstrained)
+                                  drag.crop = sameShape(drag, drag.crop, on.pictureBounds());
+                          },
+                          [&](MoveCropDrag& drag) { follow(drag); },
+                          [&](ReshapeDrag& drag) {
+                              follow(drag);
+                              drag.isConstrained = mouse.isConstrained;
+                          },
+                          [&](PlaceDrag& drag) {
+                              const auto kind = annotationKind(on.tool());
+                              const bool isConstrained = mouse.isConstrained && kind && isDragged(*kind);
+                              drag.end = isConstrained ? Constraint::end(*kind, drag.start, inside, on.pictureBounds())
+                                                       : inside;
+                          },
+                          [&](MoveDrag& drag) { drag.end = inside; }},
                *m_drag);
 }
 
@@ -147,6 +190,15 @@ void CanvasGesture::textFieldMouseDown(int clickCount)
 {
     if (clickCount == 1)
         m_editingClickCount.reset();
+}
+
+QPointF CanvasGesture::reshaped(const ReshapeDrag& drag, const AnnotationSession& session)
+{
+    const QPointF handle = Geometry::clamped(drag.end + drag.grab, session.pictureBounds());
+    if (!drag.isConstrained)
+        return handle;
+    const Annotation& mark = session.annotations().at(*session.selection());
+    return Constraint::end(mark.kind, mark.position(opposite(drag.handle)), handle, session.pictureBounds());
 }
 
 AnnotationSession CanvasGesture::applied(const AnnotationSession& to) const
@@ -175,12 +227,23 @@ AnnotationSession CanvasGesture::applied(const AnnotationSession& to) const
                                   session.moveSelection(drag.end - drag.start);
                           },
                           [&](const ReshapeDrag& drag) {
-                              const QPointF handle = Geometry::clamped(drag.end + drag.grab, session.pictureBounds());
                               if (isFar(drag))
-                                  session.reshapeSelection(drag.handle, handle);
+                                  session.reshapeSelection(drag.handle, reshaped(drag, session));
                           }},
                *m_drag);
     return session;
+}
+
+CanvasGesture::Aim CanvasGesture::aim(QPointF at, const AnnotationSession& on, double scale)
+{
+    const double tolerance = hitTolerance / scale;
+    if (on.tool() == AnnotationTool::crop)
+        return Aim::nothing;
+    if (on.selectedHandle(at, tolerance))
+        return Aim::reshape;
+    if (!Geometry::contains(on.pictureBounds(), at))
+        return Aim::nothing;
+    return on.markAt(at, tolerance) ? Aim::move : Aim::place;
 }
 
 std::optional<Cursor> CanvasGesture::cursor(QPointF at, const AnnotationSession& on, double scale) const

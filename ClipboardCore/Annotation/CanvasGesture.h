@@ -20,7 +20,8 @@ public:
     {
         QPointF location;
         double scale = 1;
-        int clickCount = 1; // 2 for the second press of a double click, and so on
+        int clickCount = 1;         // 2 for the second press of a double click, and so on
+        bool isConstrained = false; // Shift: arrows by eighths of a turn, squares, crops of the same shape
     };
 
     enum class Edge { left = 1, right = 2, top = 4, bottom = 8 };
@@ -63,6 +64,7 @@ public:
         QPointF grab; // from the pointer to the handle
         QPointF start;
         QPointF end;
+        bool isConstrained = false;
     };
     using Drag = std::variant<CropDrag, MoveCropDrag, PlaceDrag, MoveDrag, ReshapeDrag>;
 
@@ -82,12 +84,17 @@ public:
 
     /// The session as it would be if the mouse were released now: what to draw during a drag.
     [[nodiscard]] AnnotationSession applied(const AnnotationSession& to) const;
+    /// What a press would begin with a tool that makes marks.
+    enum class Aim { nothing, place, move, reshape };
+    [[nodiscard]] static Aim aim(QPointF at, const AnnotationSession& on, double scale);
     /// The cursor over `at`; nothing to leave it as it is.
     [[nodiscard]] std::optional<Cursor> cursor(QPointF at, const AnnotationSession& on, double scale) const;
 
 private:
     void cropDown(QPointF at, const AnnotationSession& on);
     void markDown(const Mouse& mouse, AnnotationSession& on);
+    /// Where the handle comes to lie.
+    [[nodiscard]] static QPointF reshaped(const ReshapeDrag& drag, const AnnotationSession& session);
 
     std::optional<Drag> m_drag;
     double m_scale = 1;

@@ -51,6 +51,10 @@ struct CommitFailed
 struct Close
 {
 };
+/// The program is to end, as soon as nothing of this document can be lost by it.
+struct Quit
+{
+};
 // The answers to the discard question.
 struct KeepEditing
 {
@@ -63,7 +67,7 @@ struct ConfirmDiscard
 
 using EditorEvent = std::variant<EditorEvents::Open, EditorEvents::Finish, EditorEvents::Flattened,
                                  EditorEvents::Committed, EditorEvents::CommitFailed, EditorEvents::Close,
-                                 EditorEvents::KeepEditing, EditorEvents::ConfirmDiscard>;
+                                 EditorEvents::Quit, EditorEvents::KeepEditing, EditorEvents::ConfirmDiscard>;
 
 /// What the window is asked to do, in order.
 namespace EditorOutcomes {
@@ -108,9 +112,16 @@ struct Dismiss
     bool operator==(const Dismiss&) const = default;
 };
 
+/// Close the window and end the program.
+struct Quit
+{
+    bool operator==(const Quit&) const = default;
+};
+
 } // namespace EditorOutcomes
 
-using EditorOutcome = std::variant<EditorOutcomes::Flatten, EditorOutcomes::Commit, EditorOutcomes::Paste,
-                                   EditorOutcomes::Toast, EditorOutcomes::Close, EditorOutcomes::Dismiss>;
+using EditorOutcome =
+    std::variant<EditorOutcomes::Flatten, EditorOutcomes::Commit, EditorOutcomes::Paste, EditorOutcomes::Toast,
+                 EditorOutcomes::Close, EditorOutcomes::Dismiss, EditorOutcomes::Quit>;
 
 } // namespace ClipboardCore

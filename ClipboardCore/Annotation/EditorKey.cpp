@@ -7,6 +7,8 @@ namespace {
 
 using Kind = EditorKey::Kind;
 
+constexpr int farNudge = 10; // picture pixels, with Shift
+
 EditorKey leaving(EditorExit exit)
 {
     return {.kind = Kind::exit, .exit = exit};
@@ -16,7 +18,7 @@ std::optional<EditorKey> withCommand(const KeyEvent& event)
 {
     switch (event.code) {
     case KeyCode::s:
-        return leaving(EditorExit::save);
+        return event.shift ? EditorKey{.kind = Kind::saveAs} : leaving(EditorExit::save);
     case KeyCode::c:
         return leaving(EditorExit::copy);
     case KeyCode::return_:
@@ -24,6 +26,8 @@ std::optional<EditorKey> withCommand(const KeyEvent& event)
         return leaving(EditorExit::paste);
     case KeyCode::z:
         return EditorKey{.kind = event.shift ? Kind::redo : Kind::undo};
+    case KeyCode::y:
+        return EditorKey{.kind = Kind::redo};
     case KeyCode::escape:
         return EditorKey{.kind = Kind::escape};
     default:
@@ -68,6 +72,35 @@ std::optional<AnnotationTool> toolOf(KeyCode code)
     }
 }
 
+std::optional<QPoint> directionOf(KeyCode code)
+{
+    switch (code) {
+    case KeyCode::left:
+        return QPoint(-1, 0);
+    case KeyCode::right:
+        return QPoint(1, 0);
+    case KeyCode::up:
+        return QPoint(0, -1);
+    case KeyCode::down:
+        return QPoint(0, 1);
+    default:
+        return std::nullopt;
+    }
+}
+
+/// By what the key types: digits and brackets have no place of their own on a keyboard.
+std::optional<EditorKey> styleOf(const QString& characters)
+{
+    if (characters.size() != 1)
+        return std::nullopt;
+    const char16_t character = characters.front().unicode();
+    if (character >= u'1' && character < u'1' + AnnotationPalette::colors.size())
+        return EditorKey{.kind = Kind::chooseColor, .color = static_cast<size_t>(character - u'1')};
+    if (character == u'[' || character == u']')
+        return EditorKey{.kind = Kind::changeSize, .steps = character == u']' ? 1 : -1};
+    return std::nullopt;
+}
+
 } // namespace
 
 EditorKey EditorKey::fromEvent(const KeyEvent& event)
@@ -78,7 +111,9 @@ EditorKey EditorKey::fromEvent(const KeyEvent& event)
         return {};
     if (const auto tool = toolOf(event.code))
         return {.kind = Kind::chooseTool, .tool = *tool};
-    return {};
+    if (const auto direction = directionOf(event.code))
+        return {.kind = Kind::nudge, .by = *direction * (event.shift ? farNudge : 1)};
+    return styleOf(event.charactersIgnoringModifiers).value_or(EditorKey());
 }
 
 } // namespace ClipboardCore

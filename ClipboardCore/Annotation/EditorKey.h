@@ -4,6 +4,7 @@
 #include "Focus/KeyEvent.h"
 
 #include <QLatin1StringView>
+#include <QPoint>
 
 namespace ClipboardCore {
 
@@ -13,11 +14,27 @@ enum class EditorExit { paste, copy, save };
 /// A key press by what it means in the editor.
 struct EditorKey
 {
-    enum class Kind { exit, chooseTool, escape, confirm, undo, redo, deleteSelection, other };
+    enum class Kind {
+        exit,
+        chooseTool,
+        escape,
+        confirm,
+        undo,
+        redo,
+        deleteSelection,
+        saveAs,
+        chooseColor,
+        changeSize,
+        nudge,
+        other,
+    };
 
     Kind kind = Kind::other;
     EditorExit exit = EditorExit::paste;         // of an exit
     AnnotationTool tool = AnnotationTool::arrow; // of a chooseTool
+    size_t color = 0;                            // of a chooseColor: its place in the palette
+    int steps = 0;                               // of a changeSize: how many sizes up
+    QPoint by{};                                 // of a nudge, in picture pixels
 
     [[nodiscard]] static EditorKey fromEvent(const KeyEvent& event);
 
@@ -34,6 +51,7 @@ struct EditorKeyOutcome
         close,          // handle an EditorEvents::Close
         keepEditing,    // handle an EditorEvents::KeepEditing
         confirmDiscard, // handle an EditorEvents::ConfirmDiscard
+        saveAs,         // write the result into a file of the user's choice, and nothing else
     };
 
     Kind kind = Kind::notHandled;

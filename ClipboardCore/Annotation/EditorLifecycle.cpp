@@ -28,6 +28,16 @@ QString failureNotice(EditorExit exit)
     Q_UNREACHABLE();
 }
 
+/// What a key that chooses a tool, a colour or a size does.
+std::function<void(AnnotationSession&)> choice(const EditorKey& key)
+{
+    if (key.kind == EditorKey::Kind::chooseTool)
+        return [key](AnnotationSession& session) { session.chooseTool(key.tool); };
+    if (key.kind == EditorKey::Kind::chooseColor)
+        return [key](AnnotationSession& session) { session.setColor(AnnotationPalette::colors.at(key.color)); };
+    return [key](AnnotationSession& session) { session.changeSize(key.steps); };
+}
+
 /// What is said of a result that is not pasted.
 QString successNotice(EditorExit exit, const QString& snippet)
 {
@@ -59,6 +69,7 @@ QList<EditorOutcome> EditorLifecycle::on(const EditorEvents::Open& event)
         return {};
     }
     m_open->waiting = next;
+    m_open->isQuitting = false; // the latest wish counts
     return isFinishing() ? QList<EditorOutcome>() : askOrLeave();
 }
 
@@ -103,8 +114,8 @@ QList<EditorOutcome> EditorLifecycle::on(const EditorEvents::Committed& event)
     const EditorOutcome notice = EditorOutcomes::Toast{successNotice(finish.exit, event.snippet)};
     if (finish.isDiscarded)
         return {notice};
-    if (m_open->waiting)
-        return QList{notice} + leave({}); // the editor stays in front: no paste
+    if (m_open->hasSuccessor())
+        return QList{notice} + leave({}); // no paste: the editor stays in front, or the program ends
     if (finish.exit == EditorExit::paste)
         return leave({EditorOutcomes::Dismiss{}, EditorOutcomes::Paste{event.snippet}});
     return leave({notice, EditorOutcomes::Close{event.id}});
@@ -123,10 +134,20 @@ QList<EditorOutcome> EditorLifecycle::on(const EditorEvents::Close& /*event*/)
     return m_open && !m_open->isConfirmingDiscard ? askOrLeave() : QList<EditorOutcome>();
 }
 
+QList<EditorOutcome> EditorLifecycle::on(const EditorEvents::Quit& /*event*/)
+{
+    if (!m_open)
+        return {EditorOutcomes::Quit{}};
+    m_open->isQuitting = true;
+    m_open->waiting.reset();
+    return isFinishing() ? QList<EditorOutcome>() : askOrLeave();
+}
+
 QList<EditorOutcome> EditorLifecycle::on(const EditorEvents::KeepEditing& /*event*/)
 {
     if (isConfirmingDiscard()) {
         m_open->isConfirmingDiscard = false;
+        m_open->isQuitting = false;
         m_open->waiting.reset();
     }
     return {};
@@ -143,7 +164,7 @@ QList<EditorOutcome> EditorLifecycle::on(const EditorEvents::ConfirmDiscard& /*e
 
 void EditorLifecycle::show(const Waiting& next)
 {
-    m_open.emplace(OpenDocument{next.session, next.item, ++m_generation, false, std::nullopt, {}});
+    m_open.emplace(OpenDocument{next.session, next.item, ++m_generation});
 }
 
 QList<EditorOutcome> EditorLifecycle::leave(const QList<EditorOutcome>& closing)
@@ -154,8 +175,9 @@ QList<EditorOutcome> EditorLifecycle::leave(const QList<EditorOutcome>& closing)
         show(*next);
         return {};
     }
+    const bool isQuitting = m_open->isQuitting;
     m_open.reset();
-    return closing;
+    return isQuitting ? QList<EditorOutcome>{EditorOutcomes::Quit{}} : closing;
 }
 
 QList<EditorOutcome> EditorLifecycle::askOrLeave()
@@ -172,7 +194,7 @@ QList<EditorOutcome> EditorLifecycle::fail(Finishes::iterator finish)
     const EditorOutcome notice = EditorOutcomes::Toast{failureNotice(finish->second.exit)};
     const bool isStillOpen = !finish->second.isDiscarded;
     m_finishes.erase(finish);
-    if (isStillOpen && m_open->waiting)
+    if (isStillOpen && m_open->hasSuccessor())
         return QList{notice} + askOrLeave();
     return {notice};
 }
@@ -200,6 +222,8 @@ EditorKeyOutcome EditorLifecycle::keyWhileTyping(const EditorKey& key)
     }
     if (key.kind == EditorKey::Kind::exit && key.exit != EditorExit::copy)
         return {Kind::finish, key.exit};
+    if (key.kind == EditorKey::Kind::saveAs)
+        return saveAs();
     return {Kind::notHandled}; // the text editor types it, or copies what is selected in it
 }
 
@@ -214,9 +238,9 @@ EditorKeyOutcome EditorLifecycle::keyOnCanvas(const EditorKey& key)
     case EditorKey::Kind::exit:
         return isAsking ? EditorKeyOutcome{Kind::handled} : EditorKeyOutcome{Kind::finish, key.exit};
     case EditorKey::Kind::chooseTool:
-        if (isAsking)
-            return {Kind::notHandled};
-        return change([&key](AnnotationSession& session) { session.chooseTool(key.tool); });
+    case EditorKey::Kind::chooseColor:
+    case EditorKey::Kind::changeSize:
+        return isAsking ? EditorKeyOutcome{Kind::notHandled} : change(choice(key));
     case EditorKey::Kind::escape:
         return {Kind::close};
     case EditorKey::Kind::undo:
@@ -227,11 +251,22 @@ EditorKeyOutcome EditorLifecycle::keyOnCanvas(const EditorKey& key)
         if (isAsking || !m_open->session.selection())
             return {Kind::notHandled};
         return change([](AnnotationSession& session) { session.deleteSelection(); });
+    case EditorKey::Kind::nudge:
+        if (isAsking || !m_open->session.selection())
+            return {Kind::notHandled};
+        return change([&key](AnnotationSession& session) { session.nudgeSelection(key.by); });
+    case EditorKey::Kind::saveAs:
+        return saveAs();
     case EditorKey::Kind::confirm:
     case EditorKey::Kind::other:
         return {Kind::notHandled};
     }
     Q_UNREACHABLE();
+}
+
+EditorKeyOutcome EditorLifecycle::saveAs() const
+{
+    return {areExitsAllowed() ? Kind::saveAs : Kind::handled};
 }
 
 // ── The open document
@@ -269,6 +304,11 @@ void EditorLifecycle::textFieldMouseDown(int clickCount)
 std::optional<CanvasGesture::Cursor> EditorLifecycle::cursor(QPointF at, double scale) const
 {
     return m_open ? m_open->gesture.cursor(at, m_open->session, scale) : std::nullopt;
+}
+
+CanvasGesture::Aim EditorLifecycle::aim(QPointF at, double scale) const
+{
+    return areExitsAllowed() ? CanvasGesture::aim(at, m_open->session, scale) : CanvasGesture::Aim::nothing;
 }
 
 const AnnotationSession* EditorLifecycle::session() const

@@ -19,7 +19,7 @@ class EditorLifecycle final
 {
 public:
     [[nodiscard]] QList<EditorOutcome> handle(const EditorEvent& event);
-    /// Decides what a key means now; undo, redo, the choice of a tool, the end of typing and a deletion happen here.
+    /// Decides what a key means now; what changes the open session alone happens here.
     [[nodiscard]] EditorKeyOutcome handleKey(const EditorKey& key);
 
     /// Changes the open session. Nothing happens while there is none or it is being finished.
@@ -30,6 +30,8 @@ public:
     void mouseUp(const CanvasGesture::Mouse& mouse);
     void textFieldMouseDown(int clickCount);
     [[nodiscard]] std::optional<CanvasGesture::Cursor> cursor(QPointF at, double scale) const;
+    /// What a press on the canvas would begin.
+    [[nodiscard]] CanvasGesture::Aim aim(QPointF at, double scale) const;
 
     /// The open session; null while the editor is closed. Valid until the next call that is not const.
     [[nodiscard]] const AnnotationSession* session() const;
@@ -59,8 +61,12 @@ private:
         ClipItem original;
         EditorGeneration generation = 0;
         bool isConfirmingDiscard = false;
-        std::optional<Waiting> waiting;
-        CanvasGesture gesture;
+        // What comes after it: another document, the end of the program, or neither.
+        std::optional<Waiting> waiting = std::nullopt;
+        bool isQuitting = false;
+        CanvasGesture gesture{};
+
+        [[nodiscard]] bool hasSuccessor() const { return waiting || isQuitting; }
     };
     struct Finishing
     {
@@ -77,6 +83,7 @@ private:
     [[nodiscard]] QList<EditorOutcome> on(const EditorEvents::Committed& event);
     [[nodiscard]] QList<EditorOutcome> on(const EditorEvents::CommitFailed& event);
     [[nodiscard]] QList<EditorOutcome> on(const EditorEvents::Close& event);
+    [[nodiscard]] QList<EditorOutcome> on(const EditorEvents::Quit& event);
     [[nodiscard]] QList<EditorOutcome> on(const EditorEvents::KeepEditing& event);
     [[nodiscard]] QList<EditorOutcome> on(const EditorEvents::ConfirmDiscard& event);
 
@@ -85,12 +92,13 @@ private:
     [[nodiscard]] bool isEditable() const { return m_open && !isFinishing(); }
     /// Opens a document, in the place of the open one if there is one.
     void show(const Waiting& next);
-    /// The open document goes; the one that waits takes its place, or else the window closes with these outcomes.
+    /// The open document goes, and what comes after it comes; without that the window closes with these outcomes.
     [[nodiscard]] QList<EditorOutcome> leave(const QList<EditorOutcome>& closing);
     /// Leaves without a result, at once or after the discard question.
     [[nodiscard]] QList<EditorOutcome> askOrLeave();
     [[nodiscard]] QList<EditorOutcome> fail(Finishes::iterator finish);
     [[nodiscard]] EditorKeyOutcome keyWhileTyping(const EditorKey& key);
+    [[nodiscard]] EditorKeyOutcome saveAs() const;
     [[nodiscard]] EditorKeyOutcome keyOnCanvas(const EditorKey& key);
 
     std::optional<OpenDocument> m_open;

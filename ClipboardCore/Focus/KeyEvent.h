@@ -15,6 +15,7 @@ enum class KeyCode : int {
     v = 9,
     e = 14,
     r = 15,
+    y = 16,
     t = 17,
     p = 35,
     return_ = 36,
