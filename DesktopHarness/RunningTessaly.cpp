@@ -41,7 +41,9 @@ std::optional<MomentLog::Time> RunningTessaly::start()
     }
     m_moments.clear();
     m_process = &m_session.start(m_program, {}, {}, m_session.homePath(u"reports"_s));
-    return m_moments.next("watching", VirtualSession::defaultTimeout);
+    const auto watching = m_moments.next("watching", VirtualSession::defaultTimeout);
+    // It comes later, and what is pressed before goes to another program.
+    return m_moments.next("hot-key-grabbed", VirtualSession::defaultTimeout) ? watching : std::nullopt;
 }
 
 int RunningTessaly::stop(int signal)

@@ -33,7 +33,8 @@ public:
     RunningTessaly(const RunningTessaly&) = delete;
     RunningTessaly& operator=(const RunningTessaly&) = delete;
 
-    /// Starts the program, for the first time or again. When it came to watch the clipboard; nothing if it never did.
+    /// Starts the program, for the first time or again, until it hears of copies and of its hot key. When it came to
+    /// watch the clipboard; nothing if it never did.
     [[nodiscard]] std::optional<MomentLog::Time> start();
     /// Sends the signal and waits for the end. The exit code; -1 when a signal ended it.
     int stop(int signal);

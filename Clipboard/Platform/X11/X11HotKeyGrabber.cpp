@@ -14,9 +14,14 @@ using namespace std::chrono_literals;
 namespace {
 
 Q_LOGGING_CATEGORY(log, "tessaly.hotkey")
+Q_LOGGING_CATEGORY(timing, "tessaly.timing", QtWarningMsg)
 
 // Far below the pause between two presses, so that none is missed.
 constexpr auto heldKeyInterval = 10ms;
+
+// Where the V of a PC keyboard is, in the numbers of the kernel's key codes plus eight. When no layout has Latin
+// letters it stands in for that letter, as it does in programs that look for their shortcuts.
+constexpr xcb_keycode_t placeOfV = 55;
 
 } // namespace
 
@@ -33,20 +38,26 @@ X11HotKeyGrabber::X11HotKeyGrabber(const std::shared_ptr<X11::X11Session>& sessi
 
 X11HotKeyGrabber::~X11HotKeyGrabber()
 {
-    ungrab();
+    ungrab(m_grabbed);
 }
 
 void X11HotKeyGrabber::grab()
 {
     m_isWanted = true;
-    const auto combinations = wantedCombinations();
-    // Most changes of the keyboard leave the key where it is, as the first press on a second keyboard does. It is not
-    // let go for them: a press in that moment would be lost.
-    if (!combinations.empty() && combinations == m_grabbed)
+    const auto wanted = wantedCombinations();
+    // Most changes of the keyboard leave the key where it is, as the first press on a second keyboard does, and others
+    // part of it. What stays is not let go: a press in that moment would be lost.
+    if (wanted == m_grabbed)
         return;
-    ungrab();
-    if (grabAll(combinations)) {
-        m_grabbed = combinations;
+    const auto without = [](Combinations left, const Combinations& right) {
+        std::erase_if(left, [&](const Combination& one) { return std::ranges::find(right, one) != right.end(); });
+        return left;
+    };
+    const bool isComplete = grabAll(without(wanted, m_grabbed));
+    ungrab(isComplete ? without(m_grabbed, wanted) : m_grabbed);
+    m_grabbed = isComplete ? wanted : Combinations();
+    if (isComplete) {
+        qCDebug(timing, "hot-key-grabbed");
         return;
     }
     const QString reason = QCoreApplication::translate("HotKeyGrabber", "Super+Shift+V is in use by another program.");
@@ -55,43 +66,44 @@ void X11HotKeyGrabber::grab()
 }
 
 /// The grab is for exact modifiers, so it takes one for each state of Caps Lock and Num Lock.
-std::vector<X11HotKeyGrabber::Combination> X11HotKeyGrabber::wantedCombinations()
+X11HotKeyGrabber::Combinations X11HotKeyGrabber::wantedCombinations()
 {
     const auto super = m_keyboard.modifierOf(XK_Super_L, XCB_MOD_MASK_4);
     const auto numLock = m_keyboard.modifierOf(XK_Num_Lock, XCB_MOD_MASK_2);
     const auto wanted = static_cast<uint16_t>(super | XCB_MOD_MASK_SHIFT);
-    std::vector<Combination> combinations;
-    for (const xcb_keycode_t key : m_keyboard.keysWith(XK_v)) {
+    auto keys = m_keyboard.keysWith(XK_v);
+    if (keys.empty())
+        keys.push_back(placeOfV);
+    Combinations combinations;
+    for (const xcb_keycode_t key : keys) {
         for (const int locks : {0, int(XCB_MOD_MASK_LOCK), int(numLock), XCB_MOD_MASK_LOCK | numLock})
             combinations.push_back({key, static_cast<uint16_t>(wanted | locks)});
     }
     return combinations;
 }
 
-bool X11HotKeyGrabber::grabAll(const std::vector<Combination>& combinations)
+/// Either all of them or none.
+bool X11HotKeyGrabber::grabAll(const Combinations& combinations)
 {
     std::vector<xcb_void_cookie_t> cookies;
     cookies.reserve(combinations.size());
     for (const Combination& combination : combinations)
         cookies.push_back(xcb_grab_key_checked(m_session->xcb(), 1, m_session->root(), combination.modifiers,
                                                combination.key, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
-    bool isComplete = !combinations.empty();
+    bool isComplete = true;
     for (const xcb_void_cookie_t cookie : cookies) {
         const X11::XcbPointer<xcb_generic_error_t> error(xcb_request_check(m_session->xcb(), cookie));
         isComplete = isComplete && !error;
     }
-    if (!isComplete) {
-        m_grabbed = combinations;
-        ungrab();
-    }
+    if (!isComplete)
+        ungrab(combinations);
     return isComplete;
 }
 
-void X11HotKeyGrabber::ungrab()
+void X11HotKeyGrabber::ungrab(const Combinations& combinations)
 {
-    for (const Combination& combination : m_grabbed)
+    for (const Combination& combination : combinations)
         xcb_ungrab_key(m_session->xcb(), combination.key, m_session->root(), combination.modifiers);
-    m_grabbed.clear();
     m_session->connection().flush();
 }
 

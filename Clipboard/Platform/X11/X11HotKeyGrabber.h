@@ -21,12 +21,14 @@ private:
     {
         xcb_keycode_t key;
         uint16_t modifiers;
+
         [[nodiscard]] bool operator==(const Combination&) const = default;
     };
+    using Combinations = std::vector<Combination>;
 
-    [[nodiscard]] std::vector<Combination> wantedCombinations();
-    [[nodiscard]] bool grabAll(const std::vector<Combination>& combinations);
-    void ungrab();
+    [[nodiscard]] Combinations wantedCombinations();
+    [[nodiscard]] bool grabAll(const Combinations& combinations);
+    void ungrab(const Combinations& combinations);
     void handle(const xcb_generic_event_t* event);
     void keyPressed(const xcb_key_press_event_t& event);
     void layoutChanged();
@@ -34,7 +36,7 @@ private:
 
     std::shared_ptr<X11::X11Session> m_session;
     X11::Keyboard m_keyboard;
-    std::vector<Combination> m_grabbed;
+    Combinations m_grabbed;
     xcb_keycode_t m_heldKey = 0;
     QTimer m_heldKeyCheck;  // runs only while the key is held down
     QTimer m_layoutChanged; // one change comes as several events
