@@ -26,7 +26,7 @@ void PasteService::pasteAfterClose(const QString& snippet)
 {
     if (!m_keystrokes.isTrusted()) {
         m_keystrokes.requestTrust();
-        m_toast(tr("Copied %1 — press ⌘V to paste").arg(snippet));
+        leaveTheKeyToTheUser(snippet);
         return;
     }
     QTimer::singleShot(closeDelay, Qt::PreciseTimer, this, [this, snippet] { sendPasteKeystroke(snippet); });
@@ -34,10 +34,19 @@ void PasteService::pasteAfterClose(const QString& snippet)
 
 void PasteService::sendPasteKeystroke(const QString& snippet)
 {
-    m_keystrokes.sendPaste([guard = QPointer(this), snippet] {
-        if (guard)
+    m_keystrokes.sendPaste([guard = QPointer(this), snippet](PasteResult result) {
+        if (!guard)
+            return;
+        if (result == PasteResult::sent)
             guard->m_toast(tr("Pasted %1").arg(snippet));
+        else
+            guard->leaveTheKeyToTheUser(snippet);
     });
+}
+
+void PasteService::leaveTheKeyToTheUser(const QString& snippet)
+{
+    m_toast(tr("Copied %1 — press ⌘V to paste").arg(snippet));
 }
 
 } // namespace Clipboard

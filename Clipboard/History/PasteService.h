@@ -23,6 +23,7 @@ public:
 
 private:
     void sendPasteKeystroke(const QString& snippet);
+    void leaveTheKeyToTheUser(const QString& snippet);
 
     KeystrokeSender& m_keystrokes;
     std::function<void(const QString& text)> m_toast;

@@ -18,9 +18,10 @@ public:
     [[nodiscard]] bool isTrusted() const override { return false; }
     void requestTrust() override {}
     [[nodiscard]] QString unavailableReason() const override { return m_reason; }
-    void sendPaste(std::function<void()> done) override
+    void sendPaste(std::function<void(PasteResult)> done) override
     {
-        QMetaObject::invokeMethod(this, std::move(done), Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [done = std::move(done)] { done(PasteResult::notSent); }, Qt::QueuedConnection);
     }
 
 private:

@@ -33,13 +33,11 @@ void FrontWindow::restore()
         m_session->activate(m_window);
 }
 
-bool FrontWindow::hasKeyboard()
+xcb_window_t FrontWindow::keyboardWindow()
 {
-    if (remembered() == XCB_WINDOW_NONE)
-        return true;
-    // The focus may be in an inner window of the program.
-    const xcb_window_t focus = m_session->focusWindow();
-    return focus != XCB_WINDOW_NONE && m_session->isSameClient(focus, m_window);
+    // Another window of the same program is another window, so the program does not count: a second document, a dialog.
+    const xcb_window_t focus = m_window == XCB_WINDOW_NONE ? m_window : m_session->focusWindow();
+    return focus != XCB_WINDOW_NONE && m_session->isInside(focus, m_window) ? focus : xcb_window_t(XCB_WINDOW_NONE);
 }
 
 } // namespace Clipboard::X11

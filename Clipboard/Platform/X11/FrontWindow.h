@@ -18,8 +18,8 @@ public:
     [[nodiscard]] xcb_window_t remembered();
     /// Gives the focus back, unless the user has moved on to a third window.
     void restore();
-    /// True when keys typed now reach the remembered window; also when there is none to wait for.
-    [[nodiscard]] bool hasKeyboard();
+    /// Where keys typed now go, when that is the remembered window or a window inside it; else none.
+    [[nodiscard]] xcb_window_t keyboardWindow();
 
 private:
     std::shared_ptr<X11Session> m_session;

@@ -1,15 +1,11 @@
 #include "Keyboard.h"
 
-#include <X11/keysym.h>
-
 #include <algorithm>
+#include <span>
 
 namespace Clipboard::X11 {
 
 namespace {
-
-// Where the V of a PC keyboard is, in the numbers of the kernel's key codes plus eight.
-constexpr xcb_keycode_t placeOfV = 55;
 
 // In the core protocol's table the first two layouts have a pair of columns each; further ones have none of their own.
 constexpr int columnsPerGroup = 2;
@@ -37,20 +33,61 @@ std::vector<xcb_keycode_t> Keyboard::keysWith(xcb_keysym_t symbol)
         const int column = (current + offset) % groupsInTable * columnsPerGroup;
         for (int code = setup->min_keycode; code <= setup->max_keycode; ++code) {
             const auto key = static_cast<xcb_keycode_t>(code);
-            if (xcb_key_symbols_get_keysym(m_symbols.get(), key, column) == symbol &&
+            if (xcb_key_symbols_get_keysym(m_symbols.get(), key, column) == symbol && key != m_session->lentKey() &&
                 std::ranges::find(keys, key) == keys.end())
                 keys.push_back(key);
         }
     }
-    if (keys.empty() && symbol == XK_v)
-        keys.push_back(placeOfV);
     return keys;
+}
+
+XcbPointer<xcb_get_modifier_mapping_reply_t> Keyboard::modifiers() const
+{
+    const auto cookie = xcb_get_modifier_mapping(m_session->xcb());
+    return XcbPointer<xcb_get_modifier_mapping_reply_t>(
+        xcb_get_modifier_mapping_reply(m_session->xcb(), cookie, nullptr));
+}
+
+std::optional<xcb_keycode_t> Keyboard::modifierKey(xcb_map_index_t modifier)
+{
+    const auto reply = modifiers();
+    if (!reply)
+        return {};
+    const std::span keys(xcb_get_modifier_mapping_keycodes(reply.get()) + modifier * reply->keycodes_per_modifier,
+                         reply->keycodes_per_modifier);
+    const auto found = std::ranges::find_if(keys, [](xcb_keycode_t key) { return key != 0; });
+    return found == keys.end() ? std::nullopt : std::optional(*found);
+}
+
+std::optional<xcb_keycode_t> Keyboard::spareKey()
+{
+    const xcb_setup_t* setup = xcb_get_setup(m_session->xcb());
+    const int count = setup->max_keycode - setup->min_keycode + 1;
+    const auto cookie = xcb_get_keyboard_mapping(m_session->xcb(), setup->min_keycode, static_cast<uint8_t>(count));
+    const XcbPointer<xcb_get_keyboard_mapping_reply_t> mapping(
+        xcb_get_keyboard_mapping_reply(m_session->xcb(), cookie, nullptr));
+    const auto modifierReply = modifiers();
+    if (!mapping || !modifierReply)
+        return {};
+    const std::span symbols(xcb_get_keyboard_mapping_keysyms(mapping.get()),
+                            static_cast<size_t>(xcb_get_keyboard_mapping_keysyms_length(mapping.get())));
+    const std::span modifierKeys(xcb_get_modifier_mapping_keycodes(modifierReply.get()),
+                                 static_cast<size_t>(xcb_get_modifier_mapping_keycodes_length(modifierReply.get())));
+    // From the end: there are the keys that hardly any keyboard has.
+    for (int index = count - 1; index >= 0; --index) {
+        const auto key = static_cast<xcb_keycode_t>(setup->min_keycode + index);
+        const size_t perKey = mapping->keysyms_per_keycode;
+        const bool isFree = std::ranges::all_of(symbols.subspan(static_cast<size_t>(index) * perKey, perKey),
+                                                [](xcb_keysym_t symbol) { return symbol == XCB_NO_SYMBOL; });
+        if (isFree && std::ranges::find(modifierKeys, key) == modifierKeys.end())
+            return key;
+    }
+    return {};
 }
 
 uint16_t Keyboard::modifierOf(xcb_keysym_t symbol, uint16_t otherwise)
 {
-    const XcbPointer<xcb_get_modifier_mapping_reply_t> reply(
-        xcb_get_modifier_mapping_reply(m_session->xcb(), xcb_get_modifier_mapping(m_session->xcb()), nullptr));
+    const auto reply = modifiers();
     if (!reply)
         return otherwise;
     const auto keys = keysWith(symbol);

@@ -5,8 +5,13 @@
 #include "X11/Keyboard.h"
 #include "X11/PasteChord.h"
 #include "X11/SelectionEngine.h"
+#include "X11/SpareKey.h"
 
 #include <QDeadlineTimer>
+#include <QTimer>
+
+#include <optional>
+#include <vector>
 
 namespace Clipboard {
 
@@ -24,17 +29,26 @@ public:
     [[nodiscard]] bool isTrusted() const override { return true; }
     void requestTrust() override {}
     [[nodiscard]] QString unavailableReason() const override { return {}; }
-    void sendPaste(std::function<void()> done) override;
+    void sendPaste(std::function<void(PasteResult)> done) override;
 
 private:
-    void waitForFocus(const QDeadlineTimer& deadline, X11::PasteChord chord, const std::function<void()>& done);
+    using Done = std::function<void(PasteResult)>;
+    using Keys = std::vector<xcb_keycode_t>;
+
+    void waitForFocus(const QDeadlineTimer& deadline, const Done& done);
+    void waitForWrites(X11::PasteChord chord, const Done& done);
+    [[nodiscard]] PasteResult send(X11::PasteChord chord);
+    [[nodiscard]] std::optional<Keys> keysOf(X11::PasteChord chord);
+    [[nodiscard]] std::optional<xcb_keycode_t> keyWith(X11::Keyboard& keyboard, xcb_keysym_t symbol);
     void releaseHeldKeys();
-    void type(X11::PasteChord chord);
+    void type(const Keys& keys);
     void fake(uint8_t eventType, xcb_keycode_t key);
 
     std::shared_ptr<X11::X11Session> m_session;
     std::shared_ptr<X11::FrontWindow> m_frontWindow;
     std::shared_ptr<X11::SelectionEngine> m_engine;
+    std::unique_ptr<X11::SpareKey> m_spareKey; // while a program may still look up what it stands for
+    QTimer m_spareKeyReturn;
 };
 
 } // namespace Clipboard

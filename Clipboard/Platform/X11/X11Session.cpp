@@ -14,6 +14,8 @@ namespace {
 constexpr uint32_t maxClassWords = 256;
 // The hints that a window manager lists as supported; the longest lists have about a hundred.
 constexpr uint32_t maxSupportedHints = 1024;
+// The deepest trees of windows, those of old toolkits and embedded programs, have about ten levels.
+constexpr int maxWindowDepth = 32;
 
 } // namespace
 
@@ -105,14 +107,30 @@ bool X11Session::isOurs(xcb_window_t window)
     return !words.empty() && words.front() == static_cast<uint32_t>(::getpid());
 }
 
-bool X11Session::isSameClient(xcb_window_t left, xcb_window_t right) const
+bool X11Session::isInside(xcb_window_t inner, xcb_window_t outer) const
 {
-    // The server hands each client a range of ids and tells the same mask to all.
-    const uint32_t client = ~xcb_get_setup(xcb())->resource_id_mask;
-    return (left & client) == (right & client);
+    for (int depth = 0; depth < maxWindowDepth && inner != outer && inner != XCB_WINDOW_NONE; ++depth)
+        inner = parentOf(inner);
+    return inner == outer;
 }
 
-X11Session::WindowClass X11Session::windowClass(xcb_window_t window)
+xcb_window_t X11Session::parentOf(xcb_window_t window) const
+{
+    const XcbPointer<xcb_query_tree_reply_t> reply(xcb_query_tree_reply(xcb(), xcb_query_tree(xcb(), window), nullptr));
+    return reply ? reply->parent : xcb_window_t(XCB_WINDOW_NONE);
+}
+
+X11Session::WindowClass X11Session::windowClassAround(xcb_window_t window) const
+{
+    WindowClass found = windowClass(window);
+    for (int depth = 0; depth < maxWindowDepth && found.name.isEmpty() && window != XCB_WINDOW_NONE; ++depth) {
+        window = parentOf(window);
+        found = windowClass(window);
+    }
+    return found;
+}
+
+X11Session::WindowClass X11Session::windowClass(xcb_window_t window) const
 {
     const auto reply = m_connection->property(window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, maxClassWords);
     if (!reply || reply->format != 8)

@@ -24,6 +24,10 @@ public:
     /// A hidden window of this connection, for selections and the like.
     [[nodiscard]] xcb_window_t window() const { return m_window; }
 
+    /// The key code that SpareKey has lent a symbol, which is none of the user's keys; 0 for none.
+    [[nodiscard]] xcb_keycode_t lentKey() const { return m_lentKey; }
+    void setLentKey(xcb_keycode_t key) { m_lentKey = key; }
+
     /// The server's time now: accepted wherever the time of the user's latest action is asked for.
     [[nodiscard]] xcb_timestamp_t serverTime();
     /// The window that the window manager calls active; none without such a manager.
@@ -33,15 +37,18 @@ public:
     [[nodiscard]] bool isWindow(xcb_window_t window);
     /// True for a window of this process.
     [[nodiscard]] bool isOurs(xcb_window_t window);
-    /// True when both windows were made by the same program.
-    [[nodiscard]] bool isSameClient(xcb_window_t left, xcb_window_t right) const;
-    /// Instance and class of WM_CLASS; empty when the window has none.
+    /// True when `inner` is `outer` or a window at any depth in it.
+    [[nodiscard]] bool isInside(xcb_window_t inner, xcb_window_t outer) const;
+    /// Instance and class of WM_CLASS.
     struct WindowClass
     {
         QByteArray instance;
         QByteArray name;
     };
-    [[nodiscard]] WindowClass windowClass(xcb_window_t window);
+    /// Empty when the window has none.
+    [[nodiscard]] WindowClass windowClass(xcb_window_t window) const;
+    /// That of the innermost window around `window`, itself included, that has one.
+    [[nodiscard]] WindowClass windowClassAround(xcb_window_t window) const;
     /// True when the window manager answers _NET_ACTIVE_WINDOW messages.
     [[nodiscard]] bool hasActivation();
     /// Asks the window manager to make the window active, as if the user had picked it; without one, sets the focus.
@@ -55,9 +62,11 @@ private:
     explicit X11Session(std::unique_ptr<XcbConnection> connection);
 
     void readEvents();
+    [[nodiscard]] xcb_window_t parentOf(xcb_window_t window) const;
 
     std::unique_ptr<XcbConnection> m_connection;
     xcb_window_t m_window;
+    xcb_keycode_t m_lentKey = 0;
     xcb_timestamp_t m_lastTime = XCB_CURRENT_TIME;
     QSocketNotifier m_notifier;
 };

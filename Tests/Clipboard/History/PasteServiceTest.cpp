@@ -26,13 +26,24 @@ class PasteServiceTest final : public QObject
 {
     Q_OBJECT
 private slots:
+    void waitsForThePanelThenSendsTheKey_data();
     void waitsForThePanelThenSendsTheKey();
     void leavesTheKeyToTheUserWithoutTrust();
     void survivesAnAnswerAfterItsEnd();
 };
 
+void PasteServiceTest::waitsForThePanelThenSendsTheKey_data()
+{
+    QTest::addColumn<PasteResult>("result");
+    QTest::addColumn<QString>("notice");
+    QTest::newRow("sent") << PasteResult::sent << u"Pasted “x”"_s;
+    QTest::newRow("not sent") << PasteResult::notSent << u"Copied “x” — press ⌘V to paste"_s;
+}
+
 void PasteServiceTest::waitsForThePanelThenSendsTheKey()
 {
+    QFETCH(PasteResult, result);
+    QFETCH(QString, notice);
     Fixture f;
     QElapsedTimer elapsed;
     elapsed.start();
@@ -41,8 +52,8 @@ void PasteServiceTest::waitsForThePanelThenSendsTheKey()
     QTRY_COMPARE(f.keystrokes.pastes, 1);
     QVERIFY(elapsed.elapsed() >= 79);
     QVERIFY(f.toasts.isEmpty()); // the key is still on its way
-    f.keystrokes.finishPastes();
-    QCOMPARE(f.toasts, QStringList{u"Pasted “x”"_s});
+    f.keystrokes.finishPastes(result);
+    QCOMPARE(f.toasts, QStringList{notice});
 }
 
 void PasteServiceTest::leavesTheKeyToTheUserWithoutTrust()

@@ -63,7 +63,8 @@ private slots:
     void frontmostApplicationIsNotOurs();
     void unknownApplicationGoesByItsClass();
     void keyboardIsLentAndGivenBack();
-    void focusIsNotTakenFromAThirdWindow();
+    void pastesIntoNoOtherWindow_data();
+    void pastesIntoNoOtherWindow();
     void pasteIntoXterm_data();
     void pasteIntoXterm();
     void utilityWindowStaysOutOfTaskBars();
@@ -79,7 +80,7 @@ private:
     void catchUp();
     /// Waits until the window manager has done what it was asked for so far.
     [[nodiscard]] bool hasWindowManagerCaughtUp();
-    [[nodiscard]] QByteArray typed() const;
+    [[nodiscard]] QByteArray typed(const QString& file = u"typed"_s) const;
     [[nodiscard]] Workspace::Application frontmost() const
     {
         return m_platform.workspace->frontmostApplication().value_or(Workspace::Application());
@@ -87,6 +88,8 @@ private:
     /// What the panel does: shows a window over the one in front, which is remembered.
     void showPanel();
     void hidePanel();
+    /// What has become of a paste; nothing if it never ended.
+    [[nodiscard]] std::optional<PasteResult> paste();
 
     VirtualSession& m_session;
     Platform m_platform;
@@ -124,7 +127,8 @@ void X11DesktopTest::cleanup()
     m_platform = {};
     m_observer.reset();
     m_session.run(u"setxkbmap"_s, {u"us"_s});
-    QFile::remove(m_session.homePath(u"typed"_s));
+    for (const QString& file : {u"typed"_s, u"second"_s})
+        QFile::remove(m_session.homePath(file));
 }
 
 void X11DesktopTest::xdotool(const QString& arguments)
@@ -180,9 +184,9 @@ bool X11DesktopTest::hasWindowManagerCaughtUp()
     return QTest::qWaitFor([&] { return !connection.words(window, extents, XCB_ATOM_CARDINAL, 4).empty(); }, 20'000);
 }
 
-QByteArray X11DesktopTest::typed() const
+QByteArray X11DesktopTest::typed(const QString& name) const
 {
-    QFile file(m_session.homePath(u"typed"_s));
+    QFile file(m_session.homePath(name));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
@@ -198,6 +202,14 @@ void X11DesktopTest::hidePanel()
 {
     m_panel.hide();
     m_platform.windows->restoreFrontWindow();
+}
+
+std::optional<PasteResult> X11DesktopTest::paste()
+{
+    std::optional<PasteResult> result;
+    m_platform.keystrokes->sendPaste([&](PasteResult ended) { result = ended; });
+    const bool isEarly = result.has_value(); // the caller was kept waiting
+    return QTest::qWaitFor([&] { return result.has_value(); }, 5000) && !isEarly ? result : std::nullopt;
 }
 
 void X11DesktopTest::hotKeyWhateverTheLocks_data()
@@ -354,50 +366,67 @@ void X11DesktopTest::keyboardIsLentAndGivenBack()
     QTRY_COMPARE(typed(), QByteArray("hello\n"));
 }
 
-void X11DesktopTest::focusIsNotTakenFromAThirdWindow()
+void X11DesktopTest::pastesIntoNoOtherWindow_data()
 {
-    const auto first = startXterm(u"First"_s, u"first"_s);
+    QTest::addColumn<bool>("isGone");
+    QTest::newRow("the user has turned to another window") << false;
+    QTest::newRow("the window has gone, and another one gets the focus") << true;
+}
+
+void X11DesktopTest::pastesIntoNoOtherWindow()
+{
+    QFETCH(const bool, isGone);
+    const auto first = startXterm(u"First"_s);
     const auto second = startXterm(u"Second"_s, u"second"_s);
     QVERIFY(first != XCB_WINDOW_NONE && second != XCB_WINDOW_NONE);
-    showPanel();
     m_observer->activate(first);
     QVERIFY(waitForActive(first));
+    showPanel();
+    m_platform.pasteboard->setString("pasted\n");
+    if (isGone) {
+        m_session.kill(*m_programs.takeFirst());
+        QTRY_VERIFY(!m_observer->isWindow(first));
+    } else {
+        m_observer->activate(second);
+        QVERIFY(waitForActive(second));
+    }
     hidePanel();
-    catchUp();
+    QCOMPARE(paste(), PasteResult::notSent);
     QVERIFY(hasWindowManagerCaughtUp());
-    QCOMPARE(m_observer->activeWindow(), first);
+    QVERIFY(isInFront(second));
+    xdotool(u"key Return"_s);
+    QTRY_COMPARE(typed(u"second"_s), QByteArray("\n"));
+    QCOMPARE(typed(), QByteArray());
 }
 
 void X11DesktopTest::pasteIntoXterm_data()
 {
     QTest::addColumn<QString>("windowClass");
     QTest::addColumn<QString>("heldKeys");
-    QTest::addColumn<QString>("layout");
-    QTest::newRow("xterm") << u"XTerm"_s << QString() << u"us"_s;
-    QTest::newRow("keys of the hot key still held") << u"XTerm"_s << u"super shift v"_s << u"us"_s;
-    QTest::newRow("Return still held") << u"XTerm"_s << u"Return"_s << u"us"_s;
-    QTest::newRow("another terminal") << u"kitty"_s << QString() << u"us"_s;
-    QTest::newRow("another terminal, Dvorak") << u"kitty"_s << QString() << u"dvorak"_s;
-    QTest::newRow("another terminal, no Latin letters") << u"kitty"_s << QString() << u"ru"_s;
-    QTest::newRow("any program") << u"Program"_s << QString() << u"us"_s;
+    QTest::addColumn<QStringList>("layout");
+    const QStringList usual{u"setxkbmap"_s, u"us"_s};
+    const QStringList withoutInsert{u"xmodmap"_s, u"-e"_s, u"keysym Insert = NoSymbol"_s};
+    QTest::newRow("keys of the hot key still held") << u"XTerm"_s << u"super shift v"_s << usual;
+    QTest::newRow("Return still held") << u"XTerm"_s << u"Return"_s << usual;
+    QTest::newRow("no Insert key") << u"XTerm"_s << QString() << withoutInsert;
+    QTest::newRow("another terminal, Dvorak") << u"kitty"_s << QString() << QStringList{u"setxkbmap"_s, u"dvorak"_s};
+    QTest::newRow("any program") << u"Program"_s << QString() << usual;
+    QTest::newRow("no Latin letters") << u"Program"_s << QString() << QStringList{u"setxkbmap"_s, u"ru"_s};
 }
 
 void X11DesktopTest::pasteIntoXterm()
 {
     QFETCH(const QString, windowClass);
     QFETCH(const QString, heldKeys);
-    QFETCH(const QString, layout);
-    m_session.run(u"setxkbmap"_s, {layout});
+    QFETCH(QStringList, layout);
+    m_session.run(layout.takeFirst(), layout);
     QVERIFY(startXterm(windowClass) != XCB_WINDOW_NONE);
     showPanel();
     for (const QString& key : heldKeys.split(u' ', Qt::SkipEmptyParts))
         xdotool(u"keydown "_s + key);
     m_platform.pasteboard->setString("pasted\n");
     hidePanel();
-    bool isDone = false;
-    m_platform.keystrokes->sendPaste([&] { isDone = true; });
-    QVERIFY2(!isDone, "The caller was kept waiting.");
-    QTRY_VERIFY(isDone);
+    QCOMPARE(paste(), PasteResult::sent);
     QTRY_COMPARE(typed(), QByteArray("pasted\n"));
 }
 

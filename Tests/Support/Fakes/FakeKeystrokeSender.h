@@ -14,20 +14,20 @@ public:
     [[nodiscard]] bool isTrusted() const override { return trusted; }
     void requestTrust() override { ++trustRequests; }
     [[nodiscard]] QString unavailableReason() const override { return reason; }
-    void sendPaste(std::function<void()> done) override
+    void sendPaste(std::function<void(PasteResult)> done) override
     {
         ++pastes;
         if (finishesAtOnce)
-            done();
+            done(PasteResult::sent);
         else
             underWay.push_back(std::move(done));
     }
-    /// The keys have arrived: lets every paste under way end.
-    void finishPastes()
+    /// Lets every paste under way end.
+    void finishPastes(PasteResult result = PasteResult::sent)
     {
         const auto finished = std::exchange(underWay, {});
         for (const auto& done : finished)
-            done();
+            done(result);
     }
 
     bool trusted = true;
@@ -35,7 +35,7 @@ public:
     QString reason;
     int trustRequests = 0;
     int pastes = 0;
-    std::vector<std::function<void()>> underWay;
+    std::vector<std::function<void(PasteResult)>> underWay;
 };
 
 } // namespace Clipboard::Testing
