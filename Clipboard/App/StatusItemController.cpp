@@ -7,6 +7,7 @@
 #include "Services/QRCode.h"
 
 #include <QCursor>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QTimer>
@@ -67,7 +68,8 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
                              [this] { return m_viewModel.copiedText(); }})
 {
     m_housekeeping.setMaxThreadCount(1);
-    ImageBlobs::sweepOrphans(m_imagesDir, m_store.items(), m_housekeeping);
+    if (m_store.namesAllPictures())
+        ImageBlobs::sweepOrphans(m_imagesDir, m_store.items(), m_housekeeping);
     connectNotices();
     connectHistory();
     m_watcher.start();
@@ -96,6 +98,16 @@ void StatusItemController::connectNotices()
 
 void StatusItemController::connectHistory()
 {
+    if (const auto kept = m_store.unreadableFile())
+        m_notices.tell(u"unreadable-history"_s,
+                       tr("The history could not be read; it is kept as %1.").arg(QFileInfo(*kept).fileName()));
+    m_store.onSaveFailureChanged([this](const std::optional<QString>& failure) {
+        const QString id = u"save"_s;
+        if (failure)
+            m_notices.raise(id, tr("The history cannot be saved: %1").arg(*failure));
+        else
+            m_notices.clear(id);
+    });
     m_watcher.onChange = [this] { m_viewModel.refresh(); };
     m_watcher.onPicture = [this](const QString& path) { m_thumbs.prepare(path); };
     m_viewModel.markOwnChange = [this] { m_watcher.markOwnChange(); };

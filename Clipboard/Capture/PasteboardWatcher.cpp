@@ -106,7 +106,7 @@ void PasteboardWatcher::poll()
 PasteboardWatcher::Capture PasteboardWatcher::captureNow() const
 {
     const auto source = m_workspace.frontmostApplication().value_or(Workspace::Application{});
-    return {source.name, source.bundleID, ClipboardCore::currentTime()};
+    return {source.name, source.bundleID, m_store.timeOfNewEntry()};
 }
 
 void PasteboardWatcher::captureText(const QByteArray& utf8, const Capture& capture)

@@ -259,8 +259,7 @@ void HistoryViewModel::handleMissingFile(const ClipItem& item)
 
 void HistoryViewModel::bump(const ClipItem& item)
 {
-    add({QUuid::createUuid(), item.type, item.content, item.sourceApp, item.bundleID, ClipboardCore::currentTime(),
-         false});
+    add({QUuid::createUuid(), item.type, item.content, item.sourceApp, item.bundleID, m_store.timeOfNewEntry(), false});
 }
 
 void HistoryViewModel::add(const ClipItem& item)
@@ -329,7 +328,7 @@ std::optional<QUuid> HistoryViewModel::addAnnotateResult(const QString& path, co
 {
     assertMainThread();
     const ClipboardCore::Utf8Text content(path);
-    add({QUuid::createUuid(), ClipType::image, content, from.sourceApp, from.bundleID, ClipboardCore::currentTime(),
+    add({QUuid::createUuid(), ClipType::image, content, from.sourceApp, from.bundleID, m_store.timeOfNewEntry(),
          false});
     const auto isResult = [&content](const ClipItem& item) {
         return item.type == ClipType::image && item.content == content;

@@ -683,6 +683,17 @@ Freie Software unter der MIT-Lizenz.</translation>
     </message>
 </context>
 <context>
+    <name>Clipboard::StatusItemController</name>
+    <message>
+        <source>The history could not be read; it is kept as %1.</source>
+        <translation>Der Verlauf war nicht lesbar; er ist als %1 aufbewahrt.</translation>
+    </message>
+    <message>
+        <source>The history cannot be saved: %1</source>
+        <translation>Der Verlauf lässt sich nicht speichern: %1</translation>
+    </message>
+</context>
+<context>
     <name>Clipboard::TextBody</name>
     <message>
         <source>Preview shows the first %1 characters — Paste inserts the full text.</source>

@@ -11,6 +11,8 @@
 /// The history file's content (docs/history-format.md): a JSON array of entries.
 namespace ClipboardCore::HistoryCoding {
 
+/// One entry, as it stands in the file.
+void encode(const ClipItem& item, JSONWriter& json);
 /// Hands the array to `sink` piece by piece.
 void encode(const QList<ClipItem>& items, const JSONWriter::Sink& sink);
 

@@ -5,27 +5,41 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 namespace ClipboardCore {
 
-/// The clipboard history in memory and its one JSON file (docs/history-format.md).
+/// The clipboard history in memory, its one JSON file and the journal beside it (docs/history-format.md).
 ///
 /// Pinned entries come first, then newest first. The store never saves on its own: the caller changes it, releases the
 /// picture files of the entries it got back, then calls saveAsync(). Main thread only.
 class JSONHistoryStore final
 {
 public:
+    /// All contents together, in bytes: two of the largest texts that are ever copied, and what a desktop can spare.
+    static constexpr qint64 largestHistory = qint64{512} << 20;
+
     /// Loads `path` at once; a file that is missing, unreadable or not a whole valid array yields an empty history.
-    JSONHistoryStore(QString path, qsizetype cap, double saveDelaySeconds);
+    JSONHistoryStore(const QString& path, qsizetype cap, double saveDelaySeconds, qint64 largest = largestHistory);
     ~JSONHistoryStore();
     Q_DISABLE_COPY_MOVE(JSONHistoryStore)
 
     [[nodiscard]] const QList<ClipItem>& items() const;
+    /// Where a file that was there and could not be loaded is kept from the first save on.
+    [[nodiscard]] std::optional<QString> unreadableFile() const;
+    /// False while such a file is kept, from this run or an earlier one: it may name pictures that items() does not.
+    [[nodiscard]] bool namesAllPictures() const;
+    /// For a new entry: now, but never before the newest entry, so that a clock that was wrong hides no copies.
+    [[nodiscard]] double timeOfNewEntry() const;
 
     /// Inserts `item`, or moves the entry of equal type and content to its new time, then enforces the cap.
     /// Returns the entries that the cap evicted, oldest first.
     [[nodiscard]] QList<ClipItem> add(const ClipItem& item);
+    /// Puts entries back as they were when they were removed, then enforces the cap. One that is there already stays as
+    /// it is; one whose content was copied anew meanwhile only hands its pin on. Returns the entries that the cap
+    /// evicted.
+    [[nodiscard]] QList<ClipItem> restore(const QList<ClipItem>& items);
     void togglePin(const QUuid& id);
     [[nodiscard]] std::optional<ClipItem> remove(const QUuid& id);
     /// Returns what it removed.
@@ -33,10 +47,14 @@ public:
 
     /// Writes the file now. Nothing on success, else what went wrong.
     [[nodiscard]] std::optional<QString> save();
-    /// Schedules one background save, `saveDelaySeconds` after the last call.
+    /// Puts what changed into the journal and schedules one background save of the file, `saveDelaySeconds` after the
+    /// last call; a large file is left alone while the journal is small beside it.
     void saveAsync();
     /// Waits for running saves and, when one was asked for since the last flush, writes the current state.
     void flush();
+    /// Called on the caller's thread with what went wrong when background saves start to fail, and with nothing once
+    /// they work again. Until then they are tried again and again.
+    void onSaveFailureChanged(std::function<void(const std::optional<QString>& failure)> callback);
 
 private:
     struct Private;

@@ -1,7 +1,8 @@
 #include "Support/AtomicFile.h"
 
+#include "Support/RegularFile.h"
+
 #include <QFile>
-#include <QFileInfo>
 
 #include <cerrno>
 #include <chrono>
@@ -20,23 +21,16 @@ namespace ClipboardCore {
 
 namespace {
 
-/// Repeats a system call that a signal interrupted.
-template <typename Call>
-auto uninterrupted(Call call)
-{
-    auto result = call();
-    while (result < 0 && errno == EINTR)
-        result = call();
-    return result;
-}
-
-/// Locks the file, or gives up after a while: a process that is stopped while it writes must not stop another.
+/// Locks the file, or gives up after a while: a process that is stopped while it writes must not stop another. A file
+/// system without locks has no say in whether something is saved.
 bool lock(int file)
 {
     constexpr auto longestWait = 2s;
     constexpr auto pause = 10ms;
     for (auto waited = 0ms; flock(file, LOCK_EX | LOCK_NB) < 0; waited += pause) {
-        if ((errno != EWOULDBLOCK && errno != EINTR) || waited >= longestWait)
+        if (errno != EWOULDBLOCK && errno != EINTR)
+            return true;
+        if (waited >= longestWait)
             return false;
         std::this_thread::sleep_for(pause);
     }
@@ -50,17 +44,6 @@ bool isSameFile(int file, const QByteArray& path)
     struct stat named = {};
     return fstat(file, &open) == 0 && lstat(path.constData(), &named) == 0 && open.st_ino == named.st_ino &&
            open.st_dev == named.st_dev;
-}
-
-/// Flushes a folder's entries. Some file systems cannot, which takes nothing from the file itself.
-void syncFolder(const QString& path)
-{
-    const QByteArray folder = QFile::encodeName(QFileInfo(path).path());
-    const int descriptor = open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0)
-        return;
-    uninterrupted([descriptor] { return fsync(descriptor); });
-    close(descriptor);
 }
 
 } // namespace
@@ -84,11 +67,9 @@ void AtomicFile::open()
     do {
         if (m_file >= 0)
             close(m_file);
-        m_file = uninterrupted([this] {
-            return ::open(m_temporary.constData(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
-        });
-        if (m_file < 0 && errno == ELOOP && unlink(m_temporary.constData()) == 0)
-            continue; // a link stood in its place
+        m_file = RegularFile::open(m_temporary, O_WRONLY | O_CREAT | O_NOFOLLOW);
+        if (m_file < 0 && (errno == ELOOP || errno == ENXIO) && unlink(m_temporary.constData()) == 0)
+            continue; // a link stood in its place, or a pipe
         if (m_file < 0)
             return fail("open"_L1);
         if (!lock(m_file)) {
@@ -106,8 +87,8 @@ void AtomicFile::open()
 void AtomicFile::append(QByteArrayView bytes)
 {
     while (!m_failure && !bytes.isEmpty()) {
-        const ssize_t written =
-            uninterrupted([this, bytes] { return write(m_file, bytes.data(), static_cast<size_t>(bytes.size())); });
+        const ssize_t written = RegularFile::uninterrupted(
+            [this, bytes] { return write(m_file, bytes.data(), static_cast<size_t>(bytes.size())); });
         if (written < 0)
             return fail("write"_L1);
         bytes = bytes.sliced(written);
@@ -116,20 +97,20 @@ void AtomicFile::append(QByteArrayView bytes)
 
 std::optional<QString> AtomicFile::commit()
 {
-    if (!m_failure && uninterrupted([this] { return fsync(m_file); }) < 0)
+    if (!m_failure && RegularFile::uninterrupted([this] { return fsync(m_file); }) < 0)
         fail("flush"_L1);
     if (!m_failure && rename(m_temporary.constData(), m_target.constData()) < 0)
         fail("rename"_L1);
     if (m_failure)
         return m_failure;
-    syncFolder(m_path);
+    RegularFile::syncFolder(m_path);
     close(std::exchange(m_file, -1));
     return std::nullopt;
 }
 
 void AtomicFile::fail(QLatin1String operation)
 {
-    m_failure = "Cannot %1 %2: %3"_L1.arg(operation, QFile::decodeName(m_temporary), qt_error_string(errno));
+    m_failure = "%1 (%2 %3)"_L1.arg(qt_error_string(errno), operation, QFile::decodeName(m_temporary));
     discard();
 }
 

@@ -11,7 +11,7 @@ namespace ClipboardCore {
 ///
 /// The content goes to "<path>.tmp" beside it, readable by the user alone, is flushed to the disk and renamed; the
 /// folder's entry is flushed too. Two processes that write the same file take turns; after two seconds
-/// of waiting the write fails. What a killed process leaves of
+/// of waiting the write fails. Where there are no locks, none is taken. What a killed process leaves of
 /// the temporary file is overwritten by the next write.
 class AtomicFile final
 {
@@ -23,6 +23,7 @@ public:
 
     /// After a failure, which commit() reports, further bytes are ignored.
     void append(QByteArrayView bytes);
+    [[nodiscard]] bool hasFailed() const { return m_failure.has_value(); }
     /// Nothing on success, else what went wrong; the old file is then untouched.
     [[nodiscard]] std::optional<QString> commit();
 

@@ -122,6 +122,16 @@ void SerialQueue::cancel(TaskID id)
     d->tasks.erase(found);
 }
 
+void SerialQueue::sync(const Task& task)
+{
+    std::promise<void> reached;
+    async([&] {
+        task();
+        reached.set_value();
+    });
+    reached.get_future().wait();
+}
+
 void SerialQueue::drain()
 {
     {
@@ -129,9 +139,7 @@ void SerialQueue::drain()
         if (!d->thread.joinable())
             return;
     }
-    std::promise<void> reached;
-    async([&reached] { reached.set_value(); });
-    reached.get_future().wait();
+    sync([] {});
 }
 
 } // namespace ClipboardCore

@@ -26,7 +26,9 @@ public:
     TaskID async(Task task, std::chrono::nanoseconds delay = {});
     /// A task that has not started never runs; for any other this does nothing.
     void cancel(TaskID id);
-    /// Returns when every task that is running or already due has run. Not to be called from a task.
+    /// Runs a task after those that are already due and returns when it has run. Not to be called from a task.
+    void sync(const Task& task);
+    /// Returns when every task that is running or already due has run. Not to be called from a task of its own.
     void drain();
 
 private:

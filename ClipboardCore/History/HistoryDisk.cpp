@@ -1,0 +1,228 @@
+#include "History/HistoryDisk.h"
+
+#include "History/HistoryCoding.h"
+#include "Support/AtomicFile.h"
+#include "Support/Fingerprint.h"
+#include "Support/RegularFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace ClipboardCore {
+
+using JournalCoding::FileState;
+
+namespace {
+
+// A file of this size is written in a few milliseconds; a larger one is left alone until the journal has grown to this
+// part of it. So a small change never costs more than a few times its own size.
+constexpr qint64 smallFile = qint64{1} << 20;
+constexpr qint64 journalShare = 4;
+
+constexpr auto unreadableSuffix = ".bad"_L1;
+
+QString journalPathFor(QString path)
+{
+    if (path.endsWith(".json"_L1))
+        path.chop(5);
+    return path + ".journal"_L1;
+}
+
+bool isThere(const QString& path)
+{
+    struct stat status = {};
+    return lstat(QFile::encodeName(path).constData(), &status) == 0;
+}
+
+/// A picture's file goes before its entry does, so a program that was killed in between has an entry without one.
+bool hasLostItsPicture(const ClipItem& item)
+{
+    return item.type == ClipType::image && !item.isPinned && !QFile::exists(item.content.toString());
+}
+
+qint64 sizeOf(const QList<ClipItem>& items)
+{
+    return std::accumulate(items.begin(), items.end(), qint64(0),
+                           [](qint64 sum, const ClipItem& item) { return sum + item.content.byteCount(); });
+}
+
+bool isRemoval(const HistoryOperation& operation)
+{
+    const auto* remove = std::get_if<HistoryOperation::Remove>(&operation.change);
+    return remove != nullptr && !remove->isEviction;
+}
+
+} // namespace
+
+HistoryDisk::HistoryDisk(const QString& path)
+    : m_path(RegularFile::target(path))
+    , m_journalPath(RegularFile::target(journalPathFor(m_path)))
+    , m_journal(m_journalPath)
+{
+}
+
+EntryList HistoryDisk::load()
+{
+    auto items = loadFile(m_file);
+    if (!items) {
+        m_isUnreadableInPlace = true;
+        m_unreadable = freeNameForUnreadable();
+        return {};
+    }
+    EntryList entries(*items);
+    const QList<HistoryOperation> missing = m_journal.load(m_file);
+    for (const HistoryOperation& operation : missing)
+        apply(operation, entries);
+    if (!missing.isEmpty()) {
+        QList<ClipItem> kept = entries.items();
+        if (kept.removeIf(hasLostItsPicture) > 0)
+            entries = EntryList(kept);
+    }
+    if (std::any_of(missing.begin(), missing.end(), isRemoval))
+        m_lastRemoval = m_appended = 1;
+    m_items = entries.items();
+    return entries;
+}
+
+/// A file that is not there is an empty history. Nothing for one that is there and cannot be loaded.
+std::optional<QList<ClipItem>> HistoryDisk::loadFile(FileState& state)
+{
+    Fingerprint fingerprint;
+    std::optional<QByteArray> content;
+    const int file = RegularFile::open(QFile::encodeName(m_path), O_RDONLY);
+    if (file >= 0) {
+        content = RegularFile::read(file, HistoryCoding::largestDocument, HistoryCoding::decodePadding,
+                                    [&fingerprint](QByteArrayView bytes) { fingerprint.add(bytes); });
+        ::close(file);
+    } else if (errno == ENOENT || errno == ENOTDIR) {
+        state = {0, fingerprint.value()};
+        return QList<ClipItem>();
+    }
+    if (!content)
+        return std::nullopt;
+    state = {content->size(), fingerprint.value()};
+    return HistoryCoding::decode(std::move(*content));
+}
+
+QString HistoryDisk::freeNameForUnreadable() const
+{
+    QString name = m_path + unreadableSuffix;
+    for (int number = 1; isThere(name); ++number)
+        name = m_path + unreadableSuffix + u'.' + QString::number(number);
+    return name;
+}
+
+bool HistoryDisk::keepsUnreadableFile() const
+{
+    if (m_unreadable)
+        return true;
+    const QFileInfo file(m_path);
+    return !QDir(file.path())
+                .entryList({file.fileName() + unreadableSuffix + u'*'}, QDir::AllEntries | QDir::Hidden | QDir::System)
+                .isEmpty();
+}
+
+/// Before anything is written. With the file goes the journal, which belongs to it.
+std::optional<QString> HistoryDisk::keepUnreadable()
+{
+    if (!m_isUnreadableInPlace)
+        return std::nullopt;
+    const QByteArray kept = QFile::encodeName(*m_unreadable);
+    if (rename(QFile::encodeName(m_path).constData(), kept.constData()) < 0 && errno != ENOENT)
+        return "%1 (keep %2)"_L1.arg(qt_error_string(errno), m_path);
+    const QString suffix = m_unreadable->sliced(m_path.size());
+    rename(QFile::encodeName(m_journalPath).constData(), QFile::encodeName(m_journalPath + suffix).constData());
+    m_isUnreadableInPlace = false;
+    m_journal.restart();
+    m_file = {0, Fingerprint().value()};
+    return std::nullopt;
+}
+
+void HistoryDisk::append(const QList<HistoryOperation>& operations, const QList<ClipItem>& items)
+{
+    const std::lock_guard lock(m_mutex);
+    ++m_appended;
+    m_items = items;
+    if (keepUnreadable() || !m_journal.append(operations))
+        m_lastGap = m_appended;
+    if (std::any_of(operations.begin(), operations.end(), isRemoval))
+        m_lastRemoval = m_appended;
+}
+
+void HistoryDisk::flushJournal()
+{
+    int file = -1;
+    {
+        const std::lock_guard lock(m_mutex);
+        file = m_journal.duplicate();
+    }
+    if (file < 0)
+        return;
+    RegularFile::uninterrupted([file] { return fdatasync(file); });
+    ::close(file);
+    RegularFile::syncFolder(m_journalPath); // it may be new
+}
+
+bool HistoryDisk::isSaveDue() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_lastGap > m_saved || sizeOf(m_items) <= smallFile || m_journal.end() > m_file.size / journalShare;
+}
+
+bool HistoryDisk::isForgettingDue() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_lastRemoval > m_saved;
+}
+
+std::optional<QString> HistoryDisk::save(const std::optional<QList<ClipItem>>& items)
+{
+    std::unique_lock lock(m_mutex);
+    m_items = items.value_or(m_items);
+    const QList<ClipItem> saved = m_items;
+    if (!std::all_of(saved.begin(), saved.end(), [](const ClipItem& item) { return std::isfinite(item.createdAt); }))
+        return u"An entry's time is not a number"_s;
+    if (const auto failure = keepUnreadable())
+        return failure;
+    const qint64 end = m_journal.end();
+    const quint64 appended = m_appended;
+    lock.unlock();
+
+    AtomicFile file(m_path);
+    FileState state;
+    Fingerprint fingerprint;
+    HistoryCoding::encode(saved, [&](QByteArrayView bytes) {
+        file.append(bytes);
+        fingerprint.add(bytes);
+        state.size += bytes.size();
+    });
+    state.fingerprint = fingerprint.value();
+    if (!file.hasFailed()) {
+        lock.lock();
+        m_journal.announce(state, end);
+        lock.unlock();
+        flushJournal();
+    }
+    if (const auto failure = file.commit())
+        return failure;
+
+    lock.lock();
+    m_journal.rebase(state, end);
+    m_file = state;
+    m_saved = appended;
+    return std::nullopt;
+}
+
+} // namespace ClipboardCore

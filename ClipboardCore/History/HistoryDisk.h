@@ -1,0 +1,65 @@
+#pragma once
+
+#include "History/EntryList.h"
+#include "History/HistoryJournal.h"
+
+#include <QList>
+#include <QString>
+
+#include <mutex>
+#include <optional>
+
+namespace ClipboardCore {
+
+/// The history on the disk (docs/history-format.md): one file, and beside it a journal of what has changed since.
+/// Changes can be appended to the journal while the file is written. Files are written by one thread at a time.
+class HistoryDisk final
+{
+public:
+    /// `path` may be a symbolic link: what counts is where it leads, and the journal stands there.
+    explicit HistoryDisk(const QString& path);
+    Q_DISABLE_COPY_MOVE(HistoryDisk)
+
+    /// What both files hold together. To be called once, first.
+    [[nodiscard]] EntryList load();
+    /// Where a file that was there and could not be loaded is kept as soon as something is written.
+    [[nodiscard]] const std::optional<QString>& unreadableFile() const { return m_unreadable; }
+    /// True when such a file is kept, of this run or an earlier one.
+    [[nodiscard]] bool keepsUnreadableFile() const;
+
+    /// Puts the operations in the journal. `items` is the whole history after them, for the next save().
+    void append(const QList<HistoryOperation>& operations, const QList<ClipItem>& items);
+    /// Flushes what was appended to the disk. Takes its time; append() need not wait for it.
+    void flushJournal();
+
+    /// True when the file should be written: it is small, the journal has become large beside it, or lacks something.
+    [[nodiscard]] bool isSaveDue() const;
+    /// True when something that the user removed is still on the disk.
+    [[nodiscard]] bool isForgettingDue() const;
+    /// Writes the file as of the last append() or, with `items`, as of now, and empties the journal. Nothing on
+    /// success, else what went wrong; the old file is then untouched.
+    [[nodiscard]] std::optional<QString> save(const std::optional<QList<ClipItem>>& items = std::nullopt);
+
+private:
+    [[nodiscard]] std::optional<QList<ClipItem>> loadFile(JournalCoding::FileState& state);
+    [[nodiscard]] QString freeNameForUnreadable() const;
+    [[nodiscard]] std::optional<QString> keepUnreadable();
+
+    const QString m_path;
+    const QString m_journalPath;
+
+    mutable std::mutex m_mutex;
+    // All below: guarded by `m_mutex`, but for load() and what it alone sets.
+    HistoryJournal m_journal;
+    JournalCoding::FileState m_file;
+    QList<ClipItem> m_items;
+    std::optional<QString> m_unreadable;
+    bool m_isUnreadableInPlace = false;
+    // How many batches were appended, and after how many of them what happened.
+    quint64 m_appended = 0;
+    quint64 m_saved = 0;
+    quint64 m_lastGap = 0;
+    quint64 m_lastRemoval = 0;
+};
+
+} // namespace ClipboardCore

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "History/EntryList.h"
+#include "History/HistoryOperation.h"
+
+#include <QList>
+#include <QString>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace ClipboardCore {
+
+class HistoryDisk;
+
+/// When the history goes to the disk: each change at once into the journal, the file a while after the last change. A
+/// save that fails is tried again until one succeeds. Main thread only; the work is done on threads of its own.
+class HistorySaver final
+{
+public:
+    HistorySaver(const QString& path, std::chrono::nanoseconds delay);
+    /// Waits until what was handed over is in the journal, and drops the pending save.
+    ~HistorySaver();
+    Q_DISABLE_COPY_MOVE(HistorySaver)
+
+    /// What is on the disk, at once. To be called once, first.
+    [[nodiscard]] EntryList load();
+    [[nodiscard]] const HistoryDisk& disk() const;
+
+    /// Called on the caller's thread with what went wrong when saving starts to fail, and with nothing when it works
+    /// again.
+    void onFailureChanged(std::function<void(const std::optional<QString>& failure)> callback);
+
+    /// What changed since the last call, and the history now.
+    void changed(const QList<HistoryOperation>& operations, const QList<ClipItem>& items);
+    /// Writes the file now. Nothing on success, else what went wrong.
+    [[nodiscard]] std::optional<QString> save(const QList<ClipItem>& items);
+    /// Waits for what is under way; when something changed since the last flush, writes the file as well. Where that
+    /// fails, the journal takes what it does not have. False when nothing was to be written.
+    bool flush(const QList<HistoryOperation>& operations, const QList<ClipItem>& items);
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace ClipboardCore
