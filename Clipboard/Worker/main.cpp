@@ -68,13 +68,17 @@ int title()
 
 int main(int argc, char** argv)
 {
-    Clipboard::confineThisProcess();
-    const QCoreApplication application(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() == 3 && arguments.at(1) == u"recognize"_s)
-        return recognize(arguments.at(2));
-    if (arguments.size() == 2 && arguments.at(1) == u"title"_s)
+    const QByteArrayList arguments(argv + 1, argv + argc);
+    if (arguments.size() == 2 && arguments.front() == "recognize") {
+        Clipboard::confineThisProcess(Clipboard::needsOfRecognition(arguments.back()));
+        const QCoreApplication application(argc, argv);
+        return recognize(QFile::decodeName(arguments.back()));
+    }
+    if (arguments.size() == 1 && arguments.front() == "title") {
+        Clipboard::confineThisProcess(Clipboard::needsOfTitle());
+        const QCoreApplication application(argc, argv);
         return title();
+    }
     std::fputs(usage, stderr);
     return wrongUsage;
 }

@@ -43,8 +43,6 @@ QStringList lines(tesseract::TessBaseAPI& tesseract)
 QStringList linesIn(const QImage& picture, const QStringList& uiLanguages)
 {
     tesseract::TessBaseAPI tesseract;
-    // It reports each language that is not installed, which is no fault.
-    tesseract.SetVariable("debug_file", "/dev/null");
     if (tesseract.Init(nullptr, tesseractLanguages(uiLanguages).constData(), tesseract::OEM_LSTM_ONLY) != 0)
         return {};
     tesseract.SetPageSegMode(tesseract::PSM_AUTO);
