@@ -36,8 +36,8 @@ public:
     /// The left button.
     virtual void pressButton() = 0;
     virtual void releaseButton() = 0;
-    /// Changes with the shape of the pointer, and with nothing else.
-    [[nodiscard]] virtual quint32 pointerShape() const = 0;
+    /// As themes name it: "left_ptr", "dnd-copy".
+    [[nodiscard]] virtual QByteArray pointerShape() const = 0;
 
     /// Has another program copy that, and live on. `target` is the type as the desktop names it.
     virtual void copy(const QByteArray& content, const QString& target) = 0;

@@ -38,6 +38,7 @@ public:
     [[nodiscard]] std::optional<MomentLog::Time> start();
     /// Sends the signal and waits for the end. The exit code; -1 when a signal ended it.
     int stop(int signal);
+    [[nodiscard]] const QString& program() const { return m_program; }
     [[nodiscard]] qint64 processID() const;
     [[nodiscard]] bool isRunning() const;
 

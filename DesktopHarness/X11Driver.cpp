@@ -77,14 +77,14 @@ void X11Driver::releaseButton()
     hand({u"mouseup"_s, u"1"_s});
 }
 
-quint32 X11Driver::pointerShape() const
+QByteArray X11Driver::pointerShape() const
 {
     const auto version = xcb_xfixes_query_version(xcb(), XCB_XFIXES_MAJOR_VERSION, XCB_XFIXES_MINOR_VERSION);
     xcb_discard_reply(xcb(), version.sequence);
-    const auto cookie = xcb_xfixes_get_cursor_image(xcb());
-    const Xcb::Pointer<xcb_xfixes_get_cursor_image_reply_t> image(
-        xcb_xfixes_get_cursor_image_reply(xcb(), cookie, nullptr));
-    return image ? image->cursor_serial : 0;
+    const auto cookie = xcb_xfixes_get_cursor_image_and_name(xcb());
+    const Xcb::Pointer<xcb_xfixes_get_cursor_image_and_name_reply_t> image(
+        xcb_xfixes_get_cursor_image_and_name_reply(xcb(), cookie, nullptr));
+    return image ? QByteArray(xcb_xfixes_get_cursor_image_and_name_name(image.get()), image->nbytes) : QByteArray();
 }
 
 void X11Driver::copy(const QByteArray& content, const QString& target)
@@ -99,8 +99,10 @@ QByteArray X11Driver::pasted(const QString& target)
 
 X11Driver::Window X11Driver::describe(xcb_window_t window, bool isUnmanaged) const
 {
-    return {window, geometryOnScreen(xcb(), window), QString::fromUtf8(Xcb::property(xcb(), window, "_NET_WM_NAME")),
-            isUnmanaged};
+    QByteArray title = Xcb::property(xcb(), window, "_NET_WM_NAME");
+    if (title.isEmpty())
+        title = Xcb::property(xcb(), window, "WM_NAME"); // of older programs
+    return {window, geometryOnScreen(xcb(), window), QString::fromUtf8(title), isUnmanaged};
 }
 
 QList<X11Driver::Window> X11Driver::windowsOf(const QByteArray& program) const

@@ -21,7 +21,7 @@ public:
     void click(QPoint place, int times, int button) override;
     void pressButton() override;
     void releaseButton() override;
-    [[nodiscard]] quint32 pointerShape() const override;
+    [[nodiscard]] QByteArray pointerShape() const override;
     void copy(const QByteArray& content, const QString& target) override;
     [[nodiscard]] QByteArray pasted(const QString& target) override;
     [[nodiscard]] QList<Window> windowsOf(const QByteArray& program) const override;

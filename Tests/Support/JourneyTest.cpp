@@ -1,0 +1,46 @@
+#include "JourneyTest.h"
+
+namespace Clipboard::Testing {
+
+JourneyTest::JourneyTest(const Options& options, Sessions sessions)
+    : Journey(QStringLiteral(TESSALY_PROGRAM))
+    , m_options(options)
+    , m_sessions(sessions)
+{
+}
+
+void JourneyTest::fail(const QString& message, const Where& where)
+{
+    QTest::qFail(qPrintable(message), where.file_name(), static_cast<int>(where.line()));
+}
+
+void JourneyTest::initTestCase()
+{
+    if (m_sessions == Sessions::one)
+        begin(m_options);
+}
+
+void JourneyTest::init()
+{
+    if (m_sessions == Sessions::onePerFunction)
+        begin(m_options);
+    if (!hasFailed())
+        arrive();
+}
+
+void JourneyTest::cleanup()
+{
+    leave();
+    if (m_sessions == Sessions::onePerFunction)
+        end();
+}
+
+void JourneyTest::cleanupTestCase()
+{
+    if (m_sessions == Sessions::one) {
+        conclude();
+        end();
+    }
+}
+
+} // namespace Clipboard::Testing
