@@ -195,7 +195,7 @@ void CanvasGesture::textFieldMouseDown(int clickCount)
 QPointF CanvasGesture::reshaped(const ReshapeDrag& drag, const AnnotationSession& session)
 {
     const QPointF handle = Geometry::clamped(drag.end + drag.grab, session.pictureBounds());
-    if (!drag.isConstrained)
+    if (!drag.isConstrained || !session.selection())
         return handle;
     const Annotation& mark = session.annotations().at(*session.selection());
     return Constraint::end(mark.kind, mark.position(opposite(drag.handle)), handle, session.pictureBounds());

@@ -91,6 +91,10 @@ void perform(AnnotationSession& session, const QString& word)
          [&] {
              session.moveSelection({5, 5});
          }},
+        {u"nudge"_s,
+         [&] {
+             session.nudgeSelection({argument.toDouble(), 0});
+         }},
         {u"reshape"_s,
          [&] {
              session.reshapeSelection(AnnotationHandle::end, {60, 20});
@@ -140,7 +144,6 @@ void AnnotationSessionTest::records_data()
     row(u"tool:text click type:a"_s, u"1 marks 0/0 selected 0 typing 0 changed"_s);
     row(u"click:counter undo"_s, u"0 marks 0/1"_s);
     row(u"crop"_s, u"0 marks 1/0 changed"_s);
-    row(u"two"_s, u"2 marks 2/0 selected 1 changed"_s);
     row(u"two point:pixelate"_s, u"2 marks 2/0 selected 1 changed"_s);
     row(u"two drag:counter"_s, u"2 marks 2/0 selected 1 changed"_s);
     row(u"two click:highlighter"_s, u"2 marks 2/0 selected 1 changed"_s);
@@ -163,6 +166,10 @@ void AnnotationSessionTest::records_data()
     row(u"two unselect delete move reshape blue"_s, u"2 marks 2/0 changed"_s);
     row(u"two click:text uncrop"_s, u"3 marks 2/0 selected 2 typing 2 changed"_s);
     row(u"two click:text type:c crop"_s, u"3 marks 4/0 selected 2 changed"_s);
+    row(u"two nudge:1 nudge:1 nudge:10"_s, u"2 marks 3/0 selected 1 changed"_s);
+    row(u"two nudge:1 blue nudge:1"_s, u"2 marks 5/0 selected 1 changed"_s);
+    row(u"two nudge:1 nudge:-1 nudge:1"_s, u"2 marks 3/0 selected 1 changed"_s);
+    row(u"two nudge:1 edit:1 end nudge:1"_s, u"2 marks 4/0 selected 1 changed"_s);
     row(u"two stay"_s, u"2 marks 2/0 selected 1 changed"_s);
     row(u"two first reshape"_s, u"2 marks 2/0 selected 0 changed"_s);
     row(u"two edit:1 type:abc blue end"_s, u"2 marks 3/0 selected 1 changed"_s);

@@ -18,9 +18,7 @@ private slots:
     void hits();
     void hitsWhateverWayItWasDrawn();
     void handlesLieOnTheMark();
-    void comparesEveryField();
     void contrasts();
-    void readsNamesExactly();
     void measuresByTheLongestSide_data();
     void measuresByTheLongestSide();
 };
@@ -88,22 +86,6 @@ void AnnotationTest::handlesLieOnTheMark()
     QCOMPARE(positions(Kind::counter), QList<QPointF>());
 }
 
-void AnnotationTest::comparesEveryField()
-{
-    const Annotation mark{Kind::text, {1, 2}, {3, 4}, AnnotationPalette::red, AnnotationSize::small, u"a"_s};
-    std::array<Annotation, 6> others;
-    others.fill(mark);
-    others[0].kind = Kind::arrow;
-    others[1].start.setX(std::nextafter(1, 2));
-    others[2].end.setY(std::nextafter(4, 5));
-    others[3].color.id = AnnotationPalette::blue.id;
-    others[4].size = AnnotationSize::large;
-    others[5].text = u"b"_s;
-    for (const Annotation& other : others)
-        QVERIFY(other != mark);
-    QVERIFY(Annotation(mark) == mark);
-}
-
 void AnnotationTest::contrasts()
 {
     QStringList dark;
@@ -116,18 +98,6 @@ void AnnotationTest::contrasts()
     const AnnotationColor grey{"grey"_L1, 0.6, 0.6, 0.6};
     QCOMPARE(grey.contrasting(), AnnotationPalette::white);
     QCOMPARE((AnnotationColor{"grey"_L1, 0.6, 0.6 + 1e-9, 0.6}.contrasting()), AnnotationPalette::black);
-}
-
-void AnnotationTest::readsNamesExactly()
-{
-    for (const AnnotationColor& color : AnnotationPalette::colors)
-        QCOMPARE(AnnotationColor::withID(QString(color.id)), color);
-    for (const AnnotationSize size : allAnnotationSizes)
-        QCOMPARE(annotationSizeFromRawValue(QString(rawValue(size))), size);
-    for (const auto& text : {u"Red"_s, u" red"_s, u""_s, u"Large"_s}) {
-        QVERIFY(!AnnotationColor::withID(text));
-        QVERIFY(!annotationSizeFromRawValue(text));
-    }
 }
 
 void AnnotationTest::measuresByTheLongestSide_data()

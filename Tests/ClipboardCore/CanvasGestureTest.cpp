@@ -7,8 +7,6 @@
 using namespace ClipboardCore;
 using namespace Qt::StringLiterals;
 using Tool = AnnotationTool;
-using Cursor = CanvasGesture::Cursor;
-using Corner = CanvasGesture::Corner;
 
 namespace {
 
@@ -20,12 +18,12 @@ struct Canvas
     double scale = 1;
 
     void press(QPointF at, int clickCount = 1) { gesture.mouseDown({at, scale, clickCount}, session); }
-    void move(QPointF to) { gesture.mouseDragged({to, scale, 1}, session); }
+    void move(QPointF to, bool isConstrained = false) { gesture.mouseDragged({to, scale, 1, isConstrained}, session); }
     void release(QPointF at) { gesture.mouseUp({at, scale, 1}, session); }
-    void drag(QPointF from, QPointF to)
+    void drag(QPointF from, QPointF to, bool isConstrained = false)
     {
         press(from);
-        move(to);
+        move(to, isConstrained);
         release(to);
     }
     void click(QPointF at, int clickCount = 1)
@@ -64,8 +62,6 @@ private slots:
     void keepsTheGrabOfAHandle();
     void selectsOrNot();
     void multipleClicksOnTexts();
-    void cursors_data();
-    void cursors();
 };
 
 void CanvasGestureTest::crops_data()
@@ -74,8 +70,10 @@ void CanvasGestureTest::crops_data()
     QTest::addColumn<QPointF>("from");
     QTest::addColumn<QPointF>("to");
     QTest::addColumn<QRectF>("expected"); // of (40, 30) to (140, 80)
-    const auto row = [](const char* name, double scale, QPointF from, QPointF to, QRectF expected) {
-        QTest::newRow(name) << scale << from << to << expected;
+    QTest::addColumn<bool>("isConstrained");
+    const auto row = [](const char* name, double scale, QPointF from, QPointF to, QRectF expected,
+                        bool isConstrained = false) {
+        QTest::newRow(name) << scale << from << to << expected << isConstrained;
     };
     row("left edge", 1, {48, 50}, {60, 0}, {60, 30, 80, 50});
     row("just beside it moves", 1, {48.1, 50}, {58.1, 60}, {50, 40, 100, 50});
@@ -92,6 +90,9 @@ void CanvasGestureTest::crops_data()
     row("half size: reach", 0.5, {24, 50}, {20, 50}, {20, 30, 120, 50});
     row("half size: smallest side", 0.5, {40, 50}, {190, 50}, {92, 30, 48, 50});
     row("magnified: reach", 4, {42.1, 50}, {52.1, 50}, {50, 30, 100, 50});
+    row("the same shape", 1, {40, 30}, {60, 36}, {52, 36, 88, 44}, true);
+    row("the same shape from an edge", 1, {40, 50}, {60, 0}, {60, 35, 80, 40}, true);
+    row("the same shape as far as there is room", 1, {140, 80}, {190, 80}, {40, 30, 140, 70}, true);
 }
 
 void CanvasGestureTest::crops()
@@ -100,11 +101,12 @@ void CanvasGestureTest::crops()
     QFETCH(QPointF, from);
     QFETCH(QPointF, to);
     QFETCH(QRectF, expected);
+    QFETCH(bool, isConstrained);
     Canvas canvas;
     canvas.session.chooseTool(Tool::crop);
     canvas.session.setCrop({40, 30, 100, 50});
     canvas.scale = scale;
-    canvas.drag(from, to);
+    canvas.drag(from, to, isConstrained);
     QCOMPARE(canvas.session.crop(), expected);
 }
 
@@ -125,15 +127,20 @@ void CanvasGestureTest::placesMarks_data()
     QTest::addColumn<Tool>("tool");
     QTest::addColumn<QPointF>("to"); // from (20, 20)
     QTest::addColumn<std::optional<QLineF>>("expected");
-    const auto row = [](const char* name, Tool tool, QPointF to, std::optional<QLineF> expected) {
-        QTest::newRow(name) << tool << to << expected;
-    };
+    QTest::addColumn<bool>("isConstrained");
+    const auto row = [](const char* name, Tool tool, QPointF to, std::optional<QLineF> expected,
+                        bool isConstrained = false) { QTest::newRow(name) << tool << to << expected << isConstrained; };
     row("a shape", Tool::arrow, {24, 20}, QLineF(20, 20, 24, 20));
     row("a shape too small", Tool::arrow, {23.9, 20}, std::nullopt);
     row("a shape over the edge", Tool::pixelate, {-50, 150}, QLineF(20, 20, 0, 100));
     row("a counter where it is released", Tool::counter, {22, 20}, QLineF(22, 20, 22, 20));
     row("a counter over the edge", Tool::counter, {300, 20}, QLineF(200, 20, 200, 20));
     row("a text where it was pressed", Tool::text, {90, 90}, QLineF(20, 20, 20, 20));
+    row("nearly level", Tool::arrow, {60, 36}, QLineF(20, 20, 60, 20), true);
+    row("nearly half way up", Tool::arrow, {60, 38}, QLineF(20, 20, 49, 49), true);
+    row("upward over the edge", Tool::arrow, {22, -50}, QLineF(20, 20, 20, 0), true);
+    row("a square", Tool::highlighter, {60, 15}, QLineF(20, 20, 40, 0), true);
+    row("a counter is not held back", Tool::counter, {60, 36}, QLineF(60, 36, 60, 36), true);
 }
 
 void CanvasGestureTest::placesMarks()
@@ -141,9 +148,10 @@ void CanvasGestureTest::placesMarks()
     QFETCH(Tool, tool);
     QFETCH(QPointF, to);
     QFETCH(std::optional<QLineF>, expected);
+    QFETCH(bool, isConstrained);
     Canvas canvas;
     canvas.session.chooseTool(tool);
-    canvas.drag({20, 20}, to);
+    canvas.drag({20, 20}, to, isConstrained);
     QCOMPARE(canvas.session.annotations().size(), expected ? 1 : 0);
     if (expected)
         QCOMPARE(QLineF(canvas.start(), canvas.end()), *expected);
@@ -176,6 +184,8 @@ void CanvasGestureTest::keepsTheGrabOfAHandle()
     QCOMPARE(canvas.end(), QPointF(200, 100));
     canvas.drag({207, 107}, {100, 100}); // handles can be reached from outside of the picture
     QCOMPARE(canvas.end(), QPointF(93, 93));
+    canvas.drag({93, 20}, {63, 30}, true); // a square with the corner that stays
+    QCOMPARE(QRectF(canvas.start(), canvas.end()).normalized(), QRectF(20, 30, 63, 63));
 }
 
 void CanvasGestureTest::selectsOrNot()
@@ -220,43 +230,6 @@ void CanvasGestureTest::multipleClicksOnTexts()
     canvas.gesture.textFieldMouseDown(1);
     canvas.click({150, 90}, 2);
     QVERIFY(!canvas.session.editing());
-}
-
-void CanvasGestureTest::cursors_data()
-{
-    QTest::addColumn<QPointF>("at");
-    QTest::addColumn<Cursor>("expected");
-    const auto row = [](const char* name, QPointF at, Cursor::Shape shape, std::optional<Corner> corner = {}) {
-        QTest::newRow(name) << at << Cursor{shape, corner};
-    };
-    using Shape = Cursor::Shape;
-    row("inside", {90, 55}, Shape::openHand);
-    row("outside", {10, 55}, Shape::arrow);
-    row("left", {40, 55}, Shape::resizeLeftRight);
-    row("right", {148, 55}, Shape::resizeLeftRight);
-    row("top", {90, 22}, Shape::resizeUpDown);
-    row("bottom", {90, 80}, Shape::resizeUpDown);
-    row("top left", {32, 22}, Shape::frameResize, Corner::topLeft);
-    row("top right", {140, 30}, Shape::frameResize, Corner::topRight);
-    row("bottom left", {40, 80}, Shape::frameResize, Corner::bottomLeft);
-    row("bottom right", {148, 88}, Shape::frameResize, Corner::bottomRight);
-}
-
-void CanvasGestureTest::cursors()
-{
-    QFETCH(QPointF, at);
-    QFETCH(Cursor, expected);
-    Canvas canvas;
-    canvas.session.setCrop({40, 30, 100, 50});
-    QVERIFY(!canvas.gesture.cursor(at, canvas.session, 1)); // not with the other tools
-    canvas.session.chooseTool(Tool::crop);
-    QCOMPARE(canvas.gesture.cursor(at, canvas.session, 1), expected);
-    canvas.press(at);
-    const auto dragging = canvas.gesture.cursor(at, canvas.session, 1);
-    const bool isMove = expected.shape == Cursor::Shape::openHand;
-    QCOMPARE(dragging, isMove                          ? std::optional(Cursor{Cursor::Shape::closedHand, {}})
-                       : canvas.gesture.isInProgress() ? std::nullopt
-                                                       : std::optional(expected));
 }
 
 QTEST_APPLESS_MAIN(CanvasGestureTest)

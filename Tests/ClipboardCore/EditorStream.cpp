@@ -29,7 +29,12 @@ public:
         while (!m_bytes.empty() && !m_broken) {
             if (!m_editor.session())
                 handle(EditorEvents::Open{AnnotationFakes::session(), {}});
+            const auto frozen = whatIsFinished();
             step();
+            const auto still = whatIsFinished();
+            require(!frozen || !still || frozen->first != still->first || areAlike(frozen->second, still->second),
+                    "what is being finished stays as it is");
+            require(!m_editor.isDragging() || m_editor.areExitsAllowed(), "a question or an exit drops the drag");
             if (const AnnotationSession* session = m_editor.session())
                 checkSession(*session);
         }
@@ -59,11 +64,19 @@ private:
             m_broken = property;
     }
 
+    /// The document that is being finished, if there is one.
+    [[nodiscard]] std::optional<std::pair<EditorGeneration, AnnotationSession>> whatIsFinished() const
+    {
+        if (!m_editor.session() || m_editor.areExitsAllowed() || m_editor.isConfirmingDiscard())
+            return std::nullopt;
+        return std::pair(*m_editor.shownGeneration(), *m_editor.session());
+    }
+
     CanvasGesture::Mouse mouse()
     {
         // A little more than the picture.
         const QPointF at(-50 + 1.2 * next(), -40 + 0.7 * next());
-        return {at, m_scale, 1 + next() % 3};
+        return {at, m_scale, 1 + next() % 3, next() % 4 == 0};
     }
 
     void step()
@@ -72,7 +85,7 @@ private:
         case 0:
             return m_editor.mouseDown(mouse());
         case 1:
-            return m_editor.mouseDragged(mouse());
+            return drag();
         case 2:
             return release();
         case 3:
@@ -100,10 +113,44 @@ private:
             return;
         case 14:
             return handle(event());
+        case 15:
+            return nudge();
         default:
             m_editor.mouseDown(mouse());
-            m_editor.mouseDragged(mouse());
+            drag();
             return release();
+        }
+    }
+
+    void drag()
+    {
+        const CanvasGesture::Mouse to = mouse();
+        m_editor.mouseDragged(to);
+        const auto preview = m_editor.sessionToDraw();
+        if (!to.isConstrained || !m_editor.isDragging() || m_editor.session()->annotations() == preview->annotations())
+            return;
+        const bool isNew = preview->annotations().size() > m_editor.session()->annotations().size();
+        if (!isNew || !isDragged(preview->annotations().last().kind))
+            return;
+        const Annotation& mark = preview->annotations().last();
+        const double width = std::abs(mark.end.x() - mark.start.x());
+        const double height = std::abs(mark.end.y() - mark.start.y());
+        const bool isLevel = mark.kind == Annotation::Kind::arrow && std::min(width, height) < 1e-9;
+        require(isLevel || std::abs(width - height) < 1e-9, "a constrained mark lies on an eighth or is a square");
+    }
+
+    void nudge()
+    {
+        m_editor.edit([](auto& session) { session.endEditing(); }); // which ends an earlier run, too
+        const auto before = *m_editor.session();
+        for (int i = next() % 4; i >= 0; --i) {
+            const QPoint by = oneOf(std::array{QPoint(1, 0), QPoint(-1, 0), QPoint(0, 10), QPoint(0, -10)});
+            (void)m_editor.handleKey({.kind = EditorKey::Kind::nudge, .by = by});
+        }
+        AnnotationSession after = *m_editor.session();
+        if (!areAlike(after, before)) {
+            after.undo();
+            require(areAlike(after, before), "a run of nudges is one step");
         }
     }
 
@@ -115,7 +162,7 @@ private:
         m_editor.mouseUp(mouse());
         require(!m_editor.isDragging(), "a release ends the drag");
         if (!isDragging)
-            return;
+            return require(!before || areAlike(*m_editor.session(), *before), "a release without a press does nothing");
         AnnotationSession after = *m_editor.session();
         require(areAlike(after, *preview), "a drag does what it showed");
         if (areAlike(after, *before) || after.editing())
@@ -126,9 +173,12 @@ private:
 
     void pressKey()
     {
-        EditorKey key{.kind = static_cast<EditorKey::Kind>(next() % 8)};
+        EditorKey key{.kind = static_cast<EditorKey::Kind>(next() % 12)};
         key.exit = static_cast<EditorExit>(next() % 3);
         key.tool = oneOf(allAnnotationTools);
+        key.color = next() % AnnotationPalette::colors.size();
+        key.steps = next() % 2 == 0 ? 1 : -1;
+        key.by = {next() % 300 - 150, 1};
         const auto outcome = m_editor.handleKey(key);
         require(outcome.kind != EditorKeyOutcome::Kind::confirmDiscard || m_editor.isConfirmingDiscard(),
                 "what is not asked is not answered");
@@ -138,7 +188,7 @@ private:
     {
         const std::uint8_t which = next(); // an answer for the last document, mostly
         const EditorGeneration generation = which < 200 ? m_latest : which % (m_latest + 2);
-        switch (next() % 10) {
+        switch (next() % 11) {
         case 0:
             return EditorEvents::Open{AnnotationFakes::session(), {}};
         case 1:
@@ -156,6 +206,8 @@ private:
             return EditorEvents::Close{};
         case 8:
             return EditorEvents::KeepEditing{};
+        case 9:
+            return EditorEvents::Quit{};
         default:
             return EditorEvents::ConfirmDiscard{};
         }
@@ -165,6 +217,7 @@ private:
     {
         const auto shown = m_editor.shownGeneration();
         const bool areExitsAllowed = m_editor.areExitsAllowed();
+        const bool wasChanged = shown && m_editor.session()->hasChanges();
         const QList<EditorOutcome> outcomes = m_editor.handle(event);
         if (std::holds_alternative<EditorEvents::Finish>(event)) {
             require(outcomes.isEmpty() == !areExitsAllowed, "an exit begins when exits are allowed");
@@ -176,9 +229,14 @@ private:
             if (const auto* commit = std::get_if<EditorOutcomes::Commit>(&outcome))
                 require(--m_commitsLeft[commit->generation] >= 0, "an exit is committed once");
             isClosing |= std::holds_alternative<EditorOutcomes::Close>(outcome) ||
-                         std::holds_alternative<EditorOutcomes::Dismiss>(outcome);
+                         std::holds_alternative<EditorOutcomes::Dismiss>(outcome) ||
+                         std::holds_alternative<EditorOutcomes::Quit>(outcome);
         }
         require(isClosing == (shown && !m_editor.session()), "the window closes with the document");
+        require(!wasChanged || m_editor.shownGeneration() == shown ||
+                    std::holds_alternative<EditorEvents::ConfirmDiscard>(event) ||
+                    std::holds_alternative<EditorEvents::Committed>(event),
+                "no change is lost unasked");
         if (const auto now = m_editor.shownGeneration(); now && now != shown) {
             require(*now > m_latest, "no number is used twice");
             m_latest = *now;

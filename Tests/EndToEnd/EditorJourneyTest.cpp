@@ -18,28 +18,19 @@ namespace {
 
 const QString pictureTarget = u"image/png"_s;
 
-// The picture that is annotated, and the marks' measures on one of its size: stroke 4, counter 28, label 32 high,
-// blocks of 20.
 constexpr QSize pictureSize(600, 400);
 constexpr QRgb frameColor = 0xff12a47b; // nothing else on the screen has it: where it is seen, the picture is
 constexpr QRgb ground = 0xffd6e2c8;
-constexpr QRgb secretColor = 0xffc9034d;
-constexpr QRect pixelatedArea(300, 220, 120, 100); // whole blocks
-
 constexpr QRgb red = 0xffff3b30;
 constexpr QRgb blue = 0xff007aff;
-constexpr QRgb white = 0xffffffff;
-constexpr QRgb highlighted = 0xffe69f8b; // two fifths of red on the ground
 
 QImage picture()
 {
     QImage image(pictureSize, QImage::Format_RGB32);
     image.fill(frameColor);
     for (int y = 2; y < image.height() - 2; ++y) {
-        for (int x = 2; x < image.width() - 2; ++x) {
-            const bool isSecret = pixelatedArea.contains(x, y) && (x * 7 + y * 13) % 5 < 2;
-            image.setPixel(x, y, isSecret ? secretColor : ground);
-        }
+        for (int x = 2; x < image.width() - 2; ++x)
+            image.setPixel(x, y, ground);
     }
     image.setText(u"Comment"_s, u"taken at home"_s);
     image.setDotsPerMeterX(5000);
@@ -80,22 +71,6 @@ QRect extentOf(const QImage& image, QRgb color, const QRect& within)
     return extent;
 }
 
-/// The mean over the pixels of a block.
-QRgb meanOf(const QImage& image, const QRect& block)
-{
-    int sums[3] = {};
-    for (int y = block.top(); y <= block.bottom(); ++y) {
-        for (int x = block.left(); x <= block.right(); ++x) {
-            const QRgb pixel = image.pixel(x, y);
-            sums[0] += qRed(pixel);
-            sums[1] += qGreen(pixel);
-            sums[2] += qBlue(pixel);
-        }
-    }
-    const int count = block.width() * block.height();
-    return qRgb(sums[0] / count, sums[1] / count, sums[2] / count);
-}
-
 } // namespace
 
 /// A picture of the history, annotated with a real mouse and keyboard; what comes of it is read by other programs.
@@ -109,9 +84,8 @@ private slots:
     void cleanup();
     void copiesWhatWasDrawn();
     void savesOnce();
-    void staysOpenWhenNothingCanBeWritten();
     void pastesIntoTheProgramBehindThePanel();
-    void asksBeforeChangesAreLost();
+    void keepsTheResultAtTheEnd();
     void cleanupTestCase();
 
 private:
@@ -126,8 +100,6 @@ private:
     void click(QPoint at);
     void clickColor(QRgb color);
     void drawMarks();
-    void changeMarks();
-    void crop();
 
     std::unique_ptr<VirtualSession> m_session;
     std::unique_ptr<RunningTessaly> m_tessaly;
@@ -259,33 +231,14 @@ void EditorJourneyTest::drawMarks()
     click({60, 150});
     m_tessaly->type(u"Hello"_s);
     m_tessaly->press(u"Escape"_s);
-    m_tessaly->press(u"h"_s);
-    drag({60, 250}, {160, 290});
-    m_tessaly->press(u"p"_s);
-    drag(pixelatedArea.bottomRight() + QPoint(1, 1), pixelatedArea.topLeft());
-    m_tessaly->press(u"n"_s);
-    click({480, 80});
-    click({540, 80});
     m_tessaly->press(u"r"_s);
     drag({200, 40}, {300, 100});
-}
-
-void EditorJourneyTest::changeMarks()
-{
     drag({250, 40}, {270, 50});   // moves the rectangle
     drag({320, 110}, {340, 130}); // and pulls at its corner
     clickColor(blue);
-    m_tessaly->press(u"n"_s);
-    click({540, 300});
-    m_tessaly->press(u"ctrl+z"_s);
-}
-
-void EditorJourneyTest::crop()
-{
     m_tessaly->press(u"c"_s);
     drag({0, 200}, {20, 200});
-    drag({300, 400}, {300, 360});
-    for (const auto& key : {u"ctrl+z"_s, u"ctrl+z"_s, u"ctrl+shift+z"_s, u"ctrl+shift+z"_s})
+    for (const auto& key : {u"ctrl+z"_s, u"ctrl+shift+z"_s})
         m_tessaly->press(key);
 }
 
@@ -293,8 +246,6 @@ void EditorJourneyTest::copiesWhatWasDrawn()
 {
     openEditor();
     drawMarks();
-    changeMarks();
-    crop();
     m_tessaly->press(u"ctrl+c"_s);
     QVERIFY(waitForNotice(u"Copied “image”"_s));
     QVERIFY(m_tessaly->waitForPanel(true));
@@ -303,54 +254,21 @@ void EditorJourneyTest::copiesWhatWasDrawn()
     for (const QByteArray& chunk : chunksOf(png))
         QVERIFY2(QByteArrayList({"IHDR", "IDAT", "IEND"}).contains(chunk), chunk.constData());
     const QImage result = QImage::fromData(png);
-    QCOMPARE(result.size(), QSize(580, 360));
+    QCOMPARE(result.size(), QSize(580, 400));
     QVERIFY(waitForEntries(m_entries + 1));
     QCOMPARE(newestPicture(), result.convertToFormat(QImage::Format_RGB32));
 
-    const QPoint corner(20, 0); // of the crop
-    const auto at = [&](int x, int y) { return QColor(result.pixel(QPoint(x, y) - corner)); };
-    const auto whiteIn = [&](const QRect& area) { return extentOf(result, white, area.translated(-corner)); };
     const QList<std::pair<QRgb, QList<QPoint>>> expected{
-        {red, {{39, 60}, {80, 59}, {140, 52}, {140, 67}, {156, 60}, {64, 166}, {469, 80}, {491, 80}, {529, 80}}},
-        {highlighted, {{60, 250}, {159, 289}}},
+        {red, {{39, 60}, {80, 59}, {140, 52}, {140, 67}, {156, 60}, {64, 166}}},
         {blue, {{219, 90}, {280, 49}, {280, 131}, {339, 90}}},
-        {ground,
-         {{80, 65},
-          {163, 60},
-          {140, 48},
-          {57, 166},
-          {64, 147},
-          {64, 184},
-          {59, 250},
-          {160, 289},
-          {250, 40},
-          {280, 80},
-          {280, 127},
-          {480, 96},
-          {540, 300},
-          {299, 230},
-          {420, 230}}},
+        {ground, {{80, 65}, {163, 60}, {140, 48}, {57, 166}, {250, 40}, {280, 80}, {280, 127}}},
         {frameColor, {{20, 0}, {599, 200}}},
     };
     for (const auto& [color, points] : expected) {
-        for (const QPoint point : points) {
-            QVERIFY2(at(point.x(), point.y()) == QColor(color),
-                     qPrintable(u"%1|%2 is %3"_s.arg(point.x()).arg(point.y()).arg(at(point.x(), point.y()).name())));
-        }
+        for (const QPoint point : points)
+            QCOMPARE(QColor(result.pixel(point - QPoint(20, 0))), QColor(color)); // the crop's corner
     }
-    QVERIFY(whiteIn({60, 150, 100, 32}).width() > 30); // the letters
-    const QRect digit(-7, -9, 15, 19);
-    QVERIFY(!whiteIn(digit.translated(480, 80)).isEmpty());
-    QVERIFY(result.copy(digit.translated(460, 80)) != result.copy(digit.translated(520, 80))); // 1 and 2
-
-    const QImage original = picture();
-    constexpr int side = 20;
-    for (int y = pixelatedArea.top(); y <= pixelatedArea.bottom(); y += side) {
-        for (int x = pixelatedArea.left(); x <= pixelatedArea.right(); x += side) {
-            const QRect block(x, y, side, side);
-            QCOMPARE(extentOf(result, meanOf(original, block), block.translated(-corner)), block.translated(-corner));
-        }
-    }
+    QVERIFY(extentOf(result, 0xffffffff, {40, 150, 100, 32}).width() > 30); // the letters
 }
 
 // ── Save
@@ -361,35 +279,14 @@ void EditorJourneyTest::savesOnce()
     openEditor();
     m_tessaly->press(u"r"_s);
     drag({100, 100}, {200, 200});
-    m_session->run(u"xdotool"_s, {u"key"_s, u"--delay"_s, u"1"_s, u"ctrl+s"_s, u"ctrl+s"_s});
+    // The wheel goes on turning over the window that closes.
+    m_session->run(u"xdotool"_s, {u"key"_s, u"--delay"_s, u"1"_s, u"ctrl+s"_s, u"ctrl+s"_s, u"click"_s, u"--repeat"_s,
+                                  u"60"_s, u"--delay"_s, u"10"_s, u"4"_s});
     QVERIFY(waitForNotice(u"Saved image"_s));
     QVERIFY(m_tessaly->waitForPanel(true));
     QVERIFY(waitForEntries(m_entries + 1));
     QCOMPARE(newestPicture().pixelColor(100, 150), QColor(m_color));
     QCOMPARE(clipboardPicture(), before);
-}
-
-void EditorJourneyTest::staysOpenWhenNothingCanBeWritten()
-{
-    openEditor();
-    m_tessaly->press(u"r"_s);
-    drag({100, 100}, {200, 250});
-    // A file in the folder's place stops the superuser too.
-    const QString images = m_tessaly->dataFolder() + u"/images"_s;
-    QVERIFY(QDir().rename(images, images + u".away"_s));
-    QVERIFY(QFile(images).open(QFile::WriteOnly));
-    m_tessaly->press(u"ctrl+s"_s);
-    QVERIFY(waitForNotice(u"Couldn't save image"_s));
-    QVERIFY(QFile::remove(images));
-    QVERIFY(QDir().rename(images + u".away"_s, images));
-
-    QVERIFY(waitForEditor(true));
-    drag({300, 100}, {350, 150}); // still to be edited
-    m_tessaly->press(u"ctrl+s"_s);
-    QVERIFY(waitForNotice(u"Saved image"_s));
-    QVERIFY(waitForEntries(m_entries + 1));
-    QCOMPARE(newestPicture().pixelColor(100, 150), QColor(m_color));
-    QCOMPARE(newestPicture().pixelColor(300, 120), QColor(m_color));
 }
 
 // ── Paste
@@ -416,30 +313,16 @@ void EditorJourneyTest::pastesIntoTheProgramBehindThePanel()
     QCOMPARE(m_tessaly->activeWindow(), front);
 }
 
-// ── Discard
+// ── The end
 
-void EditorJourneyTest::asksBeforeChangesAreLost()
+void EditorJourneyTest::keepsTheResultAtTheEnd()
 {
     openEditor();
-    m_tessaly->press(u"Escape"_s); // nothing to lose
-    QVERIFY(waitForEditor(false));
-    QVERIFY(m_tessaly->waitForPanel(true));
-
-    openEditor();
     drag({100, 200}, {300, 250});
-    m_tessaly->press(u"Escape"_s);
-    m_tessaly->press(u"ctrl+s"_s); // not while the question is up
-    m_tessaly->press(u"Escape"_s); // keeps editing
-    m_tessaly->press(u"Escape"_s);
-    m_tessaly->press(u"Return"_s);
-    QVERIFY(m_tessaly->waitForPanel(true));
-    QVERIFY(!m_tessaly->editor());
-    // Once a later entry is in the file, one of what was discarded would be there too.
-    openEditor();
-    drag({100, 200}, {300, 260});
-    m_tessaly->press(u"ctrl+s"_s);
-    QVERIFY(waitForNotice(u"Saved image"_s));
+    QCOMPARE(m_tessaly->stop(SIGTERM), 0);
     QVERIFY(waitForEntries(m_entries + 1));
+    QVERIFY(newestPicture() != picture());
+    QVERIFY(m_tessaly->start());
 }
 
 QTEST_GUILESS_MAIN(EditorJourneyTest)
