@@ -3,8 +3,6 @@
 #include <QRegularExpression>
 #include <QTest>
 
-#include <random>
-
 using namespace ClipboardCore;
 using namespace Qt::StringLiterals;
 using AnnotationFakes::PlainPicture;
@@ -50,11 +48,8 @@ private slots:
     void draws_data();
     void draws();
     void drawsPixelatedAreasFirst();
-    void shrinksLongNumbers();
-    void leavesTheTypedTextToItsEditor();
     void showsTheRegion();
     void skipsWhatIsElsewhere();
-    void averagesBlocks();
     void flattensTheCrop();
     void flattensNothingRatherThanWhatWasCovered();
     void tellsWhatChanged();
@@ -107,23 +102,6 @@ void AnnotationDrawingTest::drawsPixelatedAreasFirst()
                           u"stroke blue 4 30,30+40x40"_s}));
 }
 
-void AnnotationDrawingTest::shrinksLongNumbers()
-{
-    auto session = AnnotationFakes::session();
-    for (int i = 0; i < 100; ++i)
-        clicked(AnnotationTool::counter, {50, 40})(session);
-    // Three digits are 23.1 wide, and have 19.6.
-    QCOMPARE(marksDrawn(session, session.pictureBounds()).last(2),
-             QStringList({u"scale 0.848485 0.848485"_s, u"text 100 15.4 white -11.55 5.775"_s}));
-}
-
-void AnnotationDrawingTest::leavesTheTypedTextToItsEditor()
-{
-    auto session = AnnotationFakes::session();
-    clicked(AnnotationTool::text, {10, 20}, u"ab"_s)(session);
-    QCOMPARE(marksDrawn(session, session.pictureBounds()), QStringList{u"fillRounded red 10,20+36x30.5 6"_s});
-}
-
 void AnnotationDrawingTest::showsTheRegion()
 {
     RecordingContext context;
@@ -143,34 +121,6 @@ void AnnotationDrawingTest::skipsWhatIsElsewhere()
     QVERIFY(marksDrawn(session, {110, 20, 20, 20}).isEmpty());
     session.setText(u"Å\na"_s); // 40 above the baseline, at 79
     QVERIFY(!marksDrawn(session, {110, 20, 20, 20}).isEmpty());
-}
-
-void AnnotationDrawingTest::averagesBlocks()
-{
-    // Edges that are no whole blocks, and more than one block a row.
-    const QSize size(45, 23);
-    const auto picture = std::make_shared<PlainPicture>(size);
-    std::mt19937 random(5);
-    for (int y = 0; y < size.height(); ++y)
-        std::ranges::generate(picture->row(y), [&] { return static_cast<std::uint8_t>(random()); });
-    const AnnotationSession session(picture, AnnotationPalette::red, AnnotationSize::small,
-                                    std::make_shared<AnnotationFakes::BlockLayout>());
-
-    const auto blocks = session.makePixelatedPicture();
-    QCOMPARE(blocks->size(), QSize(3, 2));
-    for (int row = 0; row < 2; ++row) {
-        for (int i = 0; i < 3 * 4; ++i) {
-            int sum = 0;
-            int count = 0;
-            for (int y = row * 20; y < std::min(row * 20 + 20, size.height()); ++y) {
-                for (int x = i / 4 * 20; x < std::min(i / 4 * 20 + 20, size.width()); ++x, ++count) {
-                    const int at = x * 4 + i % 4;
-                    sum += *(std::as_const(*picture).row(y).begin() + at);
-                }
-            }
-            QCOMPARE(int(blocks->row(row)[static_cast<size_t>(i)]), sum / count);
-        }
-    }
 }
 
 void AnnotationDrawingTest::flattensTheCrop()

@@ -127,8 +127,6 @@ class EditorLifecycleTest final : public QObject
 private slots:
     void transitions_data();
     void transitions();
-    void keys_data();
-    void keys();
     void keysByState_data();
     void keysByState();
 };
@@ -152,11 +150,8 @@ void EditorLifecycleTest::transitions_data()
     // Once only, and in turn
     row(u"open change save committed:1"_s, u""_s, u"a changed finishing"_s);
     row(u"open change save failed:1"_s, u""_s, u"a changed finishing"_s);
-    row(u"open change save flattened:1 flattened:1"_s, u""_s, u"a changed finishing"_s);
     row(u"open save unflattened:1"_s, u""_s, u"a finishing"_s);
     row(u"open change save flattened:1 committed:1 open committed:1"_s, u""_s, u"b"_s);
-    row(u"open change flattened:1"_s, u""_s, u"a changed"_s);
-    row(u"open change save flattened:2"_s, u""_s, u"a changed finishing"_s);
     // Failures leave the document open and another exit free
     row(u"open change paste unflattened:1"_s, u"Couldn't paste image"_s, u"a changed"_s);
     row(u"open change copy flattened:1 failed:1"_s, u"Couldn't copy image"_s, u"a changed"_s);
@@ -166,8 +161,6 @@ void EditorLifecycleTest::transitions_data()
     // Leaving without one
     row(u"open close"_s, u"close on a"_s, u"closed"_s);
     row(u"open change close"_s, u""_s, u"a changed asking"_s);
-    row(u"open change close keep"_s, u""_s, u"a changed"_s);
-    row(u"open change close discard"_s, u"close on a"_s, u"closed"_s);
     // One document over another
     row(u"open open"_s, u""_s, u"b"_s);
     row(u"open change open"_s, u""_s, u"a changed asking b waits"_s);
@@ -216,46 +209,6 @@ void EditorLifecycleTest::transitions()
     Story story;
     QCOMPARE(story.play(words), last);
     QCOMPARE(story.state(), state);
-}
-
-void EditorLifecycleTest::keys_data()
-{
-    QTest::addColumn<KeyEvent>("event");
-    QTest::addColumn<EditorKey>("expected");
-    const auto row = [](const char* name, KeyCode code, std::initializer_list<bool KeyEvent::*> modifiers,
-                        const EditorKey& expected) {
-        KeyEvent event;
-        event.code = code;
-        for (const auto modifier : modifiers)
-            event.*modifier = true;
-        QTest::newRow(name) << event << expected;
-    };
-    constexpr auto command = &KeyEvent::command;
-    constexpr auto shift = &KeyEvent::shift;
-    constexpr auto option = &KeyEvent::option;
-    using Kind = EditorKey::Kind;
-    row("save", KeyCode::s, {command}, {.kind = Kind::exit, .exit = EditorExit::save});
-    row("copy", KeyCode::c, {command}, {.kind = Kind::exit, .exit = EditorExit::copy});
-    row("paste", KeyCode::keypadEnter, {command}, {.kind = Kind::exit, .exit = EditorExit::paste});
-    row("confirm", KeyCode::return_, {shift}, {.kind = Kind::confirm});
-    row("redo", KeyCode::z, {command, shift}, {.kind = Kind::redo});
-    row("undo", KeyCode::z, {command}, {.kind = Kind::undo});
-    row("delete", KeyCode::delete_, {option}, {.kind = Kind::deleteSelection});
-    row("delete a line", KeyCode::delete_, {command}, {});
-    row("escape with anything", KeyCode::escape, {command, shift}, {.kind = Kind::escape});
-    row("a tool", KeyCode::n, {shift}, {.kind = Kind::chooseTool, .tool = AnnotationTool::counter});
-    row("a tool's letter with a modifier", KeyCode::n, {option}, {});
-    row("a letter of none", KeyCode::z, {}, {});
-    row("a file of one's own", KeyCode::s, {command, shift}, {.kind = Kind::saveAs});
-    row("far", KeyCode::up, {shift}, {.kind = Kind::nudge, .by = {0, -10}});
-    row("a move by words", KeyCode::left, {option}, {});
-}
-
-void EditorLifecycleTest::keys()
-{
-    QFETCH(KeyEvent, event);
-    QFETCH(EditorKey, expected);
-    QCOMPARE(EditorKey::fromEvent(event), expected);
 }
 
 void EditorLifecycleTest::keysByState_data()

@@ -2,11 +2,8 @@
 #include "VirtualSession.h"
 
 #include <QBuffer>
-#include <QDir>
-#include <QFile>
 #include <QImage>
 #include <QTest>
-#include <QtEndian>
 
 #include <csignal>
 #include <memory>
@@ -32,8 +29,6 @@ QImage picture()
         for (int x = 2; x < image.width() - 2; ++x)
             image.setPixel(x, y, ground);
     }
-    image.setText(u"Comment"_s, u"taken at home"_s);
-    image.setDotsPerMeterX(5000);
     return image;
 }
 
@@ -44,19 +39,6 @@ QByteArray pngOf(const QImage& image)
     buffer.open(QBuffer::WriteOnly);
     image.save(&buffer, "PNG");
     return bytes;
-}
-
-/// The types of a PNG's chunks (https://www.w3.org/TR/png-3/#5DataRep).
-QByteArrayList chunksOf(const QByteArray& png)
-{
-    constexpr qsizetype signature = 8;
-    constexpr qsizetype around = 12; // length, type and checksum of a chunk
-    QByteArrayList chunks;
-    for (qsizetype at = signature; at + around <= png.size();) {
-        chunks.append(png.mid(at + 4, 4));
-        at += around + qFromBigEndian<quint32>(png.constData() + at);
-    }
-    return chunks;
 }
 
 QRect extentOf(const QImage& image, QRgb color, const QRect& within)
@@ -98,14 +80,11 @@ private:
 
     void drag(QPoint from, QPoint to); // of the picture
     void click(QPoint at);
-    void clickColor(QRgb color);
     void drawMarks();
 
     std::unique_ptr<VirtualSession> m_session;
     std::unique_ptr<RunningTessaly> m_tessaly;
-    QImage m_screen;    // with the editor as it opened
-    QRect m_shown;      // where on the screen the picture is
-    QRgb m_color = red; // of new marks: the program remembers it
+    QRect m_shown; // where on the screen the picture is
     qsizetype m_entries = 0;
 };
 
@@ -162,8 +141,8 @@ void EditorJourneyTest::openEditor()
     QVERIFY(waitForEditor(true));
     QVERIFY(m_session->waitUntil([&] {
         const QString file = m_session->homePath(u"screen.png"_s);
-        m_screen = m_session->screenshot(file) ? QImage(file) : QImage();
-        m_shown = m_screen.isNull() ? QRect() : extentOf(m_screen, frameColor, m_tessaly->editor()->geometry);
+        m_shown =
+            m_session->screenshot(file) ? extentOf(QImage(file), frameColor, m_tessaly->editor()->geometry) : QRect();
         return m_shown.size() == pictureSize; // before the first frame it shows what was there
     }));
 }
@@ -183,15 +162,6 @@ void EditorJourneyTest::drag(QPoint from, QPoint to)
 void EditorJourneyTest::click(QPoint at)
 {
     m_tessaly->click(m_shown.topLeft() + at);
-}
-
-/// In the toolbar, which is above the picture.
-void EditorJourneyTest::clickColor(QRgb color)
-{
-    m_color = color;
-    QRect toolbar = m_tessaly->editor()->geometry;
-    toolbar.setBottom(m_shown.top() - 1);
-    m_tessaly->click(extentOf(m_screen, color, toolbar).center());
 }
 
 // ── What came of it
@@ -235,7 +205,7 @@ void EditorJourneyTest::drawMarks()
     drag({200, 40}, {300, 100});
     drag({250, 40}, {270, 50});   // moves the rectangle
     drag({320, 110}, {340, 130}); // and pulls at its corner
-    clickColor(blue);
+    m_tessaly->press(u"4"_s);
     m_tessaly->press(u"c"_s);
     drag({0, 200}, {20, 200});
     for (const auto& key : {u"ctrl+z"_s, u"ctrl+shift+z"_s})
@@ -250,10 +220,7 @@ void EditorJourneyTest::copiesWhatWasDrawn()
     QVERIFY(waitForNotice(u"Copied “image”"_s));
     QVERIFY(m_tessaly->waitForPanel(true));
 
-    const QByteArray png = clipboardPicture();
-    for (const QByteArray& chunk : chunksOf(png))
-        QVERIFY2(QByteArrayList({"IHDR", "IDAT", "IEND"}).contains(chunk), chunk.constData());
-    const QImage result = QImage::fromData(png);
+    const QImage result = QImage::fromData(clipboardPicture());
     QCOMPARE(result.size(), QSize(580, 400));
     QVERIFY(waitForEntries(m_entries + 1));
     QCOMPARE(newestPicture(), result.convertToFormat(QImage::Format_RGB32));
@@ -285,7 +252,7 @@ void EditorJourneyTest::savesOnce()
     QVERIFY(waitForNotice(u"Saved image"_s));
     QVERIFY(m_tessaly->waitForPanel(true));
     QVERIFY(waitForEntries(m_entries + 1));
-    QCOMPARE(newestPicture().pixelColor(100, 150), QColor(m_color));
+    QCOMPARE(newestPicture().pixelColor(100, 150), QColor(blue));
     QCOMPARE(clipboardPicture(), before);
 }
 
@@ -307,7 +274,7 @@ void EditorJourneyTest::pastesIntoTheProgramBehindThePanel()
     QImage picture;
     QVERIFY(m_session->waitUntil([&] { return picture.load(taken); }));
     QCOMPARE(picture.convertToFormat(QImage::Format_RGB32), newestPicture());
-    QCOMPARE(picture.pixelColor(200, 200), QColor(m_color));
+    QCOMPARE(picture.pixelColor(200, 200), QColor(blue));
     QVERIFY(waitForEditor(false));
     QVERIFY(!m_tessaly->panel());
     QCOMPARE(m_tessaly->activeWindow(), front);
