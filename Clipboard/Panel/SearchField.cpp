@@ -20,6 +20,23 @@ constexpr int placeholderIndent = 4; // clear of the caret
 constexpr int textInset = 2;
 constexpr int cursorRectReach = 5;
 
+/// What an input method says of its text, but for the caret: the toolkit hides its own one then. (One of no width it
+/// still draws, a pixel wide, at fractional scales.)
+QList<QInputMethodEvent::Attribute> attributesWithoutCaret(const QInputMethodEvent& event)
+{
+    using Attribute = QInputMethodEvent::Attribute;
+    QList<Attribute> attributes;
+    int caret = static_cast<int>(event.preeditString().size());
+    for (const Attribute& attribute : event.attributes()) {
+        if (attribute.type == QInputMethodEvent::Cursor)
+            caret = attribute.start;
+        else
+            attributes.append(attribute);
+    }
+    attributes.append(Attribute(QInputMethodEvent::Cursor, caret, 0));
+    return attributes;
+}
+
 } // namespace
 
 SearchField::SearchField(const Fonts::Style& style, const QString& placeholder, std::function<QString()> copiedText,
@@ -40,6 +57,8 @@ SearchField::SearchField(const Fonts::Style& style, const QString& placeholder, 
     colors.setColor(QPalette::Highlight, Theme::rowSelLine);
     colors.setColor(QPalette::HighlightedText, Theme::text);
     setPalette(colors);
+    QInputMethodEvent hideCaret({}, attributesWithoutCaret({}));
+    QLineEdit::inputMethodEvent(&hideCaret);
 }
 
 void SearchField::setCaretShown(bool shown)
@@ -88,7 +107,9 @@ void SearchField::mouseReleaseEvent(QMouseEvent* event)
 void SearchField::inputMethodEvent(QInputMethodEvent* event)
 {
     m_composing = !event->preeditString().isEmpty();
-    QLineEdit::inputMethodEvent(event);
+    QInputMethodEvent composing(event->preeditString(), attributesWithoutCaret(*event));
+    composing.setCommitString(event->commitString(), event->replacementStart(), event->replacementLength());
+    QLineEdit::inputMethodEvent(&composing);
     update();
 }
 

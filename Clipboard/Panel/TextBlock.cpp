@@ -24,7 +24,9 @@ constexpr qint64 sliceNanoseconds = 2'000'000;
 // For what is on screen first. Enough but for scripts that none of the fonts knows, which then fill the screen in two
 // or three frames.
 constexpr qint64 firstNanoseconds = 2'500'000;
-constexpr int tabWidthInSpaces = 4;
+// Tabs indent code, and in other texts they stand between the columns of a table.
+constexpr int codeTabInDigits = 4;
+constexpr int textTabInDigits = 8;
 
 bool isLineEnd(QChar character)
 {
@@ -95,11 +97,12 @@ void TextBlock::layOutSlice()
 
 std::unique_ptr<QTextLayout> TextBlock::makeLayout(qsizetype start, qsizetype length) const
 {
-    auto layout = std::make_unique<QTextLayout>(m_text.mid(start, length), Fonts::font(m_style));
+    const QString text = m_text.mid(start, length);
+    auto layout = std::make_unique<QTextLayout>(text, Fonts::font(m_style, text));
     QTextOption option;
     const bool wraps = m_lines == Lines::wrapped;
     option.setWrapMode(wraps ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
-    option.setTabStopDistance(tabWidthInSpaces * Fonts::width(m_style, QStringLiteral(" ")));
+    option.setTabStopDistance((wraps ? textTabInDigits : codeTabInDigits) * Fonts::width(m_style, QString(u'0')));
     if (wraps && layout->text().isRightToLeft())
         option.setAlignment(Qt::AlignRight);
     layout->setTextOption(option);

@@ -4,6 +4,7 @@
 #include <QFontMetricsF>
 #include <QStringList>
 
+#include <algorithm>
 #include <map>
 #include <tuple>
 
@@ -15,8 +16,18 @@ struct Face
 {
     QFont font;
     QFontMetricsF metrics;
+    QFont shapingFont; // the same but for a fixed-width face
+    QFontMetricsF shapingMetrics;
     qreal baseline;
 };
+
+// From the first combining mark on: what comes before are letters and signs that each stand alone.
+constexpr char16_t firstShaped = 0x0300;
+
+bool wantsShaping(QStringView text)
+{
+    return std::ranges::any_of(text, [](QChar character) { return character.unicode() >= firstShaped; });
+}
 
 Face makeFace(const Style& style)
 {
@@ -24,14 +35,14 @@ Face makeFace(const Style& style)
     QFont font(QFontDatabase::systemFont(role).families());
     font.setPixelSize(style.pixelSize);
     font.setWeight(style.weight);
-    if (style.fixedWidth) {
+    if (style.fixedWidth)
         font.setStyleHint(QFont::Monospace);
-        // Programmers' faces draw "->" as an arrow. Scripts that cannot do without shaping are shaped all the same.
-        font.setStyleStrategy(QFont::PreferNoShaping);
-    }
+    const QFont shapingFont = font;
+    if (style.fixedWidth)
+        font.setStyleStrategy(QFont::PreferNoShaping); // programmers' faces draw "->" as an arrow
     const QFontMetricsF metrics(font);
     const qreal leading = style.lineHeight - metrics.ascent() - metrics.descent();
-    return {font, metrics, qRound(leading + 2 * metrics.ascent()) / 2.0};
+    return {font, metrics, shapingFont, QFontMetricsF(shapingFont), qRound(leading + 2 * metrics.ascent()) / 2.0};
 }
 
 const Face& face(const Style& style)
@@ -46,14 +57,15 @@ const Face& face(const Style& style)
 
 } // namespace
 
-const QFont& font(const Style& style)
+const QFont& font(const Style& style, QStringView text)
 {
-    return face(style).font;
+    return wantsShaping(text) ? face(style).shapingFont : face(style).font;
 }
 
 qreal width(const Style& style, const QString& text)
 {
-    return face(style).metrics.horizontalAdvance(text);
+    const Face& known = face(style);
+    return (wantsShaping(text) ? known.shapingMetrics : known.metrics).horizontalAdvance(text);
 }
 
 qreal baseline(const Style& style)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QFont>
+#include <QStringView>
 
 /// The type of the interface: the desktop's own families in the sizes and weights of one table.
 namespace Clipboard::Fonts {
@@ -33,7 +34,9 @@ inline constexpr Style badge{11, 16, QFont::Medium};
 inline constexpr Style age{11, 16, QFont::Normal};
 
 /// The desktop's UI sans, or its fixed-width face without ligatures, at that size and weight. Cheap: made once each.
-[[nodiscard]] const QFont& font(const Style& style);
+/// `text` is what is to be drawn: signs that several code points make up, a hand and its skin tone, are put together by
+/// the same shaping that makes ligatures, so that a text with such signs has both.
+[[nodiscard]] const QFont& font(const Style& style, QStringView text = {});
 
 /// Width of `text` in logical pixels, as drawn on one line.
 [[nodiscard]] qreal width(const Style& style, const QString& text);

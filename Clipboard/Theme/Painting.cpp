@@ -40,13 +40,13 @@ void focusRing(QPainter& painter, const QRectF& control, qreal radius)
     painter.restore();
 }
 
-void textLine(QPainter& painter, const QRectF& line, const Fonts::Style& style, const QColor& color,
-              const QString& text, Qt::Alignment horizontal)
+qreal textLine(QPainter& painter, const QRectF& line, const Fonts::Style& style, const QColor& color,
+               const QString& text, Qt::Alignment horizontal)
 {
     QString shown = text;
     qreal width = Fonts::width(style, text);
     if (width > line.width()) {
-        shown = QFontMetricsF(Fonts::font(style)).elidedText(text, Qt::ElideRight, line.width());
+        shown = QFontMetricsF(Fonts::font(style, text)).elidedText(text, Qt::ElideRight, line.width());
         width = Fonts::width(style, shown);
     }
     qreal x = line.left();
@@ -55,9 +55,19 @@ void textLine(QPainter& painter, const QRectF& line, const Fonts::Style& style, 
     else if (horizontal & Qt::AlignHCenter)
         x += (line.width() - width) / 2;
     const qreal top = line.top() + (line.height() - style.lineHeight) / 2;
-    painter.setFont(Fonts::font(style));
+    glyphs(painter, {x, top, width, line.height()}, style, color, shown);
+    return width;
+}
+
+void glyphs(QPainter& painter, const QRectF& line, const Fonts::Style& style, const QColor& color, const QString& text,
+            Qt::LayoutDirection direction)
+{
+    painter.save();
+    painter.setFont(Fonts::font(style, text));
     painter.setPen(color);
-    painter.drawText(QPointF(x, top + Fonts::baseline(style)), shown);
+    painter.setLayoutDirection(direction); // else the window's, not the text's
+    painter.drawText(QPointF(line.left(), line.top() + Fonts::baseline(style)), text);
+    painter.restore();
 }
 
 QColor blended(const QColor& over, const QColor& ground)

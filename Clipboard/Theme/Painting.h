@@ -20,9 +20,15 @@ void innerLine(QPainter& painter, const QRectF& rect, qreal radius, const QColor
 void focusRing(QPainter& painter, const QRectF& control, qreal radius);
 
 /// One line of text from the left edge of `line`, whose height is the style's line height or more (the line box is
-/// then centred). Elided at the end when it is wider than `line`; right-to-left text stays in reading order.
-void textLine(QPainter& painter, const QRectF& line, const Fonts::Style& style, const QColor& color,
-              const QString& text, Qt::Alignment horizontal = Qt::AlignLeft);
+/// then centred). Elided at the end when it is wider than `line`; right-to-left text stays in reading order. The width
+/// of what is drawn.
+qreal textLine(QPainter& painter, const QRectF& line, const Fonts::Style& style, const QColor& color,
+               const QString& text, Qt::Alignment horizontal = Qt::AlignLeft);
+
+/// The same of a text that is known to fit, from the left edge and the top of `line`. `direction` is that of the
+/// paragraph: a link reads from left to right whatever it is made of.
+void glyphs(QPainter& painter, const QRectF& line, const Fonts::Style& style, const QColor& color, const QString& text,
+            Qt::LayoutDirection direction = Qt::LayoutDirectionAuto);
 
 /// The colour that `over` gives on an opaque ground.
 [[nodiscard]] QColor blended(const QColor& over, const QColor& ground);

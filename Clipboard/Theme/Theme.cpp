@@ -1,7 +1,6 @@
 #include "Theme.h"
 
 #include "Fonts.h"
-#include "ProgramStyle.h"
 
 #include <QApplication>
 #include <QPalette>
@@ -56,8 +55,8 @@ QLatin1String typeIcon(ClipType type)
 
 void install()
 {
-    QApplication::setStyle(new ProgramStyle); // the application owns it
-    QApplication::setCursorFlashTime(0);      // a caret that blinks wakes the processor twice a second
+    QApplication::setStyle(QStringLiteral("fusion"));
+    QApplication::setCursorFlashTime(0); // a caret that blinks wakes the processor twice a second
     QPalette palette(text, control, controlHover, well, controlLine, text, text, raised, panel);
     palette.setColor(QPalette::Highlight, rowSelLine);
     palette.setColor(QPalette::HighlightedText, text);

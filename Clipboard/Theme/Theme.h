@@ -75,6 +75,7 @@ inline constexpr QColor tipCapText = rgb(0xC9CFDA);
 [[nodiscard]] QLatin1String typeIcon(ClipboardCore::ClipType type);
 inline constexpr int tileAlpha = 0x2E;
 inline constexpr qreal emptyChipDotOpacity = 0.45;
+inline constexpr qreal goneOpacity = 0.45; // of the picture of a file that is no longer there
 
 // Radii.
 inline constexpr int panelRadius = 14;

@@ -284,7 +284,7 @@ void PanelViewTest::focusMovesRingAndCaret()
     const QRect frame = f.frame(*focused);
     QCOMPARE(f.colorAt({frame.center().x(), frame.top() - 2}), QColor(Theme::accent));
     QCOMPARE(f.colorAt({frame.center().x(), frame.top() - 1}), QColor(Theme::panel));
-    QVERIFY(f.colorAt(caret) != QColor(Theme::accent));
+    QCOMPARE(f.colorAt(caret), QColor(Theme::panel)); // nor is the toolkit's own one there
     f.press(Qt::Key_Escape);
     QCOMPARE(f.colorAt({frame.center().x(), frame.top() - 2}), QColor(Theme::panel));
     QCOMPARE(f.colorAt(caret), QColor(Theme::accent));

@@ -28,6 +28,7 @@ private slots:
     void typesHaveDrawings();
     void ringLeavesGroundBetween();
     void textIsElidedToItsLine();
+    void textReadsInItsOwnDirection();
     void keyCapsGrowWithTheirKeys();
     void shadowFadesOutInsideItsMargin();
     void codeHasNoLigatures();
@@ -119,6 +120,21 @@ void DrawingTest::textIsElidedToItsLine()
     QCOMPARE(image.copy(101, 0, 99, 20), canvas({99, 20}));
 }
 
+void DrawingTest::textReadsInItsOwnDirection()
+{
+    const auto drawn = [](const QString& text) {
+        QImage image = canvas({200, 20});
+        QPainter painter(&image);
+        painter.setLayoutDirection(Qt::LeftToRight); // as a window's is
+        Painting::textLine(painter, {0, 0, 200, 20}, Fonts::body, Theme::text, text);
+        painter.end();
+        return image;
+    };
+    // A mark that makes what surrounds it read from right to left changes nothing in a text that does.
+    QCOMPARE(drawn(u"שלום!"_s), drawn(u"שלום!\u200F"_s));
+    QVERIFY(drawn(u"hello!"_s) != drawn(u"\u202Bhello!"_s));
+}
+
 void DrawingTest::keyCapsGrowWithTheirKeys()
 {
     QCOMPARE(KeyCap::size(u"⏎"_s), QSizeF(18, 18));
@@ -149,14 +165,14 @@ void DrawingTest::shadowFadesOutInsideItsMargin()
 void DrawingTest::codeHasNoLigatures()
 {
     const auto glyphs = [](const QString& text) {
-        QTextLayout layout(text, Fonts::font(Fonts::code));
+        QTextLayout layout(text, Fonts::font(Fonts::code, text));
         layout.beginLayout();
         layout.createLine();
         layout.endLayout();
         return layout.glyphRuns().constFirst().glyphIndexes();
     };
     QCOMPARE(glyphs(u"->"_s), glyphs(u"-"_s) + glyphs(u">"_s));
-    QCOMPARE(glyphs(u"!="_s), glyphs(u"!"_s) + glyphs(u"="_s));
+    QCOMPARE(glyphs(u"e\u0301"_s), glyphs(u"é"_s)); // but what belongs together is put together
 }
 
 void DrawingTest::menuHasItsOwnMeasures()
