@@ -52,8 +52,10 @@ void ColorBody::setItem(const ClipboardCore::ClipItem& item, int visibleHeight)
     m_color = ColorMath::hexToRGB(content);
     layOut(); // a hidden widget is told of its size only when it is shown
     const auto texts = m_color ? valueTexts(*m_color) : std::array<QString, 3>{content.toUpper(), {}, {}};
-    for (std::size_t i = 0; i < m_rows.size(); ++i)
+    for (std::size_t i = 0; i < m_rows.size(); ++i) {
         m_rows[i].value->setText(texts[i], {}, visibleHeight);
+        m_rows[i].value->setAccessibleName(m_rows[i].key + u' ' + texts[i]); // the key is only drawn
+    }
     update();
 }
 

@@ -42,10 +42,11 @@ constexpr qsizetype measuredTitle = 200;
 
 } // namespace
 
-CommandCard::CommandCard(HistoryViewModel& viewModel, Thumbs& thumbs, QWidget* parent)
+CommandCard::CommandCard(HistoryViewModel& viewModel, Thumbs& thumbs, FileKinds& files, QWidget* parent)
     : QWidget(parent)
     , m_viewModel(viewModel)
     , m_thumbs(thumbs)
+    , m_files(files)
     , m_surface(sheetShadow, Theme::raised)
     , m_filter(new SearchField(
           Fonts::label, tr("Filter actions…"), [&viewModel] { return viewModel.copiedText(); }, this))
@@ -158,7 +159,7 @@ void CommandCard::paintHeader(QPainter& painter, const QRectF& band) const
         return;
     const QRectF square(band.left() + Theme::margin, band.top() + (headerHeight - Theme::thumbSize) / 2.0,
                         Theme::thumbSize, Theme::thumbSize);
-    paintRowThumb(painter, square, *item, m_thumbs);
+    paintRowThumb(painter, square, *item, m_thumbs, m_files);
     const qreal left = square.right() + thumbGap;
     const QRectF line(left, square.top(), band.right() - Theme::margin - left, square.height());
     const QString title = tr("Smart Actions") + u" · "_s + rowTitle(*item).left(measuredTitle);

@@ -11,6 +11,7 @@
 namespace Clipboard {
 
 class CommandRow;
+class FileKinds;
 class HistoryViewModel;
 class OverlayScrollArea;
 class SearchField;
@@ -21,7 +22,7 @@ class CommandCard final : public QWidget
 {
     Q_OBJECT
 public:
-    CommandCard(HistoryViewModel& viewModel, Thumbs& thumbs, QWidget* parent);
+    CommandCard(HistoryViewModel& viewModel, Thumbs& thumbs, FileKinds& files, QWidget* parent);
 
     /// Takes over filter, actions and highlight; the card is as high as they need.
     void sync();
@@ -45,6 +46,7 @@ private:
 
     HistoryViewModel& m_viewModel;
     Thumbs& m_thumbs;
+    FileKinds& m_files;
     Surface m_surface;
     SearchField* m_filter;
     QWidget* m_page;

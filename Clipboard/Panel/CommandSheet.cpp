@@ -24,10 +24,10 @@ constexpr int cardTop = 97;
 
 } // namespace
 
-CommandSheet::CommandSheet(HistoryViewModel& viewModel, Thumbs& thumbs, QWidget* parent)
+CommandSheet::CommandSheet(HistoryViewModel& viewModel, Thumbs& thumbs, FileKinds& files, QWidget* parent)
     : QWidget(parent)
     , m_viewModel(viewModel)
-    , m_card(new CommandCard(viewModel, thumbs, this))
+    , m_card(new CommandCard(viewModel, thumbs, files, this))
     , m_effect(new AppearEffect(m_card))
     , m_animation(new QVariantAnimation(this))
     , m_cornerRadius(Theme::panelRadius)

@@ -8,6 +8,7 @@ namespace Clipboard {
 
 class AppearEffect;
 class CommandCard;
+class FileKinds;
 class HistoryViewModel;
 class SearchField;
 class Thumbs;
@@ -17,7 +18,7 @@ class CommandSheet final : public QWidget
 {
     Q_OBJECT
 public:
-    CommandSheet(HistoryViewModel& viewModel, Thumbs& thumbs, QWidget* parent);
+    CommandSheet(HistoryViewModel& viewModel, Thumbs& thumbs, FileKinds& files, QWidget* parent);
 
     /// Takes over whether it is open, and what it shows.
     void sync();

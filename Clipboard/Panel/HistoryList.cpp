@@ -2,6 +2,7 @@
 
 #include "AccessibleHistoryList.h"
 #include "EntryMimeData.h"
+#include "FileKinds.h"
 #include "FrameReport.h"
 #include "HistoryListModel.h"
 #include "HistoryViewModel.h"
@@ -35,7 +36,7 @@ constexpr int scrollBarInset = 2;
 
 } // namespace
 
-HistoryList::HistoryList(HistoryViewModel& viewModel, Thumbs& thumbs, QWidget* parent)
+HistoryList::HistoryList(HistoryViewModel& viewModel, Thumbs& thumbs, FileKinds& files, QWidget* parent)
     : QListView(parent)
     , m_viewModel(viewModel)
     , m_model(new HistoryListModel(viewModel, this))
@@ -56,13 +57,14 @@ HistoryList::HistoryList(HistoryViewModel& viewModel, Thumbs& thumbs, QWidget* p
     AccessibleHistoryList::install();
     setAccessibleName(tr("Clipboard history"));
     setModel(m_model);
-    setItemDelegate(new ListRow(viewModel, *m_model, thumbs, this));
+    setItemDelegate(new ListRow(viewModel, *m_model, thumbs, files, this));
 
     m_scrolling->setDuration(Theme::scrollDuration);
     m_scrolling->setEasingCurve(QEasingCurve::OutCubic);
     connect(m_scrolling, &QVariantAnimation::valueChanged, verticalScrollBar(),
             [this](const QVariant& value) { verticalScrollBar()->setValue(value.toInt()); });
     connect(&thumbs, &Thumbs::finished, this, &HistoryList::refreshRows);
+    connect(&files, &FileKinds::found, this, &HistoryList::refreshRows);
 }
 
 void HistoryList::reload()

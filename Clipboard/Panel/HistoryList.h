@@ -11,6 +11,7 @@ class QVariantAnimation;
 
 namespace Clipboard {
 
+class FileKinds;
 class HistoryListModel;
 class HistoryViewModel;
 class OverlayScrollBar;
@@ -21,7 +22,7 @@ class HistoryList final : public QListView
 {
     Q_OBJECT
 public:
-    HistoryList(HistoryViewModel& viewModel, Thumbs& thumbs, QWidget* parent);
+    HistoryList(HistoryViewModel& viewModel, Thumbs& thumbs, FileKinds& files, QWidget* parent);
 
     /// Takes over the visible entries, and then their selection.
     void reload();

@@ -36,10 +36,15 @@ QString onOneLine(QString text)
 HistoryListModel::Title makeTitle(const ClipItem& item, qreal width)
 {
     const bool isCode = item.type == ClipType::code;
-    const QFontMetricsF metrics(Fonts::font(isCode ? Fonts::codeTitle : Fonts::rowTitle));
-    const QString whole = onOneLine(rowTitle(item).left(measuredCharacters));
-    HistoryListModel::Title title{metrics.elidedText(whole, Qt::ElideRight, width), 0};
-    if (item.type == ClipType::link) {
+    const bool isLink = item.type == ClipType::link;
+    QString whole = rowTitle(item);
+    // Pages of one site differ in their ends.
+    if (isLink && whole.size() > measuredCharacters)
+        whole = whole.left(measuredCharacters / 2) + whole.right(measuredCharacters / 2);
+    whole = onOneLine(whole.left(measuredCharacters));
+    const QFontMetricsF metrics(Fonts::font(isCode ? Fonts::codeTitle : Fonts::rowTitle, whole));
+    HistoryListModel::Title title{metrics.elidedText(whole, isLink ? Qt::ElideMiddle : Qt::ElideRight, width), 0};
+    if (isLink) {
         constexpr QLatin1String separator("://");
         if (const qsizetype at = whole.indexOf(separator); at > 0)
             title.schemeLength = std::min(at + separator.size(), title.text.size());

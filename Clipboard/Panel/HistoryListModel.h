@@ -25,7 +25,8 @@ public:
     [[nodiscard]] const ClipboardCore::ClipItem& item(int row) const { return m_items.at(row); }
     /// The row of an entry; nothing when it is not visible.
     [[nodiscard]] std::optional<int> row(const QUuid& id) const;
-    /// The title as it fits into a row, its control characters as spaces. A link's scheme is the first
+    /// The title as it fits into a row, its control characters as spaces: a link with its end, all others with their
+    /// beginning. A link's scheme is the first
     /// `schemeLength` characters.
     struct Title
     {

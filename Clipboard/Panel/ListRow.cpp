@@ -1,6 +1,7 @@
 #include "ListRow.h"
 
 #include "ClipItemTexts.h"
+#include "FileKinds.h"
 #include "HistoryListModel.h"
 #include "HistoryViewModel.h"
 #include "Painting.h"
@@ -30,11 +31,13 @@ constexpr qreal pinStroke = 2;
 
 } // namespace
 
-ListRow::ListRow(const HistoryViewModel& viewModel, const HistoryListModel& model, Thumbs& thumbs, QObject* parent)
+ListRow::ListRow(const HistoryViewModel& viewModel, const HistoryListModel& model, Thumbs& thumbs, FileKinds& files,
+                 QObject* parent)
     : QAbstractItemDelegate(parent)
     , m_viewModel(viewModel)
     , m_model(model)
     , m_thumbs(thumbs)
+    , m_files(files)
 {
 }
 
@@ -67,7 +70,9 @@ void ListRow::paint(QPainter* painter, const QStyleOptionViewItem& option, const
         break;
     }
     const QRectF square(row.x() + padding, row.y() + padding, Theme::thumbSize, Theme::thumbSize);
-    paintRowThumb(*painter, square, item, m_thumbs);
+    painter->setOpacity(isGone(item) ? Theme::goneOpacity : 1);
+    paintRowThumb(*painter, square, item, m_thumbs, m_files);
+    painter->setOpacity(1);
 
     const qreal textLeft = square.right() + thumbGap;
     QRectF line(textLeft, row.y() + titleTop, row.right() - padding - textLeft + 1, Fonts::rowTitle.lineHeight);
@@ -76,21 +81,29 @@ void ListRow::paint(QPainter* painter, const QStyleOptionViewItem& option, const
     paintDetails(*painter, line, index.row(), state);
 }
 
+bool ListRow::isGone(const ClipItem& item) const
+{
+    const bool hasFile = item.type == ClipType::file || item.type == ClipType::image;
+    return hasFile && m_files.kind(item.content.toString()) == FileKinds::Kind::gone;
+}
+
 void ListRow::paintTitle(QPainter& painter, const QRectF& line, int row, State state) const
 {
-    const Fonts::Style& style = m_model.item(row).type == ClipType::code ? Fonts::codeTitle : Fonts::rowTitle;
+    const ClipItem& item = m_model.item(row);
+    const Fonts::Style& style = item.type == ClipType::code ? Fonts::codeTitle : Fonts::rowTitle;
     const HistoryListModel::Title& title = m_model.title(row, line.width());
+    const bool lit = state == State::selected || state == State::idle;
+    const QColor faint = lit ? Theme::text2 : Theme::text3;
+    // The model has elided it already; measuring it again could cut a rounded fraction.
     QRectF rest = line;
     if (title.schemeLength > 0) {
-        const bool lit = state == State::selected || state == State::idle;
         const QString scheme = title.text.left(title.schemeLength);
-        Painting::textLine(painter, line, style, lit ? Theme::text2 : Theme::text3, scheme);
+        Painting::glyphs(painter, line, style, faint, scheme, Qt::LeftToRight);
         rest.setLeft(line.left() + Fonts::width(style, scheme));
     }
-    // The model has elided it already; measuring it again could cut a rounded fraction.
-    painter.setFont(Fonts::font(style));
-    painter.setPen(Theme::text);
-    painter.drawText(QPointF(rest.left(), line.top() + Fonts::baseline(style)), title.text.mid(title.schemeLength));
+    const bool isLink = item.type == ClipType::link;
+    Painting::glyphs(painter, rest, style, isGone(item) ? faint : Theme::text, title.text.mid(title.schemeLength),
+                     isLink ? Qt::LeftToRight : Qt::LayoutDirectionAuto);
 }
 
 void ListRow::paintDetails(QPainter& painter, const QRectF& line, int row, State state) const

@@ -14,7 +14,9 @@
 #include <QMimeDatabase>
 #include <QPainter>
 #include <QPainterPath>
-#include <QThreadPool>
+
+#include <algorithm>
+#include <cmath>
 
 using ClipboardCore::ClipItem;
 using ClipboardCore::ClipType;
@@ -71,13 +73,34 @@ QStringList details(const ClipItem& item)
     }
 }
 
+/// The widest that a part may be so that all of them fit into `room`: the widest give way first, so that the name of a
+/// program or of a type is elided before an age or a size.
+qreal widestPart(QList<qreal> widths, qreal room)
+{
+    std::ranges::sort(widths);
+    for (qsizetype i = 0; i < widths.size(); ++i) {
+        const qreal share = room / static_cast<qreal>(widths.size() - i);
+        if (widths.at(i) > share)
+            return share;
+        room -= widths.at(i);
+    }
+    return widths.isEmpty() ? 0 : widths.last();
+}
+
 } // namespace
 
 MetaCaption::MetaCaption(QWidget* parent)
     : QWidget(parent)
     , m_details(cachedDetails)
 {
+    m_pool.setMaxThreadCount(1);
     Accessibility::setRole(this, QAccessible::StaticText);
+}
+
+MetaCaption::~MetaCaption()
+{
+    m_pool.clear();
+    m_pool.waitForDone();
 }
 
 void MetaCaption::setItem(const ClipItem& item)
@@ -85,6 +108,11 @@ void MetaCaption::setItem(const ClipItem& item)
     m_item = item;
     m_icon = IconCache::shared().icon(item.bundleID);
     findDetails();
+    sync();
+}
+
+void MetaCaption::sync()
+{
     setAccessibleName(parts().join(u' '));
     update();
 }
@@ -92,20 +120,25 @@ void MetaCaption::setItem(const ClipItem& item)
 void MetaCaption::findDetails()
 {
     const ClipItem item = *m_item;
-    const bool isShortText = item.type != ClipType::file && item.content.byteCount() <= countedAtOnce;
-    if (item.type == ClipType::image || m_details.contains(item.id))
+    const bool isFile = item.type == ClipType::file;
+    if (item.type == ClipType::image || (!isFile && m_details.contains(item.id)))
         return;
-    if (isShortText) {
-        m_details.insert(item.id, std::make_unique<QStringList>(details(item)).release());
-        return;
-    }
+    if (!isFile && item.content.byteCount() <= countedAtOnce)
+        return keepDetails(item.id, details(item));
+    m_pool.clear(); // the entries that were passed on the way here
     runOffMainThread(
-        *QThreadPool::globalInstance(), this, [item] { return details(item); },
+        m_pool, this, [item] { return details(item); },
         [this, id = item.id](const QStringList& found) {
-            m_details.insert(id, std::make_unique<QStringList>(found).release());
-            update();
+            keepDetails(id, found);
+            if (m_item && m_item->id == id)
+                sync();
             emit partsChanged();
         });
+}
+
+void MetaCaption::keepDetails(const QUuid& id, const QStringList& found)
+{
+    m_details.insert(id, std::make_unique<QStringList>(found).release());
 }
 
 QStringList MetaCaption::parts() const
@@ -122,33 +155,40 @@ QStringList MetaCaption::parts() const
     return parts;
 }
 
+void MetaCaption::paintIcon(QPainter& painter) const
+{
+    const QRect square(0, (height - iconSize) / 2, iconSize, iconSize);
+    QPainterPath rounded;
+    rounded.addRoundedRect(square, Theme::appIconRadius, Theme::appIconRadius);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setClipPath(rounded);
+    m_icon.paint(&painter, square);
+    painter.restore();
+}
+
 void MetaCaption::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
     qreal x = 0;
     if (!m_icon.isNull()) {
-        const QRect square(0, (height - iconSize) / 2, iconSize, iconSize);
-        QPainterPath rounded;
-        rounded.addRoundedRect(square, Theme::appIconRadius, Theme::appIconRadius);
-        painter.save();
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setClipPath(rounded);
-        m_icon.paint(&painter, square);
-        painter.restore();
+        paintIcon(painter);
         x = iconSize + gap;
     }
     const QString dot(u'·');
-    bool first = true;
-    for (const QString& part : parts()) {
-        if (!first) {
-            Painting::textLine(painter, {x, 0, width() - x, height}, Fonts::caption, Theme::text3, dot);
-            x += Fonts::width(Fonts::caption, dot) + gap;
+    const qreal separator = gap + Fonts::width(Fonts::caption, dot) + gap;
+    const QStringList shown = parts();
+    QList<qreal> widths;
+    for (const QString& part : shown)
+        widths.append(std::ceil(Fonts::width(Fonts::caption, part)));
+    const qreal widest = widestPart(widths, width() - x - separator * static_cast<qreal>(shown.size() - 1));
+    for (qsizetype i = 0; i < shown.size(); ++i) {
+        if (i > 0) {
+            Painting::textLine(painter, {x + gap, 0, separator, height}, Fonts::caption, Theme::text3, dot);
+            x += separator;
         }
-        first = false;
-        if (x >= width())
-            break;
-        Painting::textLine(painter, {x, 0, width() - x, height}, Fonts::caption, Theme::text2, part);
-        x += Fonts::width(Fonts::caption, part) + gap;
+        const qreal room = std::min(widths.at(i), widest);
+        x += Painting::textLine(painter, {x, 0, room, height}, Fonts::caption, Theme::text2, shown.at(i));
     }
 }
 

@@ -3,6 +3,7 @@
 #include "ClipItemTexts.h"
 #include "CommandSheet.h"
 #include "EmptyView.h"
+#include "FileKinds.h"
 #include "FilterChips.h"
 #include "FrameReport.h"
 #include "HistoryList.h"
@@ -32,12 +33,13 @@ constexpr int outline = 1;
 PanelView::PanelView(HistoryViewModel& viewModel, const Workspace& workspace, Thumbs& thumbs, QWidget* parent)
     : QWidget(parent)
     , m_viewModel(viewModel)
+    , m_files(new FileKinds(this))
     , m_header(new PanelHeader(viewModel, this))
-    , m_list(new HistoryList(viewModel, thumbs, this))
-    , m_preview(new PreviewPane(viewModel, workspace, thumbs, this))
+    , m_list(new HistoryList(viewModel, thumbs, *m_files, this))
+    , m_preview(new PreviewPane(viewModel, {workspace, thumbs, *m_files}, this))
     , m_empty(new EmptyView(this))
     , m_footer(new PanelFooter(this))
-    , m_sheet(new CommandSheet(viewModel, thumbs, this))
+    , m_sheet(new CommandSheet(viewModel, thumbs, *m_files, this))
 {
     m_ages.setInterval(ageRefresh);
     connect(&m_ages, &QTimer::timeout, this, &PanelView::refreshAges);
@@ -194,6 +196,7 @@ void PanelView::resizeEvent(QResizeEvent* event)
 
 void PanelView::showEvent(QShowEvent* event)
 {
+    m_files->refresh();
     sync(); // parts that were hidden have their sizes only now
     m_ages.start();
     QWidget::showEvent(event);

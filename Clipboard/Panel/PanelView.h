@@ -7,6 +7,7 @@ namespace Clipboard {
 
 class CommandSheet;
 class EmptyView;
+class FileKinds;
 class HistoryList;
 class HistoryViewModel;
 class PanelFooter;
@@ -71,6 +72,7 @@ private:
     [[nodiscard]] QRect contentRect() const;
 
     HistoryViewModel& m_viewModel;
+    FileKinds* m_files;
     PanelHeader* m_header;
     HistoryList* m_list;
     PreviewPane* m_preview;

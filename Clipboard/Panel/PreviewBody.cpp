@@ -10,7 +10,7 @@ using ClipboardCore::ClipType;
 
 namespace Clipboard {
 
-PreviewBody* PreviewBody::make(ClipType type, const Workspace& workspace, Thumbs& thumbs, QWidget* parent)
+PreviewBody* PreviewBody::make(ClipType type, const Sources& sources, QWidget* parent)
 {
     switch (type) {
     case ClipType::text:
@@ -21,9 +21,9 @@ PreviewBody* PreviewBody::make(ClipType type, const Workspace& workspace, Thumbs
     case ClipType::color:
         return new ColorBody(parent);
     case ClipType::image:
-        return new ImageBody(thumbs, parent);
+        return new ImageBody(sources.thumbs, parent);
     case ClipType::file:
-        return new FileBody(workspace, parent);
+        return new FileBody(sources.workspace, sources.files, parent);
     }
     Q_UNREACHABLE();
 }

@@ -6,6 +6,7 @@
 
 namespace Clipboard {
 
+class FileKinds;
 class Thumbs;
 class Workspace;
 
@@ -14,6 +15,14 @@ class PreviewBody : public QWidget
 {
     Q_OBJECT
 public:
+    /// Where bodies get from what is not in the entry.
+    struct Sources
+    {
+        const Workspace& workspace;
+        Thumbs& thumbs;
+        FileKinds& files;
+    };
+
     using QWidget::QWidget;
 
     /// Shows an entry of the body's type. Of what is to be seen first, `visibleHeight` of it is in sight.
@@ -23,8 +32,7 @@ public:
     /// What the user has marked in it.
     [[nodiscard]] virtual QString selectedText() const { return {}; }
 
-    [[nodiscard]] static PreviewBody* make(ClipboardCore::ClipType type, const Workspace& workspace, Thumbs& thumbs,
-                                           QWidget* parent);
+    [[nodiscard]] static PreviewBody* make(ClipboardCore::ClipType type, const Sources& sources, QWidget* parent);
 
 signals:
     void contentHeightChanged();

@@ -4,7 +4,6 @@
 #include "HistoryViewModel.h"
 #include "MetaCaption.h"
 #include "OverlayScrollArea.h"
-#include "PreviewBody.h"
 #include "PreviewButtonBar.h"
 #include "QRInline.h"
 #include "SmartActionsSection.h"
@@ -37,11 +36,10 @@ constexpr qsizetype actionsAtOnceBytes = qsizetype{16} * 1024;
 
 } // namespace
 
-PreviewPane::PreviewPane(HistoryViewModel& viewModel, const Workspace& workspace, Thumbs& thumbs, QWidget* parent)
+PreviewPane::PreviewPane(HistoryViewModel& viewModel, const PreviewBody::Sources& sources, QWidget* parent)
     : QWidget(parent)
     , m_viewModel(viewModel)
-    , m_workspace(workspace)
-    , m_thumbs(thumbs)
+    , m_sources(sources)
     , m_content(new QWidget)
     , m_scroll(new OverlayScrollArea(m_content, scrollInsets, this))
     , m_caption(new MetaCaption(m_content))
@@ -59,7 +57,7 @@ PreviewBody* PreviewPane::bodyFor(ClipType type)
 {
     PreviewBody*& body = m_bodies[type];
     if (body == nullptr) {
-        body = PreviewBody::make(type, m_workspace, m_thumbs, m_content);
+        body = PreviewBody::make(type, m_sources, m_content);
         connect(body, &PreviewBody::contentHeightChanged, this, [this, made = body] {
             if (made == m_body)
                 layOutContent();

@@ -2,6 +2,7 @@
 
 #include "Focus/FocusKey.h"
 #include "History/ClipItem.h"
+#include "PreviewBody.h"
 
 #include <QHash>
 #include <QMap>
@@ -14,12 +15,9 @@ namespace Clipboard {
 class HistoryViewModel;
 class MetaCaption;
 class OverlayScrollArea;
-class PreviewBody;
 class PreviewButtonBar;
 class QRInline;
 class SmartActionsSection;
-class Thumbs;
-class Workspace;
 
 /// The right side of the panel: the selected entry in full, a line about it, and what can be done with it.
 ///
@@ -29,7 +27,7 @@ class PreviewPane final : public QWidget
 {
     Q_OBJECT
 public:
-    PreviewPane(HistoryViewModel& viewModel, const Workspace& workspace, Thumbs& thumbs, QWidget* parent);
+    PreviewPane(HistoryViewModel& viewModel, const PreviewBody::Sources& sources, QWidget* parent);
 
     /// Takes over the selected entry and its QR code.
     void syncItem();
@@ -59,8 +57,7 @@ private:
     [[nodiscard]] int scrollToReveal(const QWidget* part) const;
 
     HistoryViewModel& m_viewModel;
-    const Workspace& m_workspace;
-    Thumbs& m_thumbs;
+    PreviewBody::Sources m_sources;
     std::optional<QUuid> m_shown;
     std::optional<ClipboardCore::FocusKey> m_focus;
     bool m_actionsPending = false;

@@ -1,6 +1,7 @@
 #include "RowThumb.h"
 
 #include "Actions/ColorMath.h"
+#include "FileKinds.h"
 #include "Painting.h"
 #include "Theme.h"
 #include "Thumbs.h"
@@ -23,12 +24,12 @@ constexpr int iconSize = 16;
 // A picture is cropped to the square, so its shorter side has to fill it: for all but panoramas twice the square does.
 constexpr int cropReserve = 2;
 
-void paintTile(QPainter& painter, const QRectF& square, ClipType type)
+void paintTile(QPainter& painter, const QRectF& square, ClipType type, QLatin1String sign)
 {
     QColor fill = Theme::tint(type);
     fill.setAlpha(Theme::tileAlpha);
     Painting::roundedFill(painter, square, Theme::thumbRadius, fill);
-    drawIcon(painter, square, {Theme::typeIcon(type), iconSize, Theme::readableTint(type)});
+    drawIcon(painter, square, {sign, iconSize, Theme::readableTint(type)});
 }
 
 void paintPicture(QPainter& painter, const QRectF& square, const QImage& image)
@@ -48,7 +49,7 @@ void paintPicture(QPainter& painter, const QRectF& square, const QImage& image)
 
 } // namespace
 
-void paintRowThumb(QPainter& painter, const QRectF& square, const ClipItem& item, Thumbs& thumbs)
+void paintRowThumb(QPainter& painter, const QRectF& square, const ClipItem& item, Thumbs& thumbs, FileKinds& files)
 {
     if (item.type == ClipType::color) {
         if (const auto color = ClipboardCore::ColorMath::hexToRGB(item.content.toString())) {
@@ -62,7 +63,8 @@ void paintRowThumb(QPainter& painter, const QRectF& square, const ClipItem& item
         if (thumb.phase == Thumbs::Phase::loaded)
             return paintPicture(painter, square, thumb.image);
     }
-    paintTile(painter, square, item.type);
+    const bool isFolder = item.type == ClipType::file && files.kind(item.content.toString()) == FileKinds::Kind::folder;
+    paintTile(painter, square, item.type, isFolder ? QLatin1String("folder") : Theme::typeIcon(item.type));
 }
 
 } // namespace Clipboard

@@ -25,7 +25,7 @@ public:
     [[nodiscard]] virtual std::optional<Application> frontmostApplication() const = 0;
     /// The application's icon; null when it has none that can be found.
     [[nodiscard]] virtual QIcon applicationIcon(const QString& bundleID) const = 0;
-    /// The icon of the file's type. Looks at the name alone, never at the file.
+    /// The icon of the file's type; a folder's path ends in a slash. Looks at the name alone, never at the file.
     [[nodiscard]] virtual QIcon fileIcon(const QString& path) const = 0;
     /// The user's Desktop folder; nothing when there is none.
     [[nodiscard]] virtual std::optional<QString> desktopFolder() const = 0;

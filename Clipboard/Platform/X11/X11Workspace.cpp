@@ -136,6 +136,10 @@ QIcon X11Workspace::fileIcon(const QString& path) const
     QIcon plain = QIcon::fromTheme(u"text-x-generic"_s);
     if (plain.isNull())
         return {};
+    if (path.endsWith(u'/')) {
+        QIcon folder = QIcon::fromTheme(u"folder"_s);
+        return folder.isNull() ? QIcon::fromTheme(u"inode-directory"_s) : folder;
+    }
     const auto types = QMimeDatabase().mimeTypesForFileName(path.section(u'/', -1));
     if (types.isEmpty())
         return plain;

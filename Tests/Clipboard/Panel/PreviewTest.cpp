@@ -42,6 +42,7 @@ private slots:
     void captionTellsSourceAgeAndSize_data();
     void captionTellsSourceAgeAndSize();
     void captionReadsFilesAside();
+    void filesShowWhatIsThere();
     void followsTheSelection();
     void chipsWrap_data();
     void chipsWrap();
@@ -161,9 +162,9 @@ void PreviewTest::colorShowsItsValues_data()
 {
     QTest::addColumn<QString>("content");
     QTest::addColumn<QStringList>("values");
-    QTest::newRow("six digits") << u"#e2725b"_s << QStringList({u"#E2725B"_s, u"226, 114, 91"_s, u"10, 70%, 62%"_s});
-    QTest::newRow("three digits") << u"#fff"_s << QStringList({u"#FFFFFF"_s, u"255, 255, 255"_s, u"0, 0%, 100%"_s});
-    QTest::newRow("no colour at all") << u"teal-ish"_s << QStringList({u"TEAL-ISH"_s, QString(), QString()});
+    QTest::newRow("six digits") << u"#e2725b"_s
+                                << QStringList({u"HEX #E2725B"_s, u"RGB 226, 114, 91"_s, u"HSL 10, 70%, 62%"_s});
+    QTest::newRow("no colour at all") << u"teal-ish"_s << QStringList({u"HEX TEAL-ISH"_s, u"RGB "_s, u"HSL "_s});
 }
 
 void PreviewTest::colorShowsItsValues()
@@ -223,16 +224,42 @@ void PreviewTest::captionTellsSourceAgeAndSize()
 void PreviewTest::captionReadsFilesAside()
 {
     PanelFixture f;
-    const QString path = f.folder.filePath(u"note.txt"_s);
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(QByteArray(1500, 'x')) == 1500);
-    file.close();
+    QFile file(f.folder.filePath(u"note.txt"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    ClipItem note = item(ClipType::file, file.fileName());
+    note.sourceApp = u"a program of many words "_s.repeated(9);
     MetaCaption caption(nullptr);
-    QSignalSpy changed(&caption, &MetaCaption::partsChanged);
-    caption.setItem(item(ClipType::file, path));
+    caption.resize(width, MetaCaption::height);
+    caption.setItem(note);
     QCOMPARE(caption.parts().size(), 2);
-    QTRY_COMPARE(changed.size(), 1);
-    QCOMPARE(caption.parts().last(), QLocale().formattedDataSize(1500, 1, QLocale::DataSizeSIFormat));
+    QImage before;
+    for (const int bytes : {1500, 2700}) { // it grows, and is shown again
+        QVERIFY(file.resize(bytes));
+        caption.setItem(note);
+        const QString size = QLocale().formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat);
+        QTRY_COMPARE(caption.parts().last(), size);
+        QVERIFY(caption.accessibleName().endsWith(size));
+        const QImage shown = caption.grab().toImage();
+        QVERIFY(shown != before); // the name gives way to the size, not the other way round
+        before = shown;
+    }
+}
+
+void PreviewTest::filesShowWhatIsThere()
+{
+    PanelFixture f;
+    const QString late = f.folder.filePath(u"late.txt"_s);
+    f.fill({f.item(ClipType::file, f.folder.path()), f.item(ClipType::file, u"/etc/passwd"_s),
+            f.item(ClipType::file, late)});
+    QVERIFY(f.open());
+    QTRY_COMPARE(f.workspace.fileIconsAsked.last(), f.folder.path() + u'/');
+    const auto tile = [&](int row) { return f.colorAt(QPoint(8 + 11, 96 + 44 * row + 22)); };
+    QTRY_VERIFY(tile(2) != tile(1)); // dimmed
+    QFile file(late);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    f.panel.dismiss();
+    QVERIFY(f.open()); // and looks again
+    QTRY_COMPARE(tile(2), tile(1));
 }
 
 void PreviewTest::followsTheSelection()
