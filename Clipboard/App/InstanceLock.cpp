@@ -2,6 +2,9 @@
 
 #include <QFile>
 
+#include <array>
+#include <cerrno>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -10,31 +13,43 @@ namespace Clipboard {
 
 namespace {
 
-struct flock wholeFile()
+// The name of a display: a host and two numbers, or of a socket. Hosts' names have 253 letters at most.
+constexpr size_t maxNoteBytes = 512;
+
+} // namespace
+
+InstanceLock::InstanceLock(const QString& file, const QByteArray& display)
+    : m_file(::open(QFile::encodeName(file).constData(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR))
 {
     struct flock lock = {};
     lock.l_type = F_WRLCK;
     lock.l_whence = SEEK_SET;
-    return lock;
-}
-
-} // namespace
-
-InstanceLock::InstanceLock(const QString& file)
-    : m_file(::open(QFile::encodeName(file).constData(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR))
-{
-    struct flock lock = wholeFile();
-    if (m_file < 0 || ::fcntl(m_file, F_SETLK, &lock) == 0)
+    if (m_file < 0)
         return;
-    lock = wholeFile();
-    if (::fcntl(m_file, F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK)
-        m_holder = lock.l_pid;
+    if (::fcntl(m_file, F_SETLK, &lock) != 0) {
+        if (errno == EACCES || errno == EAGAIN)
+            m_state = State::heldByAnother;
+        return;
+    }
+    m_state = State::held;
+    // Only for the sentence that another start prints: a full disk is no reason to stop.
+    if (::ftruncate(m_file, 0) == 0) {
+        [[maybe_unused]] const ssize_t written =
+            ::pwrite(m_file, display.constData(), static_cast<size_t>(display.size()), 0);
+    }
 }
 
 InstanceLock::~InstanceLock()
 {
     if (m_file >= 0)
         ::close(m_file);
+}
+
+QByteArray InstanceLock::holdersDisplay() const
+{
+    std::array<char, maxNoteBytes> note{};
+    const ssize_t length = ::pread(m_file, note.data(), note.size(), 0);
+    return {note.data(), length < 0 ? 0 : length};
 }
 
 } // namespace Clipboard

@@ -1,8 +1,7 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
-
-#include <sys/types.h>
 
 namespace Clipboard {
 
@@ -10,17 +9,21 @@ namespace Clipboard {
 class InstanceLock final
 {
 public:
-    /// Tries to take the lock `file`. Where locks are not supported, there is none and the program runs.
-    explicit InstanceLock(const QString& file);
+    enum class State { held, heldByAnother, unsupported };
+
+    /// Tries to take the lock `file` and writes into it which display this process serves, for the next one to read.
+    InstanceLock(const QString& file, const QByteArray& display);
     ~InstanceLock();
     Q_DISABLE_COPY_MOVE(InstanceLock)
 
-    /// The process that has the lock; 0 when it is this one.
-    [[nodiscard]] pid_t holder() const { return m_holder; }
+    /// Unsupported: some network file systems have no locks.
+    [[nodiscard]] State state() const { return m_state; }
+    /// The display that the holder serves; empty when it did not tell.
+    [[nodiscard]] QByteArray holdersDisplay() const;
 
 private:
     int m_file = -1;
-    pid_t m_holder = 0;
+    State m_state = State::unsupported;
 };
 
 } // namespace Clipboard

@@ -32,7 +32,7 @@ void ProcessSignals::install()
     struct sigaction action = {};
     action.sa_handler = writeToSelfPipe;
     action.sa_flags = SA_RESTART;
-    for (const int signalNumber : {SIGTERM, SIGINT, SIGHUP, SIGUSR1})
+    for (const int signalNumber : {SIGTERM, SIGINT, SIGHUP})
         ::sigaction(signalNumber, &action, nullptr);
 }
 
@@ -46,12 +46,8 @@ ProcessSignals::ProcessSignals(QObject* parent)
 void ProcessSignals::deliver()
 {
     unsigned char signalNumber = 0;
-    while (::read(selfPipe[0], &signalNumber, 1) == 1) {
-        if (signalNumber == SIGUSR1)
-            emit showRequested();
-        else
-            emit quitRequested();
-    }
+    while (::read(selfPipe[0], &signalNumber, 1) == 1)
+        emit quitRequested();
 }
 
 } // namespace Clipboard

@@ -22,8 +22,6 @@ public:
 signals:
     /// SIGTERM, SIGINT or SIGHUP.
     void quitRequested();
-    /// SIGUSR1: another start of the program asks this one to show itself.
-    void showRequested();
 
 private:
     void deliver();

@@ -1,4 +1,5 @@
 #include "AppDelegate.h"
+#include "ApplicationService.h"
 #include "InstanceLock.h"
 #include "PrivateFolder.h"
 #include "ProcessSignals.h"
@@ -8,7 +9,6 @@
 #include <QApplication>
 #include <QStandardPaths>
 
-#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <malloc.h>
@@ -93,10 +93,42 @@ void returnLargeBlocks()
     mallopt(M_TRIM_THRESHOLD, 2 * largeBlock);
 }
 
-int askToShow(pid_t runningProcess)
+/// The display that this process is shown on, to tell it from others.
+QByteArray displayName()
 {
-    ::kill(runningProcess, SIGUSR1);
-    std::fprintf(stderr, "tessaly: already running (process %d); its panel opens\n", static_cast<int>(runningProcess));
+    const bool isX11 = QGuiApplication::platformName() == "xcb"_L1;
+    const QByteArray name = qgetenv(isX11 ? "DISPLAY" : "WAYLAND_DISPLAY");
+    const qsizetype screen = name.indexOf('.', name.lastIndexOf(':')); // ":0.0" is a screen of ":0"
+    return isX11 && screen >= 0 ? name.first(screen) : name;
+}
+
+/// Two writers would lose each other's copies. Where there are no locks, the name on the bus has to do.
+bool isKeptByAnother(const Clipboard::InstanceLock& lock)
+{
+    using State = Clipboard::InstanceLock::State;
+    return lock.state() == State::heldByAnother ||
+           (lock.state() == State::unsupported && Clipboard::ApplicationService::isAnnounced());
+}
+
+/// Has the process that keeps the history open its panel, and tells what became of that. The exit code.
+int leaveToTheRunningOne(const QByteArray& itsDisplay)
+{
+    constexpr int cannotBeReached = 3;
+    const auto fail = [](const char* reason) {
+        std::fprintf(stderr, "tessaly: already running, %s\n", reason);
+        return cannotBeReached;
+    };
+    if (!itsDisplay.isEmpty() && itsDisplay != displayName())
+        return fail(("on the display " + itsDisplay + "; it is there that its panel opens").constData());
+    switch (Clipboard::ApplicationService::activateRunning()) {
+    case Clipboard::ApplicationService::Answer::noBus:
+        return fail("and cannot be asked to open its panel: there is no session bus");
+    case Clipboard::ApplicationService::Answer::noAnswer:
+        return fail("but it does not answer");
+    case Clipboard::ApplicationService::Answer::done:
+        break;
+    }
+    std::fputs("tessaly: already running; its panel opens\n", stderr);
     return 0;
 }
 
@@ -121,9 +153,9 @@ int main(int argc, char** argv)
 
     const QString dataFolder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Tessaly"_s;
     Clipboard::createPrivateFolder(dataFolder);
-    const Clipboard::InstanceLock lock(dataFolder + u"/lock"_s);
-    if (lock.holder() != 0)
-        return askToShow(lock.holder());
+    const Clipboard::InstanceLock lock(dataFolder + u"/lock"_s, displayName());
+    if (isKeptByAnother(lock))
+        return leaveToTheRunningOne(lock.holdersDisplay());
 
     Clipboard::Theme::install();
     Clipboard::installTranslations(application);
@@ -132,7 +164,9 @@ int main(int argc, char** argv)
     // Not quit(), which asks every window and gives up when one stays.
     QObject::connect(&processSignals, &Clipboard::ProcessSignals::quitRequested, &application,
                      [] { QCoreApplication::exit(); });
-    QObject::connect(&processSignals, &Clipboard::ProcessSignals::showRequested, &delegate,
+    Clipboard::ApplicationService service;
+    QObject::connect(&service, &Clipboard::ApplicationService::activated, &delegate,
                      &Clipboard::AppDelegate::showPanel);
+    service.announce();
     return QApplication::exec();
 }

@@ -12,6 +12,8 @@ private slots:
     void endsCleanlyWithThePanelOpen_data();
     void endsCleanlyWithThePanelOpen();
     void aSecondStartOpensThePanelOfTheFirst();
+    void aSecondStartThatReachesNobodyEnds_data();
+    void aSecondStartThatReachesNobodyEnds();
     void answersWithoutADisplay_data();
     void answersWithoutADisplay();
 };
@@ -36,16 +38,35 @@ void LifeJourneyTest::endsCleanlyWithThePanelOpen()
 void LifeJourneyTest::aSecondStartOpensThePanelOfTheFirst()
 {
     for (int i = 0; i < 2; ++i) { // also when it is open
-        const VirtualSession::Result second = session().run(tessaly().program());
-        QCOMPARE(second.exitCode, 0);
-        QVERIFY2(second.errors.contains("already running (process " + QByteArray::number(tessaly().processID())),
-                 second.errors.constData());
+        QCOMPARE(session().run(tessaly().program()).exitCode, 0);
         expectPanel();
     }
     QVERIFY(tessaly().isRunning());
 
     endTessaly(SIGKILL); // leaves no lock behind
     startTessaly();
+}
+
+void LifeJourneyTest::aSecondStartThatReachesNobodyEnds_data()
+{
+    QTest::addColumn<bool>("isElsewhere");
+    QTest::addColumn<QByteArray>("reason");
+    QTest::newRow("no session bus") << false << QByteArray("there is no session bus");
+    QTest::newRow("another display") << true << QByteArray("on the display ");
+}
+
+void LifeJourneyTest::aSecondStartThatReachesNobodyEnds()
+{
+    QFETCH(bool, isElsewhere);
+    QFETCH(QByteArray, reason);
+    const VirtualSession elsewhere({.windowManager = false});
+    const QStringList change = isElsewhere ? QStringList{u"DISPLAY="_s + elsewhere.display()}
+                                           : QStringList{u"-u"_s, u"DBUS_SESSION_BUS_ADDRESS"_s};
+    const VirtualSession::Result second = session().run(u"env"_s, change + QStringList{tessaly().program()});
+    QCOMPARE(second.exitCode, 3);
+    QVERIFY2(second.errors.contains(reason), second.errors.constData());
+    QVERIFY(tessaly().isRunning());
+    QVERIFY(!tessaly().panel());
 }
 
 void LifeJourneyTest::answersWithoutADisplay_data()
