@@ -92,8 +92,12 @@ void SearchField::paintEvent(QPaintEvent* event)
 
 void SearchField::keyPressEvent(QKeyEvent* event)
 {
+    // The toolkit types the letter of a chord that nobody knows.
+    const bool isChord = (event->modifiers() & (Qt::AltModifier | Qt::MetaModifier)) != 0 && !event->text().isEmpty();
     if (event->matches(QKeySequence::Paste))
         insert(m_copiedText());
+    else if (isChord)
+        event->ignore();
     else
         QLineEdit::keyPressEvent(event);
 }

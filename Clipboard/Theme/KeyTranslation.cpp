@@ -66,6 +66,18 @@ int letterAtPlace(quint32 scanCode)
     return 0;
 }
 
+/// The digit on a key of the row above the letters, by the same codes; 0 for other keys.
+int digitAtPlace(quint32 scanCode)
+{
+    constexpr quint32 placeOfOne = 10; // up to nine; the zero that follows has no meaning in any table
+    return scanCode >= placeOfOne && scanCode < placeOfOne + 9 ? static_cast<int>('1' + (scanCode - placeOfOne)) : 0;
+}
+
+bool isDigit(int key)
+{
+    return key >= Qt::Key_0 && key <= Qt::Key_9;
+}
+
 /// Qt's codes for keys that type text are their characters, below those of its special keys.
 bool typesOtherScript(int key)
 {
@@ -78,10 +90,15 @@ bool typesOtherScript(int key)
 KeyEvent translateKey(const QKeyEvent& event)
 {
     int key = event.key();
-    if (typesOtherScript(key)) {
-        if (const int letter = letterAtPlace(event.nativeScanCode()); letter != 0)
-            key = letter;
-    }
+    const auto takePlaceFor = [&key](int keyAtPlace) {
+        if (keyAtPlace != 0)
+            key = keyAtPlace;
+    };
+    const bool isControlAlone = (event.modifiers() & ~Qt::KeypadModifier) == Qt::ControlModifier;
+    if (typesOtherScript(key))
+        takePlaceFor(letterAtPlace(event.nativeScanCode()));
+    if (isControlAlone && !isDigit(key))
+        takePlaceFor(digitAtPlace(event.nativeScanCode()));
     KeyEvent translated;
     const auto found =
         std::find_if(mappings.begin(), mappings.end(), [key](const Mapping& mapping) { return mapping.key == key; });
@@ -89,6 +106,7 @@ KeyEvent translateKey(const QKeyEvent& event)
         translated.code = found->code;
     translated.command = event.modifiers().testFlag(Qt::ControlModifier);
     translated.option = event.modifiers().testFlag(Qt::AltModifier);
+    translated.control = event.modifiers().testFlag(Qt::MetaModifier);
     translated.shift = event.modifiers().testFlag(Qt::ShiftModifier);
     if (key > 0 && key < Qt::Key_Escape)
         translated.charactersIgnoringModifiers = QChar(static_cast<char16_t>(key)).toLower();
