@@ -61,7 +61,7 @@ struct HistorySaver::Private
 
     // Last, so that the threads end before what they use does. Writing the file may take long: appending has a thread
     // of its own, which is idle by the time `io` ends.
-    SerialQueue journal{"com.tessaly.mac.history-journal"};
+    SerialQueue journal{"com.tessaly.mac.history-journal", SerialQueue::Priority::normal};
     SerialQueue io{"com.tessaly.mac.history-io"};
 };
 

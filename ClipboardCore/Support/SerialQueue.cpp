@@ -21,7 +21,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// What waits on disk or prepares a search gives way to whatever the user does.
 constexpr int utilityNiceness = 10;
 
 void nameThread(const QByteArray& label)
@@ -41,14 +40,16 @@ struct SerialQueue::Private
         bool operator<(const Key& other) const { return std::tie(due, id) < std::tie(other.due, other.id); }
     };
 
-    explicit Private(QByteArray threadLabel)
+    Private(QByteArray threadLabel, Priority threadPriority)
         : label(std::move(threadLabel))
+        , priority(threadPriority)
     {
     }
 
     void run();
 
     const QByteArray label;
+    const Priority priority;
     std::mutex mutex;
     std::condition_variable changed;
     // All below: guarded by `mutex`.
@@ -62,7 +63,8 @@ void SerialQueue::Private::run()
 {
     nameThread(label);
     // Linux keeps a priority for each thread; the calling thread is 0.
-    setpriority(PRIO_PROCESS, 0, utilityNiceness);
+    if (priority == Priority::utility)
+        setpriority(PRIO_PROCESS, 0, utilityNiceness);
 
     std::unique_lock lock(mutex);
     while (!isStopping) {
@@ -83,8 +85,8 @@ void SerialQueue::Private::run()
     }
 }
 
-SerialQueue::SerialQueue(QByteArray label)
-    : d(std::make_unique<Private>(std::move(label)))
+SerialQueue::SerialQueue(QByteArray label, Priority priority)
+    : d(std::make_unique<Private>(std::move(label), priority))
 {
 }
 

@@ -8,7 +8,7 @@
 
 namespace ClipboardCore {
 
-/// Runs tasks one after the other, in the order in which they fall due, on one background thread of low priority.
+/// Runs tasks one after the other, in the order in which they fall due, on one background thread.
 ///
 /// The thread starts with the first task and sleeps while nothing is due. Tasks may be added from any thread.
 class SerialQueue final
@@ -17,8 +17,11 @@ public:
     using Task = std::function<void()>;
     enum class TaskID : quint64 {};
 
+    /// What waits on the disk or prepares a search gives way to whatever the user does.
+    enum class Priority { utility, normal };
+
     /// `label` names the thread in debuggers, by its last 15 bytes.
-    explicit SerialQueue(QByteArray label);
+    explicit SerialQueue(QByteArray label, Priority priority = Priority::utility);
     /// Waits for the running task; those that have not started never do.
     ~SerialQueue();
     Q_DISABLE_COPY_MOVE(SerialQueue)
