@@ -3,118 +3,94 @@
 #include <QTest>
 
 using namespace ClipboardCore;
-using namespace Qt::StringLiterals;
 
 namespace {
 
-using Candidate = FocusCandidate<char>;
-using Banded = BandedCandidate<char, FocusBand>;
-using Key = std::optional<char>;
+using Candidates = QList<FocusCandidate<char>>;
+using Banded = QList<BandedCandidate<char, FocusBand>>;
 
 constexpr QRectF source(100, 100, 20, 20);
 
-} // namespace
+/// primary, gap, cross, overlap
+QList<double> measured(FocusMove move, const QRectF& target)
+{
+    const auto seen = SpatialNav::metrics(source, target, move);
+    return {seen.primary, seen.gap, seen.cross, seen.overlap ? 1.0 : 0.0};
+}
 
-Q_DECLARE_METATYPE(FocusMove)
+/// '-' for none.
+char nearest(FocusMove move, const Candidates& candidates)
+{
+    return SpatialNav::nearest(source, move, candidates).value_or('-');
+}
+
+char nearest(FocusMove move, const Banded& candidates)
+{
+    return SpatialNav::nearest(source, FocusBand::list, move, candidates).value_or('-');
+}
+
+QRectF at(double x, double y)
+{
+    return {x, y, 20, 20};
+}
+
+} // namespace
 
 class SpatialNavTest final : public QObject
 {
     Q_OBJECT
 private slots:
-    void measures_data();
     void measures();
-    void nearest_data();
-    void nearest();
-    void nearestInBands_data();
-    void nearestInBands();
+    void findsTheNearest();
+    void prefersItsOwnBand();
+    void choosesABandByItsBox();
 };
-
-void SpatialNavTest::measures_data()
-{
-    QTest::addColumn<FocusMove>("move");
-    QTest::addColumn<QRectF>("target");
-    QTest::addColumn<QList<double>>("expected"); // primary, gap, cross, overlap
-
-    QTest::newRow("up") << FocusMove::up << QRectF(110, 40, 20, 30) << QList<double>{45, 30, 10, 1};
-    QTest::newRow("down") << FocusMove::down << QRectF(110, 140, 20, 30) << QList<double>{35, 20, 10, 1};
-    QTest::newRow("left") << FocusMove::left << QRectF(40, 110, 30, 20) << QList<double>{45, 30, 10, 1};
-    QTest::newRow("right") << FocusMove::right << QRectF(140, 110, 30, 20) << QList<double>{35, 20, 10, 1};
-    QTest::newRow("touching is no overlap")
-        << FocusMove::down << QRectF(120, 140, 20, 20) << QList<double>{30, 20, 20, 0};
-    QTest::newRow("overlapping along the move")
-        << FocusMove::right << QRectF(115, 100, 30, 20) << QList<double>{10, -5, 0, 1};
-}
 
 void SpatialNavTest::measures()
 {
-    QFETCH(FocusMove, move);
-    QFETCH(QRectF, target);
-    QFETCH(QList<double>, expected);
-    const auto seen = SpatialNav::metrics(source, target, move);
-    QCOMPARE(QList<double>({seen.primary, seen.gap, seen.cross, seen.overlap ? 1.0 : 0.0}), expected);
+    QCOMPARE(measured(FocusMove::up, {110, 40, 20, 30}), QList<double>({45, 30, 10, 1}));
+    QCOMPARE(measured(FocusMove::down, {110, 140, 20, 30}), QList<double>({35, 20, 10, 1}));
+    QCOMPARE(measured(FocusMove::left, {40, 110, 30, 20}), QList<double>({45, 30, 10, 1}));
+    QCOMPARE(measured(FocusMove::right, {140, 110, 30, 20}), QList<double>({35, 20, 10, 1}));
+    QCOMPARE(measured(FocusMove::down, {120, 140, 20, 20}), QList<double>({30, 20, 20, 0})); // they only touch
+    QCOMPARE(measured(FocusMove::right, {115, 100, 30, 20}), QList<double>({10, -5, 0, 1}));
 }
 
-void SpatialNavTest::nearest_data()
+void SpatialNavTest::findsTheNearest()
 {
-    QTest::addColumn<FocusMove>("move");
-    QTest::addColumn<QList<Candidate>>("candidates");
-    QTest::addColumn<Key>("expected");
-
-    const auto at = [](char key, double x, double y) { return Candidate{key, QRectF(x, y, 20, 20)}; };
-    QTest::newRow("half a point ahead") << FocusMove::down << QList{at('a', 100, 110.5)} << Key();
-    QTest::newRow("a little more ahead") << FocusMove::down << QList{at('a', 100, 110.51)} << Key('a');
-    QTest::newRow("first of equals") << FocusMove::right << QList{at('a', 150, 90), at('b', 150, 110)} << Key('a');
-    QTest::newRow("aside costs more than away")
-        << FocusMove::down << QList{at('a', 120, 130), at('b', 100, 175)} << Key('b');
-    QTest::newRow("negative gap counts as none")
-        << FocusMove::right << QList{at('a', 120, 104), at('b', 111, 104)} << Key('a');
+    QCOMPARE(nearest(FocusMove::down, Candidates{{'a', at(100, 110.5)}}), '-');
+    QCOMPARE(nearest(FocusMove::down, Candidates{{'a', at(100, 110.51)}}), 'a');
+    QCOMPARE(nearest(FocusMove::right, Candidates{{'a', at(150, 90)}, {'b', at(150, 110)}}),
+             'a'); // of equals the first
+    QCOMPARE(nearest(FocusMove::down, Candidates{{'a', at(120, 130)}, {'b', at(100, 175)}}), 'b'); // aside costs more
+    // A negative gap counts as none.
+    QCOMPARE(nearest(FocusMove::right, Candidates{{'a', at(120, 104)}, {'b', at(111, 104)}}), 'a');
 }
 
-void SpatialNavTest::nearest()
+void SpatialNavTest::prefersItsOwnBand()
 {
-    QFETCH(FocusMove, move);
-    QFETCH(QList<Candidate>, candidates);
-    QFETCH(Key, expected);
-    QCOMPARE(SpatialNav::nearest(source, move, candidates), expected);
+    const auto header = FocusBand::header;
+    QCOMPARE(nearest(FocusMove::up, Banded{{'h', header, at(100, 70)}, {'l', FocusBand::list, at(300, 0)}}), 'l');
+    QCOMPARE(
+        nearest(FocusMove::up,
+                Banded{{'l', FocusBand::list, at(100, 150)}, {'a', header, at(60, 50)}, {'b', header, at(110, 40)}}),
+        'b'); // its own has none ahead
 }
 
-void SpatialNavTest::nearestInBands_data()
+void SpatialNavTest::choosesABandByItsBox()
 {
-    QTest::addColumn<FocusMove>("move");
-    QTest::addColumn<QList<Banded>>("candidates");
-    QTest::addColumn<Key>("expected");
-
-    const auto in = [](FocusBand band) {
-        return [band](char key, double x, double y) { return Banded{key, band, QRectF(x, y, 20, 20)}; };
-    };
-    const auto list = in(FocusBand::list);
-    const auto header = in(FocusBand::header);
-    const auto preview = in(FocusBand::preview);
-
-    QTest::newRow("own band first, however far")
-        << FocusMove::up << QList{header('h', 100, 70), list('l', 300, 0)} << Key('l');
-    QTest::newRow("other band when the own has none ahead")
-        << FocusMove::up << QList{list('l', 100, 150), header('a', 60, 50), header('b', 110, 40)} << Key('b');
-    QTest::newRow("overlapping box before a nearer one")
-        << FocusMove::right << QList{header('h', 130, 60), preview('p', 300, 60), preview('q', 300, 200)} << Key('p');
-    QTest::newRow("first of equal boxes")
-        << FocusMove::right << QList{preview('p', 200, 90), header('h', 200, 110)} << Key('p');
-    QTest::newRow("chosen band without a member ahead is no answer")
-        << FocusMove::right << QList{preview('p', 90, 100), preview('q', 115, 300), header('h', 0, 0)} << Key();
-    QTest::newRow("box ahead, one member ahead")
-        << FocusMove::right << QList{preview('p', 90, 300), preview('q', 200, 100)} << Key('q');
-    QTest::newRow("empty rectangle keeps its place in the box")
-        << FocusMove::right
-        << QList{Banded{'p', FocusBand::preview, QRectF(200, 0, 0, 0)}, preview('q', 200, 300), header('h', 130, 150)}
-        << Key('p');
-}
-
-void SpatialNavTest::nearestInBands()
-{
-    QFETCH(FocusMove, move);
-    QFETCH(QList<Banded>, candidates);
-    QFETCH(Key, expected);
-    QCOMPARE(SpatialNav::nearest(source, FocusBand::list, move, candidates), expected);
+    const auto header = FocusBand::header;
+    const auto preview = FocusBand::preview;
+    const auto right = [](const Banded& candidates) { return nearest(FocusMove::right, candidates); };
+    // One that overlaps comes before one that is nearer,
+    QCOMPARE(right({{'h', header, at(130, 60)}, {'p', preview, at(300, 60)}, {'q', preview, at(300, 200)}}), 'p');
+    // the first before its equal,
+    QCOMPARE(right({{'p', preview, at(200, 90)}, {'h', header, at(200, 110)}}), 'p');
+    // even when none of its members is ahead;
+    QCOMPARE(right({{'p', preview, at(90, 100)}, {'q', preview, at(115, 300)}, {'h', header, at(0, 0)}}), '-');
+    QCOMPARE(right({{'p', preview, at(90, 300)}, {'q', preview, at(200, 100)}}), 'q');
+    // and an empty rectangle keeps its place in the box.
+    QCOMPARE(right({{'p', preview, {200, 0, 0, 0}}, {'q', preview, at(200, 300)}, {'h', header, at(130, 150)}}), 'p');
 }
 
 QTEST_GUILESS_MAIN(SpatialNavTest)
