@@ -60,7 +60,8 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
                             [this](const QString& text) { m_toasts.show(text); }, &ClipboardCore::SmartActions::actions,
                             [this](const ClipboardCore::SmartActionEffect& effect, HistoryViewModel& viewModel) {
                                 m_smartActions.perform(effect, viewModel);
-                            }})
+                            },
+                            [this](const QString& text) { m_toasts.showUntilNext(text); }})
     , m_watcher(*m_platform.pasteboard, *m_platform.workspace, m_store, m_imagesDir)
     , m_statusItem(LoginItem(), m_platform.windows->isCompositing())
     , m_panel({m_viewModel, *m_platform.windows, *m_platform.workspace, m_thumbs})
@@ -116,6 +117,7 @@ void StatusItemController::connectHistory()
 
 void StatusItemController::connectPanel()
 {
+    connect(&m_panel, &FloatingPanel::closed, &m_viewModel, &HistoryViewModel::forgetRemoved);
     connect(&m_panel, &FloatingPanel::willClose, &m_statusItem, [this] { m_statusItem.setHighlighted(false); });
     QTimer::singleShot(prepareAfterLaunch, &m_panel, &FloatingPanel::prepare);
 }
@@ -193,6 +195,7 @@ void StatusItemController::flush()
 {
     m_editor.keepChanges(resultLimit);
     m_watcher.finishPending(conversionLimit);
+    m_viewModel.forgetRemoved();
     m_store.flush();
 }
 

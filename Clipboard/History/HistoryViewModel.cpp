@@ -1,13 +1,14 @@
 #include "HistoryViewModel.h"
 
 #include "History/JSONHistoryStore.h"
+#include "History/TypeDetector.h"
 #include "ImageBlobs.h"
 #include "OffMainThread.h"
 #include "PasteService.h"
 #include "PictureReading.h"
+#include "Support/WhiteSpace.h"
 
 #include <QFileInfo>
-#include <QThread>
 #include <QUrl>
 
 #include <algorithm>
@@ -17,187 +18,68 @@ namespace Clipboard {
 
 using ClipboardCore::ClipItem;
 using ClipboardCore::ClipType;
+using ClipboardCore::FocusKey;
+using ClipboardCore::ItemAction;
+using ClipboardCore::SmartAction;
+using ClipboardCore::SmartActionResult;
+using ClipboardCore::Utf8Text;
 
 namespace {
 
 // What is pasted into a text field, in bytes: beyond any search or label, and laid out within a frame.
 constexpr qsizetype longestTyped = 4096;
 
+bool holdsPicture(const QList<ClipItem>& entries, const Utf8Text& path)
+{
+    return std::ranges::any_of(entries, [&path](const ClipItem& entry) {
+        return entry.type == ClipType::image && entry.content.utf8() == path.utf8();
+    });
+}
+
 } // namespace
 
 HistoryViewModel::HistoryViewModel(ClipboardCore::JSONHistoryStore& store, Services services, QObject* parent)
-    : QObject(parent)
+    : CommandSheetState(parent)
     , m_store(store)
     , m_services(std::move(services))
+    , m_keys(*this)
+    , m_actions(m_services.smartActions)
 {
-    m_pool.setMaxThreadCount(1);
-    m_index.onReady([this] {
-        recomputeVisible();
-        ensureSelection();
-    });
+    m_pictures.setMaxThreadCount(1);
+    connect(&m_actions, &EntryActions::found, this, &HistoryViewModel::smartActionsChanged);
+    connect(&m_actions, &EntryActions::underWayChanged, this, &HistoryViewModel::smartActionsChanged);
     refresh();
 }
 
 HistoryViewModel::~HistoryViewModel()
 {
-    m_pool.waitForDone();
+    m_pictures.waitForDone();
 }
-
-// ── State maintenance
 
 void HistoryViewModel::refresh()
 {
     assertMainThread();
-    m_items = m_store.items();
-    emit itemsChanged();
-    m_index.setItems(m_items);
-
-    m_counts.clear();
-    for (const ClipItem& item : std::as_const(m_items))
-        ++m_counts[item.type];
-    emit countsChanged();
-
-    recomputeVisible();
-    ensureSelection();
-}
-
-void HistoryViewModel::recomputeVisible()
-{
-    if (m_query.isEmpty() && !m_filter) {
-        m_visible = m_items;
-    } else {
-        m_visible.clear();
-        const QList<qsizetype> matches = m_index.match(m_query);
-        for (const qsizetype position : matches) {
-            const ClipItem& item = m_items.at(position);
-            if (!m_filter || item.type == *m_filter)
-                m_visible.append(item);
-        }
-    }
-    emit visibleChanged();
-}
-
-void HistoryViewModel::ensureSelection()
-{
-    if (m_visible.isEmpty())
-        assignSelection(std::nullopt);
-    else if (visibleIndex(m_selectedID) < 0)
-        assignSelection(m_visible.first().id);
-}
-
-qsizetype HistoryViewModel::visibleIndex(const std::optional<QUuid>& id) const
-{
-    if (!id)
-        return -1;
-    const auto found = std::ranges::find(m_visible, *id, &ClipItem::id);
-    return found == m_visible.cend() ? -1 : found - m_visible.cbegin();
-}
-
-void HistoryViewModel::assignSelection(std::optional<QUuid> id)
-{
-    m_selectedID = id;
-    emit selectedIDChanged();
-    setQrPreview({});
-    assignFocus(std::nullopt);
-}
-
-void HistoryViewModel::assignFocus(const PanelFocusTarget& focus)
-{
-    m_focus = focus;
-    emit focusChanged();
-}
-
-void HistoryViewModel::renewFocusToken()
-{
-    m_focusToken = QUuid::createUuid();
-    emit focusTokenChanged();
-}
-
-QString HistoryViewModel::copiedText() const
-{
-    const std::optional<QByteArray> text = m_services.pasteboard.string();
-    return text ? QString::fromUtf8(text->first(std::min(text->size(), longestTyped))) : QString();
-}
-
-std::optional<ClipItem> HistoryViewModel::selectedItem() const
-{
-    assertMainThread();
-    const qsizetype index = visibleIndex(m_selectedID);
-    if (index < 0)
-        return std::nullopt;
-    return m_visible.at(index);
-}
-
-void HistoryViewModel::setQuery(const QString& query)
-{
-    assertMainThread();
-    m_query = query;
-    emit queryChanged();
-    recomputeVisible();
-    ensureSelection();
-    assignFocus(std::nullopt);
-}
-
-void HistoryViewModel::setFilter(std::optional<ClipType> filter)
-{
-    assertMainThread();
-    m_filter = filter;
-    emit filterChanged();
-    recomputeVisible();
-    ensureSelection();
-    assignFocus(std::nullopt);
-}
-
-void HistoryViewModel::setSelectedID(std::optional<QUuid> id)
-{
-    assertMainThread();
-    assignSelection(id);
-}
-
-void HistoryViewModel::setQrPreview(const QImage& image)
-{
-    assertMainThread();
-    m_qrPreview = image;
-    emit qrPreviewChanged();
-}
-
-void HistoryViewModel::setNotice(const QString& notice)
-{
-    assertMainThread();
-    m_notice = notice;
-    emit noticeChanged();
+    setItems(m_store.items());
 }
 
 void HistoryViewModel::panelWillShow(std::optional<QUuid> selecting)
 {
     assertMainThread();
-    assignFocus(std::nullopt);
+    setFocus(std::nullopt);
     setQuery({});
     setFilter(std::nullopt);
     setCmdkOpen(false);
     refresh();
-    m_index.prepare();
+    prepareSearch();
     if (visibleIndex(selecting) >= 0)
-        assignSelection(selecting);
+        setSelectedID(selecting);
     else
         selectFirst();
     renewFocusToken();
 }
 
-void HistoryViewModel::selectFirst()
-{
-    assertMainThread();
-    assignSelection(m_visible.isEmpty() ? std::nullopt : std::optional(m_visible.first().id));
-}
-
-void HistoryViewModel::selectLast()
-{
-    assertMainThread();
-    assignSelection(m_visible.isEmpty() ? std::nullopt : std::optional(m_visible.last().id));
-}
-
 // ── Commands on an entry
-// `item` may live in m_items or m_visible and is gone once refresh() has run: whatever is needed later is copied first.
+// `item` may live in items() or visible() and is gone once refresh() has run: whatever is needed later is copied first.
 
 void HistoryViewModel::paste(const ClipItem& item)
 {
@@ -253,7 +135,7 @@ void HistoryViewModel::handleMissingFile(const ClipItem& item)
         m_services.toast(tr("File not found"));
         return;
     }
-    remove(item);
+    take(item);
     m_services.toast(tr("File no longer exists — removed from history"));
 }
 
@@ -264,14 +146,25 @@ void HistoryViewModel::bump(const ClipItem& item)
 
 void HistoryViewModel::add(const ClipItem& item)
 {
-    saveAndRefresh(m_store.add(item));
+    release(m_store.add(item));
+    saveAndRefresh();
 }
 
-void HistoryViewModel::saveAndRefresh(const QList<ClipItem>& removed)
+void HistoryViewModel::saveAndRefresh()
 {
-    ImageBlobs::release(removed);
     m_store.saveAsync();
     refresh();
+}
+
+void HistoryViewModel::release(const QList<ClipItem>& entries)
+{
+    // Equal pictures share their file: it may have been copied again since, or be brought back.
+    QList<ClipItem> released = entries;
+    released.removeIf([this](const ClipItem& entry) {
+        const auto holds = [&entry](const QList<ClipItem>& others) { return holdsPicture(others, entry.content); };
+        return holds(m_store.items()) || std::ranges::any_of(m_removed, holds);
+    });
+    ImageBlobs::release(released);
 }
 
 void HistoryViewModel::togglePin(const ClipItem& item)
@@ -279,30 +172,66 @@ void HistoryViewModel::togglePin(const ClipItem& item)
     assertMainThread();
     const QUuid id = item.id;
     m_store.togglePin(id);
-    saveAndRefresh({});
+    saveAndRefresh();
 }
 
 void HistoryViewModel::remove(const ClipItem& item)
 {
     assertMainThread();
+    const QString snippet = item.snippet();
+    take(item);
+    m_services.toast(tr("Deleted %1 — ⌘Z brings it back").arg(snippet));
+}
+
+void HistoryViewModel::take(const ClipItem& item)
+{
     const QUuid id = item.id;
     const qsizetype index = visibleIndex(id);
-    if (m_selectedID == id && index >= 0) {
+    if (selectedID() == id && index >= 0) {
         std::optional<QUuid> next;
-        if (index + 1 < m_visible.size())
-            next = m_visible.at(index + 1).id;
+        if (index + 1 < visible().size())
+            next = visible().at(index + 1).id;
         else if (index > 0)
-            next = m_visible.at(index - 1).id;
-        assignSelection(next);
+            next = visible().at(index - 1).id;
+        setSelectedID(next);
     }
-    const std::optional<ClipItem> removed = m_store.remove(id);
-    saveAndRefresh(removed ? QList{*removed} : QList<ClipItem>());
+    if (const std::optional<ClipItem> removed = m_store.remove(id))
+        m_removed.append({*removed});
+    saveAndRefresh();
 }
 
 void HistoryViewModel::clearHistory()
 {
     assertMainThread();
-    saveAndRefresh(m_store.removeAll(true));
+    const QList<ClipItem> removed = m_store.removeAll(true);
+    if (!removed.isEmpty()) {
+        m_removed.append(removed);
+        m_services.toast(tr("History cleared — ⌘Z in the panel brings it back"));
+    }
+    saveAndRefresh();
+}
+
+bool HistoryViewModel::undoRemoval()
+{
+    assertMainThread();
+    if (m_removed.isEmpty())
+        return false;
+    const QList<ClipItem> entries = m_removed.takeLast();
+    release(m_store.restore(entries));
+    saveAndRefresh();
+    if (visibleIndex(entries.first().id) >= 0)
+        setSelectedID(entries.first().id);
+    m_services.toast(entries.size() == 1 ? tr("Brought back %1").arg(entries.first().snippet())
+                                         : tr("Brought back what was cleared"));
+    return true;
+}
+
+void HistoryViewModel::forgetRemoved()
+{
+    assertMainThread();
+    const QList<QList<ClipItem>> removed = std::exchange(m_removed, {});
+    for (const QList<ClipItem>& entries : removed)
+        release(entries);
 }
 
 void HistoryViewModel::annotate(const ClipItem& item)
@@ -311,15 +240,15 @@ void HistoryViewModel::annotate(const ClipItem& item)
     if (item.type != ClipType::image)
         return;
     const auto read = [path = item.content.toString()] { return PictureReading::readFile(path); };
-    runOffMainThread(m_pool, this, read, [this, item](const QImage& image) {
+    runOffMainThread(m_pictures, this, read, [this, item](const QImage& image) {
         if (!image.isNull()) {
             if (onAnnotate)
                 onAnnotate(item, image);
             return;
         }
         // The user may have deleted or pinned it meanwhile.
-        const auto current = std::ranges::find(m_items, item.id, &ClipItem::id);
-        if (current != m_items.cend())
+        const auto current = std::ranges::find(items(), item.id, &ClipItem::id);
+        if (current != items().cend())
             handleMissingFile(*current);
     });
 }
@@ -327,21 +256,139 @@ void HistoryViewModel::annotate(const ClipItem& item)
 std::optional<QUuid> HistoryViewModel::addAnnotateResult(const QString& path, const ClipItem& from)
 {
     assertMainThread();
-    const ClipboardCore::Utf8Text content(path);
+    const Utf8Text content(path);
     add({QUuid::createUuid(), ClipType::image, content, from.sourceApp, from.bundleID, m_store.timeOfNewEntry(),
          false});
     const auto isResult = [&content](const ClipItem& item) {
         return item.type == ClipType::image && item.content == content;
     };
-    const auto found = std::ranges::find_if(m_items, isResult);
-    if (found == m_items.cend())
+    const auto found = std::ranges::find_if(items(), isResult);
+    if (found == items().cend())
         return std::nullopt;
     return found->id;
 }
 
-void HistoryViewModel::assertMainThread() const
+void HistoryViewModel::copyMarked(const QString& text, const std::optional<ClipItem>& from)
 {
-    Q_ASSERT(QThread::currentThread() == thread());
+    assertMainThread();
+    const Utf8Text content(text);
+    m_services.pasteboard.setString(content.utf8());
+    // The pasteboard is silent about our own writes, and an entry that is copied is in the history already. This is a
+    // text that nobody has copied before, so it is recorded as the watcher would record it: nothing copied is lost.
+    if (markOwnChange)
+        markOwnChange();
+    if (ClipboardCore::WhiteSpace::isBlank(content.utf8()))
+        return;
+    ClipItem item{QUuid::createUuid(),
+                  ClipboardCore::TypeDetector::classify(content),
+                  content,
+                  {},
+                  {},
+                  m_store.timeOfNewEntry(),
+                  false};
+    if (from) {
+        item.sourceApp = from->sourceApp;
+        item.bundleID = from->bundleID;
+    }
+    add(item);
+    m_services.toast(tr("Copied %1").arg(item.snippet()));
+}
+
+QString HistoryViewModel::copiedText() const
+{
+    const std::optional<QByteArray> text = m_services.pasteboard.string();
+    return text ? QString::fromUtf8(text->first(std::min(text->size(), longestTyped))) : QString();
+}
+
+// ── Smart actions
+
+QList<SmartAction> HistoryViewModel::smartActions()
+{
+    assertMainThread();
+    const std::optional<ClipItem> item = selectedItem();
+    return item ? m_actions.of(*item) : QList<SmartAction>();
+}
+
+void HistoryViewModel::runSmartAction(const SmartAction& action)
+{
+    assertMainThread();
+    // It goes on when its entry is deleted or the panel closed meanwhile: the user has asked for it.
+    const std::optional<QUuid> entry = selectedID();
+    m_actions.run(action, entry.value_or(QUuid()),
+                  [this, entry](const SmartActionResult& result, ActionUnderWay underWay) {
+                      carryOut(result, entry, std::move(underWay));
+                  });
+}
+
+void HistoryViewModel::carryOut(const SmartActionResult& result, const std::optional<QUuid>& entry,
+                                ActionUnderWay underWay)
+{
+    const std::weak_ptr<const void> pending = underWay;
+    m_performing = std::move(underWay);
+    m_services.perform(result.effect, *this);
+    m_performing.reset();
+    if (selectedID() != entry)
+        setQrPreview({}); // a code is shown with the entry that it was made of
+    // What is yet to be answered will say so itself.
+    const auto& show = pending.expired() ? m_services.toast : m_services.progress;
+    show(result.toast);
+}
+
+bool HistoryViewModel::isUnderWay(const QString& label) const
+{
+    return selectedID() && m_actions.isUnderWay(*selectedID(), label);
+}
+
+// ── Keyboard and focus
+
+bool HistoryViewModel::handleKey(const ClipboardCore::KeyEvent& event)
+{
+    assertMainThread();
+    return cmdkOpen() ? handleCommandSheetKey(event) : m_keys.handleKey(event);
+}
+
+void HistoryViewModel::activate(const FocusKey& key)
+{
+    assertMainThread();
+    if (const auto* chip = key.as<FocusKey::Chip>())
+        setFilter(chip->type);
+    else if (const auto* row = key.as<FocusKey::Row>())
+        setSelectedID(row->id);
+    else if (const auto* button = key.as<FocusKey::Button>())
+        activateButton(button->action);
+    else if (const auto* action = key.as<FocusKey::Action>()) {
+        const QList<SmartAction> actions = smartActions();
+        if (action->index >= 0 && action->index < actions.size())
+            runSmartAction(actions.at(action->index));
+    }
+}
+
+void HistoryViewModel::activateButton(ItemAction action)
+{
+    const std::optional<ClipItem> item = selectedItem();
+    if (!item)
+        return;
+    switch (action) {
+    case ItemAction::paste:
+        return paste(*item);
+    case ItemAction::copy:
+        return copy(*item);
+    case ItemAction::annotate:
+        return annotate(*item);
+    case ItemAction::pin:
+        return togglePin(*item);
+    case ItemAction::delete_:
+        return remove(*item);
+    }
+}
+
+void HistoryViewModel::activateFocused()
+{
+    assertMainThread();
+    if (const PanelFocusTarget focused = focus())
+        activate(*focused);
+    else if (const std::optional<ClipItem> item = selectedItem())
+        paste(*item);
 }
 
 } // namespace Clipboard

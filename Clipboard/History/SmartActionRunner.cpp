@@ -22,6 +22,7 @@ namespace Clipboard {
 
 using namespace Qt::StringLiterals;
 using ClipboardCore::SmartActionEffect;
+using ClipboardCore::Utf8Text;
 
 namespace {
 
@@ -36,9 +37,9 @@ struct Notice
     Q_DECLARE_TR_FUNCTIONS(SmartActionRunner)
 };
 
-bool isLink(const QString& text)
+bool isLink(const Utf8Text& text)
 {
-    return !text.isEmpty() && text.size() <= longestLink && ClipboardCore::isUrlReference(text.toUtf8());
+    return !text.isEmpty() && text.byteCount() <= longestLink && ClipboardCore::isUrlReference(text.utf8());
 }
 
 QByteArray encodePNG(const QImage& image)
@@ -80,13 +81,13 @@ void SmartActionRunner::perform(const SmartActionEffect& effect, HistoryViewMode
         openURL(effect.payload);
         return;
     case Kind::revealInFinder:
-        m_services.workspace.revealFile(effect.payload);
+        m_services.workspace.revealFile(effect.payload.toString());
         return;
     case Kind::copyFileToDesktop:
-        copyFileToDesktop(effect.payload);
+        copyFileToDesktop(effect.payload.toString());
         return;
     case Kind::recognizeText:
-        recognizeText(effect.payload, viewModel);
+        recognizeText(effect.payload.toString(), viewModel);
         return;
     case Kind::copyQRCode:
         copyQRCode(effect.payload, viewModel);
@@ -97,16 +98,16 @@ void SmartActionRunner::perform(const SmartActionEffect& effect, HistoryViewMode
     }
 }
 
-void SmartActionRunner::copy(const QString& text, const HistoryViewModel& viewModel)
+void SmartActionRunner::copy(const Utf8Text& text, const HistoryViewModel& viewModel)
 {
-    m_services.pasteboard.setString(text.toUtf8());
+    m_services.pasteboard.setString(text.utf8());
     markOwnChange(viewModel);
 }
 
-void SmartActionRunner::openURL(const QString& link)
+void SmartActionRunner::openURL(const Utf8Text& link)
 {
     if (isLink(link))
-        m_services.workspace.openURL(link);
+        m_services.workspace.openURL(link.toString());
 }
 
 void SmartActionRunner::copyFileToDesktop(const QString& path)
@@ -126,23 +127,25 @@ void SmartActionRunner::recognizeText(const QString& path, HistoryViewModel& vie
         m_services.toast(Notice::tr("Couldn't load image"));
         return;
     }
-    m_services.textRecognizer.recognize(path, [this, guard = QPointer(&viewModel)](const QStringList& lines) {
+    const auto finish = [this, guard = QPointer(&viewModel),
+                         underWay = viewModel.actionUnderWay()](const QStringList& lines) {
         if (!guard)
             return;
         if (lines.isEmpty()) {
             m_services.toast(Notice::tr("No text found"));
             return;
         }
-        const QString text = lines.join(u'\n');
+        const Utf8Text text(lines.join(u'\n'));
         copy(text, *guard);
-        const qsizetype count = ClipboardCore::Graphemes::countOfUtf8(text.toUtf8());
+        const qsizetype count = ClipboardCore::Graphemes::countOfUtf8(text.utf8());
         m_services.toast(Notice::tr("Copied %1 chars of text").arg(count));
-    });
+    };
+    m_services.textRecognizer.recognize(path, finish);
 }
 
-void SmartActionRunner::copyQRCode(const QString& text, HistoryViewModel& viewModel)
+void SmartActionRunner::copyQRCode(const Utf8Text& text, HistoryViewModel& viewModel)
 {
-    const std::optional<QImage> code = m_services.qrCode(text.toUtf8());
+    const std::optional<QImage> code = m_services.qrCode(text.utf8());
     if (!code) {
         m_services.toast(Notice::tr("Couldn't make QR code"));
         return;
@@ -153,18 +156,20 @@ void SmartActionRunner::copyQRCode(const QString& text, HistoryViewModel& viewMo
     m_services.toast(Notice::tr("QR code copied · scan from preview"));
 }
 
-void SmartActionRunner::copyMarkdownLink(const QString& link, HistoryViewModel& viewModel)
+void SmartActionRunner::copyMarkdownLink(const Utf8Text& link, HistoryViewModel& viewModel)
 {
     if (!isLink(link))
         return;
-    const auto finish = [this, link, guard = QPointer(&viewModel)](const std::optional<QString>& title) {
+    const auto finish = [this, link, guard = QPointer(&viewModel),
+                         underWay = viewModel.actionUnderWay()](const std::optional<QString>& title) {
         if (!guard)
             return;
-        const QString text = title ? *title : ClipboardCore::urlHost(link.toUtf8()).value_or(link);
-        copy(u'[' + text + u"]("_s + link + u')', *guard);
+        const QString address = link.toString();
+        const QString text = title ? *title : ClipboardCore::urlHost(link.utf8()).value_or(address);
+        copy(u'[' + text + u"]("_s + address + u')', *guard);
         m_services.toast(Notice::tr("Copied Markdown link"));
     };
-    m_services.linkMetadata.fetchTitle(QUrl(link), titleLimit, finish);
+    m_services.linkMetadata.fetchTitle(QUrl(link.toString()), titleLimit, finish);
 }
 
 } // namespace Clipboard

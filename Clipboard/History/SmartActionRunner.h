@@ -44,16 +44,17 @@ public:
     SmartActionRunner& operator=(const SmartActionRunner&) = delete;
 
     /// Returns at once. Every write to the pasteboard is followed by the model's markOwnChange; a QR code also becomes
-    /// its qrPreview. What fails ends in a notice or in nothing, never in a half-done write.
+    /// its qrPreview. What is still to be answered holds the model's actionUnderWay() until then. What fails ends in a
+    /// notice or in nothing, never in a half-done write.
     void perform(const ClipboardCore::SmartActionEffect& effect, HistoryViewModel& viewModel);
 
 private:
-    void copy(const QString& text, const HistoryViewModel& viewModel);
-    void openURL(const QString& link);
+    void copy(const ClipboardCore::Utf8Text& text, const HistoryViewModel& viewModel);
+    void openURL(const ClipboardCore::Utf8Text& link);
     void copyFileToDesktop(const QString& path);
     void recognizeText(const QString& path, HistoryViewModel& viewModel);
-    void copyQRCode(const QString& text, HistoryViewModel& viewModel);
-    void copyMarkdownLink(const QString& link, HistoryViewModel& viewModel);
+    void copyQRCode(const ClipboardCore::Utf8Text& text, HistoryViewModel& viewModel);
+    void copyMarkdownLink(const ClipboardCore::Utf8Text& link, HistoryViewModel& viewModel);
 
     Services m_services;
     QThreadPool m_pool; // copies to the Desktop

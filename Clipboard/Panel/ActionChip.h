@@ -17,16 +17,23 @@ public:
     /// The action's label, and the colour of its symbol.
     void setAction(const QString& label, const QColor& tint);
 
+    /// While the action is under way, something turns in place of its symbol.
+    void setBusy(bool busy);
+
     [[nodiscard]] QSize controlSize() const override;
 
 protected:
     [[nodiscard]] Look look() const override;
     void paintContent(QPainter& painter, const QRectF& control, const Look& look) override;
+    void timerEvent(QTimerEvent* event) override;
 
 private:
     int m_greatestWidth;
     QByteArray m_icon;
     QColor m_tint;
+    bool m_busy = false;
+    int m_turn = 0; // in degrees
+    QBasicTimer m_turning;
 };
 
 } // namespace Clipboard

@@ -57,6 +57,11 @@ QString CodeBody::selectedText() const
     return m_code->selectedText();
 }
 
+QScrollBar* CodeBody::scrollBar() const
+{
+    return m_scroll->verticalScrollBar();
+}
+
 void CodeBody::layOut()
 {
     m_scroll->setGeometry(0, 0, width(), contentHeight());

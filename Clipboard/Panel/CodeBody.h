@@ -18,6 +18,7 @@ public:
     void setItem(const ClipboardCore::ClipItem& item, int visibleHeight) override;
     [[nodiscard]] int contentHeight() const override;
     [[nodiscard]] QString selectedText() const override;
+    [[nodiscard]] QScrollBar* scrollBar() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -1,5 +1,6 @@
 #include "ColorBody.h"
 
+#include "ClipItemTexts.h"
 #include "Painting.h"
 #include "TextBlock.h"
 #include "Theme.h"
@@ -48,10 +49,9 @@ ColorBody::ColorBody(QWidget* parent)
 
 void ColorBody::setItem(const ClipboardCore::ClipItem& item, int visibleHeight)
 {
-    const QString content = item.content.toString();
-    m_color = ColorMath::hexToRGB(content);
+    m_color = ColorMath::colorOf(item.content);
     layOut(); // a hidden widget is told of its size only when it is shown
-    const auto texts = m_color ? valueTexts(*m_color) : std::array<QString, 3>{content.toUpper(), {}, {}};
+    const auto texts = m_color ? valueTexts(*m_color) : std::array<QString, 3>{rowTitle(item), {}, {}};
     for (std::size_t i = 0; i < m_rows.size(); ++i) {
         m_rows[i].value->setText(texts[i], {}, visibleHeight);
         m_rows[i].value->setAccessibleName(m_rows[i].key + u' ' + texts[i]); // the key is only drawn

@@ -48,8 +48,7 @@ CommandCard::CommandCard(HistoryViewModel& viewModel, Thumbs& thumbs, FileKinds&
     , m_thumbs(thumbs)
     , m_files(files)
     , m_surface(sheetShadow, Theme::raised)
-    , m_filter(new SearchField(
-          Fonts::label, tr("Filter actions…"), [&viewModel] { return viewModel.copiedText(); }, this))
+    , m_filter(new SearchField(Fonts::label, tr("Filter actions…"), viewModel, this))
     , m_page(new QWidget)
     , m_scroll(new OverlayScrollArea(m_page, scrollInsets, this))
 {
@@ -62,7 +61,7 @@ CommandCard::CommandCard(HistoryViewModel& viewModel, Thumbs& thumbs, FileKinds&
     });
 }
 
-void CommandCard::sync()
+void CommandCard::sync(int room)
 {
     if (m_filter->text() != m_viewModel.cmdkQuery())
         m_filter->setText(m_viewModel.cmdkQuery());
@@ -70,7 +69,7 @@ void CommandCard::sync()
     for (qsizetype i = 0; i < m_rows.size(); ++i)
         m_rows[i]->setSelected(i == m_viewModel.cmdkIndex());
     m_page->setAccessibleName(m_rows.isEmpty() ? tr("No matching actions") : tr("Smart Actions"));
-    layOut();
+    layOut(room);
     if (const auto index = m_viewModel.cmdkIndex(); index >= 0 && index < m_rows.size())
         m_scroll->ensureWidgetVisible(m_rows[index], 0, 0);
     update();
@@ -92,16 +91,20 @@ void CommandCard::rebuildRows(const QList<SmartAction>& actions)
         const auto ordinal = i < lastOrdinal ? std::optional(i + 1) : std::nullopt;
         auto* row = new CommandRow(actions.at(i).label, ordinal, Theme::readableTint(item->type), m_page);
         connect(row, &CommandRow::pointedAt, this, [this, i] { m_viewModel.setCmdkIndex(i); });
-        connect(row, &QAbstractButton::clicked, this, [this, i] { m_viewModel.runCmdkAt(i); });
+        connect(row, &QAbstractButton::clicked, this, [this, i] {
+            m_viewModel.setCmdkIndex(i);
+            m_viewModel.runCmdkAt(i);
+        });
         row->show();
         m_rows.append(row);
     }
 }
 
-int CommandCard::listHeight() const
+int CommandCard::listHeight(int room) const
 {
     const int count = std::clamp(static_cast<int>(m_rows.size()), 1, rowsAtMost);
-    return 2 * listPadding + count * CommandRow::height;
+    const int wanted = 2 * listPadding + count * CommandRow::height;
+    return std::min(wanted, std::max(0, room - headerHeight - filterHeight - legendHeight));
 }
 
 QRect CommandCard::cardRect() const
@@ -109,16 +112,17 @@ QRect CommandCard::cardRect() const
     return rect().marginsRemoved(margins());
 }
 
-void CommandCard::layOut()
+void CommandCard::layOut(int room)
 {
-    const QSize card(cardWidth, headerHeight + filterHeight + listHeight() + legendHeight);
+    const int listed = listHeight(room);
+    const QSize card(cardWidth, headerHeight + filterHeight + listed + legendHeight);
     resize(card.grownBy(margins()));
     const QRect inside = cardRect();
     const int filterTop = inside.top() + headerHeight;
     const int fieldLeft = inside.left() + filterTextLeft - fieldTextInset;
     m_filter->setGeometry(fieldLeft, filterTop + (filterHeight - 1 - fieldHeight) / 2,
                           inside.right() - Theme::margin - fieldLeft, fieldHeight);
-    m_scroll->setGeometry(inside.left(), filterTop + filterHeight, inside.width(), listHeight());
+    m_scroll->setGeometry(inside.left(), filterTop + filterHeight, inside.width(), listed);
     const int rowWidth = inside.width() - 2 * listPadding;
     m_page->resize(rowWidth, static_cast<int>(m_rows.size()) * CommandRow::height);
     for (int i = 0; i < static_cast<int>(m_rows.size()); ++i)
@@ -145,7 +149,7 @@ void CommandCard::paintEvent(QPaintEvent* /*event*/)
     paintHeader(painter, header);
     drawIcon(painter, {filter.left() + Theme::margin, filter.top(), lensFrame, filter.height()},
              {QLatin1String("search"), lensSize, Theme::text2});
-    if (m_rows.isEmpty()) {
+    if (m_rows.isEmpty() && m_viewModel.areSmartActionsFound()) {
         const QRectF line(card.left(), filter.bottom() + 1 + listPadding, card.width(), CommandRow::height);
         Painting::textLine(painter, line, Fonts::label, Theme::text2, tr("No matching actions"), Qt::AlignHCenter);
     }

@@ -24,8 +24,9 @@ class CommandCard final : public QWidget
 public:
     CommandCard(HistoryViewModel& viewModel, Thumbs& thumbs, FileKinds& files, QWidget* parent);
 
-    /// Takes over filter, actions and highlight; the card is as high as they need.
-    void sync();
+    /// Takes over entry, filter, actions and highlight. The card is as high as they need, but not above `room`: then
+    /// the actions scroll.
+    void sync(int room);
     [[nodiscard]] SearchField* filterField() const { return m_filter; }
 
     /// The card without its shadow, in widget coordinates.
@@ -39,10 +40,10 @@ protected:
 
 private:
     void rebuildRows(const QList<ClipboardCore::SmartAction>& actions);
-    void layOut();
+    void layOut(int room);
     void paintHeader(QPainter& painter, const QRectF& band) const;
     void paintLegend(QPainter& painter, const QRectF& band) const;
-    [[nodiscard]] int listHeight() const;
+    [[nodiscard]] int listHeight(int room) const;
 
     HistoryViewModel& m_viewModel;
     Thumbs& m_thumbs;

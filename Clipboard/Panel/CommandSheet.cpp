@@ -14,12 +14,13 @@
 #include <QVariantAnimation>
 
 #include <algorithm>
+#include <utility>
 
 namespace Clipboard {
 
 namespace {
 
-// 18 % of the panel's full height, where the eye expects a palette.
+// 18 % of the panel's full height, where the eye expects a palette; less in a panel that has not the room.
 constexpr int cardTop = 97;
 
 } // namespace
@@ -33,8 +34,6 @@ CommandSheet::CommandSheet(HistoryViewModel& viewModel, Thumbs& thumbs, FileKind
     , m_cornerRadius(Theme::panelRadius)
 {
     m_card->setGraphicsEffect(m_effect);
-    m_animation->setStartValue(0.0);
-    m_animation->setEndValue(1.0);
     m_animation->setEasingCurve(QEasingCurve::OutCubic);
     connect(m_animation, &QVariantAnimation::valueChanged, this,
             [this](const QVariant& value) { showProgress(value.toReal()); });
@@ -54,29 +53,35 @@ void CommandSheet::setCornerRadius(int radius)
 
 void CommandSheet::sync()
 {
-    const bool shown = m_viewModel.cmdkOpen() && m_viewModel.selectedItem().has_value();
-    if (!shown)
-        return hide();
-    m_card->sync();
-    const QMargins margins = m_card->margins();
-    const int left = (width() - m_card->cardRect().width()) / 2 - margins.left();
-    const int top = std::min(cardTop, height() - m_card->cardRect().height()) - margins.top();
-    m_card->move(left, top);
-    if (isHidden())
-        open();
+    const bool open = m_viewModel.cmdkOpen() && m_viewModel.selectedItem().has_value();
+    if (open) {
+        m_card->sync(height());
+        const QMargins margins = m_card->margins();
+        const QSize card = m_card->cardRect().size();
+        m_card->move((width() - card.width()) / 2 - margins.left(),
+                     std::clamp(height() - card.height(), 0, cardTop) - margins.top());
+    }
+    if (std::exchange(m_open, open) == open)
+        return;
+    setAttribute(Qt::WA_TransparentForMouseEvents, !open);
+    if (open) {
+        show();
+        raise();
+    }
+    fade(open ? 1 : 0);
 }
 
-void CommandSheet::open()
+void CommandSheet::fade(qreal to)
 {
     m_animation->stop();
-    const int duration = Motion::duration(Theme::sheetDuration);
-    showProgress(duration > 0 ? 0 : 1);
-    show();
-    raise();
-    if (duration > 0) {
-        m_animation->setDuration(duration);
-        m_animation->start();
-    }
+    // Nobody sees it go with the panel, which may be opened again at once.
+    const int duration = parentWidget()->isVisible() ? Motion::duration(Theme::sheetDuration) : 0;
+    if (duration == 0)
+        return showProgress(to);
+    m_animation->setStartValue(m_progress);
+    m_animation->setEndValue(to);
+    m_animation->setDuration(duration);
+    m_animation->start();
 }
 
 void CommandSheet::showProgress(qreal progress)
@@ -84,6 +89,8 @@ void CommandSheet::showProgress(qreal progress)
     m_progress = progress;
     m_effect->setProgress(progress);
     update();
+    if (!m_open && progress <= 0)
+        hide();
 }
 
 void CommandSheet::paintEvent(QPaintEvent* /*event*/)

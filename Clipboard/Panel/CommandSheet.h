@@ -32,7 +32,7 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
 
 private:
-    void open();
+    void fade(qreal to);
     void showProgress(qreal progress);
 
     HistoryViewModel& m_viewModel;
@@ -40,7 +40,8 @@ private:
     AppearEffect* m_effect;
     QVariantAnimation* m_animation;
     int m_cornerRadius;
-    qreal m_progress = 1;
+    bool m_open = false; // while it fades out it is still shown
+    qreal m_progress = 0;
 };
 
 } // namespace Clipboard

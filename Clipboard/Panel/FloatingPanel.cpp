@@ -10,8 +10,6 @@
 #include "Thumbs.h"
 #include "WindowSystem.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPaintEvent>
 #include <QPainter>
@@ -149,24 +147,30 @@ bool FloatingPanel::handleKey(const QKeyEvent& event)
         return false;
     m_view->sync(); // navigation reads the frames
     ClipboardCore::KeyEvent key = translateKey(event);
-    if (key.code == KeyCode::right)
-        m_view->completePreview();
     if (key.code == KeyCode::keypadEnter)
         key.code = KeyCode::return_;
-    const bool handled = m_services.viewModel.handleKey(key) || copySelectedPreview(key);
+    const bool handled = m_services.viewModel.handleKey(key) || copyMarked(key);
     m_view->sync();
     return handled;
 }
 
-bool FloatingPanel::copySelectedPreview(const ClipboardCore::KeyEvent& key)
+bool FloatingPanel::copyMarked(const ClipboardCore::KeyEvent& key)
 {
     if (key.code != KeyCode::c || !key.command || m_view->activeField()->hasSelectedText())
         return false;
-    const QString selected = m_view->selectedPreviewText();
-    if (selected.isEmpty())
-        return false;
-    QGuiApplication::clipboard()->setText(selected);
+    HistoryViewModel& model = m_services.viewModel;
+    const auto item = model.selectedItem();
+    const QString marked = m_view->selectedPreviewText();
+    if (!marked.isEmpty())
+        model.copyMarked(marked, item);
+    else if (item && !model.cmdkOpen())
+        model.copy(*item);
     return true;
+}
+
+bool FloatingPanel::focusNextPrevChild(bool /*next*/)
+{
+    return false; // arrows lead to what has focus; the keyboard stays with the field that is in front
 }
 
 void FloatingPanel::keyPressEvent(QKeyEvent* event)

@@ -56,6 +56,7 @@ signals:
 
 protected:
     bool event(QEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
@@ -64,7 +65,8 @@ protected:
 
 private:
     bool handleKey(const QKeyEvent& event);
-    bool copySelectedPreview(const ClipboardCore::KeyEvent& key);
+    /// Copies what is marked in the preview, or else the selected entry; leaves the field what is marked there.
+    bool copyMarked(const ClipboardCore::KeyEvent& key);
     void applyCompositing();
     void layOutView();
     void startEntrance();

@@ -26,8 +26,7 @@ constexpr int clearGap = 10;
 PanelHeader::PanelHeader(HistoryViewModel& viewModel, QWidget* parent)
     : QWidget(parent)
     , m_viewModel(viewModel)
-    , m_field(new SearchField(
-          Fonts::search, tr("Search clipboard…"), [&viewModel] { return viewModel.copiedText(); }, this))
+    , m_field(new SearchField(Fonts::search, tr("Search clipboard…"), viewModel, this))
     , m_clear(new ClearButton(this))
     , m_chips(new FilterChips(viewModel, this))
 {

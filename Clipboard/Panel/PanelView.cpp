@@ -73,6 +73,8 @@ void PanelView::connectViewModel()
     connect(model, &HistoryViewModel::focusTokenChanged, this, [this] { changed(keyboard); });
     connect(model, &HistoryViewModel::qrPreviewChanged, this, [this] { changed(selection); });
     connect(model, &HistoryViewModel::noticeChanged, this, [this] { changed(notice); });
+    connect(model, &HistoryViewModel::smartActionsChanged, this, [this] { changed(actions); });
+    connect(model, &HistoryViewModel::previewScrolled, m_preview, &PreviewPane::scroll);
     connect(m_preview, &PreviewPane::framesChanged, this, [this] { changed(places); });
 }
 
@@ -97,14 +99,16 @@ void PanelView::sync()
         m_list->syncSelection((what & entries) == 0 && isVisible());
         m_preview->syncItem();
     }
+    if (what & actions)
+        m_preview->syncActions();
     m_header->sync();
     m_preview->syncFocus();
     if (what & state)
         m_list->refreshRows();
     if (what & notice)
         m_footer->setNotice(m_viewModel.notice());
-    if (what & sheet)
-        m_sheet->sync();
+    if (what & (sheet | entries | selection | actions))
+        m_sheet->sync(); // it follows its entry
     if (what & keyboard)
         activeField()->setFocus(Qt::OtherFocusReason);
     publishFrames();
@@ -118,9 +122,11 @@ void PanelView::syncEntries()
     const bool isEmpty = m_viewModel.visible().isEmpty();
     m_list->setVisible(!isEmpty);
     m_preview->setVisible(!isEmpty);
-    if (isEmpty)
+    // What the search may yet find is not said to be missing.
+    const bool isKnownEmpty = isEmpty && !m_viewModel.isSearching();
+    if (isKnownEmpty)
         syncEmptyView();
-    m_empty->setVisible(isEmpty);
+    m_empty->setVisible(isKnownEmpty);
     if (m_isEmpty != isEmpty)
         update();
     m_isEmpty = isEmpty;
@@ -153,12 +159,6 @@ void PanelView::publishFrames()
 SearchField* PanelView::activeField() const
 {
     return m_viewModel.cmdkOpen() ? m_sheet->filterField() : m_header->searchField();
-}
-
-void PanelView::completePreview()
-{
-    m_preview->completeActions();
-    publishFrames();
 }
 
 void PanelView::setCornerRadius(int radius)

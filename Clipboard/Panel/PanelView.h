@@ -31,8 +31,6 @@ public:
 
     /// Brings everything on screen, and the view model's frames, in line with the view model now.
     void sync();
-    /// Finds out what of the preview was put off, for a key that is about to need it.
-    void completePreview();
 
     /// The field that has the keyboard: the search field, or the filter of the command sheet.
     [[nodiscard]] SearchField* activeField() const;
@@ -61,7 +59,8 @@ private:
         sheet = 16,
         places = 32,
         notice = 64,
-        everything = 127
+        actions = 128,
+        everything = 255
     };
     void connectViewModel();
     void changed(unsigned what);

@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+class QScrollBar;
+
 namespace Clipboard {
 
 class FileKinds;
@@ -31,6 +33,9 @@ public:
     [[nodiscard]] virtual int contentHeight() const = 0;
     /// What the user has marked in it.
     [[nodiscard]] virtual QString selectedText() const { return {}; }
+
+    /// What scrolls up and down within it; null when nothing does.
+    [[nodiscard]] virtual QScrollBar* scrollBar() const { return nullptr; }
 
     [[nodiscard]] static PreviewBody* make(ClipboardCore::ClipType type, const Sources& sources, QWidget* parent);
 

@@ -31,8 +31,6 @@ constexpr OverlayScrollArea::Insets scrollInsets{.page = 0, .barAcross = 3, .bar
 constexpr int innerWidth = 348;
 constexpr int wheelStep = 20;
 constexpr int visibleHeight = Theme::panelHeight - Theme::headerHeight - Theme::footerHeight - Theme::buttonBarHeight;
-// The actions of a shorter content are found in a fraction of a millisecond.
-constexpr qsizetype actionsAtOnceBytes = qsizetype{16} * 1024;
 
 } // namespace
 
@@ -94,21 +92,15 @@ void PreviewPane::show(const ClipItem& item)
     m_body->resize(innerWidth, 0);
     m_body->setItem(item, visibleHeight);
     m_body->show();
-    m_actionsPending = true;
-    if (item.content.byteCount() <= actionsAtOnceBytes)
-        completeActions();
-    else
-        m_actions->setActions({}, item.type);
-    layOutContent();
+    syncActions();
     m_scroll->verticalScrollBar()->setValue(0);
 }
 
-void PreviewPane::completeActions()
+void PreviewPane::syncActions()
 {
     const auto item = m_viewModel.selectedItem();
-    if (!m_actionsPending || !item || item->id != m_shown)
+    if (!item || item->id != m_shown)
         return;
-    m_actionsPending = false;
     m_actions->setActions(m_viewModel.smartActions(), item->type);
     layOutContent();
 }
@@ -131,6 +123,18 @@ void PreviewPane::syncFocus()
     const auto focus = m_viewModel.focus();
     if (std::exchange(m_focus, focus) != focus && focus && focus->as<FocusKey::Action>() != nullptr)
         m_scroll->verticalScrollBar()->setValue(scrollToReveal(m_actions));
+}
+
+void PreviewPane::scroll(PreviewScroll by)
+{
+    const bool up = by == PreviewScroll::lineUp || by == PreviewScroll::pageUp;
+    // A content with a scroll bar of its own goes first, to its end.
+    QScrollBar* bar = m_body != nullptr ? m_body->scrollBar() : nullptr;
+    if (bar == nullptr || bar->value() == (up ? bar->minimum() : bar->maximum()))
+        bar = m_scroll->verticalScrollBar();
+    const bool byPage = by == PreviewScroll::pageUp || by == PreviewScroll::pageDown;
+    const int step = byPage ? bar->pageStep() : bar->singleStep();
+    bar->setValue(bar->value() + (up ? -step : step));
 }
 
 QString PreviewPane::selectedText() const
@@ -193,8 +197,6 @@ void PreviewPane::paintEvent(QPaintEvent* event)
         const EmptyContent none{QLatin1String("noselect"), tr("No Selection"), {}};
         return none.paint(painter, rect());
     }
-    if (m_actionsPending)
-        QMetaObject::invokeMethod(this, &PreviewPane::completeActions, Qt::QueuedConnection);
 }
 
 } // namespace Clipboard

@@ -13,6 +13,7 @@
 namespace Clipboard {
 
 class HistoryViewModel;
+enum class PreviewScroll;
 class MetaCaption;
 class OverlayScrollArea;
 class PreviewButtonBar;
@@ -21,8 +22,7 @@ class SmartActionsSection;
 
 /// The right side of the panel: the selected entry in full, a line about it, and what can be done with it.
 ///
-/// Finding out what can be done with a large entry takes longer than a frame may: its actions appear with the frame
-/// after the one that shows it.
+/// The actions of a large entry appear when they are found.
 class PreviewPane final : public QWidget
 {
     Q_OBJECT
@@ -33,8 +33,9 @@ public:
     void syncItem();
     /// Takes over which control has focus, and scrolls to it.
     void syncFocus();
-    /// Finds out now what can be done with the entry, for a key that is about to need it.
-    void completeActions();
+    /// Takes over what can be done with the entry, and what of it is under way.
+    void syncActions();
+    void scroll(PreviewScroll by);
     /// Where the focusable elements are; those that are out of sight, where they come into sight.
     void addFrames(QHash<ClipboardCore::FocusKey, QRectF>& frames, const QWidget* ancestor) const;
 
@@ -60,7 +61,6 @@ private:
     PreviewBody::Sources m_sources;
     std::optional<QUuid> m_shown;
     std::optional<ClipboardCore::FocusKey> m_focus;
-    bool m_actionsPending = false;
     QWidget* m_content;
     OverlayScrollArea* m_scroll;
     QMap<ClipboardCore::ClipType, PreviewBody*> m_bodies;

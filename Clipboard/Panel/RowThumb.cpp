@@ -52,7 +52,7 @@ void paintPicture(QPainter& painter, const QRectF& square, const QImage& image)
 void paintRowThumb(QPainter& painter, const QRectF& square, const ClipItem& item, Thumbs& thumbs, FileKinds& files)
 {
     if (item.type == ClipType::color) {
-        if (const auto color = ClipboardCore::ColorMath::hexToRGB(item.content.toString())) {
+        if (const auto color = ClipboardCore::ColorMath::colorOf(item.content)) {
             const QColor fill(color->r, color->g, color->b);
             return Painting::roundedFill(painter, square, Theme::thumbRadius, fill, Theme::pictureEdge);
         }

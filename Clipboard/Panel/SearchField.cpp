@@ -1,13 +1,12 @@
 #include "SearchField.h"
 
+#include "HistoryViewModel.h"
 #include "Painting.h"
 #include "Theme.h"
 
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QPainter>
-
-#include <utility>
 
 namespace Clipboard {
 
@@ -39,12 +38,12 @@ QList<QInputMethodEvent::Attribute> attributesWithoutCaret(const QInputMethodEve
 
 } // namespace
 
-SearchField::SearchField(const Fonts::Style& style, const QString& placeholder, std::function<QString()> copiedText,
+SearchField::SearchField(const Fonts::Style& style, const QString& placeholder, HistoryViewModel& viewModel,
                          QWidget* parent)
     : QLineEdit(parent)
+    , m_viewModel(viewModel)
     , m_style(style)
     , m_placeholder(placeholder)
-    , m_copiedText(std::move(copiedText))
 {
     setFrame(false);
     setAcceptDrops(false); // an entry on its way out may pass over the field
@@ -88,18 +87,24 @@ void SearchField::paintEvent(QPaintEvent* event)
         Painting::roundedFill(painter, caretRect(), caretWidth / 2, Theme::accent);
 }
 
-// The toolkit's own ways of pasting ask the selection's owner, which may hang, and wait for it.
+// The toolkit's own ways of pasting ask the selection's owner, which may hang, and wait for it. What it copies is gone
+// with the program.
 
 void SearchField::keyPressEvent(QKeyEvent* event)
 {
     // The toolkit types the letter of a chord that nobody knows.
     const bool isChord = (event->modifiers() & (Qt::AltModifier | Qt::MetaModifier)) != 0 && !event->text().isEmpty();
+    const bool cuts = event->matches(QKeySequence::Cut);
     if (event->matches(QKeySequence::Paste))
-        insert(m_copiedText());
+        insert(m_viewModel.copiedText());
+    else if (hasSelectedText() && (cuts || event->matches(QKeySequence::Copy)))
+        m_viewModel.copyMarked(selectedText(), std::nullopt);
     else if (isChord)
-        event->ignore();
+        return event->ignore();
     else
-        QLineEdit::keyPressEvent(event);
+        return QLineEdit::keyPressEvent(event);
+    if (cuts)
+        del();
 }
 
 void SearchField::mouseReleaseEvent(QMouseEvent* event)

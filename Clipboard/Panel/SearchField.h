@@ -4,9 +4,9 @@
 
 #include <QLineEdit>
 
-#include <functional>
-
 namespace Clipboard {
+
+class HistoryViewModel;
 
 /// A text field without a box: text, placeholder and a caret in the accent colour. Used for the search and for the
 /// command sheet's filter.
@@ -14,9 +14,8 @@ class SearchField final : public QLineEdit
 {
     Q_OBJECT
 public:
-    /// `copiedText` answers at once what is to be pasted.
-    SearchField(const Fonts::Style& style, const QString& placeholder, std::function<QString()> copiedText,
-                QWidget* parent);
+    /// It copies and pastes by way of the view model.
+    SearchField(const Fonts::Style& style, const QString& placeholder, HistoryViewModel& viewModel, QWidget* parent);
 
     /// The caret is drawn while this is on and the field has the keyboard.
     void setCaretShown(bool shown);
@@ -35,9 +34,9 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
+    HistoryViewModel& m_viewModel;
     Fonts::Style m_style;
     QString m_placeholder;
-    std::function<QString()> m_copiedText;
     bool m_caretShown = true;
     bool m_composing = false;
 };

@@ -45,8 +45,10 @@ ActionChip* SmartActionsSection::chip(int index)
 void SmartActionsSection::setActions(const QList<SmartAction>& actions, ClipboardCore::ClipType type)
 {
     m_count = static_cast<int>(actions.size());
-    for (int i = 0; i < m_count; ++i)
+    for (int i = 0; i < m_count; ++i) {
         chip(i)->setAction(actions.at(i).label, Theme::readableTint(type));
+        chip(i)->setBusy(m_viewModel.isUnderWay(actions.at(i).label));
+    }
     for (int i = 0; i < static_cast<int>(m_chips.size()); ++i)
         m_chips.at(i)->setVisible(i < m_count);
     layOut();

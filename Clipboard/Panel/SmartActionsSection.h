@@ -24,7 +24,8 @@ public:
     /// What it draws is `width` wide.
     SmartActionsSection(HistoryViewModel& viewModel, int width, QWidget* parent);
 
-    /// Shows these actions of an entry of that type; none for as long as they are not known.
+    /// Shows these actions of an entry of that type, and which of them are under way; none for as long as they are not
+    /// known.
     void setActions(const QList<ClipboardCore::SmartAction>& actions, ClipboardCore::ClipType type);
     /// Takes over which chip has focus.
     void syncFocus();

@@ -34,7 +34,7 @@ constexpr std::array mappings{
     Mapping{Qt::Key_Y, KeyCode::y},
     Mapping{Qt::Key_Z, KeyCode::z},
     Mapping{Qt::Key_Backspace, KeyCode::delete_},
-    Mapping{Qt::Key_Delete, KeyCode::delete_},
+    Mapping{Qt::Key_Delete, KeyCode::forwardDelete},
     Mapping{Qt::Key_Down, KeyCode::down},
     Mapping{Qt::Key_End, KeyCode::end},
     Mapping{Qt::Key_Enter, KeyCode::keypadEnter},

@@ -42,14 +42,26 @@ ToastPresenter& ToastPresenter::shared()
 
 void ToastPresenter::show(const QString& text)
 {
+    replace(text);
+    m_hideTimer.start();
+    emit shown(text);
+}
+
+void ToastPresenter::showUntilNext(const QString& text)
+{
+    replace(text);
+    m_hideTimer.stop();
+    emit shown(text);
+}
+
+void ToastPresenter::replace(const QString& text)
+{
     m_view = std::make_unique<ToastView>(text, m_windows.isCompositing());
     if (const QScreen* screen = QGuiApplication::primaryScreen())
         m_view->placeIn(screen->availableGeometry());
     m_view->fadeIn();
     m_view->show();
     Accessibility::announce(m_view.get());
-    m_hideTimer.start();
-    emit shown(text);
 }
 
 void ToastPresenter::hide()

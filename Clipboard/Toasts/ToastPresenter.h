@@ -24,6 +24,8 @@ public:
 
     /// Replaces the notice that is shown, at once, and hides this one 1.9 s after its own start.
     void show(const QString& text);
+    /// The same, but it stays until the next notice replaces it: for what has yet to end, and will say so.
+    void showUntilNext(const QString& text);
 
     /// The notice on screen; null when there is none.
     [[nodiscard]] const ToastView* current() const { return m_view.get(); }
@@ -33,11 +35,12 @@ signals:
     void hidden();
 
 private:
+    void replace(const QString& text);
     void hide();
 
     WindowSystem& m_windows;
     std::unique_ptr<ToastView> m_view;
-    QTimer m_hideTimer;
+    QTimer m_hideTimer{this};
 };
 
 } // namespace Clipboard

@@ -3,6 +3,7 @@
 #include "Accessibility.h"
 #include "Motion.h"
 #include "Painting.h"
+#include "Support/Graphemes.h"
 #include "TintedIcon.h"
 
 #include <QPainter>
@@ -10,7 +11,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 namespace Clipboard {
 
@@ -24,6 +24,17 @@ constexpr int gap = 8;
 constexpr int aboveWorkAreaBottom = 66;
 constexpr int leastSideMargin = 16;
 
+// In characters: more than fit on any screen, and few enough to be measured and announced at once. A notice may quote
+// what somebody copied, of any length.
+constexpr qsizetype longestText = 1000;
+
+QString shownPart(const QString& text)
+{
+    if (text.size() <= longestText)
+        return text;
+    return ClipboardCore::Graphemes::prefix(QStringView(text), longestText).toString() + u'…';
+}
+
 int cardWidth(const QString& text)
 {
     const int label = static_cast<int>(std::ceil(Fonts::width(Fonts::button, text)));
@@ -32,10 +43,10 @@ int cardWidth(const QString& text)
 
 } // namespace
 
-ToastView::ToastView(QString text, bool composited)
+ToastView::ToastView(const QString& text, bool composited)
     : QWidget(nullptr, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowTransparentForInput |
                            Qt::WindowDoesNotAcceptFocus | Qt::NoDropShadowWindowHint)
-    , m_text(std::move(text))
+    , m_text(shownPart(text))
     , m_surface(toastShadow, Theme::raised)
 {
     m_surface.setComposited(composited);

@@ -13,8 +13,9 @@ class ToastView final : public QWidget
 {
     Q_OBJECT
 public:
-    /// `composited`: see WindowSystem::isCompositing().
-    ToastView(QString text, bool composited);
+    /// Of a text beyond any screen's width only the beginning is taken. `composited`: see
+    /// WindowSystem::isCompositing().
+    ToastView(const QString& text, bool composited);
 
     [[nodiscard]] const QString& text() const { return m_text; }
 

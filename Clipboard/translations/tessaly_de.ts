@@ -468,6 +468,13 @@ Freie Software unter der MIT-Lizenz.</translation>
     </message>
 </context>
 <context>
+    <name>Clipboard::ActionChip</name>
+    <message>
+        <source>Working …</source>
+        <translation>Läuft …</translation>
+    </message>
+</context>
+<context>
     <name>Clipboard::HistoryViewModel</name>
     <message>
         <source>Copied %1</source>
@@ -480,6 +487,22 @@ Freie Software unter der MIT-Lizenz.</translation>
     <message>
         <source>File no longer exists — removed from history</source>
         <translation>Datei existiert nicht mehr – aus dem Verlauf entfernt</translation>
+    </message>
+    <message>
+        <source>Deleted %1 — ⌘Z brings it back</source>
+        <translation>Gelöscht: %1 – Strg+Z holt es zurück</translation>
+    </message>
+    <message>
+        <source>History cleared — ⌘Z in the panel brings it back</source>
+        <translation>Verlauf geleert – Strg+Z im Panel holt ihn zurück</translation>
+    </message>
+    <message>
+        <source>Brought back %1</source>
+        <translation>Zurückgeholt: %1</translation>
+    </message>
+    <message>
+        <source>Brought back what was cleared</source>
+        <translation>Geleerter Verlauf zurückgeholt</translation>
     </message>
 </context>
 <context>

@@ -99,6 +99,17 @@
     </message>
 </context>
 <context>
+    <name>Clipboard::HistoryViewModel</name>
+    <message>
+        <source>Deleted %1 — ⌘Z brings it back</source>
+        <translation>Deleted %1 — Ctrl+Z brings it back</translation>
+    </message>
+    <message>
+        <source>History cleared — ⌘Z in the panel brings it back</source>
+        <translation>History cleared — Ctrl+Z in the panel brings it back</translation>
+    </message>
+</context>
+<context>
     <name>Clipboard::PasteService</name>
     <message>
         <source>Copied %1 — press ⌘V to paste</source>

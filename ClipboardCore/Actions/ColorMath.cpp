@@ -1,5 +1,8 @@
 #include "Actions/ColorMath.h"
 
+#include "Support/Utf8.h"
+#include "Support/WhiteSpace.h"
+
 #include <QString>
 
 #include <algorithm>
@@ -53,6 +56,13 @@ std::optional<RGB> hexToRGB(QStringView text)
     default:
         return std::nullopt;
     }
+}
+
+std::optional<RGB> colorOf(const Utf8Text& text)
+{
+    // In bytes: a literal with more blanks around it than any line has.
+    constexpr qsizetype longestLine = 1024;
+    return hexToRGB(Utf8::toString(WhiteSpace::trimmed(Utf8::prefix(text.utf8(), longestLine))));
 }
 
 HSL rgbToHSL(int r, int g, int b)

@@ -102,6 +102,17 @@ Utf8Text stringLiteralEscaped(QByteArrayView text)
     return Utf8Text::fromValidUtf8(literal);
 }
 
+/// A code block of Markdown (CommonMark 0.30, section 4.5).
+Utf8Text fenced(QByteArrayView text)
+{
+    constexpr QByteArrayView open = "```\n";
+    constexpr QByteArrayView close = "\n```";
+    QByteArray block;
+    block.reserve(open.size() + text.size() + close.size());
+    block.append(open).append(text).append(close);
+    return Utf8Text::fromValidUtf8(block);
+}
+
 /// A path as one word of a POSIX shell (Shell Command Language, section 2.2.2).
 QString shellForm(const QString& path)
 {
@@ -114,7 +125,7 @@ QString shellForm(const QString& path)
     return u'\'' + QString(path).replace(u'\'', u"'\\''"_s) + u'\'';
 }
 
-SmartActionResult copy(const QString& text, const QString& toast)
+SmartActionResult copy(const Utf8Text& text, const QString& toast)
 {
     return {{Kind::copy, text}, toast};
 }
@@ -122,18 +133,17 @@ SmartActionResult copy(const QString& text, const QString& toast)
 SmartActionResult copyMinified(const Utf8Text& text, const Utf8Text& minified)
 {
     const auto count = [](const Utf8Text& counted) { return QString::number(Graphemes::countOfUtf8(counted.utf8())); };
-    return copy(minified.toString(), Toast::tr("Minified · %1 → %2 chars").arg(count(text), count(minified)));
+    return copy(minified, Toast::tr("Minified · %1 → %2 chars").arg(count(text), count(minified)));
 }
 
 SmartAction decode(const QString& label, const Utf8Text& decoded)
 {
-    return {label,
-            [decoded] { return copy(decoded.toString(), Toast::tr("Decoded %1").arg(clip(decoded, clipLength))); }};
+    return {label, [decoded] { return copy(decoded, Toast::tr("Decoded %1").arg(clip(decoded, clipLength))); }};
 }
 
 SmartAction copyNamed(const QString& label, const Utf8Text& text)
 {
-    return {label, [text] { return copy(text.toString(), Toast::tr("Copied %1").arg(clip(text, clipLength))); }};
+    return {label, [text] { return copy(text, Toast::tr("Copied %1").arg(clip(text, clipLength))); }};
 }
 
 SmartAction copyShown(const QString& label, const QString& text)
@@ -143,9 +153,7 @@ SmartAction copyShown(const QString& label, const QString& text)
 
 SmartAction qrCode(const Utf8Text& text)
 {
-    return {u"QR code"_s, [text] {
-                return SmartActionResult{{Kind::copyQRCode, text.toString()}, Toast::tr("Generating QR …")};
-            }};
+    return {u"QR code"_s, [text] { return SmartActionResult{{Kind::copyQRCode, text}, Toast::tr("Generating QR …")}; }};
 }
 
 void appendJSON(QList<SmartAction>& list, const Utf8Text& content)
@@ -155,8 +163,7 @@ void appendJSON(QList<SmartAction>& list, const Utf8Text& content)
     if (!json)
         return;
     if (const auto pretty = json->pretty(ContentDetectors::resultLimit))
-        list.append(
-            {u"Pretty-print JSON"_s, [pretty] { return copy(pretty->toString(), Toast::tr("Copied pretty JSON")); }});
+        list.append({u"Pretty-print JSON"_s, [pretty] { return copy(*pretty, Toast::tr("Copied pretty JSON")); }});
     list.append({u"Minify JSON"_s, [content, minified = json->minified()] { return copyMinified(content, minified); }});
 }
 
@@ -174,11 +181,10 @@ QList<SmartAction> text(const Utf8Text& content)
     if (const auto date = ContentDetectors::epochDate(content, QTimeZone::systemTimeZone()))
         list.append(copyShown(u"Convert to date"_s, *date));
     if (const auto payload = ContentDetectors::jwtPayload(content))
-        list.append({u"Decode JWT payload"_s,
-                     [payload] { return copy(payload->toString(), Toast::tr("Copied JWT payload")); }});
+        list.append({u"Decode JWT payload"_s, [payload] { return copy(*payload, Toast::tr("Copied JWT payload")); }});
     list.append({u"Clean whitespace"_s, [content] {
                      const Utf8Text cleaned = collapseWhitespace(content.utf8());
-                     return copy(cleaned.toString(), Toast::tr("Cleaned %1").arg(clip(cleaned, clipLength)));
+                     return copy(cleaned, Toast::tr("Cleaned %1").arg(clip(cleaned, clipLength)));
                  }});
     if (const auto slug = ContentDetectors::slug(content))
         list.append(copyNamed(u"Slugify"_s, *slug));
@@ -198,40 +204,35 @@ QList<SmartAction> link(const Utf8Text& copied)
 {
     const Utf8Text content = trimmed(copied);
     const auto host = urlHost(content.utf8());
-    const auto shownHost = [content, host] { return host ? *host : content.toString(); };
+    const Utf8Text domain = host ? Utf8Text(*host) : content;
 
     QList<SmartAction> list;
     if (const auto stripped = ContentDetectors::strippedTrackers(content))
-        list.append({u"Strip trackers"_s,
-                     [stripped] { return copy(stripped->toString(), Toast::tr("Removed tracking params")); }});
+        list.append(
+            {u"Strip trackers"_s, [stripped] { return copy(*stripped, Toast::tr("Removed tracking params")); }});
     list.append(
-        {u"Open link"_s, [content, shownHost] {
-             return SmartActionResult{{Kind::openURL, content.toString()}, Toast::tr("Opening %1 …").arg(shownHost())};
+        {u"Open link"_s, [content, domain] {
+             return SmartActionResult{{Kind::openURL, content}, Toast::tr("Opening %1 …").arg(domain.toString())};
          }});
-    list.append(
-        {u"Copy as Markdown"_s, [content] {
-             return SmartActionResult{{Kind::copyMarkdownLink, content.toString()}, Toast::tr("Fetching title …")};
-         }});
-    list.append({u"Copy domain"_s, [shownHost] {
-                     const QString domain = shownHost();
-                     return copy(domain, Toast::tr("Copied %1").arg(domain));
+    list.append({u"Copy as Markdown"_s, [content] {
+                     return SmartActionResult{{Kind::copyMarkdownLink, content}, Toast::tr("Fetching title …")};
                  }});
+    list.append({u"Copy domain"_s, [domain] { return copy(domain, Toast::tr("Copied %1").arg(domain.toString())); }});
     list.append(qrCode(content));
     return list;
 }
 
 QList<SmartAction> image(const Utf8Text& content)
 {
-    const QString path = content.toString();
     const QString name = Utf8::toString(FilePath::lastComponent(content.utf8()));
     return {
         {u"Copy text (OCR)"_s,
-         [path] {
-             return SmartActionResult{{Kind::recognizeText, path}, Toast::tr("Reading text …")};
+         [content] {
+             return SmartActionResult{{Kind::recognizeText, content}, Toast::tr("Reading text …")};
          }},
         {u"Save to Desktop"_s,
-         [path, name] {
-             return SmartActionResult{{Kind::copyFileToDesktop, path},
+         [content, name] {
+             return SmartActionResult{{Kind::copyFileToDesktop, content},
                                       Toast::tr("Saved %1 to Desktop").arg(clip(name, clipLength))};
          }},
         copyNamed(u"Copy filename"_s, name),
@@ -240,10 +241,7 @@ QList<SmartAction> image(const Utf8Text& content)
 
 QList<SmartAction> color(const Utf8Text& content)
 {
-    // No colour is longer; a longer text stays too long for one.
-    constexpr qsizetype longestLiteral = 16;
-    const QByteArrayView literal = Utf8::prefix(WhiteSpace::trimmed(content.utf8()), longestLiteral);
-    const auto rgb = ColorMath::hexToRGB(Utf8::toString(literal)).value_or(ColorMath::RGB());
+    const auto rgb = ColorMath::colorOf(content).value_or(ColorMath::RGB());
     const auto hsl = ColorMath::rgbToHSL(rgb.r, rgb.g, rgb.b);
     const auto number = [](int value) { return QString::number(value); };
     return {
@@ -261,29 +259,26 @@ QList<SmartAction> code(const Utf8Text& content)
 
     QList<SmartAction> list;
     if (formatted)
-        list.append(
-            {u"Format"_s, [formatted] { return copy(formatted->toString(), Toast::tr("Formatted · copied")); }});
-    list.append({u"Copy fenced code"_s, [content] {
-                     return copy(u"```\n"_s + content.toString() + u"\n```"_s, Toast::tr("Copied fenced code block"));
-                 }});
+        list.append({u"Format"_s, [formatted] { return copy(*formatted, Toast::tr("Formatted · copied")); }});
+    list.append({u"Copy fenced code"_s,
+                 [content] { return copy(fenced(content.utf8()), Toast::tr("Copied fenced code block")); }});
     list.append({u"Minify"_s, [content] { return copyMinified(content, collapseWhitespace(content.utf8())); }});
     list.append({u"Escape as string literal"_s, [content] {
-                     return copy(stringLiteralEscaped(content.utf8()).toString(),
-                                 Toast::tr("Copied as string literal"));
+                     return copy(stringLiteralEscaped(content.utf8()), Toast::tr("Copied as string literal"));
                  }});
     return list;
 }
 
 QList<SmartAction> file(const Utf8Text& content)
 {
-    const QString path = content.toString();
     return {
-        {u"Copy path"_s, [path] { return copy(path, Toast::tr("Copied path")); }},
-        {u"Copy shell-escaped path"_s, [path] { return copy(shellForm(path), Toast::tr("Copied shell-safe path")); }},
+        {u"Copy path"_s, [content] { return copy(content, Toast::tr("Copied path")); }},
+        {u"Copy shell-escaped path"_s,
+         [content] { return copy(shellForm(content.toString()), Toast::tr("Copied shell-safe path")); }},
         copyNamed(u"Copy filename"_s, Utf8::toString(FilePath::lastComponent(content.utf8()))),
         {u"Reveal in Finder"_s,
-         [path] {
-             return SmartActionResult{{Kind::revealInFinder, path}, Toast::tr("Revealing in Finder …")};
+         [content] {
+             return SmartActionResult{{Kind::revealInFinder, content}, Toast::tr("Revealing in Finder …")};
          }},
     };
 }

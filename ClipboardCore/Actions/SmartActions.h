@@ -14,7 +14,7 @@ struct SmartActionEffect
 {
     enum class Kind { copy, openURL, revealInFinder, copyFileToDesktop, recognizeText, copyQRCode, copyMarkdownLink };
     Kind kind = Kind::copy;
-    QString payload;
+    Utf8Text payload; // of any size: it is never turned into another form on the main thread
     bool operator==(const SmartActionEffect&) const = default;
 };
 
@@ -30,7 +30,8 @@ struct SmartActionResult
 struct SmartAction
 {
     QString label; // names the action everywhere; only what is drawn is translated
-    /// May be called on any thread, and again.
+    /// A pure function of the entry. May be called on any thread, and again; takes its time for a large entry, so never
+    /// on the main thread.
     std::function<SmartActionResult()> run;
 };
 

@@ -42,6 +42,7 @@ std::optional<EditorKey> withoutCommand(const KeyEvent& event)
     case KeyCode::keypadEnter:
         return EditorKey{.kind = Kind::confirm};
     case KeyCode::delete_:
+    case KeyCode::forwardDelete:
         return EditorKey{.kind = Kind::deleteSelection};
     case KeyCode::escape:
         return EditorKey{.kind = Kind::escape};

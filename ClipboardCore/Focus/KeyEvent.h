@@ -26,6 +26,7 @@ enum class KeyCode : int {
     keypadEnter = 76,
     home = 115,
     pageUp = 116,
+    forwardDelete = 117,
     end = 119,
     pageDown = 121,
     left = 123,

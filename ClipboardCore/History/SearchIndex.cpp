@@ -66,8 +66,11 @@ struct SearchIndex::Private
     bool makeReady(const SearchedTextRef& entry);
     void foldInBackground(const QList<SearchedTextRef>& entries);
 
+    [[nodiscard]] QList<qsizetype> matchVerbatim(const QByteArray& query) const;
+
     QList<ClipItem> items;
     QList<SearchedTextRef> entries; // one for each of `items`
+    bool isIncomplete = false;
     std::optional<Narrowed> narrowed;
     std::function<void()> ready;
     // Receives what the background thread made, on the thread of the index.
@@ -177,8 +180,11 @@ void SearchIndex::onReady(std::function<void()> callback)
 QList<qsizetype> SearchIndex::match(const QString& query)
 {
     const SearchPattern pattern(folded(query.toUtf8()));
-    if (pattern.folded().isEmpty())
+    d->isIncomplete = false;
+    if (query.isEmpty())
         return allPositions(d->items.size());
+    if (pattern.folded().isEmpty())
+        return d->matchVerbatim(query.toUtf8());
 
     const bool extendsLast = d->narrowed && pattern.folded().contains(d->narrowed->query);
     const auto candidates = extendsLast ? d->narrowed->candidates : allPositions(d->items.size());
@@ -199,9 +205,27 @@ QList<qsizetype> SearchIndex::match(const QString& query)
             found.append(position);
         if (isFound || !isReady)
             remaining.append(position);
+        d->isIncomplete |= !isReady && !isFound;
     }
     d->narrowed = Private::Narrowed{pattern.folded(), remaining};
     return found;
+}
+
+QList<qsizetype> SearchIndex::Private::matchVerbatim(const QByteArray& query) const
+{
+    const SearchPattern pattern(query);
+    QList<qsizetype> found;
+    for (qsizetype position = 0; position < items.size(); ++position) {
+        const ClipItem& item = items[position];
+        if (pattern.isIn(item.content.utf8()) || (item.sourceApp && pattern.isIn(item.sourceApp->toUtf8())))
+            found.append(position);
+    }
+    return found;
+}
+
+bool SearchIndex::isIncomplete() const
+{
+    return d->isIncomplete;
 }
 
 QByteArray SearchIndex::folded(const QByteArray& utf8)

@@ -30,8 +30,11 @@ public:
     void onReady(std::function<void()> callback);
 
     /// Positions in the item list, ascending, of the entries whose content or source application contains `query`.
-    /// An empty query matches everything.
+    /// An empty query matches everything. One of which folding leaves nothing, say of marks alone, is looked for as it
+    /// is, byte for byte.
     [[nodiscard]] QList<qsizetype> match(const QString& query);
+    /// True when the last match() had to leave out entries that are still being folded.
+    [[nodiscard]] bool isIncomplete() const;
 
     /// The form in which texts are compared: canonical decomposition without diacritics, case folded.
     [[nodiscard]] static QByteArray folded(const QByteArray& utf8);

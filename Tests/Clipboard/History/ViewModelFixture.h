@@ -16,7 +16,8 @@ struct ViewModelFixture
     FakePasteboard pasteboard;
     FakeKeystrokeSender keystrokes;
     QStringList toasts;
-    QList<ClipboardCore::SmartAction> catalogue; // for every entry
+    QList<ClipboardCore::SmartAction> catalogue; // for every entry, unless:
+    std::function<QList<ClipboardCore::SmartAction>(const ClipboardCore::ClipItem&)> catalogueOf;
     int catalogueReads = 0;
     QList<ClipboardCore::SmartActionEffect> effects;
     int ownChanges = 0;
@@ -27,11 +28,12 @@ struct ViewModelFixture
     HistoryViewModel model{
         store,
         {pasteboard, pasteService, [this](const QString& text) { toasts.append(text); },
-         [this](const ClipboardCore::ClipItem&) {
+         [this](const ClipboardCore::ClipItem& item) {
              ++catalogueReads;
-             return catalogue;
+             return catalogueOf ? catalogueOf(item) : catalogue;
          },
-         [this](const ClipboardCore::SmartActionEffect& effect, HistoryViewModel&) { effects.append(effect); }}};
+         [this](const ClipboardCore::SmartActionEffect& effect, HistoryViewModel&) { effects.append(effect); },
+         [this](const QString& text) { toasts.append(text); }}};
 
     ViewModelFixture()
     {

@@ -55,7 +55,7 @@ void CommandSheetTest::highlightsTheBestMatch()
     QTest::mouseMove(commandRow(f, u"Copy RGB"_s), {22, 12});
     QTRY_COMPARE(highlighted(f), u"Copy RGB"_s);
     f.press(Qt::Key_Return);
-    QCOMPARE(f.effects.last().payload, u"Copy RGB"_s);
+    QCOMPARE(f.effects.last().payload.toString(), u"Copy RGB"_s);
     f.press(Qt::Key_K, Qt::ControlModifier);
     f.type(u"zz"_s);
     QTRY_VERIFY(commandRow(f, u"Slugify"_s) == nullptr);

@@ -34,7 +34,7 @@ void KeyTranslationTest::codes_data()
     QTest::addColumn<int>("key");
     QTest::addColumn<KeyCode>("code");
     QTest::newRow("backspace deletes") << int(Qt::Key_Backspace) << KeyCode::delete_;
-    QTest::newRow("delete deletes") << int(Qt::Key_Delete) << KeyCode::delete_;
+    QTest::newRow("delete deletes forward") << int(Qt::Key_Delete) << KeyCode::forwardDelete;
     QTest::newRow("keypad enter") << int(Qt::Key_Enter) << KeyCode::keypadEnter;
     QTest::newRow("no table names it") << int(Qt::Key_Q) << KeyCode::unknown;
     QTest::newRow("a modifier alone") << int(Qt::Key_Control) << KeyCode::unknown;
