@@ -1,6 +1,8 @@
 #include "ViewModelFixture.h"
 
+#include <QDir>
 #include <QImage>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -14,19 +16,18 @@ class HistoryViewModelTest final : public QObject
     Q_OBJECT
 private slots:
     void searchesContentAndSource();
-    void keepsOrLosesTheSelection();
-    void opensFresh();
-    void deletesAndSelectsTheNeighbour();
     void writesEachTypeInItsForm_data();
     void writesEachTypeInItsForm();
     void tellsAboutVanishedFiles_data();
     void tellsAboutVanishedFiles();
     void pastesThenCloses();
-    void clearsAllButPinned();
+    void takesRemovalsBack();
+    void keepsPicturesForAsLongAsTheyMayComeBack();
+    void recordsWhatIsMarkedAndCopied();
     void annotatesPicturesOnly();
     void addsWhatTheEditorMade();
-    void remembersActionsOfOneEntry();
-    void narrowsAndRunsTheCommandSheet();
+    void asksForTheActionsOfAnEntryOnce();
+    void actionsOutliveTheirEntry();
     void notifiesOnEveryAssignment();
 };
 
@@ -48,59 +49,6 @@ void HistoryViewModelTest::searchesContentAndSource()
     f.model.setQuery(u"org.mozilla"_s);
     QVERIFY(f.visible().isEmpty());
     QCOMPARE(f.model.counts(), (QMap<ClipType, int>{{ClipType::text, 2}, {ClipType::link, 1}})); // of all
-}
-
-void HistoryViewModelTest::keepsOrLosesTheSelection()
-{
-    ViewModelFixture f;
-    f.fillTexts({u"b"_s, u"ab"_s, u"c1"_s, u"c2"_s});
-    f.model.setSelectedID(f.entry(1).id);
-
-    f.model.setQuery(u"b"_s);
-    QCOMPARE(f.selected(), u"ab"_s); // still visible
-    f.model.setQuery(u"c"_s);
-    QCOMPARE(f.selected(), u"c1"_s);
-    f.model.setQuery(u"x"_s);
-    QVERIFY(!f.model.selectedID());
-}
-
-void HistoryViewModelTest::opensFresh()
-{
-    ViewModelFixture f;
-    f.fillTexts({u"a"_s, u"b"_s});
-    const QUuid second = f.entry(1).id;
-    const auto selectedOnShowing = [&f](const std::optional<QUuid>& wanted) {
-        f.model.activate(FocusKey::chip(ClipType::code));
-        f.model.setQuery(u"x"_s);
-        f.model.setQrPreview(QImage(1, 1, QImage::Format_Mono));
-        f.model.setCmdkOpen(true);
-        f.model.panelWillShow(wanted);
-        return f.selected();
-    };
-    const QUuid token = f.model.focusToken();
-    QCOMPARE(selectedOnShowing(second), u"b"_s);
-    QVERIFY(f.model.query().isEmpty() && f.model.qrPreview().isNull());
-    QVERIFY(!f.model.filter() && !f.model.focus() && !f.model.cmdkOpen());
-    QVERIFY(f.model.focusToken() != token);
-    QCOMPARE(selectedOnShowing(std::nullopt), u"a"_s);
-    f.model.setSelectedID(second);
-    QCOMPARE(selectedOnShowing(QUuid::createUuid()), u"a"_s); // deleted meanwhile
-}
-
-void HistoryViewModelTest::deletesAndSelectsTheNeighbour()
-{
-    ViewModelFixture f;
-    f.fillTexts({u"a"_s, u"b"_s, u"c"_s, u"d"_s});
-    f.model.setSelectedID(f.entry(2).id);
-    f.model.remove(f.entry(0));
-    QCOMPARE(f.selected(), u"c"_s); // another went: untouched
-    f.model.remove(f.entry(1));
-    QCOMPARE(f.selected(), u"d"_s); // the one below
-    QCOMPARE(f.stored(), (QStringList{u"b"_s, u"d"_s}));
-    f.model.remove(f.entry(1));
-    QCOMPARE(f.selected(), u"b"_s); // the one above the last
-    f.model.remove(f.entry(0));
-    QVERIFY(!f.model.selectedID() && f.stored().isEmpty());
 }
 
 void HistoryViewModelTest::writesEachTypeInItsForm_data()
@@ -193,19 +141,65 @@ void HistoryViewModelTest::pastesThenCloses()
     QCOMPARE(f.toasts, QStringList{u"Pasted “b”"_s});
 }
 
-void HistoryViewModelTest::clearsAllButPinned()
+void HistoryViewModelTest::takesRemovalsBack()
 {
     ViewModelFixture f;
-    const QString picture = f.folder.filePath(u"p.png"_s);
-    QVERIFY(QImage(1, 1, QImage::Format_RGB32).save(picture));
-    f.fill({ViewModelFixture::item(ClipType::text, u"a"_s), ViewModelFixture::item(ClipType::image, picture),
-            ViewModelFixture::item(ClipType::text, u"keep"_s)});
-    f.model.togglePin(f.model.items().at(2));
-
+    f.fillTexts({u"a"_s, u"b"_s, u"c"_s, u"d"_s});
+    f.model.togglePin(f.entry(3));
+    QVERIFY(!f.model.undoRemoval()); // the key is the field's then
+    f.model.setSelectedID(f.entry(1).id);
+    f.model.remove(f.entry(1));
+    QVERIFY2(f.toasts.last().contains(u"⌘Z"_s), qPrintable(f.toasts.last()));
     f.model.clearHistory();
-    QCOMPARE(f.visible(), QStringList{u"keep"_s});
-    QCOMPARE(f.selected(), u"keep"_s);
-    QVERIFY(!QFile::exists(picture));
+    QVERIFY2(f.toasts.last().contains(u"⌘Z"_s), qPrintable(f.toasts.last()));
+    QCOMPARE(f.stored(), QStringList{u"d"_s});
+
+    QVERIFY(f.model.undoRemoval());
+    QCOMPARE(f.stored(), (QStringList{u"d"_s, u"b"_s, u"c"_s}));
+    QVERIFY(f.model.undoRemoval());
+    QCOMPARE(f.stored(), (QStringList{u"d"_s, u"a"_s, u"b"_s, u"c"_s}));
+    QCOMPARE(f.selected(), u"a"_s);
+    QVERIFY(!f.model.undoRemoval());
+
+    f.model.remove(f.entry(0));
+    f.model.forgetRemoved();
+    QVERIFY(!f.model.undoRemoval());
+}
+
+void HistoryViewModelTest::keepsPicturesForAsLongAsTheyMayComeBack()
+{
+    ViewModelFixture f;
+    QList<ClipItem> pictures;
+    for (const QString& name : {u"deleted.png"_s, u"copied again.png"_s, u"brought back.png"_s}) {
+        pictures.append(ViewModelFixture::item(ClipType::image, f.folder.filePath(name)));
+        QVERIFY(QImage(1, 1, QImage::Format_RGB32).save(pictures.last().content.toString()));
+    }
+    f.fill(pictures);
+    const auto files = [&f] { return QDir(f.folder.path()).entryList({u"*.png"_s}, QDir::Files, QDir::Name); };
+
+    for (int i = 0; i < 3; ++i)
+        f.model.remove(f.entry(0));
+    QCOMPARE(files().size(), 3);
+    QVERIFY(f.model.undoRemoval());
+    (void)f.store.add(pictures.at(1));
+    f.model.forgetRemoved();
+    QCOMPARE(files(), (QStringList{u"brought back.png"_s, u"copied again.png"_s}));
+}
+
+void HistoryViewModelTest::recordsWhatIsMarkedAndCopied()
+{
+    ViewModelFixture f;
+    ClipItem from = ViewModelFixture::item(ClipType::text, u"see https://a.example"_s);
+    from.sourceApp = u"Notes"_s;
+    f.fill({from});
+    f.model.copyMarked(u"https://a.example"_s, f.entry(0));
+    QCOMPARE(f.pasteboard.writes.last().string, QByteArray("https://a.example"));
+    QCOMPARE(f.ownChanges, 1);
+    QCOMPARE(f.entry(0).type, ClipType::link);
+    QCOMPARE(f.entry(0).sourceApp, u"Notes"_s);
+    f.model.copyMarked(u" \n"_s, std::nullopt);
+    QCOMPARE(f.pasteboard.writes.last().string, QByteArray(" \n"));
+    QCOMPARE(f.stored().size(), 2);
 }
 
 void HistoryViewModelTest::annotatesPicturesOnly()
@@ -239,13 +233,11 @@ void HistoryViewModelTest::addsWhatTheEditorMade()
     QVERIFY(!added.isPinned);
 }
 
-void HistoryViewModelTest::remembersActionsOfOneEntry()
+void HistoryViewModelTest::asksForTheActionsOfAnEntryOnce()
 {
     ViewModelFixture f;
-    f.catalogue = {{u"One"_s, [] { return SmartActionResult{{SmartActionEffect::Kind::copy, u"1"_s}, u"done"_s}; }}};
     QVERIFY(f.model.smartActions().isEmpty()); // nothing selected
     f.fillTexts({u"a"_s, u"b"_s});
-
     const auto readsFor = [&f](qsizetype index) {
         const int before = f.catalogueReads;
         f.model.setSelectedID(f.entry(index).id);
@@ -256,41 +248,27 @@ void HistoryViewModelTest::remembersActionsOfOneEntry()
     QCOMPARE(readsFor(0), 1);
     QCOMPARE(readsFor(1), 1);
     QCOMPARE(readsFor(0), 1);
-
-    f.model.activate(FocusKey::action(1)); // there is only one
-    QVERIFY(f.effects.isEmpty());
-    f.model.activate(FocusKey::action(0));
-    QCOMPARE(f.effects, (QList{SmartActionEffect{SmartActionEffect::Kind::copy, u"1"_s}}));
-    QCOMPARE(f.toasts, QStringList{u"done"_s});
 }
 
-void HistoryViewModelTest::narrowsAndRunsTheCommandSheet()
+void HistoryViewModelTest::actionsOutliveTheirEntry()
 {
     ViewModelFixture f;
-    for (const QString& label : {u"Copy path"_s, u"Slugify"_s, u"COPY name"_s})
-        f.catalogue.append({label, [label] { return SmartActionResult{{{}, label}, label}; }});
-    f.model.openCmdk();
-    QVERIFY(!f.model.cmdkOpen()); // no entry
-    f.fillTexts({u"a"_s});
-
-    f.model.openCmdk();
-    f.model.moveCmdk(-1);
-    QCOMPARE(f.model.cmdkIndex(), 2);
-    f.model.moveCmdk(1);
-    QCOMPARE(f.model.cmdkIndex(), 0);
-    f.model.setCmdkQuery(u"copy"_s);
-    QCOMPARE(f.model.cmdkActions().size(), 2);
-    f.model.runCmdkOrdinal(3);
-    QVERIFY(f.model.cmdkOpen() && f.toasts.isEmpty());
-    f.model.runCmdkAt(1);
-    QCOMPARE(f.toasts, QStringList{u"COPY name"_s});
-    QVERIFY(!f.model.cmdkOpen());
-
-    f.model.openCmdk();
-    QCOMPARE(f.model.cmdkQuery(), QString());
-    f.model.runCmdkAt(-1); // closes all the same
-    QVERIFY(!f.model.cmdkOpen());
-    QCOMPARE(f.toasts.size(), 1);
+    QSemaphore mayRun;
+    f.perform = [&f](const SmartActionEffect&) { f.model.setQrPreview(QImage(1, 1, QImage::Format_Mono)); };
+    f.catalogue = {{u"One"_s, [&mayRun] {
+                        mayRun.acquire();
+                        return SmartActionResult{{SmartActionEffect::Kind::copyQRCode, u"1"_s}, u"done"_s};
+                    }}};
+    f.fillTexts({u"a"_s, u"b"_s});
+    f.model.activate(FocusKey::action(1)); // there is only one
+    f.model.activate(FocusKey::action(0));
+    QVERIFY(f.model.isUnderWay(u"One"_s));
+    f.model.remove(f.entry(0));
+    QVERIFY(!f.model.isUnderWay(u"One"_s)); // of the entry that is selected now
+    mayRun.release();
+    QTRY_COMPARE(f.effects.size(), 1);
+    QCOMPARE(f.toasts.last(), u"done"_s);
+    QVERIFY(f.model.qrPreview().isNull()); // the code is not this entry's
 }
 
 void HistoryViewModelTest::notifiesOnEveryAssignment()

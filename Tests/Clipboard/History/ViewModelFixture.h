@@ -20,20 +20,24 @@ struct ViewModelFixture
     std::function<QList<ClipboardCore::SmartAction>(const ClipboardCore::ClipItem&)> catalogueOf;
     int catalogueReads = 0;
     QList<ClipboardCore::SmartActionEffect> effects;
+    std::function<void(const ClipboardCore::SmartActionEffect&)> perform; // when it is more than noted
     int ownChanges = 0;
     int closeRequests = 0;
 
     PasteService pasteService{keystrokes, [this](const QString& text) { toasts.append(text); }};
     ClipboardCore::JSONHistoryStore store{folder.filePath(QStringLiteral("history.json")), 500, 1000.0};
-    HistoryViewModel model{
-        store,
-        {pasteboard, pasteService, [this](const QString& text) { toasts.append(text); },
-         [this](const ClipboardCore::ClipItem& item) {
-             ++catalogueReads;
-             return catalogueOf ? catalogueOf(item) : catalogue;
-         },
-         [this](const ClipboardCore::SmartActionEffect& effect, HistoryViewModel&) { effects.append(effect); },
-         [this](const QString& text) { toasts.append(text); }}};
+    HistoryViewModel model{store,
+                           {pasteboard, pasteService, [this](const QString& text) { toasts.append(text); },
+                            [this](const ClipboardCore::ClipItem& item) {
+                                ++catalogueReads;
+                                return catalogueOf ? catalogueOf(item) : catalogue;
+                            },
+                            [this](const ClipboardCore::SmartActionEffect& effect, HistoryViewModel&) {
+                                effects.append(effect);
+                                if (perform)
+                                    perform(effect);
+                            },
+                            [this](const QString& text) { toasts.append(text); }}};
 
     ViewModelFixture()
     {
