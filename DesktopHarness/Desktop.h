@@ -33,6 +33,8 @@ public:
     virtual void type(const QString& text) = 0;
     virtual void movePointer(QPoint place) = 0;
     virtual void click(QPoint place, int times, int button) = 0;
+    /// Holds the left button down from the first place to the last.
+    virtual void drag(const QList<QPoint>& path) = 0;
     /// The left button.
     virtual void pressButton() = 0;
     virtual void releaseButton() = 0;

@@ -67,6 +67,14 @@ void X11Driver::click(QPoint place, int times, int button)
                                      QString::number(button)});
 }
 
+void X11Driver::drag(const QList<QPoint>& path)
+{
+    QStringList commands = moveTo(path.first()) + QStringList{u"mousedown"_s, u"1"_s};
+    for (const QPoint place : path.sliced(1))
+        commands += moveTo(place);
+    hand(commands + QStringList{u"mouseup"_s, u"1"_s});
+}
+
 void X11Driver::pressButton()
 {
     hand({u"mousedown"_s, u"1"_s});

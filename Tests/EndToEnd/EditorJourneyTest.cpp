@@ -1,19 +1,12 @@
-#include "RunningTessaly.h"
-#include "VirtualSession.h"
+#include "JourneyTest.h"
 
 #include <QBuffer>
 #include <QImage>
-#include <QTest>
-
-#include <csignal>
-#include <memory>
 
 using namespace Qt::StringLiterals;
 using namespace Clipboard::Testing;
 
 namespace {
-
-const QString pictureTarget = u"image/png"_s;
 
 constexpr QSize pictureSize(600, 400);
 constexpr QRgb frameColor = 0xff12a47b; // nothing else on the screen has it: where it is seen, the picture is
@@ -56,173 +49,107 @@ QRect extentOf(const QImage& image, QRgb color, const QRect& within)
 } // namespace
 
 /// A picture of the history, annotated with a real mouse and keyboard; what comes of it is read by other programs.
-class EditorJourneyTest final : public QObject
+class EditorJourneyTest final : public JourneyTest
 {
     Q_OBJECT
+public:
+    EditorJourneyTest()
+        : JourneyTest({}, Sessions::one)
+    {
+    }
 
 private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
     void copiesWhatWasDrawn();
     void savesOnce();
     void pastesIntoTheProgramBehindThePanel();
     void keepsTheResultAtTheEnd();
-    void cleanupTestCase();
 
 private:
+    void arrive() override;
+    void leave() override;
     void openEditor();
-    [[nodiscard]] bool waitForEditor(bool visible) const;
-    [[nodiscard]] bool waitForNotice(const QString& text) const;
-    [[nodiscard]] bool waitForEntries(qsizetype count);
-    [[nodiscard]] QImage newestPicture() const;
-    [[nodiscard]] QByteArray clipboardPicture() const;
-
-    void drag(QPoint from, QPoint to); // of the picture
-    void click(QPoint at);
+    void draw(QPoint from, QPoint to); // places of the picture
+    void point(QPoint at);
     void drawMarks();
+    [[nodiscard]] QImage newestPicture();
 
-    std::unique_ptr<VirtualSession> m_session;
-    std::unique_ptr<RunningTessaly> m_tessaly;
     QRect m_shown; // where on the screen the picture is
     qsizetype m_entries = 0;
 };
 
-void EditorJourneyTest::initTestCase()
-{
-    m_session = std::make_unique<VirtualSession>();
-    QVERIFY2(m_session->failure().isEmpty(), qPrintable(m_session->failure()));
-    m_tessaly = std::make_unique<RunningTessaly>(*m_session, QStringLiteral(TESSALY_PROGRAM));
-    QVERIFY(m_tessaly->start());
-}
-
 /// Each function begins with the plain picture as the newest entry.
-void EditorJourneyTest::init()
+void EditorJourneyTest::arrive()
 {
-    QVERIFY(m_tessaly && m_tessaly->isRunning());
-    const QStringList arguments{u"-selection"_s, u"clipboard"_s, u"-t"_s, pictureTarget, u"-i"_s};
-    m_tessaly->moments().clear();
-    m_session->run(u"xclip"_s, arguments, pngOf(picture()));
-    QVERIFY(m_tessaly->waitForCaptures(1));
+    copy(pngOf(picture()), asPicture);
     m_entries = std::max<qsizetype>(m_entries, 1);
 }
 
-void EditorJourneyTest::cleanup()
+void EditorJourneyTest::leave()
 {
-    m_tessaly->press(u"Escape"_s);
-    QVERIFY(m_tessaly->waitForPanel(false));
-}
-
-void EditorJourneyTest::cleanupTestCase()
-{
-    if (m_tessaly)
-        QCOMPARE(m_tessaly->stop(SIGTERM), 0);
-    m_tessaly.reset();
-    m_session.reset();
-}
-
-// ── The editor
-
-bool EditorJourneyTest::waitForEditor(bool visible) const
-{
-    return m_session->waitUntil([&] {
-        const std::optional<RunningTessaly::Window> editor = m_tessaly->editor();
-        return visible ? editor && m_tessaly->activeWindow() == editor->id : !editor;
-    });
+    press("Escape");
+    expectNoPanel();
 }
 
 /// Opens the newest entry, from the panel or from behind it, and finds its picture on the screen.
 void EditorJourneyTest::openEditor()
 {
-    if (!m_tessaly->panel())
-        m_tessaly->press(u"super+shift+v"_s);
-    QVERIFY(m_tessaly->waitForPanel(true));
-    m_tessaly->press(u"ctrl+e"_s);
-    QVERIFY(waitForEditor(true));
-    QVERIFY(m_session->waitUntil([&] {
-        const QString file = m_session->homePath(u"screen.png"_s);
-        m_shown =
-            m_session->screenshot(file) ? extentOf(QImage(file), frameColor, m_tessaly->editor()->geometry) : QRect();
+    if (!tessaly().panel())
+        press("super+shift+v");
+    expectPanel();
+    press("ctrl+e");
+    expect("the picture in the editor with the keyboard", [this] {
+        const auto editor = tessaly().editor();
+        const QString file = session().homePath(u"screen.png"_s);
+        if (!editor || tessaly().activeWindow() != editor->id || !session().screenshot(file))
+            return false;
+        const QImage screen(file);
+        m_shown = extentOf(screen, frameColor, editor->geometry & screen.rect());
         return m_shown.size() == pictureSize; // before the first frame it shows what was there
-    }));
-}
-
-void EditorJourneyTest::drag(QPoint from, QPoint to)
-{
-    const QPoint start = m_shown.topLeft() + from;
-    const QPoint middle = m_shown.topLeft() + (from + to) / 2;
-    const QPoint end = m_shown.topLeft() + to;
-    const auto move = [](QPoint place) {
-        return QStringList{u"mousemove"_s, QString::number(place.x()), QString::number(place.y())};
-    };
-    m_session->run(u"xdotool"_s, move(start) + QStringList{u"mousedown"_s, u"1"_s} + move(middle) + move(end) +
-                                     QStringList{u"mouseup"_s, u"1"_s});
-}
-
-void EditorJourneyTest::click(QPoint at)
-{
-    m_tessaly->click(m_shown.topLeft() + at);
-}
-
-// ── What came of it
-
-bool EditorJourneyTest::waitForNotice(const QString& text) const
-{
-    return m_session->waitUntil([&] {
-        const std::optional<RunningTessaly::Window> toast = m_tessaly->toast();
-        return toast && toast->title == text;
     });
 }
 
-bool EditorJourneyTest::waitForEntries(qsizetype count)
+void EditorJourneyTest::draw(QPoint from, QPoint to)
 {
-    m_entries = count;
-    return m_tessaly->waitForHistory([&](const auto& entries) { return entries.size() == count; });
+    const QPoint corner = m_shown.topLeft();
+    if (!hasFailed())
+        desktop().drag({corner + from, corner + (from + to) / 2, corner + to});
 }
 
-QImage EditorJourneyTest::newestPicture() const
+void EditorJourneyTest::point(QPoint at)
 {
-    const auto entries = m_tessaly->history();
-    return entries && !entries->isEmpty() ? QImage(entries->first().content).convertToFormat(QImage::Format_RGB32)
-                                          : QImage();
+    click(m_shown.topLeft() + at);
 }
-
-QByteArray EditorJourneyTest::clipboardPicture() const
-{
-    return m_session->run(u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-t"_s, pictureTarget, u"-o"_s}).output;
-}
-
-// ── Copy
 
 void EditorJourneyTest::drawMarks()
 {
-    drag({40, 60}, {160, 60}); // the arrow is the tool to begin with
-    m_tessaly->press(u"t"_s);
-    click({60, 150});
-    m_tessaly->type(u"Hello"_s);
-    m_tessaly->press(u"Escape"_s);
-    m_tessaly->press(u"r"_s);
-    drag({200, 40}, {300, 100});
-    drag({250, 40}, {270, 50});   // moves the rectangle
-    drag({320, 110}, {340, 130}); // and pulls at its corner
-    m_tessaly->press(u"4"_s);
-    m_tessaly->press(u"c"_s);
-    drag({0, 200}, {20, 200});
-    for (const auto& key : {u"ctrl+z"_s, u"ctrl+shift+z"_s})
-        m_tessaly->press(key);
+    draw({40, 60}, {160, 60}); // the arrow is the tool to begin with
+    press("t");
+    point({60, 150});
+    type("Hello");
+    press("Escape r");
+    draw({200, 40}, {300, 100});
+    draw({250, 40}, {270, 50});   // moves the rectangle
+    draw({320, 110}, {340, 130}); // and pulls at its corner
+    press("4 c");
+    draw({0, 200}, {20, 200});
+    press("ctrl+z ctrl+shift+z");
+}
+
+QImage EditorJourneyTest::newestPicture()
+{
+    return QImage(newest().content).convertToFormat(QImage::Format_RGB32);
 }
 
 void EditorJourneyTest::copiesWhatWasDrawn()
 {
     openEditor();
     drawMarks();
-    m_tessaly->press(u"ctrl+c"_s);
-    QVERIFY(waitForNotice(u"Copied “image”"_s));
-    QVERIFY(m_tessaly->waitForPanel(true));
-
-    const QImage result = QImage::fromData(clipboardPicture());
+    press("ctrl+c");
+    expectNotice("Copied “image”");
+    expectPanel();
+    const QImage result = QImage::fromData(pasted(asPicture));
     QCOMPARE(result.size(), QSize(580, 400));
-    QVERIFY(waitForEntries(m_entries + 1));
+    expectEntries(++m_entries);
     QCOMPARE(newestPicture(), result.convertToFormat(QImage::Format_RGB32));
 
     const QList<std::pair<QRgb, QList<QPoint>>> expected{
@@ -232,66 +159,55 @@ void EditorJourneyTest::copiesWhatWasDrawn()
         {frameColor, {{20, 0}, {599, 200}}},
     };
     for (const auto& [color, points] : expected) {
-        for (const QPoint point : points)
-            QCOMPARE(QColor(result.pixel(point - QPoint(20, 0))), QColor(color)); // the crop's corner
+        for (const QPoint place : points)
+            QCOMPARE(QColor(result.pixel(place - QPoint(20, 0))), QColor(color)); // the crop's corner
     }
     QVERIFY(extentOf(result, 0xffffffff, {40, 150, 100, 32}).width() > 30); // the letters
 }
 
-// ── Save
-
 void EditorJourneyTest::savesOnce()
 {
-    const QByteArray before = clipboardPicture();
+    const QByteArray before = pasted(asPicture);
     openEditor();
-    m_tessaly->press(u"r"_s);
-    drag({100, 100}, {200, 200});
+    press("r");
+    draw({100, 100}, {200, 200});
     // The wheel goes on turning over the window that closes.
-    m_session->run(u"xdotool"_s, {u"key"_s, u"--delay"_s, u"1"_s, u"ctrl+s"_s, u"ctrl+s"_s, u"click"_s, u"--repeat"_s,
-                                  u"60"_s, u"--delay"_s, u"10"_s, u"4"_s});
-    QVERIFY(waitForNotice(u"Saved image"_s));
-    QVERIFY(m_tessaly->waitForPanel(true));
-    QVERIFY(waitForEntries(m_entries + 1));
+    const QString keysAndWheel = u"key --delay 1 ctrl+s ctrl+s click --repeat 60 --delay 10 4"_s;
+    session().run(u"xdotool"_s, keysAndWheel.split(u' '));
+    expectNotice("Saved image");
+    expectPanel();
+    expectEntries(++m_entries);
     QCOMPARE(newestPicture().pixelColor(100, 150), QColor(blue));
-    QCOMPARE(clipboardPicture(), before);
+    QCOMPARE(pasted(asPicture), before);
 }
-
-// ── Paste
 
 void EditorJourneyTest::pastesIntoTheProgramBehindThePanel()
 {
-    const QString taken = m_session->homePath(u"taken.png"_s);
+    const QString taken = session().homePath(u"taken.png"_s);
     // The system's own interpreter: the toolkit's bindings are installed for it alone.
-    m_session->start(u"/usr/bin/python3"_s, {QStringLiteral(PICTURE_TAKER), taken});
-    QVERIFY(m_session->waitUntil([&] {
-        return m_session->run(u"xdotool"_s, {u"getactivewindow"_s, u"getwindowname"_s}).output == "picture taker\n";
-    }));
-    const quint32 front = m_tessaly->activeWindow();
+    session().start(u"/usr/bin/python3"_s, {QStringLiteral(PICTURE_TAKER), taken});
+    expectFront("picture taker");
     openEditor();
-    drag({100, 200}, {300, 200});
-    m_tessaly->press(u"ctrl+Return"_s);
-    QVERIFY(waitForEntries(m_entries + 1));
-    QImage picture;
-    QVERIFY(m_session->waitUntil([&] { return picture.load(taken); }));
-    QCOMPARE(picture.convertToFormat(QImage::Format_RGB32), newestPicture());
-    QCOMPARE(picture.pixelColor(200, 200), QColor(blue));
-    QVERIFY(waitForEditor(false));
-    QVERIFY(!m_tessaly->panel());
-    QCOMPARE(m_tessaly->activeWindow(), front);
+    draw({100, 200}, {300, 200});
+    press("ctrl+Return");
+    expectEntries(++m_entries);
+    QImage result;
+    expect("the picture in the program behind", [&] { return result.load(taken); });
+    QCOMPARE(result.convertToFormat(QImage::Format_RGB32), newestPicture());
+    QCOMPARE(result.pixelColor(200, 200), QColor(blue));
+    expectNoPanel();
+    expectFront("picture taker");
 }
-
-// ── The end
 
 void EditorJourneyTest::keepsTheResultAtTheEnd()
 {
     openEditor();
-    drag({100, 200}, {300, 250});
-    QCOMPARE(m_tessaly->stop(SIGTERM), 0);
-    QVERIFY(waitForEntries(m_entries + 1));
+    draw({100, 200}, {300, 250});
+    endTessaly();
+    expectEntries(++m_entries);
     QVERIFY(newestPicture() != picture());
-    QVERIFY(m_tessaly->start());
+    startTessaly();
 }
 
 QTEST_GUILESS_MAIN(EditorJourneyTest)
-
 #include "EditorJourneyTest.moc"
