@@ -1,33 +1,18 @@
 #include "AssistiveClient.h"
-#include "RunningTessaly.h"
-#include "VirtualSession.h"
-
-#include <QTest>
+#include "JourneyTest.h"
 
 #include <algorithm>
-#include <csignal>
-#include <memory>
 
 using namespace Qt::StringLiterals;
 using namespace Clipboard::Testing;
 using Element = AssistiveClient::Element;
 
-namespace {
-
-// As the toolkit offers them to every client.
-const QString press = u"Press"_s;
-const QString setFocus = u"SetFocus"_s;
-
-} // namespace
-
 /// The program as somebody works with it who sees nothing: through another program that reads it out.
-class AccessibilityJourneyTest final : public QObject
+class AccessibilityJourneyTest final : public JourneyTest
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
     void saysWhatIsThere();
     void saysWhereTheFocusGoes();
     void saysThatNothingIsFound();
@@ -35,122 +20,139 @@ private slots:
     void opensTheSheetAsADialog();
 
 private:
-    [[nodiscard]] int rows() const;
+    void prepare() override;
+    void arrive() override;
+    void leave() override { m_client.reset(); }
+    /// Waits until that is said, and forgets it and all that was said before: the next time it is news.
+    void expectHeard(QAnyStringView beginning, Where where = Where::current());
+    /// The element of that role whose name begins so; waits for it.
+    Element find(QAnyStringView role, QAnyStringView name, Where where = Where::current());
+    void perform(QAnyStringView action, const Element& element, Where where = Where::current());
+    [[nodiscard]] qsizetype rows() const;
 
-    std::unique_ptr<VirtualSession> m_session;
-    std::unique_ptr<RunningTessaly> m_tessaly;
     std::unique_ptr<AssistiveClient> m_client;
 };
 
-void AccessibilityJourneyTest::init()
+void AccessibilityJourneyTest::prepare()
 {
-    m_session = std::make_unique<VirtualSession>();
-    QVERIFY2(m_session->failure().isEmpty(), qPrintable(m_session->failure()));
-    m_session->setEnvironment(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, u"1"_s);
-    m_client = std::make_unique<AssistiveClient>(m_session->environment().value(u"DBUS_SESSION_BUS_ADDRESS"_s));
+    session().setEnvironment(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, u"1"_s);
+    m_client = std::make_unique<AssistiveClient>(session().environment().value(u"DBUS_SESSION_BUS_ADDRESS"_s));
     QVERIFY2(m_client->failure().isEmpty(), qPrintable(m_client->failure()));
-    m_tessaly = std::make_unique<RunningTessaly>(*m_session, QStringLiteral(TESSALY_PROGRAM));
-    QVERIFY(m_tessaly->start());
-    for (const char* content : {"a first note", "https://example.org/tides", "the last note"}) {
-        m_session->run(u"xclip"_s, {u"-selection"_s, u"clipboard"_s}, content);
-        QVERIFY(m_tessaly->waitForCaptures(1));
-    }
-    m_tessaly->press(u"super+shift+v"_s);
-    QVERIFY(m_tessaly->waitForPanel(true));
-    QVERIFY(m_client->hears(u"focused list item Text, the last note"_s));
-    m_client->forgetHeard();
 }
 
-void AccessibilityJourneyTest::cleanup()
+void AccessibilityJourneyTest::arrive()
 {
-    m_client.reset();
-    if (m_tessaly && m_tessaly->isRunning())
-        QCOMPARE(m_tessaly->stop(SIGTERM), 0);
-    m_tessaly.reset();
-    m_session.reset();
+    for (const char* content : {"a first note", "https://example.org/tides", "the last note"})
+        copy(content);
+    callUp();
+    expectHeard("focused list item Text, the last note");
 }
 
-int AccessibilityJourneyTest::rows() const
+void AccessibilityJourneyTest::expectHeard(QAnyStringView beginning, Where where)
+{
+    const QString wanted = beginning.toString();
+    const auto isSaid = [&] {
+        const QStringList& heard = m_client->heard();
+        const auto said = std::ranges::find_if(heard, [&](const QString& words) { return words.startsWith(wanted); });
+        if (said == heard.end())
+            return false;
+        m_client->forgetHeard(said - heard.begin() + 1);
+        return true;
+    };
+    expect(u"the words “%1”"_s.arg(wanted), isSaid, where);
+}
+
+Element AccessibilityJourneyTest::find(QAnyStringView role, QAnyStringView name, Where where)
+{
+    Element found;
+    const auto isShown = [&] {
+        const QList<Element> all = m_client->elements();
+        const auto match = std::ranges::find_if(all, [&](const Element& candidate) {
+            return candidate.role == role && candidate.name.startsWith(name.toString());
+        });
+        found = match != all.end() ? *match : Element();
+        return match != all.end();
+    };
+    expect(u"the %1 “%2”"_s.arg(role.toString(), name.toString()), isShown, where);
+    return found;
+}
+
+void AccessibilityJourneyTest::perform(QAnyStringView action, const Element& element, Where where)
+{
+    if (!hasFailed() && !m_client->perform(element, action.toString()))
+        fail(u"%1 offers no such action"_s.arg(element.name), where);
+}
+
+qsizetype AccessibilityJourneyTest::rows() const
 {
     const QList<Element> all = m_client->elements();
-    return static_cast<int>(
-        std::count_if(all.begin(), all.end(), [](const Element& element) { return element.role == "list item"_L1; }));
+    return std::ranges::count(all, u"list item"_s, &Element::role);
 }
 
 void AccessibilityJourneyTest::saysWhatIsThere()
 {
     QCOMPARE(rows(), 3);
-    const auto row = m_client->find(u"list item"_s, u"Text, the last note, copied "_s);
-    const auto other = m_client->find(u"list item"_s, u"Links, https://example.org/tides, "_s);
-    QVERIFY(row && other);
-    QCOMPARE(row->description, u"Double-click to paste"_s);
-    QVERIFY(row->is(AssistiveClient::selected) && !other->is(AssistiveClient::selected));
+    const Element row = find("list item", "Text, the last note, copied ");
+    QCOMPARE(row.description, u"Double-click to paste"_s);
+    QVERIFY(row.is(AssistiveClient::selected));
+    QVERIFY(!find("list item", "Links, https://example.org/tides, ").is(AssistiveClient::selected));
 
-    const auto all = m_client->find(u"radio button"_s, u"All"_s);
-    const auto links = m_client->find(u"radio button"_s, u"Links"_s);
-    QVERIFY(all && links);
-    QCOMPARE(all->description, u"3 items"_s);
-    QCOMPARE(links->description, u"1 item"_s);
-    QVERIFY(all->is(AssistiveClient::checked) && !links->is(AssistiveClient::checked));
+    const Element all = find("radio button", "All");
+    const Element links = find("radio button", "Links");
+    QCOMPARE(all.description, u"3 items"_s);
+    QCOMPARE(links.description, u"1 item"_s);
+    QVERIFY(all.is(AssistiveClient::checked) && !links.is(AssistiveClient::checked));
 
-    QVERIFY(m_client->find(u"text"_s, u"Search clipboard…"_s)->is(AssistiveClient::editable));
-    QCOMPARE(m_client->find(u"push button"_s, u"Delete"_s)->description, u"Ctrl+Backspace"_s);
-    QVERIFY(m_client->find(u"check box"_s, u"Pin"_s));
-    QVERIFY(m_client->find(u"label"_s, u"the last note"_s)); // the preview
+    QVERIFY(find("text", "Search clipboard…").is(AssistiveClient::editable));
+    QCOMPARE(find("push button", "Delete").description, u"Ctrl+Backspace"_s);
+    find("check box", "Pin");
+    find("label", "the last note"); // the preview
     for (const Element& element : m_client->elements())
         QVERIFY2(!element.is(AssistiveClient::focusable) || !element.name.isEmpty(), qPrintable(element.role));
 }
 
 void AccessibilityJourneyTest::saysWhereTheFocusGoes()
 {
-    m_tessaly->press(u"Down"_s);
-    QVERIFY(m_client->hears(u"focused list item Links, https://example.org/tides"_s));
-    QVERIFY(m_client->find(u"list item"_s, u"Links"_s)->is(AssistiveClient::focused));
-    m_tessaly->press(u"Up"_s);
-    m_tessaly->press(u"Up"_s);
-    QVERIFY(m_client->hears(u"focused radio button "_s));
-    QVERIFY(!m_client->find(u"list item"_s, u"Text, the last note"_s)->is(AssistiveClient::focused));
-    m_client->forgetHeard();
-    m_tessaly->press(u"Escape"_s);
-    QVERIFY(m_client->hears(u"focused list item Text, the last note"_s));
+    press("Down");
+    expectHeard("focused list item Links, https://example.org/tides");
+    QVERIFY(find("list item", "Links").is(AssistiveClient::focused));
+    press("Up Up");
+    expectHeard("focused radio button ");
+    QVERIFY(!find("list item", "Text, the last note").is(AssistiveClient::focused));
+    press("Escape");
+    expectHeard("focused list item Text, the last note");
 }
 
 void AccessibilityJourneyTest::saysThatNothingIsFound()
 {
-    m_tessaly->type(u"zzz"_s);
-    QVERIFY(m_client->hears(u"showing notification No Results"_s));
-    QCOMPARE(m_client->find(u"notification"_s, u"No Results"_s)->description, u"Nothing matches “zzz”"_s);
+    type("zzz");
+    expectHeard("showing notification No Results");
+    QCOMPARE(find("notification", "No Results").description, u"Nothing matches “zzz”"_s);
 }
 
 void AccessibilityJourneyTest::selectsFiltersAndPastesOnRequest()
 {
-    QVERIFY(m_client->perform(*m_client->find(u"list item"_s, u"Text, a first note"_s), setFocus));
-    QVERIFY(m_client->find(u"label"_s, u"a first note"_s));
-
-    QVERIFY(m_client->perform(*m_client->find(u"radio button"_s, u"Links"_s), press));
-    QVERIFY(m_session->waitUntil([&] { return rows() == 1; }));
-
-    QVERIFY(m_client->perform(*m_client->find(u"list item"_s, u"Links"_s), press));
-    QVERIFY(m_tessaly->waitForPanel(false));
-    QVERIFY(m_client->hears(u"showing notification Pasted “example.org”"_s));
-    QVERIFY(m_tessaly->waitForNewest(u"https://example.org/tides"_s));
+    perform("SetFocus", find("list item", "Text, a first note"));
+    find("label", "a first note");
+    perform("Press", find("radio button", "Links"));
+    expect("the links alone", [this] { return rows() == 1; });
+    perform("Press", find("list item", "Links"));
+    expectNoPanel();
+    expectHeard("showing notification Copied “example.org” — press "); // nothing is in front
+    expectNewest("https://example.org/tides");
 }
 
 void AccessibilityJourneyTest::opensTheSheetAsADialog()
 {
-    m_tessaly->press(u"ctrl+k"_s);
-    QVERIFY(m_client->hears(u"focused text Filter actions…"_s));
-    const auto dialog = m_client->find(u"dialog"_s, u"Smart Actions"_s);
-    QVERIFY(dialog && dialog->is(AssistiveClient::modal));
-    QVERIFY(m_client->hears(u"focused list item Clean whitespace"_s));
-    m_client->forgetHeard();
-    m_tessaly->press(u"Down"_s);
-    QVERIFY(m_client->hears(u"focused list item Slugify"_s));
-    m_client->forgetHeard();
-    m_tessaly->press(u"Escape"_s);
-    QVERIFY(m_client->hears(u"focused list item Text, the last note"_s));
+    press("ctrl+k");
+    expectHeard("focused text Filter actions…");
+    QVERIFY(find("dialog", "Smart Actions").is(AssistiveClient::modal));
+    expectHeard("focused list item Clean whitespace");
+    press("Down");
+    expectHeard("focused list item Slugify");
+    press("Escape");
+    expectHeard("focused list item Text, the last note");
 }
 
 QTEST_GUILESS_MAIN(AccessibilityJourneyTest)
-
 #include "AccessibilityJourneyTest.moc"

@@ -1,35 +1,24 @@
+#include "JourneyTest.h"
 #include "LoopbackServer.h"
-#include "RunningTessaly.h"
-#include "VirtualSession.h"
 
 #include <QDir>
 #include <QFile>
 #include <QSet>
-#include <QTest>
-
-#include <csignal>
-#include <memory>
 
 using namespace Qt::StringLiterals;
 using namespace Clipboard::Testing;
 
-namespace {
-
-const QString textTarget = u"UTF8_STRING"_s;
-const QString fileTarget = u"text/uri-list"_s;
-const QString pictureTarget = u"image/png"_s;
-
-} // namespace
-
 /// Every action of every type, run by keyboard; what it did is read by other programs.
-class SmartActionsJourneyTest final : public QObject
+class SmartActionsJourneyTest final : public JourneyTest
 {
     Q_OBJECT
+public:
+    SmartActionsJourneyTest()
+        : JourneyTest({}, Sessions::one)
+    {
+    }
 
 private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
     void copiesText_data();
     void copiesText();
     void copiesCodes_data();
@@ -41,110 +30,82 @@ private slots:
     void savesPicturesToTheDesktop();
     void readsTextInPictures_data();
     void readsTextInPictures();
-    void cleanupTestCase();
 
 private:
-    void copy(const QByteArray& content, const QString& target = textTarget);
+    void prepare() override;
+    void arrive() override;
+    void leave() override;
+    void conclude() override;
+    void copyOnce(const QByteArray& content, const QString& target = asText, Where where = Where::current());
     /// Runs an action of the newest entry: by its place in the list ("ctrl+2") or else by its name.
-    void act(const QString& keys);
-    [[nodiscard]] bool waitForNotice(const QString& text);
-    [[nodiscard]] QByteArray clipboard(const QString& target = textTarget);
-    [[nodiscard]] bool waitForOpened(const QByteArray& url) const;
-    [[nodiscard]] QByteArray renderPicture(const QStringList& drawing);
+    void act(const QByteArray& keys, Where where = Where::current());
+    [[nodiscard]] QString opened() { return session().homePath(u"opened"_s); }
+    [[nodiscard]] QByteArray render(const QStringList& drawing);
 
-    std::unique_ptr<VirtualSession> m_session;
-    std::unique_ptr<RunningTessaly> m_tessaly;
     QSet<QByteArray> m_copied; // by other programs
 };
 
-void SmartActionsJourneyTest::initTestCase()
+void SmartActionsJourneyTest::prepare()
 {
-    m_session = std::make_unique<VirtualSession>();
-    QVERIFY2(m_session->failure().isEmpty(), qPrintable(m_session->failure()));
-    QDir().mkpath(m_session->homePath(u"Desktop"_s));
-    QDir().mkpath(m_session->homePath(u"bin"_s));
-    QFile opener(m_session->homePath(u"bin/xdg-open"_s));
-    QVERIFY(opener.open(QFile::WriteOnly));
-    opener.write("#!/bin/sh\nprintf '%s\\n' \"$@\" >> \"$HOME/opened\"\n");
-    opener.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    opener.close();
-    m_session->setEnvironment(u"PATH"_s,
-                              m_session->homePath(u"bin"_s) + u':' + m_session->environment().value(u"PATH"_s));
-    m_session->setEnvironment(u"TZ"_s, u"UTC"_s);
-
-    m_tessaly = std::make_unique<RunningTessaly>(*m_session, QStringLiteral(TESSALY_PROGRAM));
-    QVERIFY(m_tessaly->start());
+    writeFile(u"Desktop/.keep"_s, {});
+    const QString opener = writeFile(u"bin/xdg-open"_s, "#!/bin/sh\nprintf '%s\\n' \"$@\" >> \"$HOME/opened\"\n");
+    QFile::setPermissions(opener, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    session().setEnvironment(u"PATH"_s, session().homePath(u"bin"_s) + u':' + session().environment().value(u"PATH"_s));
+    session().setEnvironment(u"TZ"_s, u"UTC"_s);
 }
 
-void SmartActionsJourneyTest::init()
+void SmartActionsJourneyTest::arrive()
 {
-    QVERIFY(m_tessaly && m_tessaly->isRunning());
-    QFile::remove(m_session->homePath(u"opened"_s));
+    QFile::remove(opened());
 }
 
-void SmartActionsJourneyTest::cleanup()
+void SmartActionsJourneyTest::leave()
 {
-    m_tessaly->press(u"Escape"_s);
-    QVERIFY(m_tessaly->waitForPanel(false));
+    press("Escape");
+    expectNoPanel();
 }
 
-void SmartActionsJourneyTest::copy(const QByteArray& content, const QString& target)
+/// None of what the actions copied was recorded: once a later copy is, it would be there.
+void SmartActionsJourneyTest::conclude()
 {
-    m_session->run(u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-t"_s, target, u"-i"_s}, content);
-    QVERIFY(m_tessaly->waitForCaptures(1));
+    copyOnce("the end");
+    expectNewest("the end");
+    QCOMPARE(contents().size(), m_copied.size());
+}
+
+void SmartActionsJourneyTest::copyOnce(const QByteArray& content, const QString& target, Where where)
+{
+    copy(content, target, where);
     m_copied.insert(content);
 }
 
-void SmartActionsJourneyTest::act(const QString& keys)
+void SmartActionsJourneyTest::act(const QByteArray& keys, Where where)
 {
-    m_tessaly->press(u"super+shift+v"_s);
-    QVERIFY(m_tessaly->waitForPanel(true));
-    m_tessaly->press(u"ctrl+k"_s);
-    if (keys.startsWith("ctrl+"_L1)) {
-        m_tessaly->press(keys);
-    } else {
-        m_tessaly->type(keys);
-        m_tessaly->press(u"Return"_s);
-    }
+    if (!tessaly().panel())
+        callUp(where);
+    press("ctrl+k");
+    if (keys.startsWith("ctrl+"))
+        return press(keys);
+    type(keys);
+    press("Return");
 }
 
-bool SmartActionsJourneyTest::waitForNotice(const QString& text)
+QByteArray SmartActionsJourneyTest::render(const QStringList& drawing)
 {
-    return m_session->waitUntil([&] {
-        const std::optional<RunningTessaly::Window> toast = m_tessaly->toast();
-        return toast && toast->title == text;
-    });
-}
-
-QByteArray SmartActionsJourneyTest::clipboard(const QString& target)
-{
-    return m_session->run(u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-t"_s, target, u"-o"_s}).output;
-}
-
-bool SmartActionsJourneyTest::waitForOpened(const QByteArray& url) const
-{
-    return m_session->waitUntil([&] {
-        QFile file(m_session->homePath(u"opened"_s));
-        return file.open(QFile::ReadOnly) && file.readAll() == url + '\n';
-    });
-}
-
-QByteArray SmartActionsJourneyTest::renderPicture(const QStringList& drawing)
-{
-    return m_session->run(u"convert"_s, drawing + QStringList{u"png:-"_s}).output;
+    return session().run(u"convert"_s, drawing + QStringList{u"png:-"_s}).output;
 }
 
 void SmartActionsJourneyTest::copiesText_data()
 {
     QTest::addColumn<QByteArray>("copied");
     QTest::addColumn<QString>("target");
-    QTest::addColumn<QString>("keys");
+    QTest::addColumn<QByteArray>("keys");
     QTest::addColumn<QByteArray>("expected");
     QTest::addColumn<QString>("notice");
 
-    const auto row = [](const char* name, const QByteArray& copied, const char* keys, const QByteArray& expected,
-                        const QString& notice, const QString& target = textTarget) {
-        QTest::newRow(name) << copied << target << QString::fromLatin1(keys) << expected << notice;
+    const auto row = [](const char* name, const QByteArray& copied, const QByteArray& keys, const QByteArray& expected,
+                        const QString& notice, const QString& target = asText) {
+        QTest::newRow(name) << copied << target << keys << expected << notice;
     };
 
     const QByteArray json = R"({"b": 1.10, "a": [12345678901234567890]})";
@@ -175,23 +136,23 @@ void SmartActionsJourneyTest::copiesText_data()
     row("formatted code", "<r><a>{const}</a></r>", "format", "<r>\n  <a>{const}</a>\n</r>", u"Formatted · copied"_s);
 
     const QByteArray file = "file:///tmp/it's%20mine.txt";
-    row("path", file, "ctrl+1", "/tmp/it's mine.txt", u"Copied path"_s, fileTarget);
-    row("path for a shell", file, "shell", R"('/tmp/it'\''s mine.txt')", u"Copied shell-safe path"_s, fileTarget);
-    row("file name", file, "filename", "it's mine.txt", u"Copied “it's mine.txt”"_s, fileTarget);
+    row("path", file, "ctrl+1", "/tmp/it's mine.txt", u"Copied path"_s, asFiles);
+    row("path for a shell", file, "shell", R"('/tmp/it'\''s mine.txt')", u"Copied shell-safe path"_s, asFiles);
+    row("file name", file, "filename", "it's mine.txt", u"Copied “it's mine.txt”"_s, asFiles);
 }
 
 void SmartActionsJourneyTest::copiesText()
 {
     QFETCH(const QByteArray, copied);
     QFETCH(const QString, target);
-    QFETCH(const QString, keys);
+    QFETCH(const QByteArray, keys);
     QFETCH(const QByteArray, expected);
     QFETCH(const QString, notice);
 
-    copy(copied, target);
+    copyOnce(copied, target);
     act(keys);
-    QVERIFY(waitForNotice(notice));
-    QCOMPARE(clipboard(), expected);
+    expectNotice(notice);
+    QCOMPARE(pasted(), expected);
 }
 
 void SmartActionsJourneyTest::copiesCodes_data()
@@ -206,12 +167,12 @@ void SmartActionsJourneyTest::copiesCodes()
 {
     QFETCH(const QByteArray, copied);
 
-    copy(copied);
-    act(u"qr"_s);
-    QVERIFY(waitForNotice(u"Generating QR …"_s));
-    const VirtualSession::Result read = m_session->run(
-        u"zbarimg"_s, {u"--quiet"_s, u"--raw"_s, u"--oneshot"_s, u"-Sbinary"_s, u"-"_s}, clipboard(pictureTarget));
-    QCOMPARE(read.output, copied);
+    copyOnce(copied);
+    act("qr");
+    expectNotice("Generating QR …");
+    expect("a code on the clipboard", [this] { return !pasted(asPicture).isEmpty(); });
+    const QStringList options{u"--quiet"_s, u"--raw"_s, u"--oneshot"_s, u"-Sbinary"_s, u"-"_s};
+    QCOMPARE(session().run(u"zbarimg"_s, options, pasted(asPicture)).output, copied);
 }
 
 void SmartActionsJourneyTest::copiesMarkdown_data()
@@ -233,109 +194,74 @@ void SmartActionsJourneyTest::copiesMarkdown()
     web.answer("/page", {"<html><head><title>Caf\xc3\xa9 &amp; [more]</title></head></html>"});
     web.hang("/silence");
     const QByteArray link = web.url(path).toEncoded();
-    copy(link);
-    act(u"markdown"_s);
-    QVERIFY(waitForNotice(u"Copied Markdown link"_s));
-    QCOMPARE(clipboard(), '[' + label + "](" + link + ')');
+    copyOnce(link);
+    act("markdown");
+    expectNotice("Copied Markdown link");
+    QCOMPARE(pasted(), '[' + label + "](" + link + ')');
 }
 
 void SmartActionsJourneyTest::opensLinks()
 {
     const QByteArray link = "https://example.org/a?b=c&d";
-    copy(link);
-    act(u"open"_s);
-    QVERIFY(waitForNotice(u"Opening example.org …"_s));
-    QVERIFY(waitForOpened(link));
-    QCOMPARE(clipboard(), link); // not ours
+    copyOnce(link);
+    act("open");
+    expectNotice("Opening example.org …");
+    expectFile(opened(), link + '\n');
+    QCOMPARE(pasted(), link); // not ours
 }
 
 void SmartActionsJourneyTest::revealsFiles()
 {
-    copy("file:///tmp/a%20folder/file.txt", fileTarget);
-    act(u"show in"_s);
-    QVERIFY(waitForNotice(u"Showing in Files …"_s));
-    QVERIFY(waitForOpened("file:///tmp/a%20folder/"));
+    copyOnce("file:///tmp/a%20folder/file.txt", asFiles);
+    act("show in");
+    expectNotice("Showing in Files …");
+    expectFile(opened(), "file:///tmp/a%20folder/\n");
 }
 
 void SmartActionsJourneyTest::savesPicturesToTheDesktop()
 {
-    copy(renderPicture({u"-size"_s, u"30x20"_s, u"xc:#336699"_s}), pictureTarget);
-    QVERIFY(m_tessaly->waitForHistory([](const auto& entries) { return entries.first().type == u"image"_s; }));
-    const QString path = m_tessaly->history()->first().content;
-    const QString name = path.section(u'/', -1);
-    act(u"ctrl+2"_s);
-    m_tessaly->press(u"ctrl+k"_s);
-    m_tessaly->press(u"ctrl+2"_s);
-
-    const QString first = m_session->homePath(u"Desktop/"_s + name);
-    const QString second = m_session->homePath(u"Desktop/"_s + name.chopped(4) + u" 2.png"_s);
-    QFile original(path);
-    QVERIFY(original.open(QFile::ReadOnly));
-    const QByteArray content = original.readAll();
-    for (const QString& copied : {first, second}) {
-        QVERIFY(m_session->waitUntil([&] {
-            QFile file(copied);
-            return file.open(QFile::ReadOnly) && file.readAll() == content;
-        }));
-    }
-
-    m_tessaly->press(u"ctrl+k"_s);
-    m_tessaly->type(u"filename"_s);
-    m_tessaly->press(u"Return"_s);
-    QVERIFY(m_session->waitUntil([&] { return clipboard() == name.toUtf8(); }));
+    const QByteArray drawn = render({u"-size"_s, u"30x20"_s, u"xc:#336699"_s});
+    copyOnce(drawn, asPicture);
+    expect("the picture as the newest entry", [this] { return newest().type == u"image"_s; });
+    const QString name = newest().content.section(u'/', -1);
+    QFile stored(newest().content);
+    QVERIFY(stored.open(QFile::ReadOnly));
+    const QByteArray content = stored.readAll();
+    act("ctrl+2");
+    act("ctrl+2");
+    expectFile(session().homePath(u"Desktop/"_s + name), content);
+    expectFile(session().homePath(u"Desktop/"_s + name.chopped(4) + u" 2.png"_s), content);
+    act("filename");
+    expectClipboard(name.toUtf8());
 }
 
 void SmartActionsJourneyTest::readsTextInPictures_data()
 {
-    QTest::addColumn<QStringList>("drawing");
+    QTest::addColumn<QString>("drawing");
     QTest::addColumn<QString>("notice");
     QTest::addColumn<QByteArray>("expected"); // none: the clipboard stays
 
-    QTest::newRow("two lines") << QStringList{u"-background"_s,
-                                              u"white"_s,
-                                              u"-bordercolor"_s,
-                                              u"white"_s,
-                                              u"-border"_s,
-                                              u"40"_s,
-                                              u"-font"_s,
-                                              u"DejaVu-Sans"_s,
-                                              u"-pointsize"_s,
-                                              u"40"_s,
-                                              u"label:Dear reader\\nsecond line"_s}
+    QTest::newRow("two lines") << u"-background|white|-bordercolor|white|-border|40|-font|DejaVu-Sans|-pointsize|40|"
+                                  "label:Dear reader\\nsecond line"_s
                                << u"Copied 23 chars of text"_s << QByteArray("Dear reader\nsecond line");
-    QTest::newRow("no text") << QStringList{u"-size"_s, u"300x200"_s, u"xc:white"_s} << u"No text found"_s
-                             << QByteArray();
+    QTest::newRow("no text") << u"-size|300x200|xc:white"_s << u"No text found"_s << QByteArray();
 }
 
 void SmartActionsJourneyTest::readsTextInPictures()
 {
-    QFETCH(const QStringList, drawing);
+    QFETCH(const QString, drawing);
     QFETCH(const QString, notice);
     QFETCH(const QByteArray, expected);
 
-    const QByteArray picture = renderPicture(drawing);
-    copy(picture, pictureTarget);
-    act(u"ocr"_s);
-    QVERIFY(waitForNotice(notice));
+    const QByteArray drawn = render(drawing.split(u'|'));
+    copyOnce(drawn, asPicture);
+    act("ocr");
+    expectNotice(notice);
     if (expected.isEmpty())
-        QCOMPARE(clipboard(pictureTarget), picture);
+        QCOMPARE(pasted(asPicture), drawn);
     else
-        QCOMPARE(clipboard(), expected);
-}
-
-/// None of what the actions copied was recorded: once a later copy is, it would be there.
-void SmartActionsJourneyTest::cleanupTestCase()
-{
-    if (!m_tessaly)
-        return;
-    copy("the end");
-    QVERIFY(m_tessaly->waitForNewest(u"the end"_s));
-    QCOMPARE(m_tessaly->history()->size(), m_copied.size());
-    QCOMPARE(m_tessaly->stop(SIGTERM), 0);
-    m_tessaly.reset();
-    m_session.reset();
+        QCOMPARE(pasted(), expected);
 }
 
 QTEST_GUILESS_MAIN(SmartActionsJourneyTest)
-
 #include "SmartActionsJourneyTest.moc"

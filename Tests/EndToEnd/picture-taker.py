@@ -1,4 +1,5 @@
 # A program that takes pictures: Ctrl+V writes the picture on the clipboard into the file that it is given.
+import os
 import sys
 
 import gi
@@ -11,7 +12,8 @@ def key_pressed(_window, event):
     if event.keyval == Gdk.KEY_v and event.state & Gdk.ModifierType.CONTROL_MASK:
         picture = Gtk.Clipboard.get(Gdk.SELECTION_CLIPBOARD).wait_for_image()
         if picture:
-            picture.savev(sys.argv[1], "png", [], [])
+            picture.savev(sys.argv[1] + ".part", "png", [], [])
+            os.rename(sys.argv[1] + ".part", sys.argv[1])
     return True
 
 

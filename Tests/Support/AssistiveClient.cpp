@@ -1,12 +1,8 @@
 #include "AssistiveClient.h"
 
-#include "VirtualSession.h"
-
 #include <QDBusArgument>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -107,22 +103,6 @@ QList<AssistiveClient::Element> AssistiveClient::elements() const
     return found;
 }
 
-std::optional<AssistiveClient::Element> AssistiveClient::find(const QString& role, const QString& name) const
-{
-    std::optional<Element> found;
-    const auto isThere = [&] {
-        const QList<Element> all = elements();
-        const auto match = std::find_if(all.begin(), all.end(), [&](const Element& candidate) {
-            return candidate.role == role && candidate.name.startsWith(name);
-        });
-        if (match != all.end())
-            found = *match;
-        return found.has_value();
-    };
-    static_cast<void>(VirtualSession::waitUntil(isThere));
-    return found;
-}
-
 bool AssistiveClient::perform(const Element& element, const QString& action) const
 {
     for (int i = 0;; ++i) {
@@ -141,14 +121,6 @@ void AssistiveClient::stateChanged(const QDBusMessage& message)
         return;
     const Element source = element(message.service(), message.path());
     m_heard.append(u"%1 %2 %3"_s.arg(message.arguments().value(0).toString(), source.role, source.name));
-}
-
-bool AssistiveClient::hears(const QString& beginning) const
-{
-    return VirtualSession::waitUntil([&] {
-        return std::any_of(m_heard.begin(), m_heard.end(),
-                           [&](const QString& said) { return said.startsWith(beginning); });
-    });
 }
 
 } // namespace Clipboard::Testing

@@ -7,8 +7,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <optional>
-
 namespace Clipboard::Testing {
 
 /// What a screen reader sees and hears: a client of AT-SPI on the accessibility bus of a session
@@ -41,15 +39,12 @@ public:
 
     /// Every element of every program that is on the screen, parents before their children.
     [[nodiscard]] QList<Element> elements() const;
-    /// The first of them with that role and a name that begins so; waits for it.
-    [[nodiscard]] std::optional<Element> find(const QString& role, const QString& name) const;
     /// Does what the element offers under that name. False when it offers no such thing.
     [[nodiscard]] bool perform(const Element& element, const QString& action) const;
 
-    /// Waits until it is said that an element comes into a state: "focused list item Text, hello".
-    [[nodiscard]] bool hears(const QString& beginning) const;
+    /// Which elements came into which state: "focused list item Text, hello".
     [[nodiscard]] const QStringList& heard() const { return m_heard; }
-    void forgetHeard() { m_heard.clear(); }
+    void forgetHeard(qsizetype count) { m_heard.remove(0, count); }
 
 private slots: // by name, as a bus signal needs it
     void stateChanged(const QDBusMessage& message);
