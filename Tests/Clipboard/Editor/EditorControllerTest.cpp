@@ -191,6 +191,7 @@ private slots:
     void keys_data();
     void keys();
     void movesTheView();
+    void shiftTakesHoldOfARestingDrag();
     void showsTheCrop();
     void cursorTellsWhatAPressDoes_data();
     void cursorTellsWhatAPressDoes();
@@ -308,6 +309,8 @@ void EditorControllerTest::asksBeforeItDiscards()
     f.key(Qt::Key_Escape);
     QVERIFY(f.child(u"DiscardQuestion"_s)->isVisible());
     QTRY_VERIFY(f.child(u"Discard"_s)->hasFocus());
+    f.key(Qt::Key_Plus, Qt::ControlModifier); // not behind the question
+    QCOMPARE(f.canvas()->zoomPercent(), 100);
     if (isMoved)
         f.key(Qt::Key_Tab);
     f.key(answer);
@@ -334,7 +337,7 @@ void EditorControllerTest::nextDocumentWaitsForTheAnswer()
     f.key(Qt::Key_Return);
     QVERIFY(f.window());
     QTRY_COMPARE(f.canvas()->grab().toImage().pixelColor(f.place({150, 150})), QColor(Qt::blue));
-    f.key(Qt::Key_Escape);
+    f.window()->close(); // by its frame
     QTRY_VERIFY(!f.window());
 }
 
@@ -351,6 +354,7 @@ void EditorControllerTest::keys_data()
     const QString drawn = u"rectangle red medium 100 undo"_s;
     row(u"Left"_s, drawn, as.translated(-1, 0));
     row(u"Shift+Down Up Right"_s, drawn, as.translated(1, 9));
+    row(u"Tab Left"_s, drawn, as); // on the toolbar
     row(u"Left Left Up Ctrl+Z"_s, u"rectangle red medium 100 undo redo"_s, as);
     row(u"Left Left Up Ctrl+Z Ctrl+Y"_s, drawn, as.translated(-2, -1));
     row(u"Left Left Up Ctrl+Z Ctrl+Shift+Z"_s, drawn, as.translated(-2, -1));
@@ -420,6 +424,21 @@ void EditorControllerTest::movesTheView()
     QVERIFY(!f.child(u"Undo"_s)->isEnabled()); // nothing was drawn meanwhile
     f.drag({100, 80}, {110, 90});
     QVERIFY(f.child(u"Undo"_s)->isEnabled());
+}
+
+void EditorControllerTest::shiftTakesHoldOfARestingDrag()
+{
+    Fixture f;
+    f.open();
+    f.key(Qt::Key_H);
+    QTest::mousePress(f.canvas(), Qt::LeftButton, {}, f.place({100, 100}));
+    QTest::mouseMove(f.canvas(), f.place({150, 120}));
+    const auto shown = [&f] { return f.canvas()->grab().toImage().pixelColor(f.place({140, 140})); };
+    QCOMPARE(shown(), QColor(Qt::white));
+    QTest::keyPress(f.window()->windowHandle(), Qt::Key_Shift);
+    QVERIFY(shown() != QColor(Qt::white));
+    QTest::keyRelease(f.window()->windowHandle(), Qt::Key_Shift);
+    QCOMPARE(shown(), QColor(Qt::white));
 }
 
 void EditorControllerTest::showsTheCrop()
@@ -497,7 +516,7 @@ void EditorControllerTest::hearsNothingWhileItLeaves()
     QVERIFY(f.window()); // until the panel has the keyboard
     f.wheel({200, 200}, {0, 120}, Qt::ControlModifier);
     f.drag({100, 100}, {200, 200});
-    f.keys(u"Ctrl+1 Ctrl+S t"_s);
+    f.keys(u"Ctrl++ Ctrl+S t"_s);
     f.window()->resize(f.window()->size() + QSize(60, 60));
     QCOMPARE(f.canvas()->viewport().scale(), scale);
     f.panel.show();
@@ -519,6 +538,9 @@ void EditorControllerTest::losesNothingWhenTheProgramEnds()
     f.editor.keepChanges(30s);
     QCOMPARE(f.added.size(), 1);
     QCOMPARE(markedArea(QImage(f.added.first())).topLeft(), QPoint(61, 53));
+    f.key(Qt::Key_Escape);
+    f.editor.keepChanges(30s);
+    QCOMPARE(f.added.last(), f.added.first()); // named by its content, which has the letters
     f.editor.quit();
     QCOMPARE(f.quits, 0);
     QVERIFY(f.child(u"DiscardQuestion"_s)->isVisible());
