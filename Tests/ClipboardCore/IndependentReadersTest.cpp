@@ -107,9 +107,7 @@ class IndependentReadersTest final : public QObject
     Q_OBJECT
 private slots:
     void jsonByPython();
-    void jsonByJq();
     void base64ByPython();
-    void tokensByPython();
     void xmlLayout();
     void damagedXML();
 };
@@ -143,21 +141,6 @@ run(check))"_s,
     QVERIFY2(outcome.exitCode == 0, outcome.errors.constData());
 }
 
-void IndependentReadersTest::jsonByJq()
-{
-    RandomDocuments random(2, RandomDocuments::Surrogates::paired); // it refuses others
-    QByteArray documents;
-    for (int i = 0; i < documentCount; ++i) {
-        const auto text = Utf8Text::fromUtf8(random.json());
-        documents += text.utf8() + '\n' + ContentDetectors::prettyJSON(text).value_or(Utf8Text()).utf8() + '\n' +
-                     ContentDetectors::minifiedJSON(text).value_or(Utf8Text()).utf8() + '\n';
-    }
-    const QString same = u"[range(0; length; 3) as $i | .[$i] == .[$i + 1] and .[$i] == .[$i + 2]] | [length, all]"_s;
-    const Outcome outcome = run(u"jq"_s, {u"-s"_s, u"-c"_s, same}, documents);
-    QCOMPARE(outcome.errors, "");
-    QCOMPARE(outcome.output, '[' + QByteArray::number(documentCount) + ",true]\n");
-}
-
 void IndependentReadersTest::base64ByPython()
 {
     RandomDocuments random(3);
@@ -175,28 +158,6 @@ def check(text, decoded):
     text = text.strip()
     value = attempt(lambda: base64.b64decode(text, validate=True).decode()) if len(text) % 4 == 0 else None
     return decoded == value
-
-run(check))"_s,
-                                  lines);
-    QVERIFY2(outcome.exitCode == 0, outcome.errors.constData());
-}
-
-void IndependentReadersTest::tokensByPython()
-{
-    RandomDocuments random(4);
-    QByteArray lines;
-    for (int i = 0; i < documentCount; ++i) {
-        const auto options = QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals;
-        const QByteArray token = "e30." + random.json().toBase64(options) + ".c2ln";
-        lines += line(token, {ContentDetectors::jwtPayload(Utf8Text::fromUtf8(token))});
-    }
-    const Outcome outcome = check(uR"(
-def check(token, payload):
-    claims = token.split('.')[1]
-    text = base64.urlsafe_b64decode(claims + '=' * (-len(claims) % 4)).decode()
-    if not text.lstrip().startswith('{'):
-        return payload is None
-    return payload is not None and read(payload) == read(text, in_order)
 
 run(check))"_s,
                                   lines);

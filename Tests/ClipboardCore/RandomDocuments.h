@@ -9,11 +9,8 @@
 class RandomDocuments final
 {
 public:
-    enum class Surrogates { paired, lone };
-
-    explicit RandomDocuments(unsigned seed, Surrogates surrogates = Surrogates::lone)
+    explicit RandomDocuments(unsigned seed)
         : m_random(seed)
-        , m_surrogates(surrogates)
     {
     }
 
@@ -43,5 +40,4 @@ private:
     QByteArray mixedContent(int depth);
 
     std::minstd_rand m_random;
-    Surrogates m_surrogates;
 };
