@@ -99,6 +99,7 @@ private slots:
     void opensAfterTheLaunchWhenAsked();
     void clearsTheHistoryOnConsent_data();
     void clearsTheHistoryOnConsent();
+    void sweepsPicturesNobodyKnows_data();
     void sweepsPicturesNobodyKnows();
     void storesPendingPicturesAtTheEnd();
 };
@@ -179,17 +180,42 @@ void StatusItemControllerTest::clearsTheHistoryOnConsent()
     QTRY_VERIFY(!Fixture::window<ClearHistoryDialog>());
 }
 
+void StatusItemControllerTest::sweepsPicturesNobodyKnows_data()
+{
+    QTest::addColumn<QByteArray>("history");
+    QTest::newRow("as the history knows all of them") << "[]"_ba;
+    QTest::newRow("but not when it cannot be read, and says so once") << "["_ba;
+}
+
 void StatusItemControllerTest::sweepsPicturesNobodyKnows()
 {
+    QFETCH(QByteArray, history);
+    const bool isReadable = history == "[]";
     Fixture f;
     f.controller.reset();
+    const auto write = [&f](const QString& name, const QByteArray& content) {
+        QFile file(f.folder.filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(-120), QFile::FileModificationTime));
+    };
     QVERIFY(QDir(f.folder.path()).mkpath(u"images"_s));
-    QFile orphan(f.folder.filePath(u"images/orphan.png"_s));
-    QVERIFY(orphan.open(QIODevice::WriteOnly));
-    QVERIFY(orphan.setFileTime(QDateTime::currentDateTime().addSecs(-120), QFile::FileModificationTime));
-    orphan.close();
-    f.start({});
-    QTRY_VERIFY(!orphan.exists());
+    write(u"images/orphan.png"_s, {});
+    write(u"history.json"_s, history);
+    for (const QString& notice : {u"The history could not be read; it is kept as history.json.bad. "_s, QString()}) {
+        f.start({});
+        f.controller->show();
+        const auto* footer = Fixture::window<FloatingPanel>()->findChild<PanelFooter*>();
+        QCOMPARE(footer->accessibleName(), (isReadable ? QString() : notice) + u"0 item"_s);
+        f.controller->togglePanel();
+        f.controller->show();
+        QCOMPARE(footer->accessibleName(), u"0 item"_s);
+        write(u"history.json"_s, "[]");
+        f.controller.reset(); // ends the sweep, if there is one
+        if (isReadable)       // in the next run as well: the file that is kept may name the picture
+            break;
+        write(u"history.json.bad"_s, history);
+    }
+    QCOMPARE(QFile::exists(f.folder.filePath(u"images/orphan.png"_s)), !isReadable);
 }
 
 void StatusItemControllerTest::storesPendingPicturesAtTheEnd()
