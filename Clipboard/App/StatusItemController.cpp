@@ -19,6 +19,7 @@
 namespace Clipboard {
 
 using namespace Qt::StringLiterals;
+using ClipboardCore::ToastText;
 
 namespace {
 
@@ -52,21 +53,23 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
     , m_imagesDir(dataFolder + u"/images"_s)
     , m_icons(*m_platform.workspace)
     , m_toasts(*m_platform.windows)
-    , m_pasteService(*m_platform.keystrokes, [this](const QString& text) { m_toasts.show(text); })
+    , m_pasteService(*m_platform.keystrokes, [this](const ToastText& text) { m_toasts.show(text); })
     , m_store(dataFolder + u"/history.json"_s, historyCapacity, saveDelaySeconds)
     , m_smartActions({*m_platform.pasteboard, *m_platform.workspace, *m_platform.textRecognizer,
-                      *m_platform.linkMetadata, [this](const QString& text) { m_toasts.show(text); }, &QRCode::image})
-    , m_viewModel(m_store, {*m_platform.pasteboard, m_pasteService,
-                            [this](const QString& text) { m_toasts.show(text); }, &ClipboardCore::SmartActions::actions,
-                            [this](const ClipboardCore::SmartActionEffect& effect, HistoryViewModel& viewModel) {
-                                m_smartActions.perform(effect, viewModel);
-                            },
-                            [this](const QString& text) { m_toasts.showUntilNext(text); }})
+                      *m_platform.linkMetadata, [this](const ToastText& text) { m_toasts.show(text); }, &QRCode::image})
+    , m_viewModel(m_store,
+                  {*m_platform.pasteboard, m_pasteService, [this](const ToastText& text) { m_toasts.show(text); },
+                   &ClipboardCore::SmartActions::actions,
+                   [this](const ClipboardCore::SmartActionEffect& effect, HistoryViewModel& viewModel) {
+                       m_smartActions.perform(effect, viewModel);
+                   },
+                   [this](const QString& text) { m_toasts.showUntilNext(text); }})
     , m_watcher(*m_platform.pasteboard, *m_platform.workspace, m_store, m_imagesDir)
     , m_statusItem(LoginItem(), m_platform.windows->isCompositing())
     , m_panel({m_viewModel, *m_platform.windows, *m_platform.workspace, m_thumbs})
-    , m_editor(m_imagesDir, {*m_platform.windows, m_pasteService, [this](const QString& text) { m_toasts.show(text); },
-                             [this] { return m_viewModel.copiedText(); }})
+    , m_editor(m_imagesDir,
+               {*m_platform.windows, m_pasteService, [this](const ToastText& text) { m_toasts.show(text); },
+                [this] { return m_viewModel.copiedText(); }})
 {
     m_housekeeping.setMaxThreadCount(1);
     if (m_store.namesAllPictures())
@@ -93,7 +96,8 @@ void StatusItemController::connectNotices()
         m_statusItem.setNotices(m_notices.texts());
         m_viewModel.setNotice(m_notices.text());
     });
-    connect(&m_statusItem, &StatusItem::noticeChosen, this, [this](const QString& text) { m_toasts.show(text); });
+    connect(&m_statusItem, &StatusItem::noticeChosen, this,
+            [this](const QString& text) { m_toasts.show(ToastText::failure(text)); });
     connect(&m_panel, &FloatingPanel::closed, &m_notices, &ServiceNotices::markSeen);
 }
 
@@ -159,7 +163,7 @@ void StatusItemController::grabHotKey()
     const auto unavailable = [this](const QString& reason) {
         qWarning("%s", qPrintable(reason));
         m_notices.raise(u"hot-key"_s, reason);
-        m_toasts.show(reason);
+        m_toasts.show(ToastText::failure(reason));
     };
     m_hotKey = std::make_unique<GlobalHotKey>(
         *m_platform.hotKey, [this] { togglePanel(); }, unavailable);

@@ -209,7 +209,8 @@ void EditorController::writeTo(const QString& path, const AnnotationSession& ses
         return png && ResultFile::write(*png, path, isReplacing);
     };
     const auto tell = [this](bool isWritten) {
-        m_services.toast(isWritten ? tr("Saved image") : tr("Couldn't save image"));
+        using ClipboardCore::ToastText;
+        m_services.toast(isWritten ? ToastText(tr("Saved image")) : ToastText::failure(tr("Couldn't save image")));
     };
     runOffMainThread(m_pool, this, write, tell);
 }

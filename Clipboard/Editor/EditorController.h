@@ -2,6 +2,7 @@
 
 #include "Annotation/EditorLifecycle.h"
 #include "QtTextLayout.h"
+#include "Support/ToastText.h"
 
 #include <QImage>
 #include <QObject>
@@ -30,7 +31,7 @@ public:
     {
         WindowSystem& windows;
         PasteService& pasteService;
-        std::function<void(const QString& text)> toast;
+        std::function<void(const ClipboardCore::ToastText& text)> toast;
         /// The text on the pasteboard, at once; empty when there is none.
         std::function<QString()> copiedText;
     };

@@ -22,6 +22,7 @@ using ClipboardCore::FocusKey;
 using ClipboardCore::ItemAction;
 using ClipboardCore::SmartAction;
 using ClipboardCore::SmartActionResult;
+using ClipboardCore::ToastText;
 using ClipboardCore::Utf8Text;
 
 namespace {
@@ -132,11 +133,11 @@ bool HistoryViewModel::writeToPasteboard(const ClipItem& item)
 void HistoryViewModel::handleMissingFile(const ClipItem& item)
 {
     if (item.isPinned) {
-        m_services.toast(tr("File not found"));
+        m_services.toast(ToastText::failure(tr("File not found")));
         return;
     }
     take(item);
-    m_services.toast(tr("File no longer exists — removed from history"));
+    m_services.toast(ToastText::failure(tr("File no longer exists — removed from history")));
 }
 
 void HistoryViewModel::bump(const ClipItem& item)

@@ -5,6 +5,7 @@
 #include "Focus/KeyEvent.h"
 #include "PanelKeys.h"
 #include "Pasteboard.h"
+#include "Support/ToastText.h"
 
 #include <QThreadPool>
 
@@ -31,7 +32,7 @@ public:
     {
         Pasteboard& pasteboard;
         PasteService& pasteService;
-        std::function<void(const QString& text)> toast;
+        std::function<void(const ClipboardCore::ToastText& text)> toast;
         /// The catalogue of smart actions. Called on any thread.
         EntryActions::Catalogue smartActions;
         /// Carries out what a smart action asks for.

@@ -57,7 +57,7 @@ bool copyContent(QFile& source, QFile& target)
 
 } // namespace
 
-std::optional<QString> copyNumbered(const QString& sourcePath, const QString& folder)
+std::optional<QString> copyNumbered(const QString& sourcePath, const QString& folder, const QString& name)
 {
     // Opening a pipe would wait for somebody to write into it.
     const QFileInfo info(sourcePath);
@@ -68,7 +68,7 @@ std::optional<QString> copyNumbered(const QString& sourcePath, const QString& fo
         return std::nullopt;
 
     QFile target;
-    auto path = createNumbered(target, folder, info.fileName(), status.st_mode & ACCESSPERMS);
+    auto path = createNumbered(target, folder, name.isEmpty() ? info.fileName() : name, status.st_mode & ACCESSPERMS);
     if (!path)
         return std::nullopt;
     if (!copyContent(source, target)) {

@@ -15,7 +15,8 @@ constexpr std::chrono::milliseconds closeDelay{80};
 
 } // namespace
 
-PasteService::PasteService(KeystrokeSender& keystrokes, std::function<void(const QString& text)> toast, QObject* parent)
+PasteService::PasteService(KeystrokeSender& keystrokes, std::function<void(const ClipboardCore::ToastText& text)> toast,
+                           QObject* parent)
     : QObject(parent)
     , m_keystrokes(keystrokes)
     , m_toast(std::move(toast))

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "KeystrokeSender.h"
+#include "Support/ToastText.h"
 
 #include <QObject>
 #include <QString>
@@ -15,7 +16,7 @@ class PasteService final : public QObject
 {
     Q_OBJECT
 public:
-    PasteService(KeystrokeSender& keystrokes, std::function<void(const QString& text)> toast,
+    PasteService(KeystrokeSender& keystrokes, std::function<void(const ClipboardCore::ToastText& text)> toast,
                  QObject* parent = nullptr);
 
     /// `snippet` is the entry's, already in quotes. Returns at once; key and notice follow.
@@ -26,7 +27,7 @@ private:
     void leaveTheKeyToTheUser(const QString& snippet);
 
     KeystrokeSender& m_keystrokes;
-    std::function<void(const QString& text)> m_toast;
+    std::function<void(const ClipboardCore::ToastText& text)> m_toast;
 };
 
 } // namespace Clipboard

@@ -3,6 +3,7 @@
 #include "HistoryViewModel.h"
 #include "LinkMetadataProvider.h"
 #include "NumberedCopy.h"
+#include "OffMainThread.h"
 #include "Pasteboard.h"
 #include "PictureReading.h"
 #include "Support/Graphemes.h"
@@ -12,6 +13,8 @@
 
 #include <QBuffer>
 #include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QLoggingCategory>
 #include <QPointer>
 #include <QUrl>
@@ -22,6 +25,7 @@ namespace Clipboard {
 
 using namespace Qt::StringLiterals;
 using ClipboardCore::SmartActionEffect;
+using ClipboardCore::ToastText;
 using ClipboardCore::Utf8Text;
 
 namespace {
@@ -30,6 +34,8 @@ Q_LOGGING_CATEGORY(log, "tessaly.actions")
 
 // Linux passes no longer argument to a program (MAX_ARG_STRLEN), and servers take a tenth of it.
 constexpr qsizetype longestLink = qsizetype{128} * 1024 - 1;
+
+constexpr qsizetype hashDigits = 64;
 
 /// The notices, as the translation context "SmartActionRunner".
 struct Notice
@@ -40,6 +46,15 @@ struct Notice
 bool isLink(const Utf8Text& text)
 {
     return !text.isEmpty() && text.byteCount() <= longestLink && ClipboardCore::isUrlReference(text.utf8());
+}
+
+/// A stored picture's name is a hash, which tells nobody anything: the time of its copy does.
+QString readableName(const QString& path)
+{
+    const QFileInfo file(path);
+    if (file.baseName().size() != hashDigits)
+        return file.fileName();
+    return Notice::tr("Picture %1").arg(file.lastModified().toString(u"yyyy-MM-dd HH.mm.ss"_s)) + u".png"_s;
 }
 
 QByteArray encodePNG(const QImage& image)
@@ -84,7 +99,7 @@ void SmartActionRunner::perform(const SmartActionEffect& effect, HistoryViewMode
         m_services.workspace.revealFile(effect.payload.toString());
         return;
     case Kind::copyFileToDesktop:
-        copyFileToDesktop(effect.payload.toString());
+        copyFileToDesktop(effect.payload.toString(), viewModel);
         return;
     case Kind::recognizeText:
         recognizeText(effect.payload.toString(), viewModel);
@@ -110,21 +125,35 @@ void SmartActionRunner::openURL(const Utf8Text& link)
         m_services.workspace.openURL(link.toString());
 }
 
-void SmartActionRunner::copyFileToDesktop(const QString& path)
+void SmartActionRunner::copyFileToDesktop(const QString& path, HistoryViewModel& viewModel)
 {
     const std::optional<QString> desktop = m_services.workspace.desktopFolder();
     if (!desktop)
-        return;
+        return copyFileToPictures(path, viewModel);
     m_pool.start([path, folder = *desktop] {
         if (!copyNumbered(path, folder))
             qCWarning(log) << "The picture could not be copied to" << folder;
     });
 }
 
+/// Another place than the user was told of: so what is told last is where the picture is.
+void SmartActionRunner::copyFileToPictures(const QString& path, HistoryViewModel& viewModel)
+{
+    const QString folder = m_services.workspace.picturesFolder();
+    const auto write = [path, folder] { return copyNumbered(path, folder, readableName(path)); };
+    const auto tell = [this, folder](const std::optional<QString>& copy) {
+        if (!copy)
+            return m_services.toast(ToastText::failure(Notice::tr("Couldn't save image")));
+        const QString name = copy->section(u'/', -1);
+        m_services.toast(Notice::tr("Saved “%1” to %2").arg(name, QDir(folder).dirName()));
+    };
+    runOffMainThread(m_pool, &viewModel, write, tell);
+}
+
 void SmartActionRunner::recognizeText(const QString& path, HistoryViewModel& viewModel)
 {
     if (PictureReading::announcedSize(path).isEmpty()) {
-        m_services.toast(Notice::tr("Couldn't load image"));
+        m_services.toast(ToastText::failure(Notice::tr("Couldn't load image")));
         return;
     }
     const auto finish = [this, guard = QPointer(&viewModel),
@@ -132,7 +161,7 @@ void SmartActionRunner::recognizeText(const QString& path, HistoryViewModel& vie
         if (!guard)
             return;
         if (lines.isEmpty()) {
-            m_services.toast(Notice::tr("No text found"));
+            m_services.toast(ToastText::failure(Notice::tr("No text found")));
             return;
         }
         const Utf8Text text(lines.join(u'\n'));
@@ -147,7 +176,7 @@ void SmartActionRunner::copyQRCode(const Utf8Text& text, HistoryViewModel& viewM
 {
     const std::optional<QImage> code = m_services.qrCode(text.utf8());
     if (!code) {
-        m_services.toast(Notice::tr("Couldn't make QR code"));
+        m_services.toast(ToastText::failure(Notice::tr("Couldn't make QR code")));
         return;
     }
     m_services.pasteboard.setPNG(encodePNG(*code));

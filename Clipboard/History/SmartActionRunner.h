@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Actions/SmartActions.h"
+#include "Support/ToastText.h"
 
 #include <QByteArray>
 #include <QImage>
@@ -30,7 +31,7 @@ public:
         Workspace& workspace;
         TextRecognizer& textRecognizer;
         LinkMetadataProvider& linkMetadata;
-        std::function<void(const QString& text)> toast;
+        std::function<void(const ClipboardCore::ToastText& text)> toast;
         /// The QR code of these bytes; nothing when there is none.
         std::function<std::optional<QImage>(const QByteArray& bytes)> qrCode;
     };
@@ -51,7 +52,8 @@ public:
 private:
     void copy(const ClipboardCore::Utf8Text& text, const HistoryViewModel& viewModel);
     void openURL(const ClipboardCore::Utf8Text& link);
-    void copyFileToDesktop(const QString& path);
+    void copyFileToDesktop(const QString& path, HistoryViewModel& viewModel);
+    void copyFileToPictures(const QString& path, HistoryViewModel& viewModel);
     void recognizeText(const QString& path, HistoryViewModel& viewModel);
     void copyQRCode(const ClipboardCore::Utf8Text& text, HistoryViewModel& viewModel);
     void copyMarkdownLink(const ClipboardCore::Utf8Text& link, HistoryViewModel& viewModel);

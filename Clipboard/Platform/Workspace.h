@@ -29,6 +29,8 @@ public:
     [[nodiscard]] virtual QIcon fileIcon(const QString& path) const = 0;
     /// The user's Desktop folder; nothing when there is none.
     [[nodiscard]] virtual std::optional<QString> desktopFolder() const = 0;
+    /// Where pictures go when there is no Desktop folder: the user's Pictures, else the home folder.
+    [[nodiscard]] virtual QString picturesFolder() const = 0;
 
     // Neither waits for the other program, and neither tells whether it did what was asked.
     /// Opens the link, a URL by RFC 3986, with the user's default program for its scheme.

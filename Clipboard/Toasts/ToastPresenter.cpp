@@ -40,7 +40,7 @@ ToastPresenter& ToastPresenter::shared()
     return *sharedPresenter;
 }
 
-void ToastPresenter::show(const QString& text)
+void ToastPresenter::show(const ClipboardCore::ToastText& text)
 {
     replace(text);
     m_hideTimer.start();
@@ -54,7 +54,7 @@ void ToastPresenter::showUntilNext(const QString& text)
     emit shown(text);
 }
 
-void ToastPresenter::replace(const QString& text)
+void ToastPresenter::replace(const ClipboardCore::ToastText& text)
 {
     m_view = std::make_unique<ToastView>(text, m_windows.isCompositing());
     if (const QScreen* screen = QGuiApplication::primaryScreen())

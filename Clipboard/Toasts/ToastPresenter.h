@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Support/ToastText.h"
+
 #include <QObject>
 #include <QTimer>
 
@@ -23,7 +25,7 @@ public:
     [[nodiscard]] static ToastPresenter& shared();
 
     /// Replaces the notice that is shown, at once, and hides this one 1.9 s after its own start.
-    void show(const QString& text);
+    void show(const ClipboardCore::ToastText& text);
     /// The same, but it stays until the next notice replaces it: for what has yet to end, and will say so.
     void showUntilNext(const QString& text);
 
@@ -35,7 +37,7 @@ signals:
     void hidden();
 
 private:
-    void replace(const QString& text);
+    void replace(const ClipboardCore::ToastText& text);
     void hide();
 
     WindowSystem& m_windows;

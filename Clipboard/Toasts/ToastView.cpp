@@ -43,10 +43,10 @@ int cardWidth(const QString& text)
 
 } // namespace
 
-ToastView::ToastView(const QString& text, bool composited)
+ToastView::ToastView(const ClipboardCore::ToastText& text, bool composited)
     : QWidget(nullptr, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowTransparentForInput |
                            Qt::WindowDoesNotAcceptFocus | Qt::NoDropShadowWindowHint)
-    , m_text(shownPart(text))
+    , m_text(shownPart(text), text.kind)
     , m_surface(toastShadow, Theme::raised)
 {
     m_surface.setComposited(composited);
@@ -105,7 +105,10 @@ void ToastView::paintEvent(QPaintEvent* /*event*/)
     const QRectF card(rect().marginsRemoved(m_surface.margins()));
     m_surface.paint(painter, card);
     const QRectF sign(card.left() + leftPadding, card.top(), checkWidth, card.height());
-    drawIcon(painter, sign, {QLatin1String("checkfill"), checkWidth, Theme::success, 1.75, Theme::raised});
+    if (m_text.kind == ClipboardCore::ToastText::Kind::failure)
+        drawIcon(painter, sign, {QLatin1String("warn"), checkWidth, Theme::warning});
+    else
+        drawIcon(painter, sign, {QLatin1String("checkfill"), checkWidth, Theme::success, 1.75, Theme::raised});
     const QRectF label(sign.right() + gap, card.top(), card.right() - rightPadding - sign.right() - gap, card.height());
     Painting::textLine(painter, label, Fonts::button, Theme::text, m_text);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Support/ToastText.h"
 #include "Surface.h"
 
 #include <QWidget>
@@ -8,16 +9,17 @@
 
 namespace Clipboard {
 
-/// The window of one notice: a check mark and a line of text on a card. Clicks pass through it.
+/// The window of one notice: a check mark, or a warning sign where something failed, and a line of text on a card.
+/// Clicks pass through it.
 class ToastView final : public QWidget
 {
     Q_OBJECT
 public:
     /// Of a text beyond any screen's width only the beginning is taken. `composited`: see
     /// WindowSystem::isCompositing().
-    ToastView(const QString& text, bool composited);
+    ToastView(const ClipboardCore::ToastText& text, bool composited);
 
-    [[nodiscard]] const QString& text() const { return m_text; }
+    [[nodiscard]] const QString& text() const { return m_text.text; }
 
     /// Puts the card above the bottom of `workArea`, centred, the text elided to its width. Placement ignores the
     /// margin that holds the shadow.
@@ -35,7 +37,7 @@ protected:
 private:
     void fade(qreal from, qreal to, int milliseconds, const std::function<void()>& done);
 
-    QString m_text;
+    ClipboardCore::ToastText m_text;
     Surface m_surface;
 };
 

@@ -831,6 +831,18 @@ Freie Software unter der MIT-Lizenz.</translation>
         <source>Copied Markdown link</source>
         <translation>Markdown-Link kopiert</translation>
     </message>
+    <message>
+        <source>Picture %1</source>
+        <translation>Bild %1</translation>
+    </message>
+    <message>
+        <source>Saved “%1” to %2</source>
+        <translation>„%1“ in „%2“ gespeichert</translation>
+    </message>
+    <message>
+        <source>Couldn&apos;t save image</source>
+        <translation>Bild konnte nicht gespeichert werden</translation>
+    </message>
 </context>
 <context>
     <name>SmartActions</name>

@@ -3,6 +3,7 @@
 #include "Annotation/AnnotationSession.h"
 #include "Annotation/EditorKey.h"
 #include "History/ClipItem.h"
+#include "Support/ToastText.h"
 
 #include <QUuid>
 
@@ -97,7 +98,7 @@ struct Paste
 /// Show a notice.
 struct Toast
 {
-    QString text;
+    ToastText text;
     bool operator==(const Toast&) const = default;
 };
 /// Close the window and show the panel with this entry selected.

@@ -191,7 +191,7 @@ QList<EditorOutcome> EditorLifecycle::askOrLeave()
 
 QList<EditorOutcome> EditorLifecycle::fail(Finishes::iterator finish)
 {
-    const EditorOutcome notice = EditorOutcomes::Toast{failureNotice(finish->second.exit)};
+    const EditorOutcome notice = EditorOutcomes::Toast{ToastText::failure(failureNotice(finish->second.exit))};
     const bool isStillOpen = !finish->second.isDiscarded;
     m_finishes.erase(finish);
     if (isStillOpen && m_open->hasSuccessor())

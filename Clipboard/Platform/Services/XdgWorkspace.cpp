@@ -6,6 +6,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDir>
 #include <QFileInfo>
 #include <QLoggingCategory>
 #include <QProcess>
@@ -54,12 +55,26 @@ QByteArray encoded(const QString& link)
     return result;
 }
 
+/// A folder that the user has is there, and another than the home folder (which stands for "none", see
+/// user-dirs.dirs(5)).
+std::optional<QString> userFolder(QStandardPaths::StandardLocation location)
+{
+    QString folder = QStandardPaths::writableLocation(location);
+    if (!QFileInfo(folder).isDir() || QDir(folder) == QDir::home())
+        return std::nullopt;
+    return folder;
+}
+
 } // namespace
 
 std::optional<QString> XdgWorkspace::desktopFolder() const
 {
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
-    return QFileInfo(folder).isDir() ? std::optional(folder) : std::nullopt;
+    return userFolder(QStandardPaths::DesktopLocation);
+}
+
+QString XdgWorkspace::picturesFolder() const
+{
+    return userFolder(QStandardPaths::PicturesLocation).value_or(QDir::homePath());
 }
 
 void XdgWorkspace::openURL(const QString& link)

@@ -12,6 +12,7 @@ public:
     using Workspace::Workspace;
 
     [[nodiscard]] std::optional<QString> desktopFolder() const final;
+    [[nodiscard]] QString picturesFolder() const final;
     /// "www.example.org" is opened as the web page it is to people. Any other URL without a scheme is ignored: the
     /// desktop would take it for the name of a file.
     void openURL(const QString& link) final;

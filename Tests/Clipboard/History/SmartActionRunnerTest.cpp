@@ -80,6 +80,7 @@ private slots:
     void copies();
     void opensAndReveals();
     void savesToTheDesktop();
+    void saysWhereItSavesWithoutADesktop();
     void makesCodes();
     void codesThatCannotBeMade();
     void refusesWhatIsNoPicture_data();
@@ -124,13 +125,30 @@ void SmartActionRunnerTest::savesToTheDesktop()
     desk.run(Kind::copyFileToDesktop, picture);
     desk.run(Kind::copyFileToDesktop, picture);
     desk.run(Kind::copyFileToDesktop, desk.folder.filePath(u"gone.png"_s));
-    const QString desktop = *std::exchange(desk.workspace.desktop, std::nullopt);
-    desk.run(Kind::copyFileToDesktop, picture);
+    const QString desktop = *desk.workspace.desktop;
     desk.runner.reset(); // finishes what was begun
 
     QCOMPARE(QDir(desktop).entryList(QDir::Files, QDir::Name), QStringList({u"shot 2.png"_s, u"shot.png"_s}));
-    QCOMPARE(desk.log, QStringList(4, actionNotice));
+    QCOMPARE(desk.log, QStringList(3, actionNotice));
     QCOMPARE(desk.pasteboard.writes.size(), 0);
+}
+
+void SmartActionRunnerTest::saysWhereItSavesWithoutADesktop()
+{
+    Desk desk;
+    desk.workspace.desktop.reset();
+    desk.workspace.pictures = desk.folder.filePath(u"Pictures"_s);
+    QDir().mkpath(desk.workspace.pictures);
+    const QString picture = desk.folder.filePath(u"0123456789abcdef"_s.repeated(4) + u".png"_s);
+    QFile file(picture);
+    QVERIFY(file.open(QIODevice::WriteOnly) &&
+            file.setFileTime(QDateTime({2026, 3, 9}, {15, 4, 5}), QFile::FileModificationTime));
+    desk.run(Kind::copyFileToDesktop, picture);
+    QTRY_COMPARE(desk.log.value(1), u"Saved “Picture 2026-03-09 15.04.05.png” to Pictures"_s);
+    QVERIFY(QFile::exists(desk.workspace.pictures + u"/Picture 2026-03-09 15.04.05.png"_s));
+    QVERIFY(QDir(desk.workspace.pictures).removeRecursively());
+    desk.run(Kind::copyFileToDesktop, picture);
+    QTRY_COMPARE(desk.log.value(3), u"Couldn't save image"_s);
 }
 
 void SmartActionRunnerTest::makesCodes()

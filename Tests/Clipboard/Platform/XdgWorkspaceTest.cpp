@@ -167,11 +167,12 @@ void XdgWorkspaceTest::findsTheDesktop()
     QDir().mkpath(m_session.homePath(u".config"_s));
     QFile userFolders(m_session.homePath(u".config/user-dirs.dirs"_s));
     QVERIFY(userFolders.open(QIODevice::WriteOnly));
-    userFolders.write("XDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\n");
+    userFolders.write("XDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\nXDG_PICTURES_DIR=\"$HOME/\"\n"); // no Pictures
     userFolders.close();
     QCOMPARE(m_workspace.desktopFolder(), std::nullopt);
     QDir().mkpath(folder);
     QCOMPARE(m_workspace.desktopFolder(), folder);
+    QCOMPARE(m_workspace.picturesFolder(), m_session.homePath({}));
 }
 
 int main(int argc, char** argv)

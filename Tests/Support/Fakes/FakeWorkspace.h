@@ -24,11 +24,13 @@ public:
     }
 
     [[nodiscard]] std::optional<QString> desktopFolder() const override { return desktop; }
+    [[nodiscard]] QString picturesFolder() const override { return pictures; }
     void openURL(const QString& link) override { opened.append(link); }
     void revealFile(const QString& path) override { revealed.append(path); }
 
     std::optional<Application> frontmost;
     std::optional<QString> desktop;
+    QString pictures;
     QStringList opened;
     QStringList revealed;
     QHash<QString, QIcon> applicationIcons;
