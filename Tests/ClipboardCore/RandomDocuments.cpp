@@ -6,15 +6,6 @@ constexpr int deepestNesting = 6;
 
 } // namespace
 
-QByteArray RandomDocuments::text()
-{
-    QByteArray result;
-    for (size_t pieces = 1 + number(12); pieces > 0; --pieces)
-        result +=
-            pick({"a", "word", " ", "\n", "é", "中文", "\U0001F600", "e\u0301", "?>", "~~~", "\"", "\\", "{", "%41"});
-    return result;
-}
-
 QByteArray RandomDocuments::json()
 {
     return space() + (number(2) == 0 ? jsonObject(0) : jsonArray(0)) + space();

@@ -14,8 +14,6 @@ public:
     {
     }
 
-    /// A text of several scripts, with signs that have a meaning elsewhere.
-    [[nodiscard]] QByteArray text();
     /// An object or an array with white space in all places, numbers of any length and every kind of escape.
     [[nodiscard]] QByteArray json();
     /// An element and what is in it, in the way xmllint writes it but for white space between elements; in elements
