@@ -18,7 +18,7 @@ test: ## build and run the whole suite
 	@scripts/install-packages build run session
 	cmake --preset release
 	cmake --build --preset release
-	ctest --preset release --parallel $(shell nproc) $(CTEST_FLAGS)
+	@scripts/run-tests release --parallel $(shell nproc) $(CTEST_FLAGS)
 
 bench: ## measure, and print the table of figures
 	@scripts/install-packages build run session

@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <cstdlib>
 #include <mutex>
 #include <thread>
 
@@ -26,6 +27,12 @@ using Manner = ForeignClient::Answer::Manner;
 namespace {
 
 constexpr double mebibyte = 1024.0 * 1024.0;
+
+[[noreturn]] void giveUp(const QString& why)
+{
+    QTextStream(stderr) << why << '\n';
+    std::exit(1);
+}
 
 /// An engine and the number of copies it has read; whoever waits is woken at once.
 class Engine
@@ -46,10 +53,18 @@ public:
         engine = X11::SelectionEngine::start(options);
     }
 
-    bool waitFor(int count, std::chrono::milliseconds timeout = 30s)
+    /// Ends the process when they do not come.
+    void waitFor(int count)
     {
         std::unique_lock lock(m_mutex);
-        return m_changed.wait_for(lock, timeout, [&] { return m_count >= count; });
+        if (!m_changed.wait_for(lock, 30s, [&] { return m_count >= count; }))
+            giveUp(u"The engine has read %1 of %2 copies."_s.arg(m_count).arg(count));
+    }
+    /// Until that many or until it reads no more.
+    void waitUpTo(int count)
+    {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait_for(lock, 2s, [&] { return m_count >= count; });
     }
     int count()
     {
@@ -143,8 +158,8 @@ void latency(const QByteArray& display, int copies)
         QElapsedTimer clock;
         clock.start();
         owner.take();
-        if (engine.waitFor(i + 1))
-            times.push_back(milliseconds(clock));
+        engine.waitFor(i + 1);
+        times.push_back(milliseconds(clock));
         std::this_thread::sleep_for(5ms);
     }
     report(u"engine: owner change to snapshot, median"_s, median(times), u"ms"_s, u"≤ 1.5"_s);
@@ -159,7 +174,7 @@ void burst(const QByteArray& display, int copies)
         owner.take();
         std::this_thread::sleep_for(2ms);
     }
-    engine.waitFor(copies, 2s);
+    engine.waitUpTo(copies);
     report(u"engine: read of %1 copies 2 ms apart"_s.arg(copies), engine.count(), u"copies"_s, u"all"_s);
 }
 
@@ -206,7 +221,7 @@ void largeText(VirtualSession& session, qsizetype size)
     const auto made =
         session.run(u"sh"_s, {u"-c"_s, u"yes 'a line of a large text' | head -c %1 > %2"_s.arg(size).arg(file)});
     if (made.exitCode != 0)
-        return;
+        giveUp(u"The large text could not be made."_s);
     double before = resetPeak();
     QElapsedTimer clock;
     session.start(u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-quiet"_s, file});
@@ -240,10 +255,8 @@ int main(int argc, char** argv)
     VirtualSession::Options options;
     options.windowManager = false;
     VirtualSession session(options);
-    if (!session.failure().isEmpty()) {
-        QTextStream(stderr) << session.failure() << '\n';
-        return 1;
-    }
+    if (!session.failure().isEmpty())
+        giveUp(session.failure());
     const QByteArray display = session.display().toLatin1();
     idle(display, isShort ? 1s : 10s);
     latency(display, isShort ? 10 : 200);

@@ -134,8 +134,11 @@ void XdgWorkspaceTest::asksTheFileManager()
     FileManager manager;
     m_workspace.revealFile(path);
     QTRY_COMPARE(manager.shown, QStringList{expected});
-    QTest::qWait(50); // for what should not come
-    QCOMPARE(opened(), QByteArray());
+    // After its answer has come, the next thing that is opened is the first.
+    QVERIFY(QDBusConnection::sessionBus().interface()->isServiceRegistered(fileManagerName));
+    QCoreApplication::processEvents();
+    m_workspace.openURL(u"https://example.org/"_s);
+    QTRY_COMPARE(opened(), "https://example.org/\n");
 }
 
 void XdgWorkspaceTest::opensTheFolderInstead_data()
@@ -150,10 +153,6 @@ void XdgWorkspaceTest::opensTheFolderInstead()
 {
     QFETCH(const bool, managerFails);
 
-    const QDBusReply<QStringList> startable =
-        QDBusConnection::sessionBus().interface()->call(u"ListActivatableNames"_s);
-    if (!managerFails && startable.value().contains(fileManagerName))
-        QSKIP("The bus would start the file manager that is installed here.");
     const auto manager = managerFails ? std::make_unique<FileManager>(u"No display"_s) : nullptr;
     m_workspace.revealFile(u"/tmp/a b/c.txt"_s);
     QTRY_COMPARE(opened(), "file:///tmp/a%20b/\n");
