@@ -64,9 +64,9 @@ void removeOrphans(const QString& dir, const QSet<QString>& referenced)
 
 } // namespace
 
-std::optional<QString> ImageBlobs::write(const QByteArray& picture, const QString& dir)
+std::optional<QString> ImageBlobs::write(const QByteArray& picture, const QString& dir, const std::stop_token& hurry)
 {
-    return store(PictureTranscoder::toPNG(picture), dir);
+    return store(PictureTranscoder::toPNG(picture, hurry), dir);
 }
 
 std::optional<QString> ImageBlobs::write(const QImage& picture, const QString& dir)

@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <optional>
+#include <stop_token>
 
 class QThreadPool;
 
@@ -18,8 +19,9 @@ namespace Clipboard::ImageBlobs {
 /// Stores a copied PNG or TIFF picture in `dir` and answers the absolute path of its file; nothing when it cannot be
 /// decoded, would pass PictureReading::maxDecodedBytes or cannot be written. What is stored is the pixels and what says
 /// how to show them: comments, times and positions that the copy carried are left out. A file that is there already is
-/// not written again. Takes its time: never on the main thread.
-[[nodiscard]] std::optional<QString> write(const QByteArray& picture, const QString& dir);
+/// not written again. Takes its time, less of it once a stop of `hurry` is requested: never on the main thread.
+[[nodiscard]] std::optional<QString> write(const QByteArray& picture, const QString& dir,
+                                           const std::stop_token& hurry = {});
 
 /// Stores pixels in the same way, and their small copy. Nothing but them and their colour space is written.
 [[nodiscard]] std::optional<QString> write(const QImage& picture, const QString& dir);

@@ -16,13 +16,34 @@ namespace {
 // Deflate's fastest level: a large screenshot must be stored before the user calls up the panel.
 // docs/decisions/0004-picture-codec.md has the measurements.
 constexpr int compressionLevel = 1;
+// Only wraps the pixels: what is left when somebody waits for the end of the program.
+constexpr int storedLevel = 0;
+
+/// What an encoding may cost. It stops half-way once `hurry` is requested.
+struct Effort
+{
+    int level = compressionLevel;
+    std::stop_token hurry;
+};
+
+/// Encodes as well as there is time for.
+template <typename Encode>
+std::optional<QByteArray> inTime(const std::stop_token& hurry, Encode encode)
+{
+    if (!hurry.stop_requested()) {
+        const std::optional<QByteArray> png = encode(Effort{compressionLevel, hurry});
+        if (png || !hurry.stop_requested())
+            return png;
+    }
+    return encode(Effort{storedLevel, {}});
+}
 
 /// One cheap filter makes a photograph smaller and, because there is less to compress, faster. Palette indexes and
 /// packed pixels are no amounts whose difference means anything.
-int filterFor(const spng_ihdr& header)
+int filterFor(const spng_ihdr& header, int level)
 {
     const bool packed = header.color_type == SPNG_COLOR_TYPE_INDEXED || header.bit_depth < 8;
-    return packed ? int{SPNG_DISABLE_FILTERING} : int{SPNG_FILTER_CHOICE_SUB};
+    return packed || level == storedLevel ? int{SPNG_DISABLE_FILTERING} : int{SPNG_FILTER_CHOICE_SUB};
 }
 
 // Chunks other than pixels are palettes and colour profiles; a profile of a few megabytes is already exotic.
@@ -45,13 +66,14 @@ int appendToByteArray(spng_ctx* /*context*/, void* user, void* bytes, size_t len
 class Encoder
 {
 public:
-    explicit Encoder(spng_ihdr header)
-        : m_context(spng_ctx_new(SPNG_CTX_ENCODER))
+    Encoder(spng_ihdr header, const Effort& effort)
+        : m_hurry(effort.hurry)
+        , m_context(spng_ctx_new(SPNG_CTX_ENCODER))
     {
         header.interlace_method = SPNG_INTERLACE_NONE;
         spng_set_png_stream(m_context.get(), appendToByteArray, &m_png);
-        spng_set_option(m_context.get(), SPNG_IMG_COMPRESSION_LEVEL, compressionLevel);
-        spng_set_option(m_context.get(), SPNG_FILTER_CHOICE, filterFor(header));
+        spng_set_option(m_context.get(), SPNG_IMG_COMPRESSION_LEVEL, effort.level);
+        spng_set_option(m_context.get(), SPNG_FILTER_CHOICE, filterFor(header, effort.level));
         spng_set_ihdr(m_context.get(), &header);
     }
 
@@ -65,6 +87,8 @@ public:
 
     [[nodiscard]] bool addRow(const void* row, size_t length)
     {
+        if (m_hurry.stop_requested())
+            return false;
         const int result = spng_encode_row(m_context.get(), row, length);
         m_complete = result == SPNG_EOI;
         return result == SPNG_OK || m_complete;
@@ -79,6 +103,7 @@ public:
 
 private:
     QByteArray m_png; // outlives the context, which writes into it
+    std::stop_token m_hurry;
     Context m_context;
     bool m_complete = false;
 };
@@ -135,7 +160,7 @@ bool decodeThenEncodeRows(spng_ctx* decoder, Encoder& encoder, size_t stride, si
     return true;
 }
 
-std::optional<QByteArray> fromPNG(const QByteArray& picture)
+std::optional<QByteArray> fromPNG(const QByteArray& picture, const Effort& effort)
 {
     const Context decoder(spng_ctx_new(0));
     spng_set_image_limits(decoder.get(), maxSide, maxSide);
@@ -149,7 +174,7 @@ std::optional<QByteArray> fromPNG(const QByteArray& picture)
         size > static_cast<size_t>(PictureReading::maxDecodedBytes))
         return std::nullopt;
 
-    Encoder encoder(header);
+    Encoder encoder(header, effort);
     copyPresentation(decoder.get(), encoder.context());
     const size_t stride = size / header.height;
     if (!encoder.begin())
@@ -194,30 +219,15 @@ void setProfile(spng_ctx* encoder, const QColorSpace& colorSpace)
     spng_set_iccp(encoder, &profile); // takes a copy
 }
 
-} // namespace
-
-std::optional<QByteArray> PictureTranscoder::toPNG(const QByteArray& picture)
+/// `image` is in `layout`'s format.
+std::optional<QByteArray> fromPixels(const QImage& image, const PixelLayout& layout, const Effort& effort)
 {
-    if (picture.startsWith("\x89PNG\r\n\x1a\n"))
-        return fromPNG(picture);
-    if (picture.startsWith(QByteArrayView("II*\0", 4)) || picture.startsWith(QByteArrayView("MM\0*", 4)))
-        return toPNG(PictureReading::readTIFF(picture));
-    return std::nullopt;
-}
-
-std::optional<QByteArray> PictureTranscoder::toPNG(QImage image)
-{
-    if (image.isNull())
-        return std::nullopt;
-    const PixelLayout layout = layoutFor(image);
-    image.convertTo(layout.format);
-
     spng_ihdr header{};
     header.width = static_cast<uint32_t>(image.width());
     header.height = static_cast<uint32_t>(image.height());
     header.bit_depth = layout.bitDepth;
     header.color_type = layout.colorType;
-    Encoder encoder(header);
+    Encoder encoder(header, effort);
     setProfile(encoder.context(), image.colorSpace());
     if (!encoder.begin())
         return std::nullopt;
@@ -226,6 +236,26 @@ std::optional<QByteArray> PictureTranscoder::toPNG(QImage image)
             return std::nullopt;
     }
     return encoder.finish();
+}
+
+} // namespace
+
+std::optional<QByteArray> PictureTranscoder::toPNG(const QByteArray& picture, const std::stop_token& hurry)
+{
+    if (picture.startsWith("\x89PNG\r\n\x1a\n"))
+        return inTime(hurry, [&](const Effort& effort) { return fromPNG(picture, effort); });
+    if (picture.startsWith(QByteArrayView("II*\0", 4)) || picture.startsWith(QByteArrayView("MM\0*", 4)))
+        return toPNG(PictureReading::readTIFF(picture), hurry);
+    return std::nullopt;
+}
+
+std::optional<QByteArray> PictureTranscoder::toPNG(QImage image, const std::stop_token& hurry)
+{
+    if (image.isNull())
+        return std::nullopt;
+    const PixelLayout layout = layoutFor(image);
+    image.convertTo(layout.format);
+    return inTime(hurry, [&](const Effort& effort) { return fromPixels(image, layout, effort); });
 }
 
 } // namespace Clipboard
