@@ -98,10 +98,26 @@ void ForeignClient::hangUp()
     shutdown(xcb_get_file_descriptor(m_connection), SHUT_RDWR);
 }
 
-bool ForeignClient::save()
+std::optional<QByteArrayList> ForeignClient::save()
 {
     ask(atom("CLIPBOARD_MANAGER"), atom("SAVE_TARGETS"), XCB_CURRENT_TIME);
-    return waitFor(Arrival::Kind::answer) != XCB_ATOM_NONE;
+    if (waitFor(Arrival::Kind::answer) != m_property)
+        return {};
+    return targetNames(receive(m_property));
+}
+
+void ForeignClient::answerLate()
+{
+    const QByteArray target = atomName(m_late.target);
+    put(m_late.requestor, m_late.property, m_late.target, 8, m_answers.value(target).bytes);
+    notify(m_late, m_late.property);
+    Xcb::synchronize(m_connection);
+}
+
+void ForeignClient::refuseLate()
+{
+    notify(m_late, XCB_ATOM_NONE);
+    Xcb::synchronize(m_connection);
 }
 
 bool ForeignClient::ownsSelection() const
@@ -158,6 +174,8 @@ void ForeignClient::answer(const xcb_selection_request_event_t& request)
         const std::scoped_lock lock(m_mutex);
         m_asked.append(target);
         answers = m_answers;
+        if (answers.value(target).manner == Manner::Late)
+            m_late = request;
     }
     if (target == "TARGETS" && !answers.contains(target)) {
         std::vector<xcb_atom_t> atoms;
@@ -167,7 +185,7 @@ void ForeignClient::answer(const xcb_selection_request_event_t& request)
         return notify(request, request.property);
     }
     Answer answer = answers.value(target, {.manner = Manner::Refuse});
-    if (answer.manner == Manner::Mute)
+    if (answer.manner == Manner::Mute || answer.manner == Manner::Late)
         return;
     if (answer.manner == Manner::Refuse)
         return notify(request, XCB_ATOM_NONE);
@@ -318,8 +336,13 @@ QByteArrayList ForeignClient::targets()
     const auto list = convert("TARGETS");
     if (!list || list->type != "ATOM" || list->format != 32)
         return {};
+    return targetNames(list->bytes);
+}
+
+QByteArrayList ForeignClient::targetNames(const QByteArray& atoms) const
+{
     QByteArrayList names;
-    for (const xcb_atom_t target : atomsIn(list->bytes))
+    for (const xcb_atom_t target : atomsIn(atoms))
         names.append(atomName(target));
     return names;
 }

@@ -30,6 +30,7 @@ public:
             InPieces,         // INCR, `pieceBytes` at a time
             Mute,             // not at all
             Refuse,           // with no property
+            Late,             // at once, but not before answerLate() or refuseLate()
             EndlessPieces,    // INCR that never comes to an end
             DieInTheMiddle,   // INCR; after two pieces the connection is closed
             StallInTheMiddle, // INCR; after two pieces nothing more comes
@@ -64,13 +65,16 @@ public:
     void copyText(const QByteArray& utf8);
     /// Becomes an owner that never answers, as one that hangs.
     void copyAndHang();
+    /// Answers the request that waits, which must have come (see asked()), or refuses it.
+    void answerLate();
+    void refuseLate();
     /// Gives the selection up and lives on, as a password manager does when its time is over.
     void clear();
     /// Closes the connection, as the end of the process does.
     void die();
-    /// Asks the clipboard manager to keep the content. True when it answered that it has, false when it refused;
+    /// Asks the clipboard manager to keep the content. The targets that it says it has kept, nothing when it refused;
     /// blocks.
-    [[nodiscard]] bool save();
+    [[nodiscard]] std::optional<QByteArrayList> save();
 
     [[nodiscard]] bool ownsSelection() const;
     /// The targets that were asked for since the last take(), in order.
@@ -111,6 +115,7 @@ private:
     [[nodiscard]] QByteArray atomName(xcb_atom_t atom) const;
     void run();
     void handle(const xcb_generic_event_t& event);
+    [[nodiscard]] QByteArrayList targetNames(const QByteArray& atoms) const;
     void answer(const xcb_selection_request_event_t& request);
     void announce(const xcb_selection_request_event_t& request, const Answer& answer);
     void sendPieces(const xcb_property_notify_event_t& taken);
@@ -135,6 +140,7 @@ private:
     mutable QHash<QByteArray, xcb_atom_t> m_atoms;
     QHash<QByteArray, Answer> m_answers;
     QByteArrayList m_asked;
+    xcb_selection_request_event_t m_late = {};
     std::deque<Arrival> m_arrivals;
     std::condition_variable m_arrived;
 

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QUrl>
 
+#include <chrono>
 #include <optional>
 
 namespace Clipboard {
@@ -21,7 +22,7 @@ class Pasteboard : public QObject
 public:
     using QObject::QObject;
 
-    /// Why the clipboard cannot be watched or written; empty when it can.
+    /// Why the clipboard cannot be watched or written, as a sentence for the user; empty when it can.
     [[nodiscard]] virtual QString unavailableReason() const = 0;
     /// Differs after every change, by whatever program.
     [[nodiscard]] virtual qint64 changeCount() const = 0;
@@ -46,9 +47,20 @@ public:
     /// thread. False, with the content untouched, when it cannot be opened.
     [[nodiscard]] virtual bool setPNGFile(const QString& path) = 0;
 
+    // For the end of the program; both wait.
+
+    /// Returns when changed() has been emitted for every copy made before the call, after `limit` at the latest. A
+    /// clipboard that has no copies under way has nothing to wait for.
+    virtual void settle(std::chrono::milliseconds /*limit*/) {}
+    /// Leaves our content with the session's clipboard manager, where there is one. Nothing else works afterwards;
+    /// until the object goes, the content can still be had of us.
+    virtual void leave() {}
+
 signals:
     /// Another program changed the content.
     void changed();
+    /// unavailableReason() has another answer.
+    void availabilityChanged();
 };
 
 } // namespace Clipboard

@@ -1,11 +1,15 @@
 #include "OutgoingTransfers.h"
 
+#include <QHash>
+
 #include <algorithm>
+#include <numeric>
 
 namespace Clipboard::X11 {
 
-OutgoingTransfers::OutgoingTransfers(XcbConnection& connection)
+OutgoingTransfers::OutgoingTransfers(XcbConnection& connection, std::chrono::milliseconds stepTimeout)
     : m_connection(connection)
+    , m_stepTimeout(stepTimeout)
     // ICCCM 2.5 advises a quarter of the largest request; the answer counts words, so it is that many bytes.
     , m_maxDirectBytes(qMin(xcb_get_maximum_request_length(connection.get()), outgoingPieceBytes))
 {
@@ -13,26 +17,36 @@ OutgoingTransfers::OutgoingTransfers(XcbConnection& connection)
 
 bool OutgoingTransfers::send(const Reply& reply)
 {
-    if (reply.bytes.size() > maxSelectionBytes)
+    const QByteArray& bytes = *reply.bytes;
+    if (bytes.size() > maxSelectionBytes)
         return false;
     // A requestor that asks again into the same property has given up on the earlier reply.
     removeIf([&](const Transfer& other) {
         return other.reply.requestor == reply.requestor && other.reply.property == reply.property;
     });
-    if (reply.bytes.size() <= m_maxDirectBytes) {
-        const auto units = static_cast<uint32_t>(reply.bytes.size() / (reply.format / 8));
+    if (bytes.size() <= m_maxDirectBytes) {
+        const auto units = static_cast<uint32_t>(bytes.size() / (reply.format / 8));
         xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, reply.requestor, reply.property, reply.type,
-                            static_cast<uint8_t>(reply.format), units, reply.bytes.constData());
+                            static_cast<uint8_t>(reply.format), units, bytes.constData());
         return true;
     }
-    if (m_transfers.size() >= maxOutgoingTransfers)
+    if (m_transfers.size() >= maxOutgoingTransfers || !hasRoomFor(bytes))
         return false;
     watch(reply.requestor, true);
-    const auto size = static_cast<uint32_t>(reply.bytes.size());
+    const auto size = static_cast<uint32_t>(bytes.size());
     xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, reply.requestor, reply.property,
                         m_connection.atom("INCR"), 32, 1, &size);
-    m_transfers.push_back({reply, 0, Clock::now() + writeStepTimeout, false});
+    m_transfers.push_back({reply, 0, Clock::now() + m_stepTimeout, false});
     return true;
+}
+
+/// The forms of one content often share their bytes.
+bool OutgoingTransfers::hasRoomFor(const QByteArray& bytes) const
+{
+    QHash<const char*, qint64> held{{bytes.constData(), bytes.size()}};
+    for (const Transfer& transfer : m_transfers)
+        held.insert(transfer.reply.bytes->constData(), transfer.reply.bytes->size());
+    return std::accumulate(held.begin(), held.end(), qint64(0)) <= maxOutgoingBytes;
 }
 
 void OutgoingTransfers::handle(const xcb_property_notify_event_t& event)
@@ -51,13 +65,13 @@ void OutgoingTransfers::sendPiece(Transfer& transfer)
 {
     const Reply& reply = transfer.reply;
     const qsizetype unit = reply.format / 8;
-    const qsizetype length = qMin(reply.bytes.size() - transfer.sent, static_cast<qsizetype>(m_maxDirectBytes));
+    const qsizetype length = qMin(reply.bytes->size() - transfer.sent, static_cast<qsizetype>(m_maxDirectBytes));
     xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, reply.requestor, reply.property, reply.type,
                         static_cast<uint8_t>(reply.format), static_cast<uint32_t>(length / unit),
-                        reply.bytes.constData() + transfer.sent);
+                        reply.bytes->constData() + transfer.sent);
     transfer.sent += length;
     transfer.isFinished = length == 0;
-    transfer.deadline = Clock::now() + writeStepTimeout;
+    transfer.deadline = Clock::now() + m_stepTimeout;
 }
 
 void OutgoingTransfers::windowGone(xcb_window_t window)

@@ -7,13 +7,14 @@
 
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace Clipboard::X11 {
 
 /// Replies on their way to other programs: small ones at once, large ones piece by piece as their requestors fetch them
-/// (INCR, ICCCM 2.7.2), any number at the same time. A transfer holds its bytes: it ends well after the selection is
-/// lost.
+/// (INCR, ICCCM 2.7.2), as many at the same time as their bytes allow. A transfer holds its bytes: it ends well after
+/// the selection is lost.
 class OutgoingTransfers final
 {
 public:
@@ -25,10 +26,10 @@ public:
         xcb_atom_t property = XCB_ATOM_NONE;
         xcb_atom_t type = XCB_ATOM_NONE;
         int format = 8;
-        QByteArray bytes;
+        std::shared_ptr<const QByteArray> bytes;
     };
 
-    explicit OutgoingTransfers(XcbConnection& connection);
+    OutgoingTransfers(XcbConnection& connection, std::chrono::milliseconds stepTimeout);
 
     /// Writes the reply, or the first step of it, into the requestor's property. False when it cannot be taken on.
     [[nodiscard]] bool send(const Reply& reply);
@@ -49,10 +50,12 @@ private:
     };
 
     void sendPiece(Transfer& transfer);
+    [[nodiscard]] bool hasRoomFor(const QByteArray& bytes) const;
     void watch(xcb_window_t window, bool on);
     void removeIf(const std::function<bool(const Transfer&)>& isOver);
 
     XcbConnection& m_connection;
+    std::chrono::milliseconds m_stepTimeout;
     qint64 m_maxDirectBytes;
     std::vector<Transfer> m_transfers;
 };

@@ -19,6 +19,8 @@ struct SelectionContent
     std::optional<QByteArray> png;
     std::optional<QByteArray> tiff;
     std::optional<QByteArray> text; // UTF-8
+
+    friend bool operator==(const SelectionContent&, const SelectionContent&) = default;
 };
 
 /// One change of the clipboard by another program, complete.
@@ -26,7 +28,7 @@ struct SelectionSnapshot
 {
     SelectionContent content;
     quint64 writesBefore = 0; // how many writes of our own it came after
-    bool isInitial = false;   // what was there when the engine started: no change
+    bool isInitial = false;   // what was there when the engine started, or started again: no change
 };
 
 } // namespace Clipboard::X11

@@ -11,14 +11,11 @@ namespace {
 
 // After so many events the engine looks at its other duties, however fast more come in.
 constexpr int maxEventsInARow = 256;
-// Programs that wait to end until their content is safe. One at a time has the clipboard.
-constexpr size_t maxHeldSaves = 16;
-
 /// Those that every start needs, in one round trip.
 std::unique_ptr<XcbConnection> withAtoms(std::unique_ptr<XcbConnection> connection)
 {
     connection->preloadAtoms({"TESSALY_TIME", "CLIPBOARD", "PRIMARY", "CLIPBOARD_MANAGER", "SAVE_TARGETS", "TARGETS",
-                              "MULTIPLE", "TIMESTAMP", "INCR", "UTF8_STRING", "MANAGER", "NULL", "ATOM_PAIR"});
+                              "MULTIPLE", "TIMESTAMP", "INCR", "UTF8_STRING", "MANAGER", "ATOM_PAIR"});
     return connection;
 }
 
@@ -30,72 +27,101 @@ const T& as(const xcb_generic_event_t& event)
 
 } // namespace
 
-SelectionDispatcher::SelectionDispatcher(std::unique_ptr<XcbConnection> connection,
-                                         const SelectionReader::Options& options, PublishFunction publish)
+SelectionDispatcher::SelectionDispatcher(std::unique_ptr<XcbConnection> connection, const Options& options,
+                                         PublishFunction publish, const std::optional<Remains>& remains)
     : m_connection(withAtoms(std::move(connection)))
     , m_publish(std::move(publish))
-    , m_window(m_connection->createHiddenWindow(XCB_EVENT_MASK_PROPERTY_CHANGE))
+    , m_window(m_connection->createHiddenWindow(XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY))
     , m_timeProperty(m_connection->atom("TESSALY_TIME"))
-    , m_transfers(*m_connection)
+    , m_transfers(*m_connection, options.writeTimeout)
     , m_clipboard(*m_connection, m_transfers, m_window, "CLIPBOARD")
     , m_primary(*m_connection, m_transfers, m_window, "PRIMARY")
-    , m_manager(*m_connection, m_transfers, m_window, "CLIPBOARD_MANAGER")
+    , m_manager(*m_connection, m_transfers, m_window, options.saveHold, [this] { return keptTargets(); })
     , m_reader(
-          *m_connection, m_window, options, [this](const SelectionContent& content) { this->publish(content); },
-          [this] { answerHeldSaves(); })
+          *m_connection, m_window, options.reading, [this](const SelectionContent& content) { this->publish(content); },
+          [this] { m_manager.answerHeldSaves(); })
+{
+    watchOwners();
+    if (remains)
+        resume(*remains);
+    else
+        readContentThere();
+    withServerTime([this](xcb_timestamp_t time) { m_manager.become(time); });
+    m_connection->flush();
+}
+
+void SelectionDispatcher::watchOwners()
 {
     xcb_connection_t* xcb = m_connection->get();
     const XcbPointer<xcb_xfixes_query_version_reply_t> version(
         xcb_xfixes_query_version_reply(xcb, xcb_xfixes_query_version(xcb, 1, 0), nullptr));
     const auto* extension = xcb_get_extension_data(xcb, &xcb_xfixes_id);
     m_ownerChangedEvent = static_cast<uint8_t>(extension->first_event + XCB_XFIXES_SELECTION_NOTIFY);
-    xcb_xfixes_select_selection_input(xcb, m_window, m_clipboard.selection(),
-                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
-                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
-                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
-    readInitialContent();
-    becomeManager();
-    m_connection->flush();
+    for (const xcb_atom_t selection : {m_clipboard.selection(), m_manager.selection().selection()})
+        xcb_xfixes_select_selection_input(xcb, m_window, selection,
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                              XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                              XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
 }
 
 /// What is there already is no change, but its owner may end like any other.
-void SelectionDispatcher::readInitialContent()
+void SelectionDispatcher::readContentThere()
 {
-    if (currentOwner(m_clipboard.selection()) != XCB_WINDOW_NONE)
+    if (m_connection->selectionOwner(m_clipboard.selection()) != XCB_WINDOW_NONE)
         m_reader.start(m_clipboard.selection(), XCB_CURRENT_TIME);
+    else
+        m_isInitial = false;
 }
 
-/// Programs that end ask the owner of this selection to keep their content. One that is there already is left in place.
-void SelectionDispatcher::becomeManager()
+SelectionDispatcher::Remains SelectionDispatcher::remains() const
 {
-    if (currentOwner(m_manager.selection()) != XCB_WINDOW_NONE)
-        return;
-    withServerTime([this](xcb_timestamp_t time) {
-        if (!m_manager.own({verbatimForm("SAVE_TARGETS", "NULL", 32, {})}, time))
-            return;
-        xcb_client_message_event_t announcement = {};
-        announcement.response_type = XCB_CLIENT_MESSAGE;
-        announcement.format = 32;
-        announcement.window = m_connection->root();
-        announcement.type = m_connection->atom("MANAGER");
-        announcement.data.data32[0] = time;
-        announcement.data.data32[1] = m_manager.selection();
-        announcement.data.data32[2] = m_window;
-        xcb_send_event(m_connection->get(), 0, m_connection->root(), XCB_EVENT_MASK_STRUCTURE_NOTIFY,
-                       reinterpret_cast<const char*>(&announcement));
-    });
+    Remains remains;
+    remains.writes = m_writes;
+    remains.unfinishedWrite = m_unfinishedWrite;
+    remains.unfinishedNumber = m_unfinishedNumber;
+    remains.isInitial = m_isInitial;
+    if (m_clipboard.isOwned()) {
+        remains.own = m_clipboard.forms();
+        remains.ownSince = m_clipboard.time();
+    } else {
+        remains.known = m_reader.content();
+    }
+    return remains;
+}
+
+void SelectionDispatcher::resume(const Remains& remains)
+{
+    m_writes = remains.writes;
+    m_isInitial = remains.isInitial && !remains.known;
+    m_known = remains.known;
+    // As of its old time, so that no copy made meanwhile is pushed aside.
+    if (!remains.own || !m_clipboard.own(*remains.own, remains.ownSince))
+        readContentThere();
+    if (remains.unfinishedWrite)
+        own(*remains.unfinishedWrite, remains.unfinishedNumber);
 }
 
 void SelectionDispatcher::own(const SelectionForms& forms, quint64 write)
 {
-    withServerTime([this, forms, write](xcb_timestamp_t time) {
-        // What others do from here on comes after this write, also when one of them was faster and keeps the clipboard.
-        m_writes = write;
-        m_isInitial = false;
-        if (m_clipboard.own(forms, time))
-            m_reader.cancel();
-        answerHeldSaves();
-    });
+    m_unfinishedWrite = forms;
+    m_unfinishedNumber = write;
+    withServerTime([this](xcb_timestamp_t time) { finishWrite(time); });
+}
+
+/// Of several that wait for the time the latest one counts.
+void SelectionDispatcher::finishWrite(xcb_timestamp_t time)
+{
+    const auto forms = std::exchange(m_unfinishedWrite, {});
+    if (!forms)
+        return;
+    // What others do from here on comes after this write, also when one of them was faster and keeps the clipboard.
+    m_writes = m_unfinishedNumber;
+    m_isInitial = false;
+    m_known.reset();
+    if (m_clipboard.own(*forms, time)) {
+        m_reader.cancel();
+        m_manager.answerHeldSaves();
+    }
 }
 
 void SelectionDispatcher::afterWrites(bool primaryToo, const std::function<void()>& done)
@@ -117,11 +143,25 @@ void SelectionDispatcher::withServerTime(TimedAction action)
                         nullptr);
 }
 
+void SelectionDispatcher::settle(const std::function<void()>& done)
+{
+    // News of every change made before our request comes before the answer to it.
+    withServerTime([this, done](xcb_timestamp_t) { m_settling.push_back(done); });
+}
+
+void SelectionDispatcher::handOver(const std::function<void()>& done)
+{
+    withServerTime([this, done](xcb_timestamp_t time) {
+        if (m_clipboard.isOwned())
+            m_manager.handOver(m_clipboard.forms(), time, done);
+        else
+            done();
+    });
+}
+
 void SelectionDispatcher::shutDown()
 {
-    for (const auto& request : std::exchange(m_heldSaves, {}))
-        m_manager.refuse(request);
-    m_manager.release();
+    m_manager.shutDown();
     m_connection->synchronize();
 }
 
@@ -137,6 +177,7 @@ bool SelectionDispatcher::handleEvents()
                 return false;
         }
         dispatch(*event);
+        tellWaiting();
     }
     m_connection->flush();
     return true;
@@ -154,13 +195,17 @@ void SelectionDispatcher::dispatch(const xcb_generic_event_t& event)
         m_transfers.windowGone(as<xcb_generic_error_t>(event).resource_id);
         break;
     case XCB_DESTROY_NOTIFY:
+        m_isWindowGone = m_isWindowGone || as<xcb_destroy_notify_event_t>(event).window == m_window;
         m_transfers.windowGone(as<xcb_destroy_notify_event_t>(event).window);
         break;
     case XCB_PROPERTY_NOTIFY:
         propertyChanged(as<xcb_property_notify_event_t>(event));
         break;
     case XCB_SELECTION_NOTIFY:
-        m_reader.handle(as<xcb_selection_notify_event_t>(event));
+        if (as<xcb_selection_notify_event_t>(event).selection == m_manager.selection().selection())
+            m_manager.handle(as<xcb_selection_notify_event_t>(event));
+        else
+            m_reader.handle(as<xcb_selection_notify_event_t>(event));
         break;
     case XCB_SELECTION_REQUEST:
         requested(as<xcb_selection_request_event_t>(event));
@@ -176,9 +221,12 @@ void SelectionDispatcher::dispatch(const xcb_generic_event_t& event)
 void SelectionDispatcher::ownerChanged(const xcb_generic_event_t& event)
 {
     const auto& change = as<xcb_xfixes_selection_notify_event_t>(event);
+    if (change.selection == m_manager.selection().selection())
+        m_manager.managerChanged(change.owner);
     if (change.selection != m_clipboard.selection())
         return;
     m_isInitial = false;
+    m_known.reset();
     if (change.owner == m_window) {
         m_reader.cancel();
     } else if (change.owner != XCB_WINDOW_NONE) {
@@ -186,13 +234,16 @@ void SelectionDispatcher::ownerChanged(const xcb_generic_event_t& event)
     } else {
         ownerGone(change.subtype == XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER, change.selection_timestamp);
     }
-    answerHeldSaves();
+    if (!m_reader.isBusy())
+        m_manager.answerHeldSaves();
 }
 
 /// A program that gave the clipboard up wanted it empty. One that ended did not: what was read of its content takes its
 /// place, as of the same time, so that no copy made meanwhile is pushed aside.
 void SelectionDispatcher::ownerGone(bool isDeliberate, xcb_timestamp_t ownedSince)
 {
+    if (!isDeliberate && m_clipboard.isOwned())
+        return; // it is we who are being cut off
     if (!isDeliberate && m_reader.hasContent() && m_clipboard.own(m_reader.keptForms(), ownedSince))
         return;
     m_reader.cancel();
@@ -215,74 +266,73 @@ void SelectionDispatcher::propertyChanged(const xcb_property_notify_event_t& eve
 void SelectionDispatcher::requested(const xcb_selection_request_event_t& request)
 {
     SelectionOwner* owner = ownerOf(request.selection);
-    if (owner == nullptr)
-        return;
-    const bool isSave = owner == &m_manager && request.target == m_connection->atom("SAVE_TARGETS");
-    if (!isSave) {
+    if (owner == &m_manager.selection())
+        m_manager.requested(request);
+    else if (owner != nullptr)
         owner->answer(request);
-    } else if (m_heldSaves.size() < maxHeldSaves) {
-        m_heldSaves.push_back(request);
-        answerHeldSaves();
-    } else {
-        owner->refuse(request);
-    }
+    if (!m_reader.isBusy())
+        m_manager.answerHeldSaves();
 }
 
-/// Once the content is safe, or is known never to be, whoever waits to end can do so.
-void SelectionDispatcher::answerHeldSaves()
+std::optional<QByteArray> SelectionDispatcher::keptTargets()
 {
-    if (m_reader.isBusy())
+    if (m_clipboard.isOwned())
+        return bytesOf(targetsOf(*m_connection, m_clipboard.forms()));
+    if (m_reader.hasContent())
+        return bytesOf(targetsOf(*m_connection, m_reader.keptForms()));
+    return {};
+}
+
+void SelectionDispatcher::tellWaiting()
+{
+    if (m_settling.empty() || (m_reader.isBusy() && !m_reader.content()))
         return;
-    const bool isSafe = m_reader.hasContent() || m_clipboard.isOwned();
-    for (const auto& request : std::exchange(m_heldSaves, {})) {
-        if (isSafe)
-            m_manager.answer(request);
-        else
-            m_manager.refuse(request);
-    }
+    for (const auto& done : std::exchange(m_settling, {}))
+        done();
 }
 
 void SelectionDispatcher::cleared(const xcb_selection_clear_event_t& event)
 {
     SelectionOwner* owner = ownerOf(event.selection);
     // It may tell of a loss before we took the selection again.
-    if (owner != nullptr && currentOwner(event.selection) != m_window)
+    if (owner != nullptr && m_connection->selectionOwner(event.selection) != m_window)
         owner->lose();
 }
 
 SelectionOwner* SelectionDispatcher::ownerOf(xcb_atom_t selection)
 {
-    for (SelectionOwner* owner : {&m_clipboard, &m_primary, &m_manager}) {
+    for (SelectionOwner* owner : {&m_clipboard, &m_primary, &m_manager.selection()}) {
         if (owner->selection() == selection)
             return owner;
     }
     return nullptr;
 }
 
-xcb_window_t SelectionDispatcher::currentOwner(xcb_atom_t selection) const
-{
-    const auto cookie = xcb_get_selection_owner(m_connection->get(), selection);
-    const XcbPointer<xcb_get_selection_owner_reply_t> reply(
-        xcb_get_selection_owner_reply(m_connection->get(), cookie, nullptr));
-    return reply ? reply->owner : static_cast<xcb_window_t>(XCB_WINDOW_NONE);
-}
-
 void SelectionDispatcher::publish(const SelectionContent& content)
 {
-    m_publish({content, m_writes, m_isInitial});
+    // Whoever takes over what we leave behind copies nothing.
+    if (m_manager.isHandingOver())
+        return;
+    const bool isKnown = std::exchange(m_known, {}) == content;
+    m_publish({content, m_writes, m_isInitial || isKnown});
 }
 
 std::optional<SelectionDispatcher::Clock::time_point> SelectionDispatcher::deadline() const
 {
-    const auto reading = m_reader.deadline();
-    const auto writing = m_transfers.deadline();
-    return reading && writing ? std::min(*reading, *writing) : (reading ? reading : writing);
+    std::optional<Clock::time_point> earliest;
+    for (const auto& deadline : {m_reader.deadline(), m_transfers.deadline(), m_manager.deadline()}) {
+        if (deadline && (!earliest || *deadline < *earliest))
+            earliest = deadline;
+    }
+    return earliest;
 }
 
 void SelectionDispatcher::expire(Clock::time_point now)
 {
     m_reader.expire(now);
     m_transfers.expire(now);
+    m_manager.expire(now);
+    tellWaiting();
     m_connection->flush();
 }
 

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <functional>
+#include <future>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -13,15 +14,18 @@ namespace Clipboard::X11 {
 
 /// Watches, reads and owns the clipboard on a connection and a thread of its own, so that no other program, however
 /// slow, hung or hostile, holds up the caller. Knows nothing of what the content is for. Asleep when nothing happens.
+/// A connection that is lost alone, while the server lives on, is made anew.
 class SelectionEngine final
 {
 public:
     struct Options
     {
         QByteArray display; // empty: $DISPLAY
-        SelectionReader::Options reading;
+        SelectionDispatcher::Options selections;
         /// Hears every copy of another program, in order, on the engine's thread.
         std::function<void(const SelectionSnapshot&)> onChange;
+        /// Hears on the engine's thread that the connection is lost (false) and that it is there again (true).
+        std::function<void(bool)> onConnected = [](bool) {};
     };
 
     /// Every copy made after it returns is heard of. Null when the display cannot be reached or has no XFixes.
@@ -32,26 +36,45 @@ public:
 
     // The following return at once. One thread calls them.
 
-    /// Puts the content on the clipboard. Returns the running number of this write.
+    /// Puts the content on the clipboard; while the connection is lost, as soon as it is back. Returns the running
+    /// number of this write.
     quint64 own(const SelectionForms& forms);
-    /// Calls `done` on the engine's thread when all writes so far are in force, with `primaryToo` for the primary
-    /// selection as well.
-    void afterWrites(bool primaryToo, const std::function<void()>& done);
+    /// Calls `done` when all writes so far are in force, with `primaryToo` for the primary selection as well; or with
+    /// false as soon as the connection turns out to be lost: nobody waits that long for a paste. On the engine's
+    /// thread.
+    void afterWrites(bool primaryToo, std::function<void(bool areInForce)> done);
+    /// Ready when `onChange` has heard of every copy made so far that can be read. While the connection is lost, soon.
+    [[nodiscard]] std::future<void> settled();
+    /// Leaves our content with another clipboard manager; ready when that is done or cannot be. No change is heard of
+    /// from then on.
+    [[nodiscard]] std::future<void> handOver();
 
     /// Ends the thread; nothing is heard any more once it returns.
     void stop();
 
 private:
-    using Command = std::function<void(SelectionDispatcher&)>;
+    struct Command
+    {
+        std::function<void(SelectionDispatcher&)> run;
+        bool outlivesConnection = false;
+    };
 
-    SelectionEngine(std::unique_ptr<XcbConnection> connection, const Options& options, int wakeUp);
+    SelectionEngine(std::unique_ptr<XcbConnection> connection, Options options, int wakeUp);
 
     void post(Command command);
+    [[nodiscard]] std::future<void> ask(void (SelectionDispatcher::*question)(const std::function<void()>&));
     void run();
+    void serve();
+    void connectAgain();
+    [[nodiscard]] std::unique_ptr<XcbConnection> openAgain();
+    void dropPassingCommands();
     void runCommands();
     void sleep(bool moreIsWaiting);
+    void sleepUntil(SelectionDispatcher::Clock::time_point end);
 
-    SelectionDispatcher m_dispatcher;
+    Options m_options;
+    std::unique_ptr<SelectionDispatcher> m_dispatcher;
+    std::chrono::milliseconds m_restartDelay;
     int m_wakeUp; // an eventfd
     quint64 m_writes = 0;
     std::mutex m_mutex;

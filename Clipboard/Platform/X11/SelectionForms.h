@@ -44,6 +44,13 @@ private:
     int m_descriptor;
 };
 
+/// Values such as atoms, as they stand in a property of format 32.
+template <typename T>
+[[nodiscard]] QByteArray bytesOf(const std::vector<T>& values)
+{
+    return {reinterpret_cast<const char*>(values.data()), static_cast<qsizetype>(values.size() * sizeof(T))};
+}
+
 [[nodiscard]] SelectionForms formsOfText(const QByteArray& utf8);
 /// The file as a list of one for file managers, and its path as text.
 [[nodiscard]] SelectionForms formsOfFile(const QUrl& file);

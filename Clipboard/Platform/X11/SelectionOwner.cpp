@@ -4,15 +4,16 @@
 
 namespace Clipboard::X11 {
 
-namespace {
-
-template <typename T>
-QByteArray bytesOf(const std::vector<T>& values)
+std::vector<xcb_atom_t> targetsOf(XcbConnection& connection, const SelectionForms& forms)
 {
-    return {reinterpret_cast<const char*>(values.data()), static_cast<qsizetype>(values.size() * sizeof(T))};
+    std::vector<xcb_atom_t> atoms;
+    for (const SelectionForm& form : forms) {
+        const xcb_atom_t atom = connection.atom(form.target);
+        if (std::ranges::find(atoms, atom) == atoms.end())
+            atoms.push_back(atom);
+    }
+    return atoms;
 }
-
-} // namespace
 
 SelectionOwner::SelectionOwner(XcbConnection& connection, OutgoingTransfers& transfers, xcb_window_t window,
                                const QByteArray& selection)
@@ -26,12 +27,10 @@ SelectionOwner::SelectionOwner(XcbConnection& connection, OutgoingTransfers& tra
 bool SelectionOwner::own(const SelectionForms& forms, xcb_timestamp_t time)
 {
     xcb_set_selection_owner(m_connection.get(), m_window, m_selection, time);
-    const auto cookie = xcb_get_selection_owner(m_connection.get(), m_selection);
-    const XcbPointer<xcb_get_selection_owner_reply_t> reply(
-        xcb_get_selection_owner_reply(m_connection.get(), cookie, nullptr));
-    if (!reply || reply->owner != m_window)
+    if (m_connection.selectionOwner(m_selection) != m_window)
         return false;
     m_forms = forms;
+    m_converted.clear();
     m_time = time;
     m_isOwned = true;
     return true;
@@ -48,6 +47,7 @@ void SelectionOwner::lose()
 {
     m_isOwned = false;
     m_forms.clear();
+    m_converted.clear();
 }
 
 void SelectionOwner::answer(const xcb_selection_request_event_t& request)
@@ -79,15 +79,28 @@ bool SelectionOwner::isInTime(xcb_timestamp_t time) const
 bool SelectionOwner::convert(xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property)
 {
     if (target == m_connection.atom("TARGETS"))
-        return m_transfers.send({requestor, property, XCB_ATOM_ATOM, 32, targetList()});
+        return m_transfers.send({requestor, property, XCB_ATOM_ATOM, 32, std::make_shared<QByteArray>(targetList())});
     if (target == m_connection.atom("TIMESTAMP"))
-        return m_transfers.send({requestor, property, XCB_ATOM_INTEGER, 32, bytesOf(std::vector{m_time})});
+        return m_transfers.send(
+            {requestor, property, XCB_ATOM_INTEGER, 32, std::make_shared<QByteArray>(bytesOf(std::vector{m_time}))});
     const auto form = std::ranges::find_if(
         m_forms, [&](const SelectionForm& candidate) { return m_connection.atom(candidate.target) == target; });
     if (form == m_forms.end())
         return false;
-    const auto bytes = form->bytes();
-    return bytes && m_transfers.send({requestor, property, m_connection.atom(form->type), form->format, *bytes});
+    const auto bytes = convert(*form);
+    return bytes && m_transfers.send({requestor, property, m_connection.atom(form->type), form->format, bytes});
+}
+
+std::shared_ptr<const QByteArray> SelectionOwner::convert(const SelectionForm& form)
+{
+    if (auto converted = m_converted.value(form.target).lock())
+        return converted;
+    const auto bytes = form.bytes();
+    if (!bytes)
+        return nullptr;
+    auto converted = std::make_shared<const QByteArray>(*bytes);
+    m_converted.insert(form.target, converted);
+    return converted;
 }
 
 /// The property lists pairs of target and property. What cannot be converted is put out in the list (ICCCM 2.6.2: the
@@ -119,11 +132,8 @@ QByteArray SelectionOwner::targetList()
     std::vector<xcb_atom_t> atoms;
     for (const char* name : {"TARGETS", "TIMESTAMP", "MULTIPLE"})
         atoms.push_back(m_connection.atom(name));
-    for (const SelectionForm& form : m_forms) {
-        const xcb_atom_t atom = m_connection.atom(form.target);
-        if (std::ranges::find(atoms, atom) == atoms.end())
-            atoms.push_back(atom);
-    }
+    const auto forms = targetsOf(m_connection, m_forms);
+    atoms.insert(atoms.end(), forms.begin(), forms.end());
     return bytesOf(atoms);
 }
 

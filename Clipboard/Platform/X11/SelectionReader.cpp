@@ -32,6 +32,7 @@ void SelectionReader::start(xcb_atom_t selection, xcb_timestamp_t time)
     cancel();
     m_selection = selection;
     m_time = time;
+    m_end = Clock::now() + readTimeout;
     request(m_connection.atom("TARGETS"), qint64(maxTargets) * 4);
 }
 
@@ -48,7 +49,13 @@ void SelectionReader::request(xcb_atom_t target, qint64 maxBytes)
 {
     m_transfer.emplace(m_connection, IncomingTransfer::Request{m_requestor, m_selection, target, m_properties.next(),
                                                                m_time, maxBytes});
-    m_deadline = Clock::now() + m_options.stepTimeout;
+    m_stepEnd = Clock::now() + m_options.stepTimeout;
+    m_formEnd = std::min(m_end, Clock::now() + m_options.formTimeout);
+}
+
+std::optional<SelectionContent> SelectionReader::content() const
+{
+    return m_stage == Stage::Companions ? std::optional(m_content) : std::nullopt;
 }
 
 void SelectionReader::handle(const xcb_selection_notify_event_t& event)
@@ -73,13 +80,15 @@ void SelectionReader::handle(const xcb_property_notify_event_t& event)
 
 std::optional<SelectionReader::Clock::time_point> SelectionReader::deadline() const
 {
-    return m_transfer ? std::optional(m_deadline) : std::nullopt;
+    return m_transfer ? std::optional(std::min(m_stepEnd, m_formEnd)) : std::nullopt;
 }
 
 void SelectionReader::expire(Clock::time_point now)
 {
-    if (!m_transfer || now < m_deadline)
+    if (!m_transfer || now < *deadline())
         return;
+    if (now >= m_end)
+        m_steps.clear();
     // An owner that is mute about one kind may still have another; a second form of the same kind is no better.
     if (!m_steps.empty()) {
         const Kind mute = m_steps.front().kind;
@@ -93,7 +102,7 @@ void SelectionReader::advance()
     switch (m_transfer->state()) {
     case IncomingTransfer::State::Waiting:
     case IncomingTransfer::State::Incremental:
-        m_deadline = Clock::now() + m_options.stepTimeout;
+        m_stepEnd = Clock::now() + m_options.stepTimeout;
         return;
     case IncomingTransfer::State::Done:
         if (m_stage == Stage::Targets) {
@@ -181,12 +190,13 @@ void SelectionReader::planCompanions(Kind kind)
         if (found != left.end())
             m_steps.push_back(*found);
     };
-    if (kind == Kind::Files) {
+    if (kind == Kind::Files)
         addFirst(Kind::Files);
+    // A table is a picture and a text, too: where it is pasted decides which is wanted.
+    if (kind != Kind::Text)
         addFirst(Kind::Text);
-    } else if (kind == Kind::Text && m_content.types.contains(QLatin1String(htmlTarget))) {
+    if (kind != Kind::Files && m_content.types.contains(QLatin1String(htmlTarget)))
         m_steps.push_back({Kind::Other, htmlTarget});
-    }
 }
 
 bool SelectionReader::takeContent(const Step& step)

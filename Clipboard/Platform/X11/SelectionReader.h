@@ -25,6 +25,7 @@ public:
         QSet<QString> secretTargets;
         QByteArray hostName;
         std::chrono::milliseconds stepTimeout = readStepTimeout;
+        std::chrono::milliseconds formTimeout = readFormTimeout;
     };
 
     /// `onContent` hears each selection once, when its content is there or nothing can be had; `onSettled` when nothing
@@ -36,6 +37,8 @@ public:
     void start(xcb_atom_t selection, xcb_timestamp_t time);
     void cancel();
     [[nodiscard]] bool isBusy() const { return m_transfer.has_value(); }
+    /// The content of the current selection; nothing while it is still to be found.
+    [[nodiscard]] std::optional<SelectionContent> content() const;
     /// True when there is content that can be offered in its owner's place: complete, and no secret.
     [[nodiscard]] bool hasContent() const { return m_stage == Stage::Companions && !m_kept.empty(); }
     /// Everything that was read of the current selection.
@@ -78,7 +81,9 @@ private:
     xcb_atom_t m_selection = XCB_ATOM_NONE;
     xcb_timestamp_t m_time = XCB_CURRENT_TIME;
     std::optional<IncomingTransfer> m_transfer;
-    Clock::time_point m_deadline;
+    Clock::time_point m_stepEnd;
+    Clock::time_point m_formEnd;
+    Clock::time_point m_end;
     Stage m_stage = Stage::Targets;
     std::deque<Step> m_steps; // those still to do; the first one is under way
     SelectionContent m_content;

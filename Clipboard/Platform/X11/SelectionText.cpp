@@ -1,6 +1,7 @@
 #include "SelectionText.h"
 
 #include <QString>
+#include <QStringDecoder>
 #include <QUtf8StringView>
 
 namespace Clipboard::SelectionText {
@@ -60,7 +61,16 @@ std::optional<QByteArray> decode(QByteArrayView type, const QByteArray& bytes)
 
 QByteArray latin1(const QByteArray& utf8)
 {
-    return QString::fromUtf8(utf8).toLatin1();
+    // Piece by piece: what a large text takes as UTF-16 on the way is four times the result.
+    constexpr qsizetype pieceBytes = qsizetype{64} * 1024;
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    QByteArray text;
+    text.reserve(utf8.size());
+    for (qsizetype at = 0; at < utf8.size(); at += pieceBytes) {
+        const QString piece = decoder.decode(QByteArrayView(utf8).sliced(at, qMin(pieceBytes, utf8.size() - at)));
+        text += piece.toLatin1();
+    }
+    return text;
 }
 
 } // namespace Clipboard::SelectionText

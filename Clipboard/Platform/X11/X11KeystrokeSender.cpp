@@ -80,10 +80,10 @@ void X11KeystrokeSender::waitForWrites(PasteChord chord, const Done& done)
     if (!m_engine)
         return done(send(chord));
     // Only the main thread looks at this object, which may be gone by then.
-    m_engine->afterWrites(chord == PasteChord::ShiftInsert, [self = QPointer(this), chord, done] {
-        const auto goOn = [self, chord, done] {
+    m_engine->afterWrites(chord == PasteChord::ShiftInsert, [self = QPointer(this), chord, done](bool areInForce) {
+        const auto goOn = [self, chord, done, areInForce] {
             if (self)
-                done(self->send(chord));
+                done(areInForce ? self->send(chord) : PasteResult::notSent);
         };
         QMetaObject::invokeMethod(QCoreApplication::instance(), goOn, Qt::QueuedConnection);
     });

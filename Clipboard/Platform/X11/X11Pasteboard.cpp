@@ -2,6 +2,7 @@
 
 #include "History/CaptureExclusion.h"
 
+#include <QCoreApplication>
 #include <QSysInfo>
 
 #include <utility>
@@ -25,12 +26,16 @@ std::unique_ptr<X11Pasteboard> X11Pasteboard::create(const QByteArray& display)
     std::unique_ptr<X11Pasteboard> pasteboard(new X11Pasteboard);
     X11::SelectionEngine::Options options;
     options.display = display;
-    options.reading.secretTargets = ClipboardCore::CaptureExclusion::markerTypes() + passwordHints;
-    options.reading.hostName = QSysInfo::machineHostName().toUtf8();
+    options.selections.reading.secretTargets = ClipboardCore::CaptureExclusion::markerTypes() + passwordHints;
+    options.selections.reading.hostName = QSysInfo::machineHostName().toUtf8();
     // One queued call a copy: each is seen by those who listen before the next one replaces it.
     options.onChange = [self = pasteboard.get()](const X11::SelectionSnapshot& snapshot) {
         QMetaObject::invokeMethod(
             self, [self, snapshot] { self->take(snapshot); }, Qt::QueuedConnection);
+    };
+    options.onConnected = [self = pasteboard.get()](bool isConnected) {
+        QMetaObject::invokeMethod(
+            self, [self, isConnected] { self->setConnected(isConnected); }, Qt::QueuedConnection);
     };
     pasteboard->m_engine = X11::SelectionEngine::start(options);
     if (!pasteboard->m_engine)
@@ -42,6 +47,30 @@ X11Pasteboard::~X11Pasteboard()
 {
     if (m_engine)
         m_engine->stop();
+}
+
+QString X11Pasteboard::unavailableReason() const
+{
+    return m_isConnected ? QString()
+                         : tr("Copies are not recorded at the moment: the connection to the display was lost.");
+}
+
+void X11Pasteboard::setConnected(bool isConnected)
+{
+    m_isConnected = isConnected;
+    emit availabilityChanged();
+}
+
+void X11Pasteboard::settle(std::chrono::milliseconds limit)
+{
+    m_engine->settled().wait_for(limit);
+    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+}
+
+void X11Pasteboard::leave()
+{
+    // The engine keeps limits of its own, unless the server hangs.
+    m_engine->handOver().wait_for(X11::successorTimeout + 2 * X11::handOverTimeout);
 }
 
 void X11Pasteboard::setString(const QByteArray& utf8)

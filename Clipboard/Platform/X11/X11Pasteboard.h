@@ -18,7 +18,7 @@ public:
     /// For those who must wait until a write is in force. It outlives this object, silent.
     [[nodiscard]] const std::shared_ptr<X11::SelectionEngine>& engine() const { return m_engine; }
 
-    [[nodiscard]] QString unavailableReason() const override { return {}; }
+    [[nodiscard]] QString unavailableReason() const override;
     [[nodiscard]] qint64 changeCount() const override { return m_changeCount; }
     [[nodiscard]] QSet<QString> types() const override { return m_content.types; }
     [[nodiscard]] QList<QUrl> fileURLs() const override { return m_content.fileURLs; }
@@ -33,14 +33,19 @@ public:
     /// Our own picture is read when another program asks for it; pngData() does not have it.
     [[nodiscard]] bool setPNGFile(const QString& path) override;
 
+    void settle(std::chrono::milliseconds limit) override;
+    void leave() override;
+
 private:
     X11Pasteboard() = default;
 
     void write(const X11::SelectionForms& forms, X11::SelectionContent content);
+    void setConnected(bool isConnected);
     void take(const X11::SelectionSnapshot& snapshot);
 
     std::shared_ptr<X11::SelectionEngine> m_engine;
     X11::SelectionContent m_content;
+    bool m_isConnected = true;
     qint64 m_changeCount = 0;
     quint64 m_writes = 0;
 };

@@ -117,6 +117,14 @@ std::vector<uint32_t> XcbConnection::words(xcb_window_t window, xcb_atom_t name,
     return {first, first + reply->value_len};
 }
 
+xcb_window_t XcbConnection::selectionOwner(xcb_atom_t selection) const
+{
+    const auto cookie = xcb_get_selection_owner(m_connection, selection);
+    const XcbPointer<xcb_get_selection_owner_reply_t> reply(
+        xcb_get_selection_owner_reply(m_connection, cookie, nullptr));
+    return reply ? reply->owner : static_cast<xcb_window_t>(XCB_WINDOW_NONE);
+}
+
 xcb_window_t XcbConnection::createHiddenWindow(uint32_t eventMask)
 {
     const xcb_window_t window = xcb_generate_id(m_connection);

@@ -55,6 +55,8 @@ public:
     /// A property of window or atom ids or cardinals; empty when it is absent or of another shape.
     [[nodiscard]] std::vector<uint32_t> words(xcb_window_t window, xcb_atom_t name, xcb_atom_t type,
                                               uint32_t maxWords) const;
+    /// XCB_WINDOW_NONE when nobody owns the selection.
+    [[nodiscard]] xcb_window_t selectionOwner(xcb_atom_t selection) const;
     /// A window that is never shown, for talking to other clients.
     [[nodiscard]] xcb_window_t createHiddenWindow(uint32_t eventMask);
 

@@ -23,13 +23,17 @@ inline QByteArray numbers(qsizetype size)
 class EngineWithLog final
 {
 public:
-    explicit EngineWithLog(const QString& display, std::chrono::milliseconds stepTimeout = std::chrono::seconds(20))
+    explicit EngineWithLog(const QString& display, std::chrono::milliseconds stepTimeout = std::chrono::seconds(20),
+                           std::chrono::milliseconds saveHold = std::chrono::seconds(20))
     {
         X11::SelectionEngine::Options options;
         options.display = display.toLatin1();
-        options.reading.secretTargets = {QStringLiteral("secret/marker")};
-        options.reading.hostName = "thishost";
-        options.reading.stepTimeout = stepTimeout;
+        options.selections.reading.secretTargets = {QStringLiteral("secret/marker")};
+        options.selections.reading.hostName = "thishost";
+        options.selections.reading.stepTimeout = stepTimeout;
+        options.selections.reading.formTimeout = 4 * stepTimeout;
+        options.selections.writeTimeout = stepTimeout;
+        options.selections.saveHold = saveHold;
         options.onChange = [this](const X11::SelectionSnapshot& snapshot) {
             const std::scoped_lock lock(m_mutex);
             if (!snapshot.isInitial)

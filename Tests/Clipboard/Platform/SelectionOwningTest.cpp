@@ -1,11 +1,12 @@
 #include "EngineWithLog.h"
 #include "ForeignClient.h"
 #include "VirtualSession.h"
+#include "Xcb.h"
 
-#include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <atomic>
 #include <future>
 #include <memory>
 
@@ -27,17 +28,19 @@ private slots:
     void formsOnOffer_data();
     void formsOnOffer();
     void multipleConversions();
+    void formsAreConvertedOnceAndWithinABudget();
     void requestsFromBeforeTheWriteAreRefused();
     void largeReplies_data();
     void largeReplies();
     void severalReadersAtOnce();
     void readerFinishesAfterTheLoss();
-    void dyingReadersDoNoHarm();
+    void lostReadersDoNoHarm();
     void pictureFileOutlivesItsName();
     void realClientsPaste();
     void copyAfterWriteIsCountedSo();
     void primaryFollows();
-    void stopsAtOnce();
+    void lostConnectionIsMadeAnew_data();
+    void lostConnectionIsMadeAnew();
 
 private:
     [[nodiscard]] QByteArray display() const { return m_session->display().toLatin1(); }
@@ -72,7 +75,7 @@ void SelectionOwningTest::own(const X11::SelectionForms& forms)
 {
     m_log->engine->own(forms);
     std::promise<void> done;
-    m_log->engine->afterWrites(false, [&] { done.set_value(); });
+    m_log->engine->afterWrites(false, [&](bool) { done.set_value(); });
     done.get_future().wait();
 }
 
@@ -125,6 +128,23 @@ void SelectionOwningTest::multipleConversions()
     const auto received = reader.convertMultiple({"UTF8_STRING", "image/png", "STRING", "MULTIPLE"});
     const std::vector<std::optional<QByteArray>> expected{"text", {}, "text", {}};
     QCOMPARE(received, expected);
+}
+
+void SelectionOwningTest::formsAreConvertedOnceAndWithinABudget()
+{
+    std::atomic<int> conversions = 0;
+    const auto form = [&conversions](const QByteArray& target) {
+        return X11::SelectionForm{target, target, 8, [&conversions] {
+                                      ++conversions;
+                                      return QByteArray(X11::maxSelectionBytes, Qt::Uninitialized);
+                                  }};
+    };
+    own({form("a"), form("b"), form("c")});
+    ForeignClient reader(display());
+    const auto received = reader.convertMultiple({"a", "a", "b", "a", "c"});
+    QVERIFY(received.size() == 5 && received[0] && received[1] && received[2] && received[3]);
+    QVERIFY(!received[4]);
+    QCOMPARE(conversions, 3);
 }
 
 void SelectionOwningTest::requestsFromBeforeTheWriteAreRefused()
@@ -196,17 +216,28 @@ void SelectionOwningTest::readerFinishesAfterTheLoss()
     QVERIFY(received == text);
 }
 
-void SelectionOwningTest::dyingReadersDoNoHarm()
+void SelectionOwningTest::lostReadersDoNoHarm()
 {
+    m_log.reset();
+    m_log = std::make_unique<EngineWithLog>(m_session->display(), 200ms);
     own(X11::formsOfText(numbers(3'000'000)));
+    ForeignClient stalled(display());
+    stalled.begin("UTF8_STRING");
+    QVERIFY(stalled.isAccepted());
     for (int i = 0; i < 20; ++i) {
         ForeignClient reader(display());
         reader.begin("UTF8_STRING");
         if (i % 2 == 0) // the others are gone before they are answered
             QVERIFY(reader.isAccepted() && reader.nextPiece());
     }
-    own(X11::formsOfText("still there"));
-    QCOMPARE(ForeignClient(display()).convert("UTF8_STRING")->bytes, QByteArray("still there"));
+    // Its window is watched until it is given up.
+    QVERIFY(VirtualSession::waitUntil([&] {
+        xcb_connection_t* xcb = m_session->connection();
+        const Xcb::Pointer<xcb_get_window_attributes_reply_t> window(
+            xcb_get_window_attributes_reply(xcb, xcb_get_window_attributes(xcb, stalled.window()), nullptr));
+        return (window->all_event_masks & XCB_EVENT_MASK_STRUCTURE_NOTIFY) == 0;
+    }));
+    QCOMPARE(ForeignClient(display()).convert("STRING")->bytes, numbers(3'000'000));
 }
 
 void SelectionOwningTest::pictureFileOutlivesItsName()
@@ -256,23 +287,43 @@ void SelectionOwningTest::primaryFollows()
 {
     m_log->engine->own(X11::formsOfText("marked too"));
     std::promise<void> done;
-    m_log->engine->afterWrites(true, [&] { done.set_value(); });
+    m_log->engine->afterWrites(true, [&](bool) { done.set_value(); });
     done.get_future().wait();
     QCOMPARE(ForeignClient(display(), "PRIMARY").convert("UTF8_STRING")->bytes, QByteArray("marked too"));
     QCOMPARE(ForeignClient(display()).convert("UTF8_STRING")->bytes, QByteArray("marked too"));
 }
 
-void SelectionOwningTest::stopsAtOnce()
+void SelectionOwningTest::lostConnectionIsMadeAnew_data()
 {
+    QTest::addColumn<bool>("isKilled");
+    QTest::newRow("killed") << true;
+    QTest::newRow("without its window") << false;
+}
+
+void SelectionOwningTest::lostConnectionIsMadeAnew()
+{
+    QFETCH(const bool, isKilled);
+    const auto cut = [&] {
+        const auto window = m_session->selectionOwner("CLIPBOARD_MANAGER");
+        if (isKilled)
+            xcb_kill_client(m_session->connection(), window);
+        else
+            xcb_destroy_window(m_session->connection(), window);
+        Xcb::synchronize(m_session->connection());
+    };
+    own(X11::formsOfText("ours"));
+    cut();
+    QVERIFY(VirtualSession::waitUntil([&] { return m_session->selectionOwner("CLIPBOARD_MANAGER") != 0; }));
+    QCOMPARE(ForeignClient(display()).convert("UTF8_STRING")->bytes, QByteArray("ours"));
+
     ForeignClient owner(display());
-    owner.offer({{"TARGETS", {.bytes = {}, .manner = Manner::Mute}}});
-    owner.take();
-    QVERIFY(VirtualSession::waitUntil([&] { return !owner.asked().isEmpty(); }));
-    QElapsedTimer clock;
-    clock.start();
-    m_log->engine->stop();
-    QVERIFY(clock.elapsed() < 1000);
-    QCOMPARE(m_session->selectionOwner("CLIPBOARD_MANAGER"), 0U);
+    owner.copyText("theirs");
+    QCOMPARE(m_log->waitForSnapshot().text, QByteArray("theirs"));
+    cut(); // what was there before is no change
+    QVERIFY(VirtualSession::waitUntil([&] { return m_session->selectionOwner("CLIPBOARD_MANAGER") != 0; }));
+    cut();
+    owner.copyText("meanwhile");
+    QCOMPARE(m_log->waitForSnapshot(2).text, QByteArray("meanwhile"));
 }
 
 QTEST_GUILESS_MAIN(SelectionOwningTest)

@@ -12,6 +12,7 @@
 using namespace Clipboard;
 using namespace Clipboard::Testing;
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 /// The port's promises, kept by the adapter over a real server.
 class X11PasteboardTest final : public QObject
@@ -29,6 +30,7 @@ private slots:
     void missingPictureLeavesTheContent();
     void filesOfThisMachine();
     void stoppedOwnerHoldsNobodyUp();
+    void tellsOfALostConnection();
     void noDisplay();
 
 private:
@@ -70,14 +72,12 @@ void X11PasteboardTest::eachCopyIsSeenInItsTurn()
     QByteArrayList copied;
     for (int i = 0; i < count; ++i) {
         copied.append("copy " + QByteArray::number(i));
-        owner.offerText(copied.last());
-        owner.take();
+        owner.copyText(copied.last());
         // The main thread hears of none of them before all are made. The engine does.
-        while (!owner.asked().contains("UTF8_STRING"))
-            QThread::msleep(1);
-        QThread::msleep(2);
+        m_pasteboard->engine()->settled().wait();
     }
-    QTRY_COMPARE(seen.size(), count);
+    QCOMPARE(seen, QByteArrayList());
+    m_pasteboard->settle(20s);
     QCOMPARE(seen, copied);
     QVERIFY(std::ranges::is_sorted(counts));
     QCOMPARE(QSet<qint64>(counts.begin(), counts.end()).size(), count);
@@ -120,8 +120,7 @@ void X11PasteboardTest::ownWriteIsThereAtOnceAndSilent()
     QVERIFY(m_pasteboard->changeCount() != before);
     QVERIFY(m_pasteboard->types().contains(u"UTF8_STRING"_s));
     const qint64 after = m_pasteboard->changeCount();
-    QTRY_VERIFY(m_session->selectionOwner("CLIPBOARD") != 0);
-    QTest::qWait(20);
+    m_pasteboard->settle(20s);
     QCOMPARE(changes.size(), 0);
     QCOMPARE(m_pasteboard->changeCount(), after);
     QTRY_COMPARE(ForeignClient(display()).convert("UTF8_STRING")->bytes, QByteArray("ours"));
@@ -130,11 +129,8 @@ void X11PasteboardTest::ownWriteIsThereAtOnceAndSilent()
 void X11PasteboardTest::copyHeardOfAfterAWriteDoesNotReplaceIt()
 {
     ForeignClient owner(display());
-    owner.offerText("theirs");
-    owner.take();
-    while (!owner.asked().contains("UTF8_STRING"))
-        QThread::msleep(1);
-    QThread::msleep(100); // it has been read, and waits for the main thread
+    owner.copyText("theirs");
+    m_pasteboard->engine()->settled().wait(); // it has been read, and waits for the main thread
 
     QByteArray seen;
     connect(m_pasteboard.get(), &Pasteboard::changed, this, [&] { seen = m_pasteboard->string().value_or(""); });
@@ -182,6 +178,19 @@ void X11PasteboardTest::stoppedOwnerHoldsNobodyUp()
     QCOMPARE(m_pasteboard->string(), QByteArray("next"));
     ::kill(static_cast<pid_t>(hung.processId()), SIGCONT);
     m_session->kill(hung);
+}
+
+void X11PasteboardTest::tellsOfALostConnection()
+{
+    QStringList reasons;
+    connect(m_pasteboard.get(), &Pasteboard::availabilityChanged, this,
+            [&] { reasons.append(m_pasteboard->unavailableReason()); });
+    m_pasteboard->setString("ours");
+    m_pasteboard->settle(20s);
+    xcb_kill_client(m_session->connection(), m_session->selectionOwner("CLIPBOARD"));
+    xcb_flush(m_session->connection());
+    QTRY_COMPARE(reasons.size(), 2);
+    QVERIFY(!reasons[0].isEmpty() && reasons[1].isEmpty());
 }
 
 void X11PasteboardTest::noDisplay()
