@@ -44,7 +44,7 @@ void AppDelegate::showPanel()
 
 void AppDelegate::willTerminate()
 {
-    m_statusItemController.flush();
+    m_statusItemController.terminate();
 }
 
 } // namespace Clipboard

@@ -10,6 +10,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QThread>
 #include <QTimer>
 #include <QWindow>
 
@@ -29,10 +30,15 @@ constexpr std::chrono::milliseconds showAfterLaunch{400};
 // The first showing then costs what the others do; at the start itself there is more urgent work.
 constexpr std::chrono::milliseconds prepareAfterLaunch{1000};
 
-// A large picture that was just copied is converted in a fraction of this.
-constexpr std::chrono::milliseconds conversionLimit{2000};
+// What was just copied is read and converted in a fraction of this, also when it is a large picture. Beyond it whoever
+// quits, or a session that ends, has waited long enough for a program that hangs or for a picture to become small.
+constexpr std::chrono::milliseconds lastCopyLimit{2000};
 // An annotated picture is encoded in a fraction of this, too.
 constexpr std::chrono::milliseconds resultLimit{2000};
+
+// A program that copies from a terminal goes on in the background, and may reach the display a little later than its
+// user reaches us.
+constexpr std::chrono::milliseconds lateCopyGrace{100};
 
 constexpr const char* showPanelVariable = "CLIPBOARD_SHOW_PANEL";
 
@@ -99,6 +105,15 @@ void StatusItemController::connectNotices()
     connect(&m_statusItem, &StatusItem::noticeChosen, this,
             [this](const QString& text) { m_toasts.show(ToastText::failure(text)); });
     connect(&m_panel, &FloatingPanel::closed, &m_notices, &ServiceNotices::markSeen);
+    const auto tellOfClipboard = [this] {
+        const QString reason = m_platform.pasteboard->unavailableReason();
+        if (reason.isEmpty())
+            m_notices.clear(u"clipboard"_s);
+        else
+            m_notices.raise(u"clipboard"_s, reason);
+    };
+    connect(m_platform.pasteboard.get(), &Pasteboard::availabilityChanged, this, tellOfClipboard);
+    tellOfClipboard();
 }
 
 void StatusItemController::connectHistory()
@@ -198,9 +213,25 @@ void StatusItemController::annotate(const ClipboardCore::ClipItem& item, const Q
 void StatusItemController::flush()
 {
     m_editor.keepChanges(resultLimit);
-    m_watcher.finishPending(conversionLimit);
+    saveCopies();
+}
+
+void StatusItemController::saveCopies()
+{
+    m_watcher.finishPending(lastCopyLimit);
     m_viewModel.forgetRemoved();
     m_store.flush();
+}
+
+void StatusItemController::terminate()
+{
+    // Nobody looks any more; the display may even be gone.
+    m_platform.pasteboard->disconnect(this);
+    m_watcher.onPicture = {};
+    flush();
+    QThread::msleep(lateCopyGrace.count());
+    saveCopies();
+    m_platform.pasteboard->leave();
 }
 
 void StatusItemController::clearHistory()

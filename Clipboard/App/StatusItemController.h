@@ -43,9 +43,10 @@ public:
     /// Asks, and on consent removes every entry that is not pinned.
     void clearHistory();
     void showAbout();
-    /// Stores the copies under conversion and what is being annotated, and writes the history. For the end of the
-    /// program.
+    /// Stores the copies made so far and what is being annotated, and writes the history.
     void flush();
+    /// The end of the program: the same, and then the clipboard's content is left with the session.
+    void terminate();
 
 private:
     void connectNotices();
@@ -55,6 +56,7 @@ private:
     void connectStatusItem();
     void grabHotKey();
     void annotate(const ClipboardCore::ClipItem& item, const QImage& picture);
+    void saveCopies();
     void present(std::unique_ptr<QDialog> dialog);
 
     Platform m_platform;

@@ -31,9 +31,9 @@ constexpr std::chrono::milliseconds pollInterval{300};
 // Checking and classifying a text grows with it: up to this size it takes less than a millisecond.
 constexpr qsizetype maxInlineTextBytes = qsizetype{1024} * 1024;
 
-// Encoded pictures that wait for their conversion. Nobody copies that much in a second; a program that does so in a
-// loop must not take the machine's memory.
-constexpr qsizetype maxPendingPictureBytes = qsizetype{512} * 1024 * 1024;
+// What waits for its conversion. Nobody copies that much in a second; a program that does so in a loop must not take
+// the machine's memory.
+constexpr qsizetype maxPendingBytes = qsizetype{512} * 1024 * 1024;
 
 } // namespace
 
@@ -56,6 +56,7 @@ PasteboardWatcher::~PasteboardWatcher()
 {
     m_texts.clear();
     m_pictures.clear();
+    m_hurry.request_stop();
     m_texts.waitForDone();
     m_pictures.waitForDone();
 }
@@ -76,8 +77,25 @@ void PasteboardWatcher::markOwnChange()
 void PasteboardWatcher::finishPending(std::chrono::milliseconds limit)
 {
     const QDeadlineTimer deadline(limit);
-    m_texts.waitForDone(static_cast<int>(deadline.remainingTime()));
-    m_pictures.waitForDone(static_cast<int>(deadline.remainingTime()));
+    const auto remaining = [&deadline] { return std::chrono::milliseconds(deadline.remainingTime()); };
+    m_pasteboard.settle(remaining());
+    while (m_conversions > 0) {
+        waitForConversions(deadline);
+        // They may have taken long enough for another copy.
+        if (!deadline.hasExpired())
+            m_pasteboard.settle(remaining());
+    }
+    m_hurry = {};
+}
+
+void PasteboardWatcher::waitForConversions(const QDeadlineTimer& deadline)
+{
+    for (QThreadPool* pool : {&m_texts, &m_pictures}) {
+        if (pool->waitForDone(static_cast<int>(deadline.remainingTime())))
+            continue;
+        m_hurry.request_stop();
+        pool->waitForDone();
+    }
     QCoreApplication::sendPostedEvents(QCoreApplication::instance(), QEvent::MetaCall);
 }
 
@@ -97,7 +115,7 @@ void PasteboardWatcher::poll()
     if (!picture)
         picture = m_pasteboard.tiffData();
     if (picture)
-        return capturePicture(*picture, capture);
+        return capturePicture(*picture, capture, true);
 
     if (const std::optional<QByteArray> text = m_pasteboard.string())
         captureText(*text, capture);
@@ -119,32 +137,39 @@ void PasteboardWatcher::captureText(const QByteArray& utf8, const Capture& captu
     if (utf8.size() <= maxInlineTextBytes)
         storeIfAny(make());
     else
-        runOffMainThread(m_texts, this, make, storeIfAny);
+        convert(m_texts, utf8.size(), make, storeIfAny);
 }
 
-void PasteboardWatcher::capturePicture(const QByteArray& picture, const Capture& capture)
+void PasteboardWatcher::capturePicture(const QByteArray& picture, const Capture& capture, bool mayRetry)
 {
-    if (m_pendingPictureBytes + picture.size() > maxPendingPictureBytes)
-        return;
-    convertPicture(picture, capture, true);
-}
-
-void PasteboardWatcher::convertPicture(const QByteArray& picture, const Capture& capture, bool mayRetry)
-{
-    m_pendingPictureBytes += picture.size();
-    const auto write = [picture, dir = m_imagesDir] { return ImageBlobs::write(picture, dir); };
+    const auto write = [picture, dir = m_imagesDir, hurry = m_hurry.get_token()] {
+        return ImageBlobs::write(picture, dir, hurry);
+    };
     const auto done = [this, picture, capture, mayRetry](const std::optional<QString>& path) {
-        m_pendingPictureBytes -= picture.size();
         if (!path)
             return;
         // An equal picture's entry may have gone meanwhile, and the file that both share with it.
         if (mayRetry && !QFile::exists(*path))
-            return convertPicture(picture, capture, false);
+            return capturePicture(picture, capture, false);
         store(makeItem(ClipType::image, *path, capture));
         if (onPicture)
             onPicture(*path);
     };
-    runOffMainThread(m_pictures, this, write, done);
+    convert(m_pictures, picture.size(), write, done);
+}
+
+template <typename Work, typename Done>
+void PasteboardWatcher::convert(QThreadPool& pool, qsizetype bytes, Work work, Done done)
+{
+    if (m_pendingBytes + bytes > maxPendingBytes)
+        return;
+    ++m_conversions;
+    m_pendingBytes += bytes;
+    runOffMainThread(pool, this, std::move(work), [this, bytes, done = std::move(done)](const auto& result) {
+        --m_conversions;
+        m_pendingBytes -= bytes;
+        done(result);
+    });
 }
 
 void PasteboardWatcher::store(const ClipItem& item)

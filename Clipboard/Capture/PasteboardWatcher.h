@@ -4,6 +4,7 @@
 #include "Workspace.h"
 
 #include <QByteArray>
+#include <QDeadlineTimer>
 #include <QObject>
 #include <QString>
 #include <QThreadPool>
@@ -12,6 +13,7 @@
 #include <chrono>
 #include <functional>
 #include <optional>
+#include <stop_token>
 
 namespace ClipboardCore {
 class JSONHistoryStore;
@@ -36,8 +38,9 @@ public:
     void start();
     /// The pasteboard's present content is Tessaly's own: not to be captured.
     void markOwnChange();
-    /// Waits for the copies that are still being converted and stores them; gives up after `limit`. For the end of the
-    /// program.
+    /// Stores every copy made so far: waits for what is still being read and converted. After `limit` no owner is
+    /// waited for any longer and pictures are stored the quick way, so that little more time passes and no entry is
+    /// lost. For the end of the program.
     void finishPending(std::chrono::milliseconds limit);
 
     /// Called after an entry was stored.
@@ -57,8 +60,10 @@ private:
     void poll();
     [[nodiscard]] Capture captureNow() const;
     void captureText(const QByteArray& utf8, const Capture& capture);
-    void capturePicture(const QByteArray& picture, const Capture& capture);
-    void convertPicture(const QByteArray& picture, const Capture& capture, bool mayRetry);
+    void capturePicture(const QByteArray& picture, const Capture& capture, bool mayRetry);
+    template <typename Work, typename Done>
+    void convert(QThreadPool& pool, qsizetype bytes, Work work, Done done);
+    void waitForConversions(const QDeadlineTimer& deadline);
     void store(const ClipboardCore::ClipItem& item);
     [[nodiscard]] static ClipboardCore::ClipItem
     makeItem(ClipboardCore::ClipType type, const ClipboardCore::Utf8Text& content, const Capture& capture);
@@ -71,7 +76,9 @@ private:
     QString m_imagesDir;
     qint64 m_lastChangeCount;
     QTimer m_timer;
-    qsizetype m_pendingPictureBytes = 0;
+    int m_conversions = 0; // under way or waiting, with this many bytes:
+    qsizetype m_pendingBytes = 0;
+    std::stop_source m_hurry;
     // One thread each: conversions finish in the order of the copies, and a burst costs the memory of one.
     QThreadPool m_texts;
     QThreadPool m_pictures;

@@ -1027,4 +1027,11 @@ Freie Software unter der MIT-Lizenz.</translation>
         <translation>Wird in Dateien gezeigt …</translation>
     </message>
 </context>
+<context>
+    <name>Clipboard::X11Pasteboard</name>
+    <message>
+        <source>Copies are not recorded at the moment: the connection to the display was lost.</source>
+        <translation>Kopien werden zurzeit nicht aufgezeichnet: Die Verbindung zur Anzeige ist abgerissen.</translation>
+    </message>
+</context>
 </TS>
