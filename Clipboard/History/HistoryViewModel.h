@@ -38,7 +38,7 @@ public:
         /// Carries out what a smart action asks for.
         std::function<void(const ClipboardCore::SmartActionEffect&, HistoryViewModel&)> perform;
         /// Shows a notice until the next one: of something that has yet to end.
-        std::function<void(const QString& text)> progress;
+        std::function<void(const ClipboardCore::ToastText& text)> progress;
     };
 
     HistoryViewModel(ClipboardCore::JSONHistoryStore& store, Services services, QObject* parent = nullptr);

@@ -141,7 +141,7 @@ void SmartActionRunner::copyFileToPictures(const QString& path, HistoryViewModel
 {
     const QString folder = m_services.workspace.picturesFolder();
     const auto write = [path, folder] { return copyNumbered(path, folder, readableName(path)); };
-    const auto tell = [this, folder](const std::optional<QString>& copy) {
+    const auto tell = [this, folder, underWay = viewModel.actionUnderWay()](const std::optional<QString>& copy) {
         if (!copy)
             return m_services.toast(ToastText::failure(Notice::tr("Couldn't save image")));
         const QString name = copy->section(u'/', -1);
