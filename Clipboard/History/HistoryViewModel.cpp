@@ -331,8 +331,10 @@ void HistoryViewModel::carryOut(const SmartActionResult& result, const std::opti
     if (selectedID() != entry)
         setQrPreview({}); // a code is shown with the entry that it was made of
     // What is yet to be answered will say so itself.
-    const auto& show = pending.expired() ? m_services.toast : m_services.progress;
-    show(result.toast);
+    if (pending.expired())
+        m_services.toast(result.toast);
+    else
+        m_services.progress(result.toast);
 }
 
 bool HistoryViewModel::isUnderWay(const QString& label) const
