@@ -31,11 +31,11 @@ int distance(const QRect& rect, const QPoint& point)
     return (QPoint(x, y) - point).manhattanLength();
 }
 
-/// The screen that holds the point, or else the nearest.
-const Screen& screenAt(const QPoint& point, const QList<Screen>& screens)
+/// The index of the screen that holds the point, or else of the nearest.
+qsizetype screenAt(const QPoint& point, const QList<Screen>& screens)
 {
-    return *std::ranges::min_element(screens, {},
-                                     [&point](const Screen& screen) { return distance(screen.geometry, point); });
+    const auto toPoint = [&point](const Screen& screen) { return distance(screen.geometry, point); };
+    return std::ranges::min_element(screens, {}, toPoint) - screens.begin();
 }
 
 enum class Edge { top, bottom, left, right };
@@ -113,17 +113,19 @@ QRect byPointer(const QPoint& pointer, const QRect& area)
 
 } // namespace
 
-QRect PanelPlacement::panelRect(const std::optional<QRect>& statusItem, const QPoint& pointer,
-                                const QList<Screen>& screens)
+QRect PanelPlacement::panelRect(const Places& places, const QList<Screen>& screens)
 {
     if (screens.isEmpty())
         return {0, 0, panelWidth, panelHeight};
-    if (statusItem)
-        return beside(*statusItem, screenAt(statusItem->center(), screens).workArea);
-    const Screen& screen = screenAt(pointer, screens);
-    if (screen.geometry.contains(pointer))
-        return byPointer(pointer, screen.workArea);
-    const QRect& area = screens.first().workArea;
+    if (places.statusItem) {
+        const qsizetype screen = screenAt(places.statusItem->center(), screens);
+        if (places.workScreen.value_or(screen) == screen)
+            return beside(*places.statusItem, screens.at(screen).workArea);
+    }
+    const Screen& screen = screens.at(places.workScreen.value_or(screenAt(places.pointer, screens)));
+    if (screen.geometry.contains(places.pointer))
+        return byPointer(places.pointer, screen.workArea);
+    const QRect& area = (places.workScreen ? screen : screens.first()).workArea;
     return byPointer({rightEdge(area), area.y()}, area);
 }
 

@@ -164,7 +164,12 @@ void StatusItemController::connectEditor()
 
 void StatusItemController::connectStatusItem()
 {
-    connect(&m_statusItem, &StatusItem::clicked, this, &StatusItemController::togglePanel);
+    connect(&m_statusItem, &StatusItem::clicked, this, [this] {
+        if (m_panel.isVisible())
+            m_panel.dismiss();
+        else
+            open({}, {}); // by the item that was clicked, wherever the user works otherwise
+    });
     connect(&m_statusItem, &StatusItem::menuWillShow, &m_panel, &FloatingPanel::dismiss);
     connect(&m_statusItem, &StatusItem::clearHistoryChosen, this, &StatusItemController::clearHistory);
     connect(&m_statusItem, &StatusItem::aboutChosen, this, &StatusItemController::showAbout);
@@ -186,8 +191,15 @@ void StatusItemController::grabHotKey()
 
 void StatusItemController::show(std::optional<QUuid> selecting)
 {
+    const qsizetype screen = QGuiApplication::screens().indexOf(m_platform.windows->workScreen());
+    open(selecting, screen < 0 ? std::nullopt : std::optional(screen));
+}
+
+void StatusItemController::open(std::optional<QUuid> selecting, std::optional<qsizetype> workScreen)
+{
     m_panel.dismiss(); // an open one opens afresh, and remembers the application behind it
-    m_panel.setPanelGeometry(PanelPlacement::panelRect(m_statusItem.geometry(), QCursor::pos(), currentScreens()));
+    m_panel.setPanelGeometry(
+        PanelPlacement::panelRect({m_statusItem.geometry(), QCursor::pos(), workScreen}, currentScreens()));
     m_isEditorBehindPanel = m_editor.isInFront();
     m_viewModel.panelWillShow(selecting);
     m_panel.open();

@@ -49,6 +49,7 @@ public:
     void terminate();
 
 private:
+    void open(std::optional<QUuid> selecting, std::optional<qsizetype> workScreen);
     void connectNotices();
     void connectHistory();
     void connectPanel();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QScreen>
 #include <QWindow>
 
 namespace Clipboard {
@@ -21,6 +22,8 @@ public:
     virtual void activate(QWindow* window) = 0;
     /// Gives the focus back to the remembered window, if it still exists and nothing else took it since.
     virtual void restoreFrontWindow() = 0;
+    /// The screen where the user works: that of the active window, or else the pointer's; null when neither is known.
+    [[nodiscard]] virtual QScreen* workScreen() const = 0;
     /// True when translucent windows are composited; without that, corners are cut and shadows left out.
     [[nodiscard]] virtual bool isCompositing() const = 0;
 

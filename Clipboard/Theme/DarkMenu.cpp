@@ -5,11 +5,15 @@
 #include "Theme.h"
 #include "TintedIcon.h"
 
+#include <QKeyEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QProxyStyle>
 #include <QStyleFactory>
 #include <QStyleOption>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -79,6 +83,21 @@ DarkMenu::DarkMenu(bool composited, QWidget* parent)
     auto* metrics = new MenuMetrics;
     metrics->setParent(this);
     setStyle(metrics);
+}
+
+void DarkMenu::keyPressEvent(QKeyEvent* event)
+{
+    const QKeySequence keys(event->keyCombination());
+    const QList<QAction*> all = actions();
+    const auto chosen = std::ranges::find_if(all, [&keys](const QAction* action) {
+        return action->isVisible() && action->isEnabled() && action->shortcut() == keys;
+    });
+    if (chosen == all.end())
+        return QMenu::keyPressEvent(event);
+    const QPointer<QAction> action = *chosen; // what closes with the menu may end it
+    close();
+    if (action)
+        action->trigger();
 }
 
 void DarkMenu::paintEvent(QPaintEvent* event)

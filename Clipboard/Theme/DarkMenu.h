@@ -14,6 +14,8 @@ public:
     explicit DarkMenu(bool composited, QWidget* parent = nullptr);
 
 protected:
+    /// A shortcut that the menu shows works while it is open.
+    void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:

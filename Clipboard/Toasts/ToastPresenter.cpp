@@ -57,7 +57,10 @@ void ToastPresenter::showUntilNext(const QString& text)
 void ToastPresenter::replace(const ClipboardCore::ToastText& text)
 {
     m_view = std::make_unique<ToastView>(text, m_windows.isCompositing());
-    if (const QScreen* screen = QGuiApplication::primaryScreen())
+    const QScreen* screen = m_windows.workScreen();
+    if (screen == nullptr)
+        screen = QGuiApplication::primaryScreen();
+    if (screen != nullptr)
         m_view->placeIn(screen->availableGeometry());
     m_view->fadeIn();
     m_view->show();

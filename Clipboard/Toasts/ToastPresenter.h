@@ -12,8 +12,8 @@ namespace Clipboard {
 class ToastView;
 class WindowSystem;
 
-/// Shows short notices near the bottom of the primary screen, one at a time, without taking focus or clicks. The
-/// composition root owns the one instance. Main thread only.
+/// Shows short notices near the bottom of the screen where the user works, one at a time, without taking focus or
+/// clicks. The composition root owns the one instance. Main thread only.
 class ToastPresenter final : public QObject
 {
     Q_OBJECT

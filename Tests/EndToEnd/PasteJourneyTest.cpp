@@ -25,6 +25,7 @@ private slots:
     void tellsThatAFileIsGone();
     void trayIconTogglesThePanel();
     void quitsFromTheMenu();
+    void opensWhereTheUserWorks();
 
 private:
     void arrive() override;
@@ -39,7 +40,10 @@ void PasteJourneyTest::arrive()
 
 void PasteJourneyTest::clickTrayIcon(int button)
 {
-    expect("the icon in the tray", [this] { return tessaly().trayIcon().has_value(); });
+    expect("the icon at rest in the tray, which is in the corner", [this] {
+        const auto icon = tessaly().trayIcon();
+        return icon && icon->geometry.width() > 16 && icon->geometry.right() > 1280 - icon->geometry.width();
+    });
     click(tessaly().trayIcon().value_or(Window()).geometry.center(), 1, button);
 }
 
@@ -150,11 +154,34 @@ void PasteJourneyTest::trayIconTogglesThePanel()
 
 void PasteJourneyTest::quitsFromTheMenu()
 {
+    const auto menuIsOpen = [this] { return tessaly().windows().size() == 2; }; // and the icon
+    session().run(u"xdotool"_s, {u"keydown"_s, u"ctrl"_s});
+    clickTrayIcon(1); // with Control as good as the other button
+    expect("the menu", menuIsOpen);
+    session().run(u"xdotool"_s, {u"keyup"_s, u"ctrl"_s});
+    press("Escape");
+    expect("the menu's end", [&] { return !menuIsOpen(); });
     clickTrayIcon(3);
-    expect("the menu", [this] { return tessaly().windows().size() == 2; }); // and the icon
-    press("Up Return");                                                     // from the end: Quit
+    expect("the menu", menuIsOpen);
+    press("ctrl+q");
     expect("its end", [this] { return !tessaly().isRunning(); });
     QCOMPARE(contents(), QStringList({u"gamma"_s, u"beta"_s, u"alpha"_s}));
+}
+
+void PasteJourneyTest::opensWhereTheUserWorks()
+{
+    // The tray is on the right one of two screens, the terminal on the left one.
+    session().run(u"xrandr"_s, u"--setmonitor left 640/170x800/210+0+0 screen"_s.split(u' '));
+    session().run(u"xrandr"_s, u"--setmonitor right 640/170x800/210+640+0 none"_s.split(u' '));
+    endTessaly();
+    startTessaly();
+    openTerminal();
+    desktop().movePointer({1000, 400});
+    callUp();
+    QVERIFY(tessaly().panel()->geometry.right() < 640);
+    press("Return");
+    expectNotice("Pasted “gamma”");
+    QVERIFY(tessaly().toast()->geometry.right() < 640);
 }
 
 QTEST_GUILESS_MAIN(PasteJourneyTest)

@@ -2,6 +2,9 @@
 
 #include "WindowSystem.h"
 
+#include <QCursor>
+#include <QGuiApplication>
+
 namespace Clipboard {
 
 /// No window manager to talk to: the panel gets what Qt alone can do.
@@ -12,6 +15,7 @@ public:
     void rememberFrontWindow() override {}
     void activate(QWindow* window) override { window->requestActivate(); }
     void restoreFrontWindow() override {}
+    [[nodiscard]] QScreen* workScreen() const override { return QGuiApplication::screenAt(QCursor::pos()); }
     [[nodiscard]] bool isCompositing() const override { return false; }
 };
 

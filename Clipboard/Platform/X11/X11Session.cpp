@@ -14,6 +14,8 @@ namespace {
 constexpr uint32_t maxClassWords = 256;
 // The hints that a window manager lists as supported; the longest lists have about a hundred.
 constexpr uint32_t maxSupportedHints = 1024;
+// A window has one type, and perhaps others for window managers that do not know it.
+constexpr uint32_t maxWindowTypes = 16;
 // The deepest trees of windows, those of old toolkits and embedded programs, have about ten levels.
 constexpr int maxWindowDepth = 32;
 
@@ -34,8 +36,8 @@ X11Session::X11Session(std::unique_ptr<XcbConnection> connection)
 {
     m_connection->preloadAtoms({"_NET_ACTIVE_WINDOW", "_NET_SUPPORTED", "_NET_WM_PID", "_NET_WM_STATE",
                                 "_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER", "_NET_WM_STATE_STICKY",
-                                "_NET_WM_STATE_ABOVE", "_NET_WM_DESKTOP", "_NET_WM_ICON", "_GTK_APPLICATION_ID",
-                                "UTF8_STRING", "TESSALY_TIME"});
+                                "_NET_WM_STATE_ABOVE", "_NET_WM_DESKTOP", "_NET_WM_ICON", "_NET_WM_WINDOW_TYPE",
+                                "_NET_WM_WINDOW_TYPE_DESKTOP", "_GTK_APPLICATION_ID", "UTF8_STRING", "TESSALY_TIME"});
     const uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_change_window_attributes(xcb(), root(), XCB_CW_EVENT_MASK, &mask);
     m_connection->flush();
@@ -92,6 +94,23 @@ xcb_window_t X11Session::focusWindow()
     if (!reply || reply->focus == XCB_INPUT_FOCUS_POINTER_ROOT || reply->focus == root())
         return XCB_WINDOW_NONE;
     return reply->focus;
+}
+
+QRect X11Session::geometry(xcb_window_t window) const
+{
+    const auto sizeCookie = xcb_get_geometry(xcb(), window);
+    const auto placeCookie = xcb_translate_coordinates(xcb(), window, root(), 0, 0);
+    const XcbPointer<xcb_get_geometry_reply_t> size(xcb_get_geometry_reply(xcb(), sizeCookie, nullptr));
+    const XcbPointer<xcb_translate_coordinates_reply_t> place(
+        xcb_translate_coordinates_reply(xcb(), placeCookie, nullptr));
+    return size && place ? QRect(place->dst_x, place->dst_y, size->width, size->height) : QRect();
+}
+
+bool X11Session::isDesktop(xcb_window_t window)
+{
+    const auto types =
+        m_connection->words(window, m_connection->atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, maxWindowTypes);
+    return std::ranges::find(types, m_connection->atom("_NET_WM_WINDOW_TYPE_DESKTOP")) != types.end();
 }
 
 bool X11Session::isWindow(xcb_window_t window)

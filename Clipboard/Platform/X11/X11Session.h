@@ -3,6 +3,7 @@
 #include "X11/XcbConnection.h"
 
 #include <QObject>
+#include <QRect>
 #include <QSocketNotifier>
 
 #include <memory>
@@ -34,6 +35,10 @@ public:
     [[nodiscard]] xcb_window_t activeWindow();
     /// The window with the input focus; none while the focus follows the pointer or is nowhere.
     [[nodiscard]] xcb_window_t focusWindow();
+    /// On the root window, in pixels; empty when the window is gone.
+    [[nodiscard]] QRect geometry(xcb_window_t window) const;
+    /// True for the window that file managers keep behind all others, over every screen.
+    [[nodiscard]] bool isDesktop(xcb_window_t window);
     [[nodiscard]] bool isWindow(xcb_window_t window);
     /// True for a window of this process.
     [[nodiscard]] bool isOurs(xcb_window_t window);

@@ -1,5 +1,6 @@
 #include "X11WindowSystem.h"
 
+#include <QCursor>
 #include <QEvent>
 #include <QGuiApplication>
 
@@ -19,6 +20,24 @@ void finishRequestsOfQt()
         return;
     xcb_connection_t* xcb = x11->connection();
     X11::XcbPointer<xcb_get_input_focus_reply_t>(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
+}
+
+/// The screen with the largest part of a rectangle in the server's pixels; null when it is outside of all.
+QScreen* screenOf(const QRect& window)
+{
+    QScreen* best = nullptr;
+    qint64 largest = 0;
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    for (QScreen* screen : screens) {
+        // The toolkit scales a screen's size, and leaves its corner where the server has it.
+        const QRect pixels(screen->geometry().topLeft(), screen->geometry().size() * screen->devicePixelRatio());
+        const QRect part = pixels & window;
+        if (const qint64 area = qint64(part.width()) * part.height(); !part.isEmpty() && area > largest) {
+            largest = area;
+            best = screen;
+        }
+    }
+    return best;
 }
 
 xcb_window_t idOf(const QWindow& window)
@@ -98,6 +117,14 @@ void X11WindowSystem::restoreFrontWindow()
 {
     finishRequestsOfQt();
     m_frontWindow->restore();
+}
+
+QScreen* X11WindowSystem::workScreen() const
+{
+    const xcb_window_t window = m_session->activeWindow();
+    QScreen* screen =
+        window == XCB_WINDOW_NONE || m_session->isDesktop(window) ? nullptr : screenOf(m_session->geometry(window));
+    return screen != nullptr ? screen : QGuiApplication::screenAt(QCursor::pos());
 }
 
 void X11WindowSystem::handle(const xcb_generic_event_t* event)

@@ -18,6 +18,7 @@ public:
     void rememberFrontWindow() override;
     void activate(QWindow* window) override;
     void restoreFrontWindow() override;
+    [[nodiscard]] QScreen* workScreen() const override;
     [[nodiscard]] bool isCompositing() const override { return m_isCompositing; }
 
     bool eventFilter(QObject* object, QEvent* event) override;

@@ -1,5 +1,7 @@
 #include "StatusItemController.h"
+#include "AboutDialog.h"
 #include "ClearHistoryDialog.h"
+#include "DarkMenu.h"
 #include "Fakes.h"
 #include "FloatingPanel.h"
 #include "History/JSONHistoryStore.h"
@@ -79,6 +81,13 @@ struct Fixture
         }
         return nullptr;
     }
+    static void chooseFromMenu(const QString& text)
+    {
+        for (QAction* action : window<DarkMenu>()->actions()) {
+            if (action->text() == text)
+                action->trigger();
+        }
+    }
     [[nodiscard]] static bool panelIsOpen()
     {
         const auto* panel = window<FloatingPanel>();
@@ -99,6 +108,7 @@ private slots:
     void opensAfterTheLaunchWhenAsked();
     void clearsTheHistoryOnConsent_data();
     void clearsTheHistoryOnConsent();
+    void tellsOfItself();
     void sweepsPicturesNobodyKnows_data();
     void sweepsPicturesNobodyKnows();
     void storesPendingPicturesAtTheEnd();
@@ -166,7 +176,7 @@ void StatusItemControllerTest::clearsTheHistoryOnConsent()
 {
     QFETCH(bool, consent);
     const Fixture f({u"a"_s, u"b"_s});
-    f.controller->clearHistory();
+    Fixture::chooseFromMenu(u"Clear History…"_s);
     auto* dialog = Fixture::window<ClearHistoryDialog>();
     if (dialog == nullptr)
         QFAIL("no question is asked");
@@ -178,6 +188,14 @@ void StatusItemControllerTest::clearsTheHistoryOnConsent()
         dialog->reject();
     QCOMPARE(f.saved().size(), consent ? 0 : 2);
     QTRY_VERIFY(!Fixture::window<ClearHistoryDialog>());
+}
+
+void StatusItemControllerTest::tellsOfItself()
+{
+    const Fixture f;
+    Fixture::chooseFromMenu(u"About Tessaly"_s);
+    const auto* dialog = Fixture::window<AboutDialog>();
+    QVERIFY(dialog && dialog->isVisible());
 }
 
 void StatusItemControllerTest::sweepsPicturesNobodyKnows_data()

@@ -18,6 +18,7 @@ public:
         window->requestActivate();
     }
     void restoreFrontWindow() override { calls.append(QStringLiteral("restoreFrontWindow")); }
+    [[nodiscard]] QScreen* workScreen() const override { return screen; }
     [[nodiscard]] bool isCompositing() const override { return compositing; }
     void setCompositing(bool on)
     {
@@ -26,6 +27,7 @@ public:
     }
 
     QStringList calls;
+    QScreen* screen = nullptr;
     bool compositing = true;
 };
 
