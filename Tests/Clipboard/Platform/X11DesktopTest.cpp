@@ -321,6 +321,8 @@ void X11DesktopTest::frontmostApplicationIsNotOurs()
     const auto window = startXterm(u"XTerm"_s);
     QVERIFY(window != XCB_WINDOW_NONE);
     QTRY_COMPARE(frontmost().bundleID, u"test-terminal"_s);
+    // Also for a copy within the moment of the start, for which the applications are still being read.
+    QCOMPARE(loadPlatform().workspace->frontmostApplication().value().bundleID, u"test-terminal"_s);
     QCOMPARE(frontmost().name, u"Terminal of the test"_s);
     QVERIFY(!m_platform.workspace->applicationIcon(u"test-terminal"_s).isNull());
 
@@ -350,6 +352,15 @@ void X11DesktopTest::unknownApplicationGoesByItsClass()
     QCOMPARE(frontmost().bundleID, u"Elsewhere"_s);
     QVERIFY(!m_platform.workspace->applicationIcon(u"Elsewhere"_s).isNull());
     QVERIFY(m_platform.workspace->applicationIcon(u"nothing.that.exists"_s).isNull());
+
+    // Installed meanwhile, it is known when it comes to the front again.
+    QFile entry(m_session.homePath(u".local/share/applications/elsewhere.desktop"_s));
+    QVERIFY(entry.open(QIODevice::WriteOnly));
+    entry.write("[Desktop Entry]\nType=Application\nName=Somewhere\nStartupWMClass=Elsewhere\n");
+    entry.close();
+    showPanel();
+    hidePanel();
+    QTRY_COMPARE(frontmost().name, u"Somewhere"_s);
 }
 
 void X11DesktopTest::keyboardIsLentAndGivenBack()
