@@ -6,9 +6,11 @@
 #include "DarkMenu.h"
 #include "DrawnTexts.h"
 #include "HoverTip.h"
+#include "MetaCaption.h"
 #include "PanelFixture.h"
 #include "PseudoTranslator.h"
 #include "StatusItem.h"
+#include "TextBlock.h"
 #include "ToastView.h"
 
 #include <QRegularExpression>
@@ -170,7 +172,10 @@ void TranslationsTest::panelHasRoomForLongerTexts()
     else
         f.model.setSelectedID(f.entry(entry).id);
     f.view()->sync();
-    QTest::qWait(50); // details are counted on another thread, long texts laid out later
+    // Details are counted on another thread, long texts laid out later.
+    if (entry >= 0 && f.entry(entry).type == ClipType::text)
+        QTRY_VERIFY(f.view()->findChild<MetaCaption*>()->parts().size() > 2);
+    QTRY_VERIFY(std::ranges::all_of(f.view()->findChildren<TextBlock*>(), &TextBlock::isLaidOut));
     const QString found = faults(*f.view(), f.view()->rect());
     QVERIFY2(found.isEmpty(), qPrintable(found));
 }

@@ -3,9 +3,14 @@
 #include "History/JSONHistoryStore.h"
 
 #include <QBuffer>
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <thread>
 
 using namespace Clipboard;
 using namespace ClipboardCore;
@@ -198,7 +203,7 @@ void PasteboardWatcherTest::mergesTheSameCopy()
     Fixture f;
     f.pasteboard.copyTextFromOutside("a");
     const double first = f.store.items().first().createdAt;
-    QTest::qWait(2);
+    QTRY_VERIFY(f.store.timeOfNewEntry() > first);
     f.pasteboard.copyTextFromOutside("a");
     QCOMPARE(f.stored(), QStringList{u"a"_s});
     QVERIFY(f.store.items().first().createdAt > first);
@@ -252,9 +257,13 @@ void PasteboardWatcherTest::convertsAgainWhenTheFileWent()
     QTRY_COMPARE(f.changes, 1);
     const QString path = f.stored().first();
 
-    // Copied again; but before its conversion is reported, the old entry goes and takes the file along.
+    // Copied again; but after its conversion and before the report of it, the old entry goes and takes the file along.
+    const QDateTime old = QDateTime::fromSecsSinceEpoch(1'000'000'000);
+    QFile file(path);
+    QVERIFY(file.open(QFile::ReadWrite) && file.setFileTime(old, QFile::FileModificationTime));
     f.pasteboard.copyFromOutside({{}, {}, picture(30), {}, {}});
-    QTest::qSleep(200);
+    while (QFileInfo(path).lastModified() == old) // the conversion marks the file that it finds
+        std::this_thread::yield();
     QVERIFY(f.store.remove(f.store.items().first().id));
     QVERIFY(QFile::remove(path));
     QTRY_COMPARE(f.changes, 2);
