@@ -127,8 +127,8 @@ void JSONHistoryStore::togglePin(const QUuid& id)
     if (position < 0)
         return;
     const bool isPinned = !items()[position].isPinned;
+    d->note(HistoryOperation::Pin{id, isPinned}); // first: `id` may be the entry's own
     d->entries.setPinned(position, isPinned);
-    d->note(HistoryOperation::Pin{id, isPinned});
 }
 
 std::optional<ClipItem> JSONHistoryStore::remove(const QUuid& id)
