@@ -116,7 +116,6 @@ private slots:
     void keepsEveryPixel_data();
     void keepsEveryPixel();
     void keepsPaletteAndDepth();
-    void dropsWhatIsNotThePicture_data();
     void dropsWhatIsNotThePicture();
     void keepsTheColourSpace();
     void makesTheSameOfTheSame();
@@ -132,16 +131,11 @@ void PictureTranscoderTest::keepsEveryPixel_data()
     QTest::newRow("png") << pattern(QImage::Format_RGB32) << QByteArray("png");
     QTest::newRow("png with alpha") << pattern(QImage::Format_ARGB32) << QByteArray("png");
     QTest::newRow("png, 16 bits a channel") << pattern(QImage::Format_RGBA64) << QByteArray("png");
-    QTest::newRow("png, grey") << pattern(QImage::Format_Grayscale8) << QByteArray("png");
-    QTest::newRow("png, 16 bits grey") << pattern(QImage::Format_Grayscale16) << QByteArray("png");
     QTest::newRow("png, one bit") << pattern(QImage::Format_Mono) << QByteArray("png");
     QTest::newRow("png, palette with alpha") << indexed() << QByteArray("png");
     QTest::newRow("tiff") << pattern(QImage::Format_RGB32) << QByteArray("tiff");
     QTest::newRow("tiff with alpha") << pattern(QImage::Format_ARGB32) << QByteArray("tiff");
     QTest::newRow("tiff, 16 bits a channel") << pattern(QImage::Format_RGBA64) << QByteArray("tiff");
-    QTest::newRow("tiff, grey") << pattern(QImage::Format_Grayscale8) << QByteArray("tiff");
-    QTest::newRow("tiff, palette") << indexed() << QByteArray("tiff");
-    QTest::newRow("one pixel") << pattern(QImage::Format_ARGB32).copy(5, 5, 1, 1) << QByteArray("png");
 }
 
 void PictureTranscoderTest::keepsEveryPixel()
@@ -171,25 +165,14 @@ void PictureTranscoderTest::keepsPaletteAndDepth()
     }
 }
 
-void PictureTranscoderTest::dropsWhatIsNotThePicture_data()
-{
-    QTest::addColumn<bool>("interlaced");
-    QTest::newRow("row by row") << false;
-    QTest::newRow("interlaced") << true;
-}
-
 void PictureTranscoderTest::dropsWhatIsNotThePicture()
 {
-    QFETCH(bool, interlaced);
-    const QByteArray picture = encodedByHand(interlaced);
-    QVERIFY(picture.contains("taken at home") && picture.contains("eXIf"));
-
-    const QByteArray png = PictureTranscoder::toPNG(picture).value_or(QByteArray());
-    QVERIFY(!png.contains("taken at home"));
-    QVERIFY(!png.contains("eXIf"));
-    QVERIFY(png.contains("gAMA"));
-    QCOMPARE(png.at(28), '\0'); // not interlaced
-    QCOMPARE(QImage::fromData(png), QImage::fromData(encodedByHand(false)));
+    for (const bool interlaced : {false, true}) {
+        const QByteArray png = PictureTranscoder::toPNG(encodedByHand(interlaced)).value_or(QByteArray());
+        QVERIFY(!png.contains("taken at home") && !png.contains("eXIf") && png.contains("gAMA"));
+        QCOMPARE(png.at(28), '\0'); // not interlaced
+        QCOMPARE(QImage::fromData(png), QImage::fromData(encodedByHand(false)));
+    }
 }
 
 void PictureTranscoderTest::keepsTheColourSpace()
@@ -230,16 +213,11 @@ void PictureTranscoderTest::refuses_data()
     QTest::newRow("empty") << QByteArray();
     QTest::newRow("text") << QByteArray("no picture");
     QTest::newRow("another format") << encoded(pattern(QImage::Format_RGB32), "bmp");
-    QTest::newRow("signature alone") << png.first(8);
-    QTest::newRow("truncated header") << png.first(20);
     QTest::newRow("truncated pixels") << png.first(png.size() * 2 / 3);
     QTest::newRow("damaged pixels") << flipped;
     QTest::newRow("truncated tiff") << encoded(pattern(QImage::Format_RGB32), "tiff").first(100);
-    QTest::newRow("tiff header alone") << QByteArray("II*\0\x08\0\0\0", 8);
     QTest::newRow("bomb: 16 GiB announced") << headerOnly(65536, 65536);
-    QTest::newRow("bomb: the largest size there is") << headerOnly(0x7fffffff, 0x7fffffff);
     QTest::newRow("nothing behind the header") << headerOnly(100, 100);
-    QTest::newRow("no width") << headerOnly(0, 100);
 }
 
 void PictureTranscoderTest::refuses()

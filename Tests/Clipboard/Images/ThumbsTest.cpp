@@ -21,7 +21,6 @@ class ThumbsTest final : public QObject
 private slots:
     void fitsTheLargerSide_data();
     void fitsTheLargerSide();
-    void keepsSizesApart();
     void turnsPicturesUpright();
     void forgetsFailuresWhenTold();
     void smallCopyStandsForThePicture_data();
@@ -58,7 +57,6 @@ void ThumbsTest::fitsTheLargerSide_data()
     QTest::addColumn<QSize>("thumb");
 
     QTest::newRow("wide") << QSize(400, 200) << QSize(100, 50);
-    QTest::newRow("tall") << QSize(100, 800) << QSize(12, 100);
     QTest::newRow("a line") << QSize(2000, 1) << QSize(100, 1);
     QTest::newRow("small: not enlarged") << QSize(40, 30) << QSize(40, 30);
 }
@@ -71,17 +69,6 @@ void ThumbsTest::fitsTheLargerSide()
     const Thumbs::Thumb result = loaded(thumbs, picture(u"p.png"_s, size), 100);
     QCOMPARE(result.phase, Thumbs::Phase::loaded);
     QCOMPARE(result.image.size(), thumb);
-}
-
-void ThumbsTest::keepsSizesApart()
-{
-    Thumbs thumbs;
-    const QString path = picture(u"p.png"_s, {400, 400});
-    QCOMPARE(loaded(thumbs, path, 50).image.width(), 50);
-    QCOMPARE(thumbs.thumb(path, 60).phase, Thumbs::Phase::loading);
-    QCOMPARE(loaded(thumbs, path, 60).image.width(), 60);
-    QVERIFY(QFile::remove(path));
-    QCOMPARE(thumbs.thumb(path, 50).image.width(), 50); // from memory
 }
 
 void ThumbsTest::turnsPicturesUpright()

@@ -27,7 +27,6 @@ private slots:
     void newNoticeReplacesTheOldAtOnce();
     void goesByItself();
     void fadesWhereMotionIsWelcome();
-    void sharedIsTheOneThatExists();
 
 private:
     FakeWindowSystem m_windows;
@@ -145,12 +144,6 @@ void ToastPresenterTest::fadesWhereMotionIsWelcome()
     QTRY_COMPARE(presenter.current()->windowOpacity(), 1.0);
     QVERIFY(hidden.wait(patience));
     QCOMPARE(visibleToasts(), 0);
-}
-
-void ToastPresenterTest::sharedIsTheOneThatExists()
-{
-    ToastPresenter presenter(m_windows);
-    QCOMPARE(&ToastPresenter::shared(), &presenter);
 }
 
 QTEST_MAIN(ToastPresenterTest)
