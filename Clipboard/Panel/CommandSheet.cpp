@@ -34,9 +34,12 @@ CommandSheet::CommandSheet(HistoryViewModel& viewModel, Thumbs& thumbs, FileKind
     , m_cornerRadius(Theme::panelRadius)
 {
     m_card->setGraphicsEffect(m_effect);
+    m_animation->setStartValue(0.0);
+    m_animation->setEndValue(1.0);
     m_animation->setEasingCurve(QEasingCurve::OutCubic);
     connect(m_animation, &QVariantAnimation::valueChanged, this,
             [this](const QVariant& value) { showProgress(value.toReal()); });
+    connect(m_animation, &QVariantAnimation::finished, this, [this] { setVisible(m_open); });
     hide();
 }
 
@@ -68,18 +71,21 @@ void CommandSheet::sync()
         show();
         raise();
     }
-    fade(open ? 1 : 0);
+    fade();
 }
 
-void CommandSheet::fade(qreal to)
+void CommandSheet::fade()
 {
-    m_animation->stop();
     // Nobody sees it go with the panel, which may be opened again at once.
     const int duration = parentWidget()->isVisible() ? Motion::duration(Theme::sheetDuration) : 0;
-    if (duration == 0)
-        return showProgress(to);
-    m_animation->setStartValue(m_progress);
-    m_animation->setEndValue(to);
+    if (duration == 0) {
+        m_animation->stop();
+        showProgress(m_open ? 1 : 0);
+        return setVisible(m_open);
+    }
+    m_animation->setDirection(m_open ? QAbstractAnimation::Forward : QAbstractAnimation::Backward);
+    if (m_animation->state() == QAbstractAnimation::Running)
+        return; // back from where it is
     m_animation->setDuration(duration);
     m_animation->start();
 }
@@ -89,8 +95,6 @@ void CommandSheet::showProgress(qreal progress)
     m_progress = progress;
     m_effect->setProgress(progress);
     update();
-    if (!m_open && progress <= 0)
-        hide();
 }
 
 void CommandSheet::paintEvent(QPaintEvent* /*event*/)

@@ -32,7 +32,7 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
 
 private:
-    void fade(qreal to);
+    void fade();
     void showProgress(qreal progress);
 
     HistoryViewModel& m_viewModel;

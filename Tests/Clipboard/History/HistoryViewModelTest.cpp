@@ -3,7 +3,6 @@
 #include <QDir>
 #include <QImage>
 #include <QSemaphore>
-#include <QSignalSpy>
 #include <QTest>
 
 using namespace Clipboard;
@@ -28,7 +27,6 @@ private slots:
     void addsWhatTheEditorMade();
     void asksForTheActionsOfAnEntryOnce();
     void actionsOutliveTheirEntry();
-    void notifiesOnEveryAssignment();
 };
 
 void HistoryViewModelTest::searchesContentAndSource()
@@ -144,23 +142,15 @@ void HistoryViewModelTest::pastesThenCloses()
 void HistoryViewModelTest::takesRemovalsBack()
 {
     ViewModelFixture f;
-    f.fillTexts({u"a"_s, u"b"_s, u"c"_s, u"d"_s});
-    f.model.togglePin(f.entry(3));
-    QVERIFY(!f.model.undoRemoval()); // the key is the field's then
-    f.model.setSelectedID(f.entry(1).id);
-    f.model.remove(f.entry(1));
-    QVERIFY2(f.toasts.last().contains(u"⌘Z"_s), qPrintable(f.toasts.last()));
+    f.fillTexts({u"a"_s, u"b"_s, u"c"_s});
+    f.model.togglePin(f.entry(2));
     f.model.clearHistory();
-    QVERIFY2(f.toasts.last().contains(u"⌘Z"_s), qPrintable(f.toasts.last()));
-    QCOMPARE(f.stored(), QStringList{u"d"_s});
-
-    QVERIFY(f.model.undoRemoval());
-    QCOMPARE(f.stored(), (QStringList{u"d"_s, u"b"_s, u"c"_s}));
-    QVERIFY(f.model.undoRemoval());
-    QCOMPARE(f.stored(), (QStringList{u"d"_s, u"a"_s, u"b"_s, u"c"_s}));
+    QCOMPARE(f.stored(), QStringList{u"c"_s});
+    f.model.remove(f.entry(0));
+    QCOMPARE(f.toasts.filter(u"⌘Z"_s).size(), 2); // both tell of it
+    QVERIFY(f.model.undoRemoval() && f.model.undoRemoval() && !f.model.undoRemoval());
+    QCOMPARE(f.stored(), (QStringList{u"c"_s, u"a"_s, u"b"_s}));
     QCOMPARE(f.selected(), u"a"_s);
-    QVERIFY(!f.model.undoRemoval());
-
     f.model.remove(f.entry(0));
     f.model.forgetRemoved();
     QVERIFY(!f.model.undoRemoval());
@@ -269,21 +259,6 @@ void HistoryViewModelTest::actionsOutliveTheirEntry()
     QTRY_COMPARE(f.effects.size(), 1);
     QCOMPARE(f.toasts.last(), u"done"_s);
     QVERIFY(f.model.qrPreview().isNull()); // the code is not this entry's
-}
-
-void HistoryViewModelTest::notifiesOnEveryAssignment()
-{
-    ViewModelFixture f;
-    f.fillTexts({u"a"_s});
-    const QSignalSpy query(&f.model, &HistoryViewModel::queryChanged);
-    const QSignalSpy visible(&f.model, &HistoryViewModel::visibleChanged);
-    const QSignalSpy focus(&f.model, &HistoryViewModel::focusChanged);
-
-    f.model.setQuery(u"a"_s);
-    f.model.setQuery(u"a"_s); // the same value is an assignment too
-    QCOMPARE(query.size(), 2);
-    QCOMPARE(visible.size(), 2);
-    QCOMPARE(focus.size(), 2);
 }
 
 QTEST_GUILESS_MAIN(HistoryViewModelTest)

@@ -41,12 +41,8 @@ class PanelKeysTest final : public QObject
 private slots:
     void hopsBetweenRegions_data();
     void hopsBetweenRegions();
-    void asksTheCaret_data();
-    void asksTheCaret();
-    void numbersRunActions_data();
-    void numbersRunActions();
-    void deletesOrEdits_data();
-    void deletesOrEdits();
+    void takesStrictNumbersForRows();
+    void shiftMustMeanTheEntry();
 };
 
 void PanelKeysTest::hopsBetweenRegions_data()
@@ -91,100 +87,33 @@ void PanelKeysTest::hopsBetweenRegions()
     QCOMPARE(f.selected(), u"a"_s);
 }
 
-void PanelKeysTest::asksTheCaret_data()
+void PanelKeysTest::takesStrictNumbersForRows()
 {
-    using Caret = std::optional<PanelState::SearchCaret>;
-    QTest::addColumn<QString>("query");
-    QTest::addColumn<Caret>("caret");
-    QTest::addColumn<bool>("leftHops");
-    QTest::addColumn<bool>("rightHops");
-
-    QTest::newRow("empty field") << QString() << Caret({0, 0, 0}) << true << true;
-    QTest::newRow("no field has the keyboard") << u"abc"_s << Caret() << true << true;
-    QTest::newRow("caret at the end") << u"abc"_s << Caret({3, 0, 3}) << false << true;
-    QTest::newRow("caret at the beginning") << u"abc"_s << Caret({0, 0, 3}) << true << false;
-    QTest::newRow("caret inside") << u"abc"_s << Caret({1, 0, 3}) << false << false;
-    QTest::newRow("selection to the end") << u"abc"_s << Caret({3, 2, 3}) << false << false;
-}
-
-void PanelKeysTest::asksTheCaret()
-{
-    QFETCH(QString, query);
-    QFETCH(std::optional<PanelState::SearchCaret>, caret);
-    QFETCH(bool, leftHops);
-    QFETCH(bool, rightHops);
     ViewModelFixture f;
-    f.fillTexts({u"abc"_s});
-    f.model.setQuery(query);
-    f.model.searchCaret = [&] { return caret; };
-
-    QCOMPARE(f.model.handleKey(plain(KeyCode::left)), leftHops);
-    QCOMPARE(f.model.handleKey(plain(KeyCode::right)), rightHops);
-}
-
-void PanelKeysTest::numbersRunActions_data()
-{
-    QTest::addColumn<KeyEvent>("key");
-    QTest::addColumn<bool>("handled");
-    QTest::addColumn<QString>("ran");
-
-    const auto row = [](const char* name, const QString& characters, bool handled, const QString& ran) {
-        QTest::newRow(name) << command(KeyCode::unknown, characters) << handled << ran;
-    };
-    row("third", u"3"_s, true, u"three"_s);
-    row("a sign is a number's", u"+1"_s, true, u"one"_s);
-    row("beyond the list", u"4"_s, true, {});
-    row("zero", u"0"_s, false, {});
-    row("negative", u"-1"_s, false, {});
-    row("two digits", u"10"_s, false, {});
-    row("a blank before", u" 1"_s, false, {});
-    QTest::newRow("without command") << KeyEvent{KeyCode::unknown, false, false, false, false, u"1"_s} << false
-                                     << QString();
-}
-
-void PanelKeysTest::numbersRunActions()
-{
-    QFETCH(KeyEvent, key);
-    QFETCH(bool, handled);
-    QFETCH(QString, ran);
-    ViewModelFixture f;
-    for (const QString& label : {u"one"_s, u"two"_s, u"three"_s})
-        f.catalogue.append({label, [label] { return SmartActionResult{{{}, label}, label}; }});
+    f.catalogue = {{u"one"_s, [] { return SmartActionResult{{}, u"ran"_s}; }}};
     f.fillTexts({u"a"_s});
     f.model.openCmdk();
-
-    QCOMPARE(f.model.handleKey(key), handled);
-    QCOMPARE(f.model.cmdkOpen(), ran.isEmpty());
-    QTRY_COMPARE(f.toasts.join(u','), ran);
+    for (const QString& characters : {u"0"_s, u"-1"_s, u"10"_s, u" 1"_s, u"x"_s})
+        QVERIFY2(!f.model.handleKey(command(KeyCode::unknown, characters)), qPrintable(characters));
+    QVERIFY(!f.model.handleKey({KeyCode::unknown, false, false, false, false, u"1"_s})); // typed into the filter
+    QVERIFY(f.model.handleKey(command(KeyCode::unknown, u"2"_s)));                       // beyond the list
+    QVERIFY(f.model.cmdkOpen());
+    QVERIFY(f.model.handleKey(command(KeyCode::unknown, u"+1"_s)));
+    QVERIFY(!f.model.cmdkOpen());
+    QTRY_COMPARE(f.toasts, QStringList{u"ran"_s});
 }
 
-void PanelKeysTest::deletesOrEdits_data()
+void PanelKeysTest::shiftMustMeanTheEntry()
 {
-    QTest::addColumn<KeyEvent>("key");
-    QTest::addColumn<QString>("query");
-    QTest::addColumn<bool>("deletes");
-
-    const KeyEvent shiftDelete{KeyCode::forwardDelete, false, false, true, false, {}};
-    const KeyEvent shiftBackspace{KeyCode::delete_, false, false, true, false, {}};
-    QTest::newRow("command, nothing typed") << command(KeyCode::delete_) << QString() << true;
-    QTest::newRow("command, forward, nothing typed") << command(KeyCode::forwardDelete) << QString() << true;
-    QTest::newRow("command edits") << command(KeyCode::delete_) << u"a"_s << false;
-    QTest::newRow("command, forward, edits") << command(KeyCode::forwardDelete) << u"a"_s << false;
-    QTest::newRow("shift and delete") << shiftDelete << u"a"_s << true;
-    QTest::newRow("shift was for a capital") << shiftBackspace << QString() << false;
-    QTest::newRow("plain") << plain(KeyCode::forwardDelete) << QString() << false;
-}
-
-void PanelKeysTest::deletesOrEdits()
-{
-    QFETCH(KeyEvent, key);
-    QFETCH(QString, query);
-    QFETCH(bool, deletes);
     ViewModelFixture f;
     f.fillTexts({u"a"_s});
-    f.model.setQuery(query);
-    QCOMPARE(f.model.handleKey(key), deletes);
-    QCOMPARE(f.stored().isEmpty(), deletes);
+    QVERIFY(!f.model.handleKey({KeyCode::delete_, false, false, true, false, {}})); // Shift was for a capital
+    QVERIFY(!f.model.handleKey(plain(KeyCode::forwardDelete)));
+    f.model.setQuery(u"a"_s);
+    QVERIFY(!f.model.handleKey(command(KeyCode::forwardDelete))); // a word of the search
+    QCOMPARE(f.stored().size(), 1);
+    QVERIFY(f.model.handleKey({KeyCode::forwardDelete, false, false, true, false, {}}));
+    QVERIFY(f.stored().isEmpty());
 }
 
 QTEST_GUILESS_MAIN(PanelKeysTest)

@@ -1,6 +1,6 @@
 #include "PanelFixture.h"
 
-#include "CommandSheet.h"
+#include "EmptyView.h"
 #include "FilterChip.h"
 #include "FilterChips.h"
 #include "HistoryList.h"
@@ -23,18 +23,15 @@ class PanelViewTest final : public QObject
 private slots:
     void framesHoldOnlyWhatIsOnScreen();
     void annotateTakesFocusForPicturesAlone();
-    void emptyListLeavesTheChips();
-    void selectionStaysInView();
     void rowsStayPutWhileEntriesArrive();
-    void clickSelectsAndDoubleClickPastes();
+    void rowsShowTheirTitles();
     void chipsFilterAndTell();
     void manyEntriesLeaveRoomForAllChips();
     void focusMovesRingAndCaret();
     void buttonsActOnTheSelection();
     void clearSearchEmptiesTheField();
     void rowsSpeak();
-    void sheetTakesTheKeyboard();
-    void clickBesideTheSheetClosesIt();
+    void claimsNothingWhileItSearches();
     void hiddenPanelDoesNoWork();
 };
 
@@ -56,6 +53,18 @@ PreviewButton* button(const PanelFixture& f, ItemAction action)
             return candidate;
     }
     return nullptr;
+}
+
+/// What stands out most from the ground in that part of the panel.
+QColor inkIn(const PanelFixture& f, const QRect& part)
+{
+    const QImage image = f.view()->window()->grab(part.translated(f.view()->mapTo(&f.panel, QPoint(0, 0)))).toImage();
+    QColor ink = image.pixelColor(0, 0);
+    for (int i = 0; i < image.width() * image.height(); ++i) {
+        const QColor color = image.pixelColor(i % image.width(), i / image.width());
+        ink = color.lightness() > ink.lightness() ? color : ink;
+    }
+    return ink;
 }
 
 int rowFrames(const PanelFixture& f)
@@ -93,42 +102,6 @@ void PanelViewTest::annotateTakesFocusForPicturesAlone()
     QVERIFY(f.model.frames.contains(FocusKey::button(ItemAction::annotate)));
 }
 
-void PanelViewTest::emptyListLeavesTheChips()
-{
-    PanelFixture f;
-    f.fillTexts({u"one"_s});
-    QVERIFY(f.open());
-    f.type(u"zzz"_s);
-    QCOMPARE(f.model.frames.size(), 7);
-    QVERIFY(f.model.frames.contains(FocusKey::chip(ClipType::file)));
-    QVERIFY(!f.view()->findChild<HistoryList*>()->isVisible());
-    f.press(Qt::Key_Escape);
-    QVERIFY(f.view()->findChild<HistoryList*>()->isVisible());
-    QCOMPARE(f.model.frames.size(), 7 + 1 + 4);
-}
-
-void PanelViewTest::selectionStaysInView()
-{
-    PanelFixture f;
-    f.fillTexts(f.numbered(40));
-    QVERIFY(f.open());
-    const auto inView = [&] { return f.model.frames.contains(FocusKey::row(*f.model.selectedID())); };
-    const QScrollBar* scroll = f.view()->findChild<HistoryList*>()->verticalScrollBar();
-    for (int i = 1; i < 40; ++i) {
-        f.press(Qt::Key_Down);
-        QVERIFY2(inView(), qPrintable(f.selected()));
-        QCOMPARE(scroll->value() % Theme::rowHeight, 0);
-    }
-    f.press(Qt::Key_Down);
-    QCOMPARE(f.selected(), u"entry 0"_s);
-    QCOMPARE(scroll->value(), 0);
-    f.type(u"39"_s);
-    QVERIFY(inView());
-    f.press(Qt::Key_Escape);
-    QCOMPARE(f.selected(), u"entry 39"_s);
-    QVERIFY(inView());
-}
-
 void PanelViewTest::rowsStayPutWhileEntriesArrive()
 {
     PanelFixture f;
@@ -157,23 +130,13 @@ void PanelViewTest::rowsStayPutWhileEntriesArrive()
     QCOMPARE(f.colorAt(before.topLeft() + QPoint(4, 22)), QColor(Theme::rowSel));
 }
 
-void PanelViewTest::clickSelectsAndDoubleClickPastes()
+void PanelViewTest::rowsShowTheirTitles()
 {
     PanelFixture f;
     f.fillTexts({u"one"_s, u"two"_s});
     QVERIFY(f.open());
-    QWidget* rows = f.view()->findChild<HistoryList*>()->viewport();
-    const QPoint second(100, Theme::rowHeight + 20);
-    f.press(Qt::Key_Up);
-    QTest::mouseClick(rows, Qt::LeftButton, {}, second);
-    QCOMPARE(f.selected(), u"two"_s);
-    QVERIFY(!f.model.focus().has_value());
-    QTest::mouseClick(rows, Qt::LeftButton, {}, second + QPoint(0, 200));
-    QCOMPARE(f.selected(), u"two"_s);
-    QVERIFY(f.view()->activeField()->hasFocus());
-    QTest::mouseDClick(rows, Qt::LeftButton, {}, second);
-    QCOMPARE(f.closeRequests, 1);
-    QCOMPARE(f.stored().first(), u"two"_s);
+    const QRect first = f.frame(FocusKey::row(f.entry(0).id));
+    QCOMPARE(inkIn(f, {first.left() + 44, first.top() + 4, 100, 18}), QColor(Theme::text));
 }
 
 void PanelViewTest::chipsFilterAndTell()
@@ -297,42 +260,19 @@ void PanelViewTest::rowsSpeak()
         QVERIFY2(!control->accessibleName().isEmpty(), control->metaObject()->className());
 }
 
-void PanelViewTest::sheetTakesTheKeyboard()
+void PanelViewTest::claimsNothingWhileItSearches()
 {
     PanelFixture f;
-    f.catalogue = {{u"Slugify"_s, [] { return ClipboardCore::SmartActionResult(); }},
-                   {u"QR code"_s, [] { return ClipboardCore::SmartActionResult(); }}};
-    f.fillTexts({u"one"_s});
     QVERIFY(f.open());
-    const SearchField* search = f.view()->activeField();
-    f.press(Qt::Key_K, Qt::ControlModifier);
-    QVERIFY(f.view()->findChild<CommandSheet*>()->isVisible());
-    QVERIFY(f.view()->activeField() != search);
-    QVERIFY(f.view()->activeField()->hasFocus());
-    f.type(u"qr"_s);
-    QCOMPARE(f.model.cmdkQuery(), u"qr"_s);
-    QCOMPARE(f.model.query(), QString());
-    f.press(Qt::Key_Escape);
-    QCOMPARE(f.typed(), QString());
-    f.press(Qt::Key_2, Qt::ControlModifier);
-    QCOMPARE(f.effects.size(), 1);
-    QVERIFY(!f.view()->findChild<CommandSheet*>()->isVisible());
-    QCOMPARE(f.view()->activeField(), search);
-    QVERIFY(search->hasFocus());
-}
-
-void PanelViewTest::clickBesideTheSheetClosesIt()
-{
-    PanelFixture f;
-    f.fillTexts({u"one"_s});
-    QVERIFY(f.open());
-    f.press(Qt::Key_K, Qt::ControlModifier);
-    auto* sheet = f.view()->findChild<CommandSheet*>();
-    QTest::mouseClick(sheet, Qt::LeftButton, {}, {310, 120});
-    QVERIFY(f.model.cmdkOpen());
-    QTest::mouseClick(sheet, Qt::LeftButton, {}, {30, 300});
-    QVERIFY(!f.model.cmdkOpen());
-    QTRY_VERIFY(!sheet->isVisible());
+    (void)f.store.add(f.item(ClipType::text, QString(10'000'000, u'Ж') + u'z'));
+    f.model.refresh();
+    f.type(u"z"_s);
+    const auto* empty = f.view()->findChild<EmptyView*>();
+    QVERIFY(f.model.isSearching() && f.visible().isEmpty());
+    QVERIFY(!empty->isVisible());
+    QTRY_COMPARE(f.visible().size(), 1);
+    f.type(u"x"_s);
+    QVERIFY(empty->isVisible());
 }
 
 void PanelViewTest::hiddenPanelDoesNoWork()
