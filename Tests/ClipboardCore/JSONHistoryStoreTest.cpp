@@ -215,7 +215,6 @@ private slots:
     void doesWhatTheModelDoes_data();
     void doesWhatTheModelDoes();
     void tornJournalIsAnEarlierState();
-    void mergesWhatIsCanonicallyEqual();
     void largestSizeEvictsOldestUnpinned();
     void newEntryIsNotBeforeTheNewest();
     void copyingAgainJournalsNoContent();
@@ -295,15 +294,6 @@ void JSONHistoryStoreTest::tornJournalIsAnEarlierState()
         QCOMPARE(loaded, states[earlier]);
     }
     QCOMPARE(earlier, 0);
-}
-
-void JSONHistoryStoreTest::mergesWhatIsCanonicallyEqual()
-{
-    JSONHistoryStore store(path(), 500, never);
-    const QString filler(5000, u'x');
-    for (const QString& middle : {u"\u00E9"_s, u"e\u0301"_s, u"e"_s}) // the last: the same at both ends
-        QVERIFY(store.add(entry(filler + middle + filler, double(store.items().size()))).isEmpty());
-    QCOMPARE(contents(store.items()), QStringList({filler + u"e"_s + filler, filler + u"\u00E9"_s + filler}));
 }
 
 void JSONHistoryStoreTest::largestSizeEvictsOldestUnpinned()

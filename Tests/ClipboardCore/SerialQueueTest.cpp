@@ -41,26 +41,11 @@ class SerialQueueTest final : public QObject
 {
     Q_OBJECT
 private slots:
-    void runsInOrder();
     void runsWhenDueUnlessCancelled();
     void drainWaitsForRunningAndDueTasksAlone();
-    void tasksMayAddTasks();
     void destructionWaitsForTheRunningTask();
     void takesTasksFromManyThreads();
 };
-
-void SerialQueueTest::runsInOrder()
-{
-    Log log;
-    SerialQueue queue("test");
-    QList<int> expected;
-    for (int i = 0; i < 1000; ++i) {
-        queue.async(log.task(i));
-        expected.append(i);
-    }
-    queue.drain();
-    QCOMPARE(log.numbers(), expected);
-}
 
 void SerialQueueTest::runsWhenDueUnlessCancelled()
 {
@@ -85,17 +70,6 @@ void SerialQueueTest::drainWaitsForRunningAndDueTasksAlone()
     queue.async(log.task(1));
     queue.drain();
     QCOMPARE(log.numbers(), QList<int>({1}));
-}
-
-void SerialQueueTest::tasksMayAddTasks()
-{
-    Log log;
-    SerialQueue queue("test");
-    queue.async([&] {
-        queue.async(log.task(2));
-        log.task(1)();
-    });
-    QTRY_COMPARE(log.numbers(), QList<int>({1, 2}));
 }
 
 void SerialQueueTest::destructionWaitsForTheRunningTask()
