@@ -30,15 +30,18 @@ constexpr std::chrono::milliseconds showAfterLaunch{400};
 // The first showing then costs what the others do; at the start itself there is more urgent work.
 constexpr std::chrono::milliseconds prepareAfterLaunch{1000};
 
-// What was just copied is read and converted in a fraction of this, also when it is a large picture. Beyond it whoever
-// quits, or a session that ends, has waited long enough for a program that hangs or for a picture to become small.
-constexpr std::chrono::milliseconds lastCopyLimit{2000};
-// An annotated picture is encoded in a fraction of this, too.
+// What was just copied is read within milliseconds. A large content that keeps coming is waited for so long; a program
+// that hangs is given up sooner by the reading itself.
+constexpr std::chrono::milliseconds lastReadLimit{10000};
+// A large screenshot is converted in a fraction of this. Beyond it whoever quits, or a session that ends, has waited long
+// enough for a picture to become small.
+constexpr std::chrono::milliseconds lastConversionLimit{500};
+// An annotated picture is encoded in a fraction of this.
 constexpr std::chrono::milliseconds resultLimit{2000};
 
 // A program that copies from a terminal goes on in the background, and may reach the display a little later than its
 // user reaches us.
-constexpr std::chrono::milliseconds lateCopyGrace{100};
+constexpr std::chrono::milliseconds lateCopyGrace{200};
 
 constexpr const char* showPanelVariable = "CLIPBOARD_SHOW_PANEL";
 
@@ -230,7 +233,7 @@ void StatusItemController::flush()
 
 void StatusItemController::saveCopies()
 {
-    m_watcher.finishPending(lastCopyLimit);
+    m_watcher.finishPending({lastReadLimit, lastConversionLimit});
     m_viewModel.forgetRemoved();
     m_store.flush();
 }

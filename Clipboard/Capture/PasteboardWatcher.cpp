@@ -74,16 +74,16 @@ void PasteboardWatcher::markOwnChange()
     m_lastChangeCount = m_pasteboard.changeCount();
 }
 
-void PasteboardWatcher::finishPending(std::chrono::milliseconds limit)
+void PasteboardWatcher::finishPending(const Limits& limits)
 {
-    const QDeadlineTimer deadline(limit);
-    const auto remaining = [&deadline] { return std::chrono::milliseconds(deadline.remainingTime()); };
-    m_pasteboard.settle(remaining());
+    const QDeadlineTimer lastReading(limits.reading);
+    m_pasteboard.settle(limits.reading);
+    const QDeadlineTimer lastConversion(limits.converting);
     while (m_conversions > 0) {
-        waitForConversions(deadline);
+        waitForConversions(lastConversion);
         // They may have taken long enough for another copy.
-        if (!deadline.hasExpired())
-            m_pasteboard.settle(remaining());
+        if (!lastConversion.hasExpired())
+            m_pasteboard.settle(std::chrono::milliseconds(lastReading.remainingTime()));
     }
     m_hurry = {};
 }

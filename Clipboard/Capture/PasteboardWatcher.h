@@ -38,10 +38,15 @@ public:
     void start();
     /// The pasteboard's present content is Tessaly's own: not to be captured.
     void markOwnChange();
-    /// Stores every copy made so far: waits for what is still being read and converted. After `limit` no owner is
-    /// waited for any longer and pictures are stored the quick way, so that little more time passes and no entry is
-    /// lost. For the end of the program.
-    void finishPending(std::chrono::milliseconds limit);
+    struct Limits
+    {
+        std::chrono::milliseconds reading;
+        std::chrono::milliseconds converting;
+    };
+    /// Stores every copy made so far: waits for what is still being read and converted. Beyond its limit what has not
+    /// been read is not waited for any longer; what has not been converted is stored the quick way, so that little more
+    /// time passes and no entry is lost. For the end of the program.
+    void finishPending(const Limits& limits);
 
     /// Called after an entry was stored.
     std::function<void()> onChange;

@@ -146,7 +146,10 @@ void SelectionDispatcher::withServerTime(TimedAction action)
 void SelectionDispatcher::settle(const std::function<void()>& done)
 {
     // News of every change made before our request comes before the answer to it.
-    withServerTime([this, done](xcb_timestamp_t) { m_settling.push_back(done); });
+    withServerTime([this, done](xcb_timestamp_t) {
+        m_settling.push_back(done);
+        m_reader.hurry(lastStepTimeout);
+    });
 }
 
 void SelectionDispatcher::handOver(const std::function<void()>& done)

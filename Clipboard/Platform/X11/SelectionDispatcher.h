@@ -57,7 +57,8 @@ public:
     /// Calls `done` once the writes before it are in force; with `primaryToo` the primary selection is then ours too,
     /// with the clipboard's content.
     void afterWrites(bool primaryToo, const std::function<void()>& done);
-    /// Calls `done` once every copy made before has been published, or is known not to be readable.
+    /// Calls `done` once every copy made before has been published, or is known not to be readable. An owner that hangs
+    /// is given up sooner.
     void settle(const std::function<void()>& done);
     /// See ClipboardManager::handOver(); at once when the clipboard is not ours. Publishes nothing from then on.
     void handOver(const std::function<void()>& done);

@@ -21,6 +21,9 @@ inline constexpr qint64 maxCompanionBytes = qint64(8) * 1024 * 1024;
 /// renders a picture takes a second; a hung one costs nothing meanwhile, because the next copy overtakes it at once.
 inline constexpr std::chrono::milliseconds readStepTimeout{3000};
 
+/// The same when somebody waits for the reading to come to an end because the program ends.
+inline constexpr std::chrono::milliseconds lastStepTimeout{1000};
+
 /// How long one form may take, however steadily its pieces drip. The largest selection of a program on the same machine
 /// takes a second; over a network it may take this long.
 inline constexpr std::chrono::milliseconds readFormTimeout{15000};

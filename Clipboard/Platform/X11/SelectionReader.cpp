@@ -32,8 +32,15 @@ void SelectionReader::start(xcb_atom_t selection, xcb_timestamp_t time)
     cancel();
     m_selection = selection;
     m_time = time;
+    m_stepTimeout = m_options.stepTimeout;
     m_end = Clock::now() + readTimeout;
     request(m_connection.atom("TARGETS"), qint64(maxTargets) * 4);
+}
+
+void SelectionReader::hurry(std::chrono::milliseconds stepTimeout)
+{
+    m_stepTimeout = std::min(m_stepTimeout, stepTimeout);
+    m_stepEnd = std::min(m_stepEnd, Clock::now() + m_stepTimeout);
 }
 
 void SelectionReader::cancel()
@@ -49,7 +56,7 @@ void SelectionReader::request(xcb_atom_t target, qint64 maxBytes)
 {
     m_transfer.emplace(m_connection, IncomingTransfer::Request{m_requestor, m_selection, target, m_properties.next(),
                                                                m_time, maxBytes});
-    m_stepEnd = Clock::now() + m_options.stepTimeout;
+    m_stepEnd = Clock::now() + m_stepTimeout;
     m_formEnd = std::min(m_end, Clock::now() + m_options.formTimeout);
 }
 
@@ -102,7 +109,7 @@ void SelectionReader::advance()
     switch (m_transfer->state()) {
     case IncomingTransfer::State::Waiting:
     case IncomingTransfer::State::Incremental:
-        m_stepEnd = Clock::now() + m_options.stepTimeout;
+        m_stepEnd = Clock::now() + m_stepTimeout;
         return;
     case IncomingTransfer::State::Done:
         if (m_stage == Stage::Targets) {

@@ -33,6 +33,8 @@ public:
     SelectionReader(XcbConnection& connection, xcb_window_t requestor, Options options,
                     std::function<void(SelectionContent)> onContent, std::function<void()> onSettled);
 
+    /// Has less patience with the present owner from now on: `stepTimeout` for each step.
+    void hurry(std::chrono::milliseconds stepTimeout);
     /// Begins with a new owner; what was under way is dropped unheard.
     void start(xcb_atom_t selection, xcb_timestamp_t time);
     void cancel();
@@ -81,6 +83,7 @@ private:
     xcb_atom_t m_selection = XCB_ATOM_NONE;
     xcb_timestamp_t m_time = XCB_CURRENT_TIME;
     std::optional<IncomingTransfer> m_transfer;
+    std::chrono::milliseconds m_stepTimeout{};
     Clock::time_point m_stepEnd;
     Clock::time_point m_formEnd;
     Clock::time_point m_end;

@@ -124,7 +124,7 @@ void PasteboardWatcherTest::neverReadsMarkedCopies()
         Fixture f;
         f.pasteboard.copyFromOutside(
             text("secret", {u"UTF8_STRING"_s, u"org.nspasteboard."_s + QLatin1String(marker)}));
-        f.watcher->finishPending(10s);
+        f.watcher->finishPending({10s, 10s});
         QVERIFY2(f.store.items().isEmpty() && f.pasteboard.contentReads == 0, marker);
         f.pasteboard.copyTextFromOutside("public");
         QCOMPARE(f.stored(), QStringList{u"public"_s});
@@ -149,7 +149,7 @@ void PasteboardWatcherTest::keepsTextsAsTheyAre()
     QFETCH(bool, recorded);
     Fixture f;
     f.pasteboard.copyTextFromOutside(copied);
-    f.watcher->finishPending(10s);
+    f.watcher->finishPending({10s, 10s});
     QCOMPARE(f.store.items().size(), recorded ? 1 : 0);
     if (recorded)
         QCOMPARE(f.store.items().first().content.utf8(), copied);
@@ -224,7 +224,7 @@ void PasteboardWatcherTest::keepsTheOrderOfTheCopies()
         f.pasteboard.copyFromOutside({{}, {}, picture(10), {}, {}});
         f.pasteboard.copyTextFromOutside(QByteArray(3'000'000, 'x'));
         f.pasteboard.copyTextFromOutside("last text");
-        f.watcher->finishPending(limit);
+        f.watcher->finishPending({10s, limit});
 
         QList<ClipType> types;
         for (const ClipItem& item : f.store.items())
@@ -241,12 +241,12 @@ void PasteboardWatcherTest::dropsWhatIsNoPicture()
     // Together more than may wait at the same time.
     for (const char* caption : {"one", "two", "three"}) {
         f.pasteboard.copyFromOutside({{}, {}, QByteArray(300'000'000, Qt::Uninitialized), {}, caption});
-        f.watcher->finishPending(10s);
+        f.watcher->finishPending({10s, 10s});
     }
     QVERIFY(f.store.items().isEmpty());
     QCOMPARE(f.changes, 0);
     f.pasteboard.copyFromOutside({{}, {}, picture(10), {}, {}});
-    f.watcher->finishPending(10s);
+    f.watcher->finishPending({10s, 10s});
     QCOMPARE(f.changes, 1);
 }
 
