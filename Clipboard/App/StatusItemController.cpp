@@ -33,8 +33,8 @@ constexpr std::chrono::milliseconds prepareAfterLaunch{1000};
 // What was just copied is read within milliseconds. A large content that keeps coming is waited for so long; a program
 // that hangs is given up sooner by the reading itself.
 constexpr std::chrono::milliseconds lastReadLimit{10000};
-// A large screenshot is converted in a fraction of this. Beyond it whoever quits, or a session that ends, has waited long
-// enough for a picture to become small.
+// A large screenshot is converted in a fraction of this. Beyond it whoever quits, or a session that ends, has waited
+// long enough for a picture to become small.
 constexpr std::chrono::milliseconds lastConversionLimit{500};
 // An annotated picture is encoded in a fraction of this.
 constexpr std::chrono::milliseconds resultLimit{2000};

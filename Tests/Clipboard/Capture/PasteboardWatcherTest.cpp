@@ -75,7 +75,6 @@ private slots:
     void keepsTextsAsTheyAre();
     void notesTheSource();
     void ignoresTheStartAndItsOwn();
-    void recordsABurstWhole();
     void mergesTheSameCopy();
     void keepsTheOrderOfTheCopies();
     void dropsWhatIsNoPicture();
@@ -184,18 +183,6 @@ void PasteboardWatcherTest::ignoresTheStartAndItsOwn()
     QVERIFY(f.store.items().isEmpty());
     f.pasteboard.copyTextFromOutside("theirs");
     QCOMPARE(f.stored(), QStringList{u"theirs"_s});
-}
-
-void PasteboardWatcherTest::recordsABurstWhole()
-{
-    Fixture f;
-    QStringList expected;
-    for (int i = 0; i < 300; ++i) {
-        f.pasteboard.copyTextFromOutside(QByteArray::number(i));
-        expected.prepend(QString::number(i));
-    }
-    QCOMPARE(f.stored(), expected);
-    QCOMPARE(f.changes, 300);
 }
 
 void PasteboardWatcherTest::mergesTheSameCopy()

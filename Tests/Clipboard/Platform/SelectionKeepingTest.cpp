@@ -22,10 +22,8 @@ private slots:
     void cleanup();
     void contentOutlivesItsOwner_data();
     void contentOutlivesItsOwner();
-    void takeOverIsNoChange();
     void unreadContentDoesNotOutlive();
     void deliberateClearStays();
-    void managerSavesBeforeTheEnd();
     void managerRefusesWhatItCannotRead_data();
     void managerRefusesWhatItCannotRead();
     void contentIsLeftWithAnotherManager();
@@ -101,19 +99,6 @@ void SelectionKeepingTest::contentOutlivesItsOwner()
     }
 }
 
-void SelectionKeepingTest::takeOverIsNoChange()
-{
-    ForeignClient owner(display());
-    owner.offerText("left behind");
-    owner.take();
-    QCOMPARE(m_log->waitForSnapshot().text, QByteArray("left behind"));
-    endAndTakeOver(owner);
-    ForeignClient next(display());
-    next.offerText("next");
-    next.take();
-    QCOMPARE(m_log->waitForSnapshot(2).text, QByteArray("next"));
-}
-
 void SelectionKeepingTest::unreadContentDoesNotOutlive()
 {
     ForeignClient owner(display());
@@ -136,18 +121,6 @@ void SelectionKeepingTest::deliberateClearStays()
     owner.die();
     m_log->engine->settled().wait();
     QCOMPARE(m_session->selectionOwner("CLIPBOARD"), 0U);
-}
-
-void SelectionKeepingTest::managerSavesBeforeTheEnd()
-{
-    // It asks before its content has been read, as a program does that copies and quits at once.
-    const QByteArray text = numbers(5'000'000);
-    ForeignClient owner(display());
-    owner.offer({{"UTF8_STRING", {.bytes = text, .manner = Manner::InPieces}}});
-    owner.take();
-    QVERIFY(owner.save());
-    endAndTakeOver(owner);
-    QVERIFY(ForeignClient(display()).convert("UTF8_STRING")->bytes == text);
 }
 
 void SelectionKeepingTest::managerRefusesWhatItCannotRead_data()

@@ -32,12 +32,9 @@ private slots:
     void requestsFromBeforeTheWriteAreRefused();
     void largeReplies_data();
     void largeReplies();
-    void severalReadersAtOnce();
     void readerFinishesAfterTheLoss();
     void lostReadersDoNoHarm();
     void pictureFileOutlivesItsName();
-    void realClientsPaste();
-    void copyAfterWriteIsCountedSo();
     void primaryFollows();
     void lostConnectionIsMadeAnew_data();
     void lostConnectionIsMadeAnew();
@@ -180,23 +177,6 @@ void SelectionOwningTest::largeReplies()
     QTEST(received->isIncremental, "isIncremental");
 }
 
-void SelectionOwningTest::severalReadersAtOnce()
-{
-    const QByteArray text = numbers(5'000'000);
-    own(X11::formsOfText(text));
-    constexpr size_t count = 8;
-    std::vector<std::future<bool>> readers;
-    readers.reserve(count);
-    for (size_t i = 0; i < count; ++i) {
-        readers.push_back(std::async(std::launch::async, [this, &text] {
-            const auto received = ForeignClient(display()).convert("UTF8_STRING");
-            return received && received->bytes == text;
-        }));
-    }
-    for (auto& reader : readers)
-        QVERIFY(reader.get());
-}
-
 void SelectionOwningTest::readerFinishesAfterTheLoss()
 {
     const QByteArray text = numbers(3'000'000);
@@ -255,32 +235,6 @@ void SelectionOwningTest::pictureFileOutlivesItsName()
     QVERIFY(ForeignClient(display()).convert("image/png")->bytes == bytes);
     QVERIFY(!X11::FileHandle::open(picture.fileName()));
     QVERIFY2(!X11::FileHandle::open(folder.path()), "A folder is no picture.");
-}
-
-void SelectionOwningTest::realClientsPaste()
-{
-    const QByteArray text = numbers(2'000'000) + " \xE2\x82\xAC";
-    own(X11::formsOfText(text));
-    const auto xclip = m_session->run(u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-o"_s});
-    QCOMPARE(xclip.exitCode, 0);
-    QVERIFY(xclip.output == text);
-    const auto xsel = m_session->run(u"xsel"_s, {u"--clipboard"_s, u"--output"_s});
-    QCOMPARE(xsel.exitCode, 0);
-    QVERIFY(xsel.output == text);
-}
-
-void SelectionOwningTest::copyAfterWriteIsCountedSo()
-{
-    ForeignClient owner(display());
-    owner.offerText("before");
-    owner.take();
-    QCOMPARE(m_log->waitForSnapshot().text, QByteArray("before"));
-    own(X11::formsOfText("ours"));
-    owner.offerText("after");
-    owner.take();
-    QCOMPARE(m_log->waitForSnapshot(2).text, QByteArray("after"));
-    QCOMPARE(m_log->snapshots()[0].writesBefore, 0U);
-    QCOMPARE(m_log->snapshots()[1].writesBefore, 1U);
 }
 
 void SelectionOwningTest::primaryFollows()

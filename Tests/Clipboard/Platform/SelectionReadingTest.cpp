@@ -49,7 +49,6 @@ private slots:
     void lateReplyIsNotTakenForAnother_data();
     void lateReplyIsNotTakenForAnother();
     void abandonedOwnerComesToItsEnd();
-    void burstIsReadWhole();
     void contentAtTheStartIsNoChange();
 
 private:
@@ -243,23 +242,6 @@ void SelectionReadingTest::abandonedOwnerComesToItsEnd()
     next.take();
     QVERIFY(QTest::qWaitFor([&] { return !log.snapshots().empty() && log.snapshots().back().content.text == "next"; }));
     QVERIFY(VirtualSession::waitUntil([&] { return xclip.state() == QProcess::NotRunning; }));
-}
-
-void SelectionReadingTest::burstIsReadWhole()
-{
-    constexpr int count = 300;
-    EngineWithLog log(m_session->display());
-    ForeignClient owner(display());
-    for (int i = 0; i < count; ++i) {
-        owner.offerText("copy " + QByteArray::number(i));
-        owner.take();
-        // Nobody could read what is replaced before it was asked for.
-        QVERIFY(VirtualSession::waitUntil([&] { return owner.asked().contains("UTF8_STRING"); }));
-    }
-    QCOMPARE(summary(log.waitForSnapshot(count)), "text copy " + QByteArray::number(count - 1));
-    const auto snapshots = log.snapshots();
-    for (size_t i = 0; i < snapshots.size(); ++i)
-        QCOMPARE(summary(snapshots[i].content), "text copy " + QByteArray::number(static_cast<int>(i)));
 }
 
 void SelectionReadingTest::contentAtTheStartIsNoChange()
