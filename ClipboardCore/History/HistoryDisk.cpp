@@ -194,7 +194,7 @@ std::optional<QString> HistoryDisk::save(const std::optional<QList<ClipItem>>& i
     const QList<ClipItem> saved = m_items;
     if (!std::all_of(saved.begin(), saved.end(), [](const ClipItem& item) { return std::isfinite(item.createdAt); }))
         return u"An entry's time is not a number"_s;
-    if (const auto failure = keepUnreadable())
+    if (auto failure = keepUnreadable())
         return failure;
     const qint64 end = m_journal.end();
     const quint64 appended = m_appended;
@@ -215,7 +215,7 @@ std::optional<QString> HistoryDisk::save(const std::optional<QList<ClipItem>>& i
         lock.unlock();
         flushJournal();
     }
-    if (const auto failure = file.commit())
+    if (auto failure = file.commit())
         return failure;
 
     lock.lock();

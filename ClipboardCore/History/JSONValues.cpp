@@ -65,7 +65,7 @@ std::optional<QByteArrayView> JSONValues::text(Value value)
     JSON::raw_json_string raw;
     if (value.get_raw_json_string().get(raw) != SUCCESS)
         return std::nullopt;
-    const auto needed = static_cast<qsizetype>(token.size() + simdjson::SIMDJSON_PADDING);
+    const auto needed = static_cast<qsizetype>(token.size()) + qsizetype{simdjson::SIMDJSON_PADDING};
     if (m_scratch.size() < needed)
         m_scratch = QByteArray(needed, Qt::Uninitialized);
     auto* end = reinterpret_cast<uint8_t*>(m_scratch.data());
