@@ -65,6 +65,7 @@ void X11Driver::click(QPoint place, int times, int button)
 {
     hand(moveTo(place) + QStringList{u"click"_s, u"--repeat"_s, QString::number(times), u"--delay"_s, u"60"_s,
                                      QString::number(button)});
+    awaitRelease();
 }
 
 void X11Driver::drag(const QList<QPoint>& path)
@@ -73,6 +74,7 @@ void X11Driver::drag(const QList<QPoint>& path)
     for (const QPoint place : path.sliced(1))
         commands += moveTo(place);
     hand(commands + QStringList{u"mouseup"_s, u"1"_s});
+    awaitRelease();
 }
 
 void X11Driver::pressButton()
@@ -83,6 +85,18 @@ void X11Driver::pressButton()
 void X11Driver::releaseButton()
 {
     hand({u"mouseup"_s, u"1"_s});
+    awaitRelease();
+}
+
+/// A window manager holds the pointer while it looks at a press: until it lets go, keys overtake what comes after.
+void X11Driver::awaitRelease()
+{
+    constexpr int buttons = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
+    (void)VirtualSession::waitUntil([this] {
+        const Xcb::Pointer<xcb_query_pointer_reply_t> pointer(
+            xcb_query_pointer_reply(xcb(), xcb_query_pointer(xcb(), Xcb::root(xcb())), nullptr));
+        return pointer && (pointer->mask & buttons) == 0;
+    });
 }
 
 QByteArray X11Driver::pointerShape() const

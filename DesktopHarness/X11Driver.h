@@ -31,6 +31,7 @@ public:
 
 private:
     void hand(const QStringList& commands);
+    void awaitRelease();
     [[nodiscard]] xcb_connection_t* xcb() const;
     [[nodiscard]] Window describe(xcb_window_t window, bool isUnmanaged) const;
     void collect(xcb_window_t window, const QByteArray& program, QList<Window>& found) const;
