@@ -16,7 +16,6 @@ class AnnotationTest final : public QObject
 private slots:
     void hits_data();
     void hits();
-    void handlesLieOnTheMark();
     void contrasts();
     void measuresByTheLongestSide_data();
     void measuresByTheLongestSide();
@@ -58,20 +57,6 @@ void AnnotationTest::hits()
     QFETCH(QPointF, point);
     QFETCH(bool, expected);
     QCOMPARE((Annotation{kind, {100, 100}, end, {}, {}, {}}.isHit(point, 5)), expected);
-}
-
-void AnnotationTest::handlesLieOnTheMark()
-{
-    const auto positions = [](Kind kind) {
-        QList<QPointF> points;
-        const Annotation mark{kind, {1, 2}, {3, 4}, {}, {}, {}};
-        for (const AnnotationHandle handle : mark.handles())
-            points += mark.position(handle);
-        return points;
-    };
-    QCOMPARE(positions(Kind::arrow), QList<QPointF>({{1, 2}, {3, 4}}));
-    QCOMPARE(positions(Kind::pixelate), QList<QPointF>({{1, 2}, {3, 4}, {1, 4}, {3, 2}}));
-    QCOMPARE(positions(Kind::counter), QList<QPointF>());
 }
 
 void AnnotationTest::contrasts()
