@@ -53,7 +53,8 @@ std::optional<xcb_keycode_t> Keyboard::modifierKey(xcb_map_index_t modifier)
     const auto reply = modifiers();
     if (!reply)
         return {};
-    const std::span keys(xcb_get_modifier_mapping_keycodes(reply.get()) + modifier * reply->keycodes_per_modifier,
+    const std::span keys(xcb_get_modifier_mapping_keycodes(reply.get()) +
+                             size_t(modifier) * reply->keycodes_per_modifier,
                          reply->keycodes_per_modifier);
     const auto found = std::ranges::find_if(keys, [](xcb_keycode_t key) { return key != 0; });
     return found == keys.end() ? std::nullopt : std::optional(*found);

@@ -6,6 +6,8 @@
 #include <X11/keysym.h>
 #include <xcb/xtest.h>
 
+#include <ranges>
+
 namespace Clipboard {
 
 using namespace std::chrono_literals;
@@ -154,8 +156,8 @@ void X11KeystrokeSender::type(const Keys& keys)
 {
     for (const xcb_keycode_t key : keys)
         fake(XCB_KEY_PRESS, key);
-    for (auto key = keys.rbegin(); key != keys.rend(); ++key)
-        fake(XCB_KEY_RELEASE, *key);
+    for (const xcb_keycode_t key : std::views::reverse(keys))
+        fake(XCB_KEY_RELEASE, key);
 }
 
 void X11KeystrokeSender::fake(uint8_t eventType, xcb_keycode_t key)

@@ -33,44 +33,33 @@ void PanelPlacementTest::placesThePanel_data()
     const QList<Screen> two{{{0, 0, 1920, 1080}, {0, 24, 1920, 1056}},
                             {{1920, -200, 1280, 1024}, {1920, -200, 1280, 1024}}};
 
-    QTest::newRow("below a centred item")
-        << Item({950, 0, 20, 24}) << nowhere << topBar << QRect(650, 30, 620, 540) << -1;
-    QTest::newRow("right edge kept") << Item({1890, 0, 24, 24}) << nowhere << topBar << QRect(1292, 30, 620, 540) << -1;
-    QTest::newRow("left edge kept") << Item({4, 0, 24, 24}) << nowhere << topBar << QRect(8, 30, 620, 540) << -1;
-    QTest::newRow("low work area") << Item({500, 0, 20, 24}) << nowhere << low << QRect(200, 30, 620, 522) << -1;
-    QTest::newRow("narrow: the left edge wins")
-        << Item({300, 0, 20, 24}) << nowhere << narrow << QRect(8, 30, 620, 540) << -1;
-    QTest::newRow("above a bottom bar") << Item({1800, 1045, 24, 24}) << nowhere << bottomBar
-                                        << QRect(1292, 494, 620, 540) << -1;
-    QTest::newRow("beside a left bar") << Item({4, 500, 24, 24}) << nowhere << leftBar << QRect(56, 242, 620, 540)
-                                       << -1;
-    QTest::newRow("beside a left bar, low down")
-        << Item({4, 1050, 24, 24}) << nowhere << leftBar << QRect(56, 532, 620, 540) << -1;
-    QTest::newRow("beside a right bar, high up")
-        << Item({1890, 4, 24, 24}) << nowhere << rightBar << QRect(1244, 6, 620, 540) << -1;
-    QTest::newRow("a bar that reserves nothing")
-        << Item({950, 1050, 24, 24}) << nowhere << noBar << QRect(652, 504, 620, 540) << -1;
-    QTest::newRow("on the screen of the item")
-        << Item({2500, -200, 24, 24}) << QPoint(10, 10) << two << QRect(2202, -170, 620, 540) << -1;
-    QTest::newRow("on the screen of the work, by the pointer")
-        << Item({2500, -200, 24, 24}) << QPoint(900, 300) << two << QRect(590, 306, 620, 540) << 0;
-    QTest::newRow("on the screen of the work, the pointer elsewhere")
-        << Item({950, 0, 20, 24}) << QPoint(900, 300) << two << QRect(2572, -194, 620, 540) << 1;
-    QTest::newRow("item between screens")
-        << Item({3300, 5000, 24, 24}) << nowhere << two << QRect(2572, 278, 620, 540) << -1;
-
-    QTest::newRow("unknown item: below the pointer")
-        << Item() << QPoint(900, 300) << topBar << QRect(590, 306, 620, 540) << -1;
-    QTest::newRow("unknown: above the pointer")
-        << Item() << QPoint(900, 900) << topBar << QRect(590, 354, 620, 540) << -1;
-    QTest::newRow("unknown: in a corner")
-        << Item() << QPoint(1919, 1079) << bottomBar << QRect(1292, 492, 620, 540) << -1;
-    QTest::newRow("unknown: no room on either side")
-        << Item() << QPoint(600, 300) << low << QRect(290, 30, 620, 522) << -1;
-    QTest::newRow("unknown: the pointer's screen")
-        << Item() << QPoint(2000, 0) << two << QRect(1928, 6, 620, 540) << -1;
-    QTest::newRow("unknown: pointer nowhere") << Item() << nowhere << two << QRect(1292, 30, 620, 540) << -1;
-    QTest::newRow("no screen") << Item() << QPoint(0, 0) << QList<Screen>() << QRect(0, 0, 620, 540) << -1;
+    const auto row = [](const char* name, const Item& item, QPoint pointer, const QList<Screen>& screens,
+                        const QRect& panel, int workScreen = -1) {
+        QTest::newRow(name) << item << pointer << screens << panel << workScreen;
+    };
+    row("below a centred item", QRect{950, 0, 20, 24}, nowhere, topBar, {650, 30, 620, 540});
+    row("right edge kept", QRect{1890, 0, 24, 24}, nowhere, topBar, {1292, 30, 620, 540});
+    row("left edge kept", QRect{4, 0, 24, 24}, nowhere, topBar, {8, 30, 620, 540});
+    row("low work area", QRect{500, 0, 20, 24}, nowhere, low, {200, 30, 620, 522});
+    row("narrow: the left edge wins", QRect{300, 0, 20, 24}, nowhere, narrow, {8, 30, 620, 540});
+    row("above a bottom bar", QRect{1800, 1045, 24, 24}, nowhere, bottomBar, {1292, 494, 620, 540});
+    row("beside a left bar", QRect{4, 500, 24, 24}, nowhere, leftBar, {56, 242, 620, 540});
+    row("beside a left bar, low down", QRect{4, 1050, 24, 24}, nowhere, leftBar, {56, 532, 620, 540});
+    row("beside a right bar, high up", QRect{1890, 4, 24, 24}, nowhere, rightBar, {1244, 6, 620, 540});
+    row("a bar that reserves nothing", QRect{950, 1050, 24, 24}, nowhere, noBar, {652, 504, 620, 540});
+    row("on the screen of the item", QRect{2500, -200, 24, 24}, {10, 10}, two, {2202, -170, 620, 540});
+    row("on the screen of the work, by the pointer", QRect{2500, -200, 24, 24}, {900, 300}, two, {590, 306, 620, 540},
+        0);
+    row("on the screen of the work, the pointer elsewhere", QRect{950, 0, 20, 24}, {900, 300}, two,
+        {2572, -194, 620, 540}, 1);
+    row("item between screens", QRect{3300, 5000, 24, 24}, nowhere, two, {2572, 278, 620, 540});
+    row("unknown item: below the pointer", {}, {900, 300}, topBar, {590, 306, 620, 540});
+    row("unknown: above the pointer", {}, {900, 900}, topBar, {590, 354, 620, 540});
+    row("unknown: in a corner", {}, {1919, 1079}, bottomBar, {1292, 492, 620, 540});
+    row("unknown: no room on either side", {}, {600, 300}, low, {290, 30, 620, 522});
+    row("unknown: the pointer's screen", {}, {2000, 0}, two, {1928, 6, 620, 540});
+    row("unknown: pointer nowhere", {}, nowhere, two, {1292, 30, 620, 540});
+    row("no screen", {}, {0, 0}, {}, {0, 0, 620, 540});
 }
 
 void PanelPlacementTest::placesThePanel()

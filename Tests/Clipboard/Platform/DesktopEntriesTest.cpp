@@ -1,5 +1,4 @@
 #include "X11/DesktopEntries.h"
-#include "X11/PasteChord.h"
 #include "X11/WindowIcon.h"
 
 #include <QDir>
@@ -9,7 +8,7 @@
 using namespace Clipboard::X11;
 using namespace Qt::StringLiterals;
 
-/// How a window becomes an application with a name, an icon and a way to paste.
+/// How a window becomes an application with a name and an icon.
 class DesktopEntriesTest final : public QObject
 {
     Q_OBJECT
@@ -19,8 +18,6 @@ private slots:
     void findsTheApplication_data();
     void findsTheApplication();
     void firstFolderCounts();
-    void pasteChords_data();
-    void pasteChords();
     void windowIcons_data();
     void windowIcons();
 };
@@ -120,29 +117,6 @@ void DesktopEntriesTest::firstFolderCounts()
     const DesktopEntries entries({user.path(), system.path(), u"/does/not/exist"_s}, u"en_US"_s);
     QCOMPARE(entries.find(u"a"_s)->name, u"Mine"_s);
     QVERIFY(entries.find(u"b"_s) == nullptr);
-}
-
-void DesktopEntriesTest::pasteChords_data()
-{
-    QTest::addColumn<QByteArray>("instance");
-    QTest::addColumn<QByteArray>("name");
-    QTest::addColumn<PasteChord>("chord");
-    const auto row = [](const char* instance, const char* name, PasteChord chord) {
-        QTest::newRow(name) << QByteArray(instance) << QByteArray(name) << chord;
-    };
-    row("xterm", "XTerm", PasteChord::ShiftInsert);
-    row("my title", "UXTerm", PasteChord::ShiftInsert);
-    row("gnome-terminal-server", "Gnome-terminal", PasteChord::ControlShiftV);
-    row("st-256color", "st-256color", PasteChord::ControlShiftV);
-    row("gedit", "Gedit", PasteChord::ControlV);
-    row("", "", PasteChord::ControlV);
-}
-
-void DesktopEntriesTest::pasteChords()
-{
-    QFETCH(const QByteArray, instance);
-    QFETCH(const QByteArray, name);
-    QTEST(pasteChordOf({instance, name}), "chord");
 }
 
 void DesktopEntriesTest::windowIcons_data()

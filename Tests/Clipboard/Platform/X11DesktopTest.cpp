@@ -62,7 +62,6 @@ private slots:
     void hotKeyOfAnotherProgram();
     void frontmostApplicationIsNotOurs();
     void unknownApplicationGoesByItsClass();
-    void keyboardIsLentAndGivenBack();
     void pastesIntoNoOtherWindow_data();
     void pastesIntoNoOtherWindow();
     void pasteIntoXterm_data();
@@ -361,20 +360,6 @@ void X11DesktopTest::unknownApplicationGoesByItsClass()
     showPanel();
     hidePanel();
     QTRY_COMPARE(frontmost().name, u"Somewhere"_s);
-}
-
-void X11DesktopTest::keyboardIsLentAndGivenBack()
-{
-    const auto window = startXterm(u"XTerm"_s);
-    QVERIFY(window != XCB_WINDOW_NONE);
-    for (int round = 0; round < 3; ++round) {
-        showPanel();
-        hidePanel();
-        QVERIFY(waitForActive(window));
-    }
-    xdotool(u"type hello"_s);
-    xdotool(u"key Return"_s);
-    QTRY_COMPARE(typed(), QByteArray("hello\n"));
 }
 
 void X11DesktopTest::pastesIntoNoOtherWindow_data()
