@@ -4,6 +4,7 @@
 #include <QList>
 #include <QPoint>
 #include <QRect>
+#include <QSize>
 #include <QString>
 #include <QStringList>
 
@@ -50,6 +51,9 @@ public:
     [[nodiscard]] virtual QList<Window> windowsOf(const QByteArray& program) const = 0;
     /// The window that has the keyboard; nothing when none has.
     [[nodiscard]] virtual std::optional<Window> activeWindow() const = 0;
+    [[nodiscard]] virtual QSize size() const = 0;
+    /// What the screen shows, to be compared.
+    [[nodiscard]] virtual QByteArray pixels() const = 0;
     virtual void place(const Window& window, QRect geometry) = 0;
 };
 

@@ -16,6 +16,8 @@ constexpr int listTop = 96;
 constexpr int rowHeight = 44;
 constexpr int rowCentre = 120;
 
+constexpr int stillFrames = 20; // more looks than any animation has the same frame for
+
 constexpr qsizetype shownCharacters = 60; // of an entry, in a message
 
 QByteArray contentOf(const QString& path)
@@ -147,6 +149,17 @@ void Journey::click(QPoint place, int times, int button)
         desktop().click(place, times, button);
 }
 
+void Journey::clickTrayIcon(int button, Where where)
+{
+    const auto isAtRest = [this] {
+        const auto icon = m_tessaly->trayIcon();
+        const int width = icon.value_or(Window()).geometry.width();
+        return width > 16 && icon->geometry.right() > desktop().size().width() - width;
+    };
+    expect("the icon at rest in the tray, which is in the corner", isAtRest, where);
+    click(m_tessaly->trayIcon().value_or(Window()).geometry.center(), 1, button);
+}
+
 void Journey::callUp(Where where)
 {
     press("super+shift+v");
@@ -218,6 +231,7 @@ void Journey::expectNotice(QAnyStringView text, Where where)
     const QString wanted = text.toString();
     const auto isShown = [&] {
         const auto notice = m_tessaly->toast();
+        m_lastNotice = notice ? notice->title : m_lastNotice;
         return notice && notice->title == wanted;
     };
     expect(u"the notice “%1”"_s.arg(wanted), isShown, where);
@@ -277,6 +291,19 @@ void Journey::expectFile(const QString& path, const QByteArray& content, Where w
         [&] { return contentOf(path) == content; }, where);
 }
 
+void Journey::expectStillness(Where where)
+{
+    QByteArray last;
+    int unchanged = 0;
+    const auto isStill = [&] {
+        const QByteArray now = desktop().pixels();
+        unchanged = now == last ? unchanged + 1 : 0;
+        last = now;
+        return unchanged == stillFrames;
+    };
+    expect("the screen to stand still", isStill, where);
+}
+
 Journey::Entry Journey::newest()
 {
     return m_tessaly->history().value_or(QList<Entry>()).value(0);
@@ -298,8 +325,9 @@ QString Journey::situation()
     QStringList entries;
     for (const QString& content : contents())
         entries.append(content.left(shownCharacters));
-    return u"there is, in front: “%1”; windows of the program: [%2]; entries in the file: [%3]"_s.arg(
-        desktop().activeWindow().value_or(Window()).title, windows.join(u", "), entries.mid(0, 5).join(u", "));
+    return u"there is, in front: “%1”; windows of the program: [%2]; last notice: “%3”; entries in the file: [%4]"_s
+        .arg(desktop().activeWindow().value_or(Window()).title, windows.join(u", "), m_lastNotice,
+             entries.mid(0, 5).join(u", "));
 }
 
 } // namespace Clipboard::Testing

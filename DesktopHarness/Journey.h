@@ -63,6 +63,7 @@ public:
     void press(QAnyStringView keys);
     void type(QAnyStringView letters);
     void click(QPoint place, int times = 1, int button = 1);
+    void clickTrayIcon(int button, Where where = Where::current());
     /// Calls the panel up by the hot key.
     void callUp(Where where = Where::current());
     /// The centre of a row of the panel's list, on the screen.
@@ -89,6 +90,9 @@ public:
     void expectClipboard(const QByteArray& content, const QString& target = asText, Where where = Where::current());
     void expectFile(const QString& path, const QByteArray& content, Where where = Where::current());
 
+    /// Nothing on the screen moves any more.
+    void expectStillness(Where where = Where::current());
+
     /// The newest entry in the file; an empty one when there is none.
     [[nodiscard]] Entry newest();
     [[nodiscard]] QStringList contents();
@@ -105,6 +109,7 @@ private:
     [[nodiscard]] QString situation();
 
     QString m_program;
+    QString m_lastNotice;
     std::unique_ptr<VirtualSession> m_session;
     std::unique_ptr<RunningTessaly> m_tessaly;
 };

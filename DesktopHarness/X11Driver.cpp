@@ -163,6 +163,23 @@ std::optional<X11Driver::Window> X11Driver::activeWindow() const
     return describe(window, false);
 }
 
+QSize X11Driver::size() const
+{
+    const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(xcb())).data;
+    return {screen->width_in_pixels, screen->height_in_pixels};
+}
+
+QByteArray X11Driver::pixels() const
+{
+    const auto width = static_cast<uint16_t>(size().width());
+    const auto height = static_cast<uint16_t>(size().height());
+    const auto cookie = xcb_get_image(xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, Xcb::root(xcb()), 0, 0, width, height, ~0U);
+    const Xcb::Pointer<xcb_get_image_reply_t> image(xcb_get_image_reply(xcb(), cookie, nullptr));
+    return image ? QByteArray(reinterpret_cast<const char*>(xcb_get_image_data(image.get())),
+                              xcb_get_image_data_length(image.get()))
+                 : QByteArray();
+}
+
 void X11Driver::place(const Window& window, QRect geometry)
 {
     const QString id = QString::number(window.id);

@@ -27,6 +27,8 @@ public:
     [[nodiscard]] QByteArray pasted(const QString& target) override;
     [[nodiscard]] QList<Window> windowsOf(const QByteArray& program) const override;
     [[nodiscard]] std::optional<Window> activeWindow() const override;
+    [[nodiscard]] QSize size() const override;
+    [[nodiscard]] QByteArray pixels() const override;
     void place(const Window& window, QRect geometry) override;
 
 private:

@@ -29,22 +29,12 @@ private slots:
 
 private:
     void arrive() override;
-    void clickTrayIcon(int button);
 };
 
 void PasteJourneyTest::arrive()
 {
     for (const char* content : {"alpha", "beta", "gamma"})
         copy(content);
-}
-
-void PasteJourneyTest::clickTrayIcon(int button)
-{
-    expect("the icon at rest in the tray, which is in the corner", [this] {
-        const auto icon = tessaly().trayIcon();
-        return icon && icon->geometry.width() > 16 && icon->geometry.right() > 1280 - icon->geometry.width();
-    });
-    click(tessaly().trayIcon().value_or(Window()).geometry.center(), 1, button);
 }
 
 void PasteJourneyTest::pastesIntoATerminal()
