@@ -16,7 +16,7 @@ constexpr int listTop = 96;
 constexpr int rowHeight = 44;
 constexpr int rowCentre = 120;
 
-constexpr int stillFrames = 20; // more looks than any animation has the same frame for
+constexpr int stillFrames = 8; // looks without a change; what is animated changes within three
 
 constexpr qsizetype shownCharacters = 60; // of an entry, in a message
 

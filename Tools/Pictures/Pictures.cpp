@@ -1,15 +1,13 @@
 // Takes the pictures of the built program: each scene in a session of its own, cropped to the window with its shadow.
-#include "RunningTessaly.h"
+#include "Journey.h"
 #include "SampleHistory.h"
 #include "Shadow.h"
 #include "Theme.h"
-#include "VirtualSession.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QImage>
-#include <QThread>
 
 #include <algorithm>
 #include <cstdio>
@@ -21,11 +19,11 @@ using namespace Clipboard::Testing;
 
 namespace {
 
-constexpr unsigned long settle = 350;  // ms; longer than any animation
-constexpr unsigned long tooltip = 700; // ms; longer than the pointer has to rest
-constexpr QSize screen{1280, 960};     // logical pixels; notices appear below the panel
-constexpr int around = 24;             // logical pixels of the desktop around the menu
-constexpr quint32 desktop = 0x2B3242;  // its colour
+constexpr QSize screen{1280, 960}; // logical pixels; notices appear below the panel
+constexpr int around = 24;         // logical pixels of the desktop around the menu
+constexpr int controlReach = 22;   // from the middle of a control to beyond its edge
+constexpr int tipReach = 60;       // and into its tip
+constexpr quint32 desktopColor = 0x2B3242;
 
 struct Step
 {
@@ -38,12 +36,12 @@ struct Step
 
 using Steps = QList<Step>;
 
-Steps press(const char* chord, int times = 1)
+Steps key(const char* chord, int times = 1)
 {
     return Steps(times, {Step::Kind::press, QString::fromLatin1(chord)});
 }
 
-Steps type(const char* text)
+Steps letters(const char* text)
 {
     return {{Step::Kind::type, QString::fromLatin1(text)}};
 }
@@ -59,19 +57,19 @@ Steps clickAt(QPoint place)
     return {{Step::Kind::click, {}, place}};
 }
 
-Steps drag(QPoint from, QPoint to)
+Steps stroke(QPoint from, QPoint to)
 {
     return {{Step::Kind::drag, {}, from, to}};
 }
 
 Steps clickPicture(QPoint place)
 {
-    return drag(place, place);
+    return stroke(place, place);
 }
 
 Steps go(SampleRow row)
 {
-    return press("Down", static_cast<int>(row));
+    return key("Down", static_cast<int>(row));
 }
 
 struct Scene
@@ -93,11 +91,11 @@ const QPoint blue(405, 26);
 /// Some marks of each kind on the picture of an order.
 Steps marks()
 {
-    return press("h") + clickAt(yellow) + drag({424, 112}, {632, 148}) + press("n") + clickAt(blue) +
-           clickPicture({330, 226}) + clickPicture({330, 776}) + clickPicture({1298, 60}) + press("p") +
-           drag({1276, 362}, {1524, 474}) + press("a") + clickAt(red) + drag({1340, 850}, {1422, 690}) + press("r") +
-           drag({346, 628}, {1076, 684}) + press("t") + clickPicture({1206, 850}) + type("Leave at side door") +
-           press("Escape") + press("a");
+    return key("h") + clickAt(yellow) + stroke({424, 112}, {632, 148}) + key("n") + clickAt(blue) +
+           clickPicture({330, 226}) + clickPicture({330, 776}) + clickPicture({1298, 60}) + key("p") +
+           stroke({1276, 362}, {1524, 474}) + key("a") + clickAt(red) + stroke({1340, 850}, {1422, 690}) + key("r") +
+           stroke({346, 628}, {1076, 684}) + key("t") + clickPicture({1206, 850}) + letters("Leave at side door") +
+           key("Escape") + key("a");
 }
 
 QList<Scene> scenes()
@@ -108,22 +106,22 @@ QList<Scene> scenes()
         {"panel-code", panel, go(SampleRow::code)},
         {"panel-color", panel, go(SampleRow::color)},
         {"panel-image", panel, go(SampleRow::landscape) + pointAt(annotateButton)},
-        {"panel-link-qr", panel, go(SampleRow::link) + press("ctrl+k") + type("qr") + press("Return")},
-        {"panel-focus-chip", panel, go(SampleRow::text) + press("Right") + press("Down")},
+        {"panel-link-qr", panel, go(SampleRow::link) + key("ctrl+k") + letters("qr") + key("Return")},
+        {"panel-focus-chip", panel, go(SampleRow::text) + key("Right") + key("Down")},
         {"panel-file", panel, go(SampleRow::file)},
         {"panel-empty", emptyPanel, {}},
-        {"panel-noresults", panel, type("lighthouse keeper")},
-        {"command-sheet", panel, go(SampleRow::text) + press("ctrl+k")},
-        {"toast", document, go(SampleRow::link) + press("Return")},
+        {"panel-noresults", panel, letters("lighthouse keeper")},
+        {"command-sheet", panel, go(SampleRow::text) + key("ctrl+k")},
+        {"toast", document, go(SampleRow::link) + key("Return")},
         {"editor", editor, marks() + clickPicture({346, 650}) + pointAt(highlighterButton)},
-        {"editor-crop", editor, marks() + press("c") + drag({0, 0}, {300, 24}) + drag({1600, 1000}, {1576, 724})},
-        {"editor-discard", editor, marks() + press("Escape")},
-        {"tray-menu", menu, press("Down")},
+        {"editor-crop", editor, marks() + key("c") + stroke({0, 0}, {300, 24}) + stroke({1600, 1000}, {1576, 724})},
+        {"editor-discard", editor, marks() + key("Escape")},
+        {"tray-menu", menu, key("Down")},
         {"clear-dialog", dialog, {}},
     };
 }
 
-class Stage final
+class Stage final : public Journey
 {
 public:
     Stage(const Scene& scene, int scale, const QString& program);
@@ -132,57 +130,56 @@ public:
     [[nodiscard]] QImage play();
 
 private:
-    [[nodiscard]] bool prepare();
+    void prepare() override;
+    void fail(const QString& message, const Where& where) override;
+    [[nodiscard]] bool hasFailed() const override { return m_hasFailed; }
     void layDesktop();
-    [[nodiscard]] bool open();
-    [[nodiscard]] bool openPanel();
-    [[nodiscard]] bool openEditor();
-    [[nodiscard]] bool openMenu();
-    [[nodiscard]] bool openDialog();
-    [[nodiscard]] bool openDocument();
+    void open();
+    void openPanel();
+    void openEditor();
+    void openMenu();
+    void openDialog();
     void perform(const Step& step);
-    void movePointer(QPoint place);
-    [[nodiscard]] QPoint onScreen(QPoint place) const;
-    [[nodiscard]] QPoint inPicture(QPoint place) const;
-    [[nodiscard]] QRect window() const;
-    [[nodiscard]] QRect subject() const;
+    [[nodiscard]] QByteArray besides(QPoint place);
+    [[nodiscard]] QPoint onScreen(QPoint place);
+    [[nodiscard]] QPoint inPicture(QPoint place);
+    [[nodiscard]] QRect window();
+    [[nodiscard]] QRect subject();
 
     const Scene& m_scene;
     int m_scale;
-    VirtualSession m_session;
-    RunningTessaly m_tessaly;
+    bool m_hasFailed = false;
 };
 
 Stage::Stage(const Scene& scene, int scale, const QString& program)
-    : m_scene(scene)
+    : Journey(program)
+    , m_scene(scene)
     , m_scale(scale)
-    , m_session({.size = screen * scale,
-                 .trayHost = scene.stage == Scene::Stage::menu || scene.stage == Scene::Stage::dialog,
-                 .compositor = true})
-    , m_tessaly(m_session, program)
 {
 }
 
-bool Stage::prepare()
+void Stage::fail(const QString& message, const Where& where)
 {
-    if (!m_session.failure().isEmpty()) {
-        std::fprintf(stderr, "%s\n", qPrintable(m_session.failure()));
-        return false;
-    }
-    m_session.setEnvironment(u"QT_SCALE_FACTOR"_s, QString::number(m_scale));
+    m_hasFailed = true;
+    std::fprintf(stderr, "%s: %s (line %u)\n", m_scene.name, qPrintable(message), where.line());
+}
+
+void Stage::prepare()
+{
+    session().setEnvironment(u"QT_SCALE_FACTOR"_s, QString::number(m_scale));
     layDesktop();
-    const bool isEmpty = m_scene.stage == Scene::Stage::emptyPanel;
-    return (isEmpty ||
-            writeSampleHistory(m_tessaly.dataFolder(), m_session.home(), QStringLiteral(TESSALY_DRAWINGS))) &&
-           m_tessaly.start().has_value();
+    const QString data = session().homePath(u".local/share/Tessaly"_s);
+    if (m_scene.stage != Scene::Stage::emptyPanel &&
+        !writeSampleHistory(data, session().home(), QStringLiteral(TESSALY_DRAWINGS)))
+        fail(u"the history could not be written"_s, Where::current());
 }
 
 /// A window below all others: compositors paint the root window as they like.
 void Stage::layDesktop()
 {
-    xcb_connection_t* connection = m_session.connection();
+    xcb_connection_t* connection = session().connection();
     const xcb_screen_t* root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
-    const quint32 values[] = {desktop, 1}; // the pixel, and that the window manager leaves it alone
+    const quint32 values[] = {desktopColor, 1}; // the pixel, and that the window manager leaves it alone
     const quint32 window = xcb_generate_id(connection);
     xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, root->root, 0, 0, root->width_in_pixels,
                       root->height_in_pixels, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, root->root_visual,
@@ -193,14 +190,15 @@ void Stage::layDesktop()
     xcb_flush(connection);
 }
 
-bool Stage::open()
+void Stage::open()
 {
     switch (m_scene.stage) {
     case Scene::Stage::panel:
     case Scene::Stage::emptyPanel:
         return openPanel();
     case Scene::Stage::document:
-        return openDocument();
+        openTerminal();
+        return openPanel();
     case Scene::Stage::editor:
         return openEditor();
     case Scene::Stage::menu:
@@ -208,90 +206,75 @@ bool Stage::open()
     case Scene::Stage::dialog:
         return openDialog();
     }
-    return false;
 }
 
-bool Stage::openPanel()
+void Stage::openPanel()
 {
     // Without a tray the panel opens below the pointer, here so that its whole shadow is on the screen.
-    movePointer(QPoint(screen.width() / 2, 100) * m_scale);
-    m_tessaly.press(u"super+shift+v"_s);
-    return m_tessaly.waitForPanel(true);
+    desktop().movePointer(QPoint(screen.width() / 2, 100) * m_scale);
+    callUp();
 }
 
-bool Stage::openEditor()
+void Stage::openEditor()
 {
-    if (!openPanel())
-        return false;
-    for (const Step& step : go(SampleRow::order) + press("ctrl+e"))
+    openPanel();
+    for (const Step& step : go(SampleRow::order) + key("ctrl+e"))
         perform(step);
-    return VirtualSession::waitUntil([&] {
-        return std::ranges::any_of(m_tessaly.windows(), [&](const RunningTessaly::Window& window) {
-            return window.title == u"Annotate"_s && window.id == m_tessaly.activeWindow();
-        });
-    });
+    expectFront("Annotate");
 }
 
-bool Stage::openMenu()
+void Stage::openMenu()
 {
-    if (!VirtualSession::waitUntil([&] { return m_tessaly.trayIcon().has_value(); }))
-        return false;
-    m_tessaly.click(m_tessaly.trayIcon()->geometry.center(), 1, 3);
-    return VirtualSession::waitUntil([&] { return m_tessaly.windows().size() > 1; });
+    clickTrayIcon(3);
+    expect("the menu", [this] { return tessaly().windows().size() > 1; });
 }
 
-bool Stage::openDialog()
+void Stage::openDialog()
 {
-    if (!openMenu())
-        return false;
-    m_tessaly.press(u"Down"_s);
-    m_tessaly.press(u"Return"_s);
-    return VirtualSession::waitUntil([&] { return m_tessaly.activeWindow() != 0; });
-}
-
-bool Stage::openDocument()
-{
-    const QStringList front = {u"getactivewindow"_s, u"getwindowname"_s};
-    m_session.start(u"xterm"_s, {u"-T"_s, u"document"_s, u"-e"_s, u"cat"_s});
-    return VirtualSession::waitUntil(
-               [&] { return m_session.run(u"xdotool"_s, front).output.startsWith("document"); }) &&
-           openPanel();
+    openMenu();
+    press("Down Return");
+    expect("the dialog with the keyboard", [this] { return tessaly().activeWindow() != 0; });
 }
 
 void Stage::perform(const Step& step)
 {
     switch (step.kind) {
     case Step::Kind::press:
-        return m_tessaly.press(step.text);
+        return press(step.text);
     case Step::Kind::type:
-        return m_tessaly.type(step.text);
-    case Step::Kind::point:
-        movePointer(onScreen(step.place));
-        return QThread::msleep(tooltip);
+        return type(step.text);
+    case Step::Kind::point: {
+        const QPoint place = onScreen(step.place);
+        const QByteArray before = besides(place);
+        desktop().movePointer(place);
+        return expect("a tip beside it", [&] { return besides(place) != before; });
+    }
     case Step::Kind::click:
-        return m_tessaly.click(onScreen(step.place));
+        return click(onScreen(step.place));
     case Step::Kind::drag:
-        movePointer(inPicture(step.place));
-        m_session.run(u"xdotool"_s, {u"mousedown"_s, u"1"_s});
-        movePointer(inPicture((step.place + step.end) / 2));
-        movePointer(inPicture(step.end));
-        m_session.run(u"xdotool"_s, {u"mouseup"_s, u"1"_s});
+        return desktop().drag({inPicture(step.place), inPicture((step.place + step.end) / 2), inPicture(step.end)});
     }
 }
 
-void Stage::movePointer(QPoint place)
+/// What can be seen above and below a control, where its tip appears.
+QByteArray Stage::besides(QPoint place)
 {
-    m_session.run(u"xdotool"_s, {u"mousemove"_s, QString::number(place.x()), QString::number(place.y())});
+    const QByteArray pixels = desktop().pixels();
+    const qsizetype rowBytes = pixels.size() / desktop().size().height();
+    const auto rows = [&](int from, int to) {
+        return pixels.mid((place.y() + from * m_scale) * rowBytes, (to - from) * m_scale * rowBytes);
+    };
+    return rows(-tipReach, -controlReach) + rows(controlReach, tipReach);
 }
 
-QPoint Stage::onScreen(QPoint place) const
+QPoint Stage::onScreen(QPoint place)
 {
     const QMargins margins = m_scene.stage == Scene::Stage::editor ? QMargins() : panelShadow.margins();
     return window().topLeft() + (QPoint(margins.left(), margins.top()) + place) * m_scale;
 }
 
 /// The editor fits the picture between its bars, with a margin around it.
-QPoint Stage::inPicture(QPoint place) const
+QPoint Stage::inPicture(QPoint place)
 {
     constexpr int toolbar = 52;
     constexpr int hints = 36;
@@ -305,10 +288,10 @@ QPoint Stage::inPicture(QPoint place) const
 }
 
 /// The window that the scene is about.
-QRect Stage::window() const
+QRect Stage::window()
 {
     QRect largest;
-    for (const RunningTessaly::Window& window : m_tessaly.windows()) {
+    for (const Window& window : tessaly().windows()) {
         const QRect area = window.geometry;
         if (area.width() * area.height() > largest.width() * largest.height())
             largest = area;
@@ -317,28 +300,31 @@ QRect Stage::window() const
 }
 
 /// The place of the picture: the window, or the menu with the icon that it hangs from.
-QRect Stage::subject() const
+QRect Stage::subject()
 {
     if (m_scene.stage != Scene::Stage::menu)
         return window();
     const int margin = around * m_scale;
-    return (window() | m_tessaly.trayIcon()->geometry).adjusted(-margin, -margin, margin, margin);
+    return (window() | tessaly().trayIcon().value_or(Window()).geometry).adjusted(-margin, -margin, margin, margin);
 }
 
 QImage Stage::play()
 {
-    if (!prepare() || !open())
+    const bool hasTray = m_scene.stage == Scene::Stage::menu || m_scene.stage == Scene::Stage::dialog;
+    begin({.size = screen * m_scale, .trayHost = hasTray, .compositor = true});
+    if (m_hasFailed)
         return {};
+    open();
     for (const Step& step : m_scene.steps) {
+        expectStillness();
         perform(step);
-        QThread::msleep(settle / 4);
     }
-    if (m_scene.stage == Scene::Stage::document && !m_tessaly.waitForPanel(false))
-        return {};
-    QThread::msleep(settle);
+    if (m_scene.stage == Scene::Stage::document)
+        expectNoPanel();
+    expectStillness();
     const QRect place = subject();
-    const QString file = m_session.homePath(u"screen.png"_s);
-    if (place.isEmpty() || !m_session.screenshot(file))
+    const QString file = session().homePath(u"screen.png"_s);
+    if (m_hasFailed || place.isEmpty() || !session().screenshot(file))
         return {};
     const QImage picture(file);
     return picture.copy(place & picture.rect());
