@@ -31,7 +31,7 @@ template <typename Encode>
 std::optional<QByteArray> inTime(const std::stop_token& hurry, Encode encode)
 {
     if (!hurry.stop_requested()) {
-        const std::optional<QByteArray> png = encode(Effort{compressionLevel, hurry});
+        std::optional<QByteArray> png = encode(Effort{compressionLevel, hurry});
         if (png || !hurry.stop_requested())
             return png;
     }
