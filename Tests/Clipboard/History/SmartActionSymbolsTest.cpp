@@ -17,7 +17,6 @@ class SmartActionSymbolsTest final : public QObject
 
 private slots:
     void everyActionHasItsDrawing();
-    void unknownLabels();
 };
 
 void SmartActionSymbolsTest::everyActionHasItsDrawing()
@@ -43,12 +42,6 @@ void SmartActionSymbolsTest::everyActionHasItsDrawing()
         const QByteArray drawing = SmartActionSymbols::iconName(label).toLatin1();
         QVERIFY2(!tintedPixmap({QLatin1String(drawing)}, 1).isNull(), qPrintable(label));
     }
-}
-
-void SmartActionSymbolsTest::unknownLabels()
-{
-    QCOMPARE(SmartActionSymbols::name(u"minify"_s), u"doc.on.doc"_s);
-    QVERIFY(!tintedPixmap({QLatin1String(SmartActionSymbols::iconName(u"minify"_s).toLatin1())}, 1).isNull());
 }
 
 QTEST_MAIN(SmartActionSymbolsTest)

@@ -15,7 +15,6 @@ class FloatingPanelTest final : public QObject
 private slots:
     void takesAndReturnsTheKeyboard();
     void closesOnceHoweverItIsAsked();
-    void closesOnLosingTheKeyboard();
     void marginIsNotPartOfThePanel();
     void composingKeepsItsKeys();
     void composingEndsWithThePanel();
@@ -57,18 +56,6 @@ void FloatingPanelTest::closesOnceHoweverItIsAsked()
     QCOMPARE(closed.size(), 1);
     QVERIFY(visibleBefore);
     QCOMPARE(f.windows.calls.count(u"restoreFrontWindow"_s), 1);
-}
-
-void FloatingPanelTest::closesOnLosingTheKeyboard()
-{
-    PanelFixture f;
-    QVERIFY(f.open());
-    QSignalSpy closed(&f.panel, &FloatingPanel::closed);
-    QWidget other;
-    other.show();
-    other.activateWindow();
-    QTRY_COMPARE(closed.size(), 1);
-    QVERIFY(!f.panel.isVisible());
 }
 
 void FloatingPanelTest::marginIsNotPartOfThePanel()

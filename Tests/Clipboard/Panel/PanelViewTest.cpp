@@ -29,7 +29,6 @@ private slots:
     void manyEntriesLeaveRoomForAllChips();
     void focusMovesRingAndCaret();
     void buttonsActOnTheSelection();
-    void clearSearchEmptiesTheField();
     void rowsSpeak();
     void claimsNothingWhileItSearches();
     void hiddenPanelDoesNoWork();
@@ -208,25 +207,6 @@ void PanelViewTest::buttonsActOnTheSelection()
     QCOMPARE(f.stored().size(), 1);
     QTest::mouseClick(button(f, ItemAction::paste), Qt::LeftButton);
     QCOMPARE(f.closeRequests, 1);
-}
-
-void PanelViewTest::clearSearchEmptiesTheField()
-{
-    PanelFixture f;
-    f.fillTexts({u"one"_s});
-    QVERIFY(f.open());
-    QAbstractButton* clear = nullptr;
-    for (auto* candidate : f.view()->findChildren<QAbstractButton*>()) {
-        if (candidate->accessibleName() == u"Clear search"_s)
-            clear = candidate;
-    }
-    QVERIFY(clear != nullptr && !clear->isVisible());
-    f.type(u"one"_s);
-    QTRY_VERIFY(clear->isVisible());
-    QTest::mouseClick(clear, Qt::LeftButton);
-    QCOMPARE(f.model.query(), QString());
-    QTRY_COMPARE(f.typed(), QString());
-    QVERIFY(f.view()->activeField()->hasFocus());
 }
 
 void PanelViewTest::rowsSpeak()
