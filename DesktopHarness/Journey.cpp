@@ -231,8 +231,13 @@ void Journey::expectNotice(QAnyStringView text, Where where)
     const QString wanted = text.toString();
     const auto isShown = [&] {
         const auto notice = m_tessaly->toast();
-        m_lastNotice = notice ? notice->title : m_lastNotice;
-        return notice && notice->title == wanted;
+        if (!notice || notice->id == m_expectedNotice)
+            return false;
+        m_lastNotice = notice->title;
+        if (notice->title != wanted)
+            return false;
+        m_expectedNotice = notice->id;
+        return true;
     };
     expect(u"the notice “%1”"_s.arg(wanted), isShown, where);
 }

@@ -78,6 +78,7 @@ public:
     void expect(QAnyStringView what, const std::function<bool()>& condition, Where where = Where::current());
     void expectPanel(Where where = Where::current());
     void expectNoPanel(Where where = Where::current());
+    /// A notice of that text which was not expected before.
     void expectNotice(QAnyStringView text, Where where = Where::current());
     /// The window with the keyboard has that in its title.
     void expectFront(QAnyStringView title, Where where = Where::current());
@@ -110,6 +111,7 @@ private:
 
     QString m_program;
     QString m_lastNotice;
+    quint32 m_expectedNotice = 0; // the window of the last one that was expected
     std::unique_ptr<VirtualSession> m_session;
     std::unique_ptr<RunningTessaly> m_tessaly;
 };

@@ -177,19 +177,4 @@ bool RunningTessaly::waitForPanel(bool visible)
     });
 }
 
-void RunningTessaly::press(const QString& chord)
-{
-    m_session.desktop().press({chord});
-}
-
-void RunningTessaly::type(const QString& text)
-{
-    m_session.desktop().type(text);
-}
-
-void RunningTessaly::click(QPoint position, int times, int button)
-{
-    m_session.desktop().click(position, times, button);
-}
-
 } // namespace Clipboard::Testing

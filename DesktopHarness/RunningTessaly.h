@@ -69,11 +69,6 @@ public:
 
     [[nodiscard]] bool waitForPanel(bool visible);
 
-    /// Presses a key or chord as xdotool names it, such as "super+shift+v".
-    void press(const QString& chord);
-    void type(const QString& text);
-    void click(QPoint position, int times = 1, int button = 1);
-
 private:
     [[nodiscard]] std::optional<Window> titled(const QString& title) const;
 

@@ -68,6 +68,7 @@ private:
     void arrive() override;
     void leave() override;
     void openEditor();
+    [[nodiscard]] QImage look();       // at the whole screen
     void draw(QPoint from, QPoint to); // places of the picture
     void point(QPoint at);
     void drawMarks();
@@ -99,13 +100,18 @@ void EditorJourneyTest::openEditor()
     press("ctrl+e");
     expect("the picture in the editor with the keyboard", [this] {
         const auto editor = tessaly().editor();
-        const QString file = session().homePath(u"screen.png"_s);
-        if (!editor || tessaly().activeWindow() != editor->id || !session().screenshot(file))
+        if (!editor || tessaly().activeWindow() != editor->id)
             return false;
-        const QImage screen(file);
+        const QImage screen = look();
         m_shown = extentOf(screen, frameColor, editor->geometry & screen.rect());
         return m_shown.size() == pictureSize; // before the first frame it shows what was there
     });
+}
+
+QImage EditorJourneyTest::look()
+{
+    const QString file = session().homePath(u"screen.png"_s);
+    return session().screenshot(file) ? QImage(file).convertToFormat(QImage::Format_RGB32) : QImage();
 }
 
 void EditorJourneyTest::draw(QPoint from, QPoint to)
@@ -203,6 +209,8 @@ void EditorJourneyTest::keepsTheResultAtTheEnd()
 {
     openEditor();
     draw({100, 200}, {300, 250});
+    expect("the mark in the picture", [this] { return look().copy(m_shown) != picture(); });
+    expectStillness();
     endTessaly();
     expectEntries(++m_entries);
     QVERIFY(newestPicture() != picture());
