@@ -49,6 +49,7 @@ void Journey::begin(const Options& options, Where where)
 
 void Journey::startTessaly(Where where)
 {
+    m_expectedNotice = 0; // a new program's windows may have the same numbers
     if (!hasFailed() && !m_tessaly->start())
         fail(u"the program does not watch the clipboard"_s, where);
 }
