@@ -63,6 +63,7 @@ void ForeignClient::take()
     {
         const std::scoped_lock lock(m_mutex);
         m_asked.clear();
+        m_answered.clear();
     }
     xcb_set_selection_owner(m_connection, m_window, m_selection, XCB_CURRENT_TIME);
     Xcb::synchronize(m_connection);
@@ -129,6 +130,12 @@ QByteArrayList ForeignClient::asked() const
 {
     const std::scoped_lock lock(m_mutex);
     return m_asked;
+}
+
+QByteArrayList ForeignClient::answered() const
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_answered;
 }
 
 // ── What it answers, on its thread
@@ -250,7 +257,11 @@ void ForeignClient::notify(const xcb_selection_request_event_t& request, xcb_ato
     message.event.selection = request.selection;
     message.event.target = request.target;
     message.event.property = property;
+    const QByteArray target = atomName(request.target);
     xcb_send_event(m_connection, 0, request.requestor, XCB_EVENT_MASK_NO_EVENT, message.wire);
+    const std::scoped_lock lock(m_mutex);
+    if (property != XCB_ATOM_NONE)
+        m_answered.append(target);
 }
 
 xcb_atom_t ForeignClient::atom(const QByteArray& name) const

@@ -79,6 +79,8 @@ public:
     [[nodiscard]] bool ownsSelection() const;
     /// The targets that were asked for since the last take(), in order.
     [[nodiscard]] QByteArrayList asked() const;
+    /// Those of them that have been answered: what is copied next comes after the answer.
+    [[nodiscard]] QByteArrayList answered() const;
     [[nodiscard]] xcb_window_t window() const { return m_window; }
 
     /// Asks for the selection. Nothing when it is refused or does not come to an end.
@@ -140,6 +142,7 @@ private:
     mutable QHash<QByteArray, xcb_atom_t> m_atoms;
     QHash<QByteArray, Answer> m_answers;
     QByteArrayList m_asked;
+    QByteArrayList m_answered;
     xcb_selection_request_event_t m_late = {};
     std::deque<Arrival> m_arrivals;
     std::condition_variable m_arrived;

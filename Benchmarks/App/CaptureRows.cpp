@@ -4,12 +4,14 @@
 #include "MainThreadProbe.h"
 #include "ProcessFigures.h"
 
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
 #include <QRandomGenerator>
 #include <QThread>
 
+#include <algorithm>
 #include <csignal>
 
 using namespace Qt::StringLiterals;
@@ -34,6 +36,17 @@ void captureRow(const QString& what, Filling filling, int times)
     row(what, median(values), u"ms"_s, u"≤ 1.5"_s);
 }
 
+/// Whether the file or the journal beside it holds that text.
+bool isOnDisk(const Bench& bench, const QByteArray& text)
+{
+    const QString file = bench.tessaly.historyFile();
+    const QString journal = QFileInfo(file).path() + u"/history.journal"_s;
+    return std::ranges::any_of(QStringList{journal, file}, [&text](const QString& path) {
+        QFile content(path);
+        return content.open(QFile::ReadOnly) && content.readAll().contains(text);
+    });
+}
+
 void writingRow(int copies)
 {
     Bench bench({.entries = 500, .bytes = 20'000});
@@ -43,12 +56,16 @@ void writingRow(int copies)
         owner.copyText("burst " + QByteArray::number(i));
         (void)bench.until("captured", Clock::now());
     }
-    if (!bench.tessaly.waitForNewest(u"burst %1"_s.arg(copies - 1))) {
-        giveUp(u"The burst was not saved."_s);
+    const QDeadlineTimer limit(std::chrono::seconds(20));
+    while (!isOnDisk(bench, "burst " + QByteArray::number(copies - 1))) {
+        if (limit.hasExpired()) {
+            giveUp(u"The burst was not saved."_s);
+        }
+        QThread::msleep(20);
     }
     const double files = static_cast<double>(ProcessFigures::written(bench.tessaly.processID()) - before) /
                          static_cast<double>(QFileInfo(bench.tessaly.historyFile()).size());
-    row(u"writing: %1 copies in a burst, 500 of 20 KB"_s.arg(copies), files, u"× the file"_s, u"1"_s);
+    row(u"writing: %1 copies in a burst, 500 of 20 KB"_s.arg(copies), files, u"× the file"_s, u"≤ 1"_s);
 }
 
 void burstRow(int copies)

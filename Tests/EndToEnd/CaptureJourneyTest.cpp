@@ -154,8 +154,8 @@ void CaptureJourneyTest::recordsEveryCopyOfABurst()
         const QByteArray content = "burst " + QByteArray::number(i);
         owner.copyText(content);
         expected.prepend(QString::fromLatin1(content));
-        // What is replaced before it was asked for, nobody could have read.
-        expect("a question for the text", [&] { return owner.asked().contains("UTF8_STRING"); });
+        // What is replaced before it was asked for and answered, nobody could have read.
+        expect("a question for the text", [&] { return owner.answered().contains("UTF8_STRING"); });
     }
     expectHistory(expected);
 }

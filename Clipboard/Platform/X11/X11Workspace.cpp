@@ -6,6 +6,8 @@
 #include <QMimeDatabase>
 #include <QStandardPaths>
 
+#include <utility>
+
 namespace Clipboard {
 
 using namespace Qt::StringLiterals;
@@ -65,11 +67,16 @@ void X11Workspace::activeWindowChanged()
 {
     const xcb_window_t window = m_session->activeWindow();
     if (window == XCB_WINDOW_NONE) {
-        m_frontmost.reset();
+        if (m_frontmost)
+            m_beforeNone = std::exchange(m_frontmost, std::nullopt);
         return;
     }
-    if (m_session->isOurs(window))
+    if (m_session->isOurs(window)) {
+        // A window manager may name none for a moment while it passes the focus on to us.
+        if (!m_frontmost)
+            m_frontmost = m_beforeNone;
         return;
+    }
     m_frontmost = traitsOf(window);
     readEntriesAgainIfChanged();
     // Without the entries its id is not known; entriesRead() comes here again.

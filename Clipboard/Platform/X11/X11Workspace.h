@@ -41,7 +41,8 @@ private:
 
     std::shared_ptr<X11::X11Session> m_session;
     std::optional<X11::DesktopEntries::Traits> m_frontmost;
-    QHash<QString, QIcon> m_windowIcons; // of applications by their ids
+    std::optional<X11::DesktopEntries::Traits> m_beforeNone; // the last one before no window was active
+    QHash<QString, QIcon> m_windowIcons;                     // of applications by their ids
 
     mutable EntriesPointer m_entries;
     mutable std::future<EntriesPointer> m_reading; // valid while a newer reading is under way
