@@ -79,6 +79,18 @@ public:
 
     [[nodiscard]] spng_ctx* context() const { return m_context.get(); }
 
+    void setProfile(const QColorSpace& colorSpace)
+    {
+        if (!colorSpace.isValid() || colorSpace == QColorSpace(QColorSpace::SRgb))
+            return;
+        m_profile = colorSpace.iccProfile();
+        spng_iccp profile{};
+        std::strncpy(profile.profile_name, "ICC profile", sizeof profile.profile_name - 1);
+        profile.profile_len = static_cast<size_t>(m_profile.size());
+        profile.profile = m_profile.data();
+        spng_set_iccp(m_context.get(), &profile);
+    }
+
     [[nodiscard]] bool begin()
     {
         return spng_encode_image(m_context.get(), nullptr, 0, SPNG_FMT_PNG,
@@ -102,7 +114,9 @@ public:
     }
 
 private:
-    QByteArray m_png; // outlives the context, which writes into it
+    // Both outlive the context, which writes into the one and reads the other when it begins.
+    QByteArray m_png;
+    QByteArray m_profile;
     std::stop_token m_hurry;
     Context m_context;
     bool m_complete = false;
@@ -207,18 +221,6 @@ PixelLayout layoutFor(const QImage& image)
     return {QImage::Format_RGB888, 8, SPNG_COLOR_TYPE_TRUECOLOR, 3};
 }
 
-void setProfile(spng_ctx* encoder, const QColorSpace& colorSpace)
-{
-    if (!colorSpace.isValid() || colorSpace == QColorSpace(QColorSpace::SRgb))
-        return;
-    QByteArray bytes = colorSpace.iccProfile();
-    spng_iccp profile{};
-    std::strncpy(profile.profile_name, "ICC profile", sizeof profile.profile_name - 1);
-    profile.profile_len = static_cast<size_t>(bytes.size());
-    profile.profile = bytes.data();
-    spng_set_iccp(encoder, &profile); // takes a copy
-}
-
 /// `image` is in `layout`'s format.
 std::optional<QByteArray> fromPixels(const QImage& image, const PixelLayout& layout, const Effort& effort)
 {
@@ -228,7 +230,7 @@ std::optional<QByteArray> fromPixels(const QImage& image, const PixelLayout& lay
     header.bit_depth = layout.bitDepth;
     header.color_type = layout.colorType;
     Encoder encoder(header, effort);
-    setProfile(encoder.context(), image.colorSpace());
+    encoder.setProfile(image.colorSpace());
     if (!encoder.begin())
         return std::nullopt;
     for (int y = 0; y < image.height(); ++y) {

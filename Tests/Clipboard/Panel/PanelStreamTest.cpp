@@ -179,13 +179,18 @@ struct Press
 const auto nothing = [](PlainPanel&) {};
 const auto first = [](PlainPanel& p) { p.select(p.visible().value(0)); };
 const auto last = [](PlainPanel& p) { p.select(p.visible().value(p.visible().size() - 1)); };
+const auto eraseLetter = [](PlainPanel& p) {
+    QString text = p.hasSheet ? p.sheetQuery : p.query;
+    text.chop(1);
+    p.type(text);
+};
 const auto eraseWord = [](PlainPanel& p) { p.hasSheet || !p.query.isEmpty() ? p.type({}) : p.remove(); };
 
 const QList<Press> keysAnywhere{
     {Qt::Key_Down, {}, [](PlainPanel& p) { p.move(1); }},
     {Qt::Key_Down, {}, [](PlainPanel& p) { p.move(1); }},
     {Qt::Key_Up, {}, [](PlainPanel& p) { p.move(-1); }},
-    {Qt::Key_Backspace, {}, [](PlainPanel& p) { p.type((p.hasSheet ? p.sheetQuery : p.query).chopped(1)); }},
+    {Qt::Key_Backspace, {}, eraseLetter},
     {Qt::Key_Backspace, Qt::ControlModifier, eraseWord},
     {Qt::Key_Escape, {}, [](PlainPanel& p) { p.escape(); }},
     {Qt::Key_Return, {}, [](PlainPanel& p) { p.enter(); }},
