@@ -319,8 +319,10 @@ QImage Stage::play()
         expectStillness();
         perform(step);
     }
-    if (m_scene.stage == Scene::Stage::document)
+    if (m_scene.stage == Scene::Stage::document) {
         expectNoPanel();
+        expect("the notice", [this] { return tessaly().toast().has_value(); });
+    }
     expectStillness();
     const QRect place = subject();
     const QString file = session().homePath(u"screen.png"_s);
