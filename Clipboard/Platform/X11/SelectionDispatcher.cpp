@@ -85,6 +85,8 @@ SelectionDispatcher::Remains SelectionDispatcher::remains() const
         remains.ownSince = m_clipboard.time();
     } else {
         remains.known = m_reader.content();
+        if (!remains.known)
+            remains.known = m_known; // it was being read again
     }
     return remains;
 }
@@ -316,8 +318,20 @@ void SelectionDispatcher::publish(const SelectionContent& content)
     // Whoever takes over what we leave behind copies nothing.
     if (m_manager.isHandingOver())
         return;
+    // Without its window or its connection the reader finds nothing, whatever there is.
+    const bool isEmpty = content.fileURLs.isEmpty() && !content.png && !content.tiff && !content.text;
+    if (isEmpty && !hasWindow())
+        return;
     const bool isKnown = std::exchange(m_known, {}) == content;
     m_publish({content, m_writes, m_isInitial || isKnown});
+}
+
+/// Asks the server: the news of its end may still be on its way.
+bool SelectionDispatcher::hasWindow() const
+{
+    const auto cookie = xcb_get_window_attributes(m_connection->get(), m_window);
+    return XcbPointer<xcb_get_window_attributes_reply_t>(
+               xcb_get_window_attributes_reply(m_connection->get(), cookie, nullptr)) != nullptr;
 }
 
 std::optional<SelectionDispatcher::Clock::time_point> SelectionDispatcher::deadline() const

@@ -84,6 +84,7 @@ private:
     [[nodiscard]] std::optional<QByteArray> keptTargets();
     /// Tells those that wait for the reading to come to an end.
     void tellWaiting();
+    [[nodiscard]] bool hasWindow() const;
     void publish(const SelectionContent& content);
 
     std::unique_ptr<XcbConnection> m_connection;
