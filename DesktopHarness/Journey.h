@@ -8,7 +8,6 @@
 #include <csignal>
 #include <functional>
 #include <memory>
-#include <source_location>
 
 namespace Clipboard::Testing {
 
@@ -17,7 +16,26 @@ namespace Clipboard::Testing {
 class Journey
 {
 public:
-    using Where = std::source_location;
+    /// Where a step stands, as std::source_location tells it, which not every compiler that reads this has.
+    class Where
+    {
+    public:
+        [[nodiscard]] static constexpr Where current(const char* file = __builtin_FILE(), int line = __builtin_LINE())
+        {
+            return {file, line};
+        }
+        [[nodiscard]] constexpr const char* file_name() const { return m_file; }
+        [[nodiscard]] constexpr int line() const { return m_line; }
+
+    private:
+        constexpr Where(const char* file, int line)
+            : m_file(file)
+            , m_line(line)
+        {
+        }
+        const char* m_file;
+        int m_line;
+    };
     using Entry = RunningTessaly::Entry;
     using Window = Desktop::Window;
     using Options = VirtualSession::Options;

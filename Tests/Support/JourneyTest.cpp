@@ -11,7 +11,7 @@ JourneyTest::JourneyTest(const Options& options, Sessions sessions)
 
 void JourneyTest::fail(const QString& message, const Where& where)
 {
-    QTest::qFail(qPrintable(message), where.file_name(), static_cast<int>(where.line()));
+    QTest::qFail(qPrintable(message), where.file_name(), where.line());
 }
 
 void JourneyTest::initTestCase()

@@ -161,7 +161,7 @@ Stage::Stage(const Scene& scene, int scale, const QString& program)
 void Stage::fail(const QString& message, const Where& where)
 {
     m_hasFailed = true;
-    std::fprintf(stderr, "%s: %s (line %u)\n", m_scene.name, qPrintable(message), where.line());
+    std::fprintf(stderr, "%s: %s (line %d)\n", m_scene.name, qPrintable(message), where.line());
 }
 
 void Stage::prepare()

@@ -44,7 +44,7 @@ private:
 void Tour::fail(const QString& message, const Where& where)
 {
     m_hasFailed = true;
-    std::fprintf(stderr, "tour: it went no further: %s (line %u)\n", qPrintable(message), where.line());
+    std::fprintf(stderr, "tour: it went no further: %s (line %d)\n", qPrintable(message), where.line());
 }
 
 void Tour::say(const char* text) const

@@ -6,7 +6,7 @@
 #include <X11/keysym.h>
 #include <xcb/xtest.h>
 
-#include <ranges>
+#include <algorithm>
 
 namespace Clipboard {
 
@@ -156,8 +156,7 @@ void X11KeystrokeSender::type(const Keys& keys)
 {
     for (const xcb_keycode_t key : keys)
         fake(XCB_KEY_PRESS, key);
-    for (const xcb_keycode_t key : std::views::reverse(keys))
-        fake(XCB_KEY_RELEASE, key);
+    std::for_each(keys.rbegin(), keys.rend(), [this](xcb_keycode_t key) { fake(XCB_KEY_RELEASE, key); });
 }
 
 void X11KeystrokeSender::fake(uint8_t eventType, xcb_keycode_t key)
