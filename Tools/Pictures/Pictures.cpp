@@ -262,7 +262,7 @@ QByteArray Stage::besides(QPoint place)
     const QByteArray pixels = desktop().pixels();
     const qsizetype rowBytes = pixels.size() / desktop().size().height();
     const auto rows = [&](int from, int to) {
-        return pixels.mid((place.y() + from * m_scale) * rowBytes, (to - from) * m_scale * rowBytes);
+        return pixels.mid((place.y() + from * m_scale) * rowBytes, (to - from) * (m_scale * rowBytes));
     };
     return rows(-tipReach, -controlReach) + rows(controlReach, tipReach);
 }
