@@ -38,7 +38,8 @@ public:
         QByteArray errors;
     };
 
-    static constexpr int defaultTimeout = 20'000; // ms; long, because sanitizers and loaded machines are slow
+    /// ms; a sanitized program, or the first start of a toolkit beside twenty busy processes, takes half of it.
+    static constexpr int defaultTimeout = 60'000;
 
     VirtualSession();
     explicit VirtualSession(const Options& options);

@@ -146,7 +146,7 @@ xcb_window_t X11DesktopTest::startXterm(const QString& windowClass, const QStrin
             window = candidate.title == windowClass ? candidate.id : window;
         return window != XCB_WINDOW_NONE && QFile::exists(m_session.homePath(file));
     };
-    if (!QTest::qWaitFor(isOpen, 20000))
+    if (!QTest::qWaitFor(isOpen, VirtualSession::defaultTimeout))
         return XCB_WINDOW_NONE;
     if (!isInFront(window))
         m_observer->activate(window); // it is for the window manager whether a new window gets the keyboard
