@@ -2,6 +2,7 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <utility>
 
 using namespace ClipboardCore;
@@ -236,7 +237,7 @@ void ContentDetectorsTest::hostile()
                          QByteArray(limit - 4, 'A') + "AAA!", QByteArray("?&").repeated(limit / 2 - 1) + '#'};
     for (const char* piece : {"=", "%", "%41%", ".\u0301", "a.", "[", "{\"a\":", "[\"\",", "[\"\\", "[1e", "<", "<a>",
                               "<a b='", "<!--", "<!DOCTYPE a [", "<a>&", "-", "\u0301", " \u00A0"})
-        texts += QByteArray(piece).repeated(limit / qsizetype(qstrlen(piece)));
+        texts += QByteArray(piece).repeated(limit / std::max(qsizetype(qstrlen(piece)), qsizetype(1)));
     for (const QByteArray& text : texts)
         for (const Detector detector :
              {ContentDetectors::prettyJSON, ContentDetectors::minifiedJSON, ContentDetectors::base64Decoded,
