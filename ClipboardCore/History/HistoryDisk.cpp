@@ -58,6 +58,18 @@ qint64 sizeOf(const QList<ClipItem>& items)
                            [](qint64 sum, const ClipItem& item) { return sum + item.content.byteCount(); });
 }
 
+QList<QUuid> idsOf(const HistoryOperation& operation)
+{
+    struct Visitor
+    {
+        QList<QUuid> operator()(const HistoryOperation::Put& put) const { return {put.entry.id}; }
+        QList<QUuid> operator()(const HistoryOperation::Touch& touch) const { return {touch.id}; }
+        QList<QUuid> operator()(const HistoryOperation::Pin& pin) const { return {pin.id}; }
+        QList<QUuid> operator()(const HistoryOperation::Remove& remove) const { return remove.ids; }
+    };
+    return std::visit(Visitor(), operation.change);
+}
+
 bool isRemoval(const HistoryOperation& operation)
 {
     const auto* remove = std::get_if<HistoryOperation::Remove>(&operation.change);
@@ -155,10 +167,35 @@ void HistoryDisk::append(const QList<HistoryOperation>& operations, const QList<
     const std::lock_guard lock(m_mutex);
     ++m_appended;
     m_items = items;
-    if (keepUnreadable() || !m_journal.append(operations))
+    if (keepUnreadable() || !m_journal.append(operations)) {
         m_lastGap = m_appended;
+        for (const HistoryOperation& operation : operations)
+            for (const QUuid& id : idsOf(operation))
+                m_unwritten[id] = {m_appended, operation.time};
+    } else if (!m_unwritten.isEmpty() && appendUnwritten()) {
+        m_lastGap = m_saved;
+    }
     if (std::any_of(operations.begin(), operations.end(), isRemoval))
         m_lastRemoval = m_appended;
+}
+
+/// A disk that was full has room again: what became of those entries is as good as each step of it.
+bool HistoryDisk::appendUnwritten()
+{
+    QHash<QUuid, Unwritten> gone = m_unwritten;
+    QList<HistoryOperation> operations;
+    for (auto item = m_items.crbegin(); item != m_items.crend(); ++item) {
+        if (const auto found = gone.constFind(item->id); found != gone.cend()) {
+            operations.append({found->time, HistoryOperation::Put{*item}});
+            gone.erase(found);
+        }
+    }
+    for (auto entry = gone.cbegin(); entry != gone.cend(); ++entry)
+        operations.append({entry->time, HistoryOperation::Remove{{entry.key()}}});
+    if (!m_journal.append(operations))
+        return false;
+    m_unwritten.clear();
+    return true;
 }
 
 void HistoryDisk::flushJournal()
@@ -222,6 +259,7 @@ std::optional<QString> HistoryDisk::save(const std::optional<QList<ClipItem>>& i
     m_journal.rebase(state, end);
     m_file = state;
     m_saved = appended;
+    m_unwritten.removeIf([appended](const auto& entry) { return entry.value().batch <= appended; });
     return std::nullopt;
 }
 

@@ -3,8 +3,10 @@
 #include "History/EntryList.h"
 #include "History/HistoryJournal.h"
 
+#include <QHash>
 #include <QList>
 #include <QString>
+#include <QUuid>
 
 #include <mutex>
 #include <optional>
@@ -27,7 +29,8 @@ public:
     /// True when such a file is kept, of this run or an earlier one.
     [[nodiscard]] bool keepsUnreadableFile() const;
 
-    /// Puts the operations in the journal. `items` is the whole history after them, for the next save().
+    /// Puts the operations in the journal, and what it had no room for before. `items` is the whole history after them,
+    /// for the next save().
     void append(const QList<HistoryOperation>& operations, const QList<ClipItem>& items);
     /// Flushes what was appended to the disk. Takes its time; append() need not wait for it.
     void flushJournal();
@@ -41,9 +44,16 @@ public:
     [[nodiscard]] std::optional<QString> save(const std::optional<QList<ClipItem>>& items = std::nullopt);
 
 private:
+    struct Unwritten
+    {
+        quint64 batch = 0;
+        double time = 0;
+    };
+
     [[nodiscard]] std::optional<QList<ClipItem>> loadFile(JournalCoding::FileState& state);
     [[nodiscard]] QString freeNameForUnreadable() const;
     [[nodiscard]] std::optional<QString> keepUnreadable();
+    [[nodiscard]] bool appendUnwritten();
 
     const QString m_path;
     const QString m_journalPath;
@@ -60,6 +70,8 @@ private:
     quint64 m_saved = 0;
     quint64 m_lastGap = 0;
     quint64 m_lastRemoval = 0;
+    /// The entries of which the journal could not take what happened to them, with the last batch of that.
+    QHash<QUuid, Unwritten> m_unwritten;
 };
 
 } // namespace ClipboardCore
