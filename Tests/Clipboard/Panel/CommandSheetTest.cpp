@@ -32,15 +32,6 @@ QString highlighted(const PanelFixture& f)
     return {};
 }
 
-CommandRow* commandRow(const PanelFixture& f, const QString& label)
-{
-    for (auto* row : f.view()->findChildren<CommandRow*>()) {
-        if (row->text() == label)
-            return row;
-    }
-    return nullptr;
-}
-
 } // namespace
 
 void CommandSheetTest::highlightsTheBestMatch()
@@ -54,9 +45,10 @@ void CommandSheetTest::highlightsTheBestMatch()
     QCOMPARE(highlighted(f), u"Copy HSL"_s);
     f.type(u"co"_s);
     QTRY_COMPARE(highlighted(f), u"QR code"_s);
-    QTest::mouseMove(commandRow(f, u"Copy RGB"_s), {20, 10});
-    QTest::mouseMove(commandRow(f, u"Copy RGB"_s), {22, 12});
-    QTRY_COMPARE(highlighted(f), u"Copy RGB"_s);
+    auto* second = f.view()->findChildren<CommandRow*>().at(1);
+    QTest::mouseMove(second, {20, 10});
+    QTest::mouseMove(second, {22, 12});
+    QTRY_COMPARE(highlighted(f), second->text());
 }
 
 void CommandSheetTest::fadesOut()
