@@ -1,4 +1,5 @@
 #include "ClipItemTexts.h"
+#include "Rows.h"
 
 #include <QImage>
 #include <QTemporaryDir>
@@ -15,42 +16,33 @@ class ClipItemTextsTest final : public QObject
 {
     Q_OBJECT
 private slots:
-    void titlesRows_data();
     void titlesRows();
     void titlesPicturesByTheirSize();
     void titlesHugeTextsAtOnce();
-    void speaksRows();
-    void saysTheAge();
+    void speaksAndSaysTheAge();
 };
-
-void ClipItemTextsTest::titlesRows_data()
-{
-    QTest::addColumn<ClipType>("type");
-    QTest::addColumn<QString>("content");
-    QTest::addColumn<QString>("title");
-
-    const QString long250(250, u'x');
-    const QString family = u"👩‍👩‍👧"_s;
-    QTest::newRow("text, line feeds") << ClipType::text << u"a\nb\r\nc"_s << u"a b\r c"_s;
-    QTest::newRow("text, 200 characters") << ClipType::text << long250 << long250.first(200);
-    QTest::newRow("text, characters not code units") << ClipType::text << family.repeated(201) << family.repeated(200);
-    QTest::newRow("link unchanged") << ClipType::link << u"https://A.example/"_s + long250
-                                    << u"https://A.example/"_s + long250;
-    QTest::newRow("code, first line") << ClipType::code << u"int a;\nint b;"_s << u"int a;"_s;
-    QTest::newRow("code, Windows line ends") << ClipType::code << u"a;\r\nb;\r\n"_s << u"a;\r\nb;\r\n"_s;
-    QTest::newRow("code, mixed line ends") << ClipType::code << u"a;\r\nb;\nc;"_s << u"a;\r\nb;"_s;
-    QTest::newRow("code, empty first line") << ClipType::code << u"\na;"_s << QString();
-    QTest::newRow("file") << ClipType::file << u"/a/b c.txt"_s << u"b c.txt"_s;
-    QTest::newRow("root") << ClipType::file << u"/"_s << u"/"_s;
-    QTest::newRow("missing picture") << ClipType::image << u"/nowhere.png"_s << u"Image"_s;
-}
 
 void ClipItemTextsTest::titlesRows()
 {
-    QFETCH(ClipType, type);
-    QFETCH(QString, content);
-    QFETCH(QString, title);
-    QCOMPARE(rowTitle({QUuid(), type, content, {}, {}, 0, false}), title);
+    const QString long250(250, u'x');
+    const QString family = u"👩‍👩‍👧"_s;
+    checkRows(
+        +[](const char*, ClipType type, const QString& content, const QString& title) {
+            QCOMPARE(rowTitle({QUuid(), type, content, {}, {}, 0, false}), title);
+        },
+        {
+            {"text, line feeds", ClipType::text, u"a\nb\r\nc"_s, u"a b\r c"_s},
+            {"text, 200 characters", ClipType::text, long250, long250.first(200)},
+            {"text, characters not code units", ClipType::text, family.repeated(201), family.repeated(200)},
+            {"link unchanged", ClipType::link, u"https://A.example/"_s + long250, u"https://A.example/"_s + long250},
+            {"code, first line", ClipType::code, u"int a;\nint b;"_s, u"int a;"_s},
+            {"code, Windows line ends", ClipType::code, u"a;\r\nb;\r\n"_s, u"a;\r\nb;\r\n"_s},
+            {"code, mixed line ends", ClipType::code, u"a;\r\nb;\nc;"_s, u"a;\r\nb;"_s},
+            {"code, empty first line", ClipType::code, u"\na;"_s, QString()},
+            {"file", ClipType::file, u"/a/b c.txt"_s, u"b c.txt"_s},
+            {"root", ClipType::file, u"/"_s, u"/"_s},
+            {"missing picture", ClipType::image, u"/nowhere.png"_s, u"Image"_s},
+        });
 }
 
 void ClipItemTextsTest::titlesPicturesByTheirSize()
@@ -78,18 +70,13 @@ void ClipItemTextsTest::titlesHugeTextsAtOnce()
     munmap(memory, size);
 }
 
-void ClipItemTextsTest::speaksRows()
+void ClipItemTextsTest::speaksAndSaysTheAge()
 {
     ClipItem item{QUuid(), ClipType::text, u"hello world"_s, {}, {}, 1000, false};
     QCOMPARE(accessibilityLabel(item, 1300), u"Text, hello world, copied 5m"_s);
     item.sourceApp = u"Notes"_s;
     item.isPinned = true;
     QCOMPARE(accessibilityLabel(item, 1300), u"Text, hello world, from Notes, copied 5m, pinned"_s);
-}
-
-void ClipItemTextsTest::saysTheAge()
-{
-    const ClipItem item{QUuid(), ClipType::text, u"x"_s, {}, {}, 1000, false};
     QCOMPARE(ageLabel(item, 1030), u"just now"_s);
     QCOMPARE(ageLabel(item, 1300), u"5m ago"_s);
     QCOMPARE(ageLabel(item, 1000 + 86400), u"yesterday"_s);

@@ -14,9 +14,7 @@ class HistoryViewModelTest final : public QObject
 {
     Q_OBJECT
 private slots:
-    void writesEachTypeInItsForm_data();
     void writesEachTypeInItsForm();
-    void tellsAboutVanishedFiles_data();
     void tellsAboutVanishedFiles();
     void pastesThenCloses();
     void takesRemovalsBack();
@@ -27,77 +25,48 @@ private slots:
     void actionsOutliveTheirEntry();
 };
 
-void HistoryViewModelTest::writesEachTypeInItsForm_data()
-{
-    QTest::addColumn<ClipType>("type");
-    QTest::addColumn<bool>("isFile");
-    QTest::addColumn<QString>("content"); // a file name for files
-
-    QTest::newRow("text") << ClipType::text << false << u" padded \n"_s;
-    QTest::newRow("code") << ClipType::code << false << u"a();\r\n"_s;
-    QTest::newRow("picture") << ClipType::image << true << u"p.png"_s;
-    QTest::newRow("file with odd name") << ClipType::file << true << u"ü #%20?.txt"_s;
-}
-
 void HistoryViewModelTest::writesEachTypeInItsForm()
 {
-    QFETCH(ClipType, type);
-    QFETCH(bool, isFile);
-    QFETCH(QString, content);
     ViewModelFixture f;
-    if (isFile) {
-        content = f.folder.filePath(content);
-        QFile file(content);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("bytes") == 5);
+    const QString picture = f.folder.filePath(u"p.png"_s);
+    const QString oddlyNamed = f.folder.filePath(u"ü #%20?.txt"_s);
+    for (const QString& path : {picture, oddlyNamed})
+        QVERIFY(QFile(path).open(QIODevice::WriteOnly));
+    f.fill({ViewModelFixture::item(ClipType::text, u" padded \n"_s),
+            ViewModelFixture::item(ClipType::code, u"a();\r\n"_s), ViewModelFixture::item(ClipType::image, picture),
+            ViewModelFixture::item(ClipType::file, oddlyNamed)});
+    const QList<ClipItem> items = f.store.items();
+    for (const ClipItem& item : items) {
+        f.model.copy(item);
+        QCOMPARE(f.toasts.last(), u"Copied "_s + item.snippet());
     }
-    f.fill({ViewModelFixture::item(type, content)});
-
-    f.model.copy(f.entry(0));
-    QCOMPARE(f.pasteboard.writes.size(), 1);
-    QCOMPARE(f.ownChanges, 1);
-    const FakePasteboard::Content& written = f.pasteboard.writes.first();
-    if (type == ClipType::file)
-        QCOMPARE(written.fileURLs, QList{QUrl::fromLocalFile(content)});
-    else if (type == ClipType::image)
-        QCOMPARE(f.pasteboard.pngFiles, QStringList{content});
-    else
-        QCOMPARE(written.string, content.toUtf8());
-    QCOMPARE(f.toasts, QStringList{u"Copied "_s + f.entry(0).snippet()});
-}
-
-void HistoryViewModelTest::tellsAboutVanishedFiles_data()
-{
-    using Command = void (HistoryViewModel::*)(const ClipItem&);
-    QTest::addColumn<ClipType>("type");
-    QTest::addColumn<Command>("command");
-    QTest::addColumn<bool>("pinned");
-
-    for (const bool pinned : {false, true}) {
-        const char* suffix = pinned ? "pinned" : "not pinned";
-        QTest::addRow("paste file, %s", suffix) << ClipType::file << Command(&HistoryViewModel::paste) << pinned;
-        QTest::addRow("copy picture, %s", suffix) << ClipType::image << Command(&HistoryViewModel::copy) << pinned;
-        QTest::addRow("annotate, %s", suffix) << ClipType::image << Command(&HistoryViewModel::annotate) << pinned;
-    }
+    QCOMPARE(f.pasteboard.writes.size(), 4);
+    QCOMPARE(f.ownChanges, 4);
+    QCOMPARE(f.pasteboard.writes[0].string, " padded \n"_ba);
+    QCOMPARE(f.pasteboard.writes[1].string, "a();\r\n"_ba);
+    QCOMPARE(f.pasteboard.pngFiles, QStringList{picture});
+    QCOMPARE(f.pasteboard.writes[3].fileURLs, QList{QUrl::fromLocalFile(oddlyNamed)});
 }
 
 void HistoryViewModelTest::tellsAboutVanishedFiles()
 {
     using Command = void (HistoryViewModel::*)(const ClipItem&);
-    QFETCH(ClipType, type);
-    QFETCH(Command, command);
-    QFETCH(bool, pinned);
-    ViewModelFixture f;
-    ClipItem item = ViewModelFixture::item(type, f.folder.filePath(u"gone.png"_s));
-    item.isPinned = pinned;
-    f.fill({item});
-    f.pasteboard.copyTextFromOutside("before");
-
-    (f.model.*command)(f.entry(0));
-    const QString notice = pinned ? u"File not found"_s : u"File no longer exists — removed from history"_s;
-    QTRY_COMPARE(f.toasts, QStringList{notice});
-    QCOMPARE(f.store.items().size(), pinned ? 1 : 0);
-    QVERIFY(f.pasteboard.writes.isEmpty());
-    QCOMPARE(f.ownChanges + f.closeRequests + f.keystrokes.pastes, 0);
+    for (const auto& [type, command] : {std::pair(ClipType::file, Command(&HistoryViewModel::paste)),
+                                        {ClipType::image, Command(&HistoryViewModel::copy)},
+                                        {ClipType::image, Command(&HistoryViewModel::annotate)}}) {
+        for (const bool pinned : {false, true}) {
+            ViewModelFixture f;
+            ClipItem item = ViewModelFixture::item(type, f.folder.filePath(u"gone.png"_s));
+            item.isPinned = pinned;
+            f.fill({item});
+            (f.model.*command)(f.entry(0));
+            const QString notice = pinned ? u"File not found"_s : u"File no longer exists — removed from history"_s;
+            QTRY_COMPARE(f.toasts, QStringList{notice});
+            QCOMPARE(f.store.items().size(), pinned ? 1 : 0);
+            QVERIFY(f.pasteboard.writes.isEmpty());
+            QCOMPARE(f.ownChanges + f.closeRequests + f.keystrokes.pastes, 0);
+        }
+    }
 }
 
 void HistoryViewModelTest::pastesThenCloses()

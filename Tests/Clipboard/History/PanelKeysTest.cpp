@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "ViewModelFixture.h"
 
 #include <QTest>
@@ -39,68 +40,65 @@ class PanelKeysTest final : public QObject
 {
     Q_OBJECT
 private slots:
-    void hopsBetweenRegions_data();
     void hopsBetweenRegions();
     void takesStrictNumbersForRows();
     void shiftMustMeanTheEntry();
 };
 
-void PanelKeysTest::hopsBetweenRegions_data()
+void PanelKeysTest::hopsBetweenRegions()
 {
-    QTest::addColumn<PanelFocusTarget>("from"); // nothing: the first row
-    QTest::addColumn<KeyEvent>("key");
-    QTest::addColumn<PanelFocusTarget>("to");
-
     const PanelFocusTarget list;
     const PanelFocusTarget all = FocusKey::chip(std::nullopt);
     const PanelFocusTarget texts = FocusKey::chip(ClipType::text);
     const PanelFocusTarget paste = FocusKey::button(ItemAction::paste);
     const PanelFocusTarget copy = FocusKey::button(ItemAction::copy);
     const PanelFocusTarget gone = FocusKey::action(7);
-    QTest::newRow("first row to the chip above") << list << plain(KeyCode::up) << texts;
-    QTest::newRow("row to the buttons") << list << plain(KeyCode::right) << paste;
-    QTest::newRow("row to nothing") << list << plain(KeyCode::left) << list;
-    QTest::newRow("chip to chip") << texts << plain(KeyCode::left) << all;
-    QTest::newRow("chip to the list") << all << plain(KeyCode::down) << list;
-    QTest::newRow("button to button") << paste << plain(KeyCode::right) << copy;
-    QTest::newRow("button to the list") << paste << plain(KeyCode::left) << list;
-    QTest::newRow("a control that is not on screen") << gone << plain(KeyCode::up) << gone;
-}
-
-void PanelKeysTest::hopsBetweenRegions()
-{
-    QFETCH(PanelFocusTarget, from);
-    QFETCH(KeyEvent, key);
-    QFETCH(PanelFocusTarget, to);
-    ViewModelFixture f;
-    f.fillTexts({u"a"_s, u"b"_s, u"c"_s});
-    layOut(f);
-    if (from) { // by the hop that leads there: the model has no other way to it
-        f.model.frames[*from] = {1000, 50, 10, 10};
-        PanelKeys(f.model).spatialHop(FocusMove::right, FocusKey::button(ItemAction::copy));
-        QCOMPARE(f.model.focus(), from);
-        layOut(f);
-    }
-
-    QVERIFY(f.model.handleKey(key));
-    QCOMPARE(f.model.focus(), to);
-    QCOMPARE(f.selected(), u"a"_s);
+    checkRows(
+        +[](const char*, const PanelFocusTarget& from, KeyCode key, const PanelFocusTarget& to) {
+            ViewModelFixture f;
+            f.fillTexts({u"a"_s, u"b"_s, u"c"_s});
+            layOut(f);
+            if (from) { // by the hop that leads there: the model has no other way to it
+                f.model.frames[*from] = {1000, 50, 10, 10};
+                PanelKeys(f.model).spatialHop(FocusMove::right, FocusKey::button(ItemAction::copy));
+                QCOMPARE(f.model.focus(), from);
+                layOut(f);
+            }
+            QVERIFY(f.model.handleKey(plain(key)));
+            QCOMPARE(f.model.focus(), to);
+            QCOMPARE(f.selected(), u"a"_s);
+        },
+        {
+            {"first row to the chip above", list, KeyCode::up, texts},
+            {"row to the buttons", list, KeyCode::right, paste},
+            {"row to nothing", list, KeyCode::left, list},
+            {"chip to chip", texts, KeyCode::left, all},
+            {"chip to the list", all, KeyCode::down, list},
+            {"button to button", paste, KeyCode::right, copy},
+            {"button to the list", paste, KeyCode::left, list},
+            {"a control that is not on screen", gone, KeyCode::up, gone},
+        });
 }
 
 void PanelKeysTest::takesStrictNumbersForRows()
 {
     ViewModelFixture f;
-    f.catalogue = {{u"one"_s, [] { return SmartActionResult{{}, u"ran"_s}; }}};
+    for (const QString& label : {u"1"_s, u"2"_s, u"3"_s, u"4"_s, u"5"_s, u"6"_s, u"7"_s, u"8"_s, u"9"_s})
+        f.catalogue.append({label, [label] { return SmartActionResult{{}, label}; }});
     f.fillTexts({u"a"_s});
     f.model.openCmdk();
     for (const QString& characters : {u"0"_s, u"-1"_s, u"10"_s, u" 1"_s, u"x"_s})
         QVERIFY2(!f.model.handleKey(command(KeyCode::unknown, characters)), qPrintable(characters));
     QVERIFY(!f.model.handleKey({KeyCode::unknown, false, false, false, false, u"1"_s})); // typed into the filter
-    QVERIFY(f.model.handleKey(command(KeyCode::unknown, u"2"_s)));                       // beyond the list
+    QVERIFY(f.model.handleKey(plain(KeyCode::up)) && f.model.handleKey(plain(KeyCode::down)));
+    QVERIFY(f.model.handleKey(command(KeyCode::unknown, u"9"_s)));
+    QVERIFY(!f.model.cmdkOpen());
+    f.model.openCmdk();
+    f.model.setCmdkQuery(u"2"_s);
+    QVERIFY(f.model.handleKey(command(KeyCode::unknown, u"2"_s))); // beyond the list
     QVERIFY(f.model.cmdkOpen());
     QVERIFY(f.model.handleKey(command(KeyCode::unknown, u"+1"_s)));
-    QVERIFY(!f.model.cmdkOpen());
-    QTRY_COMPARE(f.toasts, QStringList{u"ran"_s});
+    QTRY_COMPARE(f.toasts, QStringList({u"9"_s, u"2"_s}));
 }
 
 void PanelKeysTest::shiftMustMeanTheEntry()

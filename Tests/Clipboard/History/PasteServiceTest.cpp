@@ -25,31 +25,25 @@ class PasteServiceTest final : public QObject
 {
     Q_OBJECT
 private slots:
-    void waitsForThePanelThenSendsTheKey_data();
     void waitsForThePanelThenSendsTheKey();
     void leavesTheKeyToTheUserWithoutTrust();
     void survivesAnAnswerAfterItsEnd();
 };
 
-void PasteServiceTest::waitsForThePanelThenSendsTheKey_data()
-{
-    QTest::addColumn<PasteResult>("result");
-    QTest::addColumn<QString>("notice");
-    QTest::newRow("sent") << PasteResult::sent << u"Pasted “x”"_s;
-    QTest::newRow("not sent") << PasteResult::notSent << u"Copied “x” — press ⌘V to paste"_s;
-}
-
 void PasteServiceTest::waitsForThePanelThenSendsTheKey()
 {
-    QFETCH(PasteResult, result);
-    QFETCH(QString, notice);
     Fixture f;
-    f.service->pasteAfterClose(u"“x”"_s);
-    QCOMPARE(f.keystrokes.pastes, 0);
-    QTRY_COMPARE(f.keystrokes.pastes, 1);
-    QVERIFY(f.toasts.isEmpty()); // the key is still on its way
-    f.keystrokes.finishPastes(result);
-    QCOMPARE(f.toasts, QStringList{notice});
+    for (const auto& [result, notice] :
+         {std::pair(PasteResult::sent, u"Pasted “x”"_s), {PasteResult::notSent, u"Copied “x” — press ⌘V to paste"_s}}) {
+        f.keystrokes.pastes = 0;
+        f.toasts.clear();
+        f.service->pasteAfterClose(u"“x”"_s);
+        QCOMPARE(f.keystrokes.pastes, 0);
+        QTRY_COMPARE(f.keystrokes.pastes, 1);
+        QVERIFY(f.toasts.isEmpty()); // the key is still on its way
+        f.keystrokes.finishPastes(result);
+        QCOMPARE(f.toasts, QStringList{notice});
+    }
 }
 
 void PasteServiceTest::leavesTheKeyToTheUserWithoutTrust()

@@ -16,6 +16,7 @@ struct ViewModelFixture
     FakePasteboard pasteboard;
     FakeKeystrokeSender keystrokes;
     QStringList toasts;
+    QStringList standing;                        // those of them that stay until the next
     QList<ClipboardCore::SmartAction> catalogue; // for every entry, unless:
     std::function<QList<ClipboardCore::SmartAction>(const ClipboardCore::ClipItem&)> catalogueOf;
     int catalogueReads = 0;
@@ -37,7 +38,10 @@ struct ViewModelFixture
                                 if (perform)
                                     perform(effect);
                             },
-                            [this](const QString& text) { toasts.append(text); }}};
+                            [this](const QString& text) {
+                                toasts.append(text);
+                                standing.append(text);
+                            }}};
 
     ViewModelFixture()
     {

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QTest>
+
+#include <initializer_list>
+#include <tuple>
+#include <type_traits>
+
+/// Checks the rows of a table until one fails, and tells its first column, which is its name. The columns are what
+/// `check` takes.
+template <typename... Columns>
+void checkRows(void (*check)(Columns...), std::initializer_list<std::tuple<std::remove_cvref_t<Columns>...>> rows)
+{
+    for (const auto& row : rows) {
+        std::apply(check, row);
+        if (QTest::currentTestFailed())
+            return qWarning("That was the row \"%s\".", std::get<0>(row));
+    }
+}
