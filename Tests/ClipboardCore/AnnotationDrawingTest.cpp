@@ -1,4 +1,5 @@
 #include "AnnotationFakes.h"
+#include "Rows.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -39,13 +40,10 @@ QStringList marksDrawn(const AnnotationSession& session, const QRectF& region)
 
 } // namespace
 
-Q_DECLARE_METATYPE(Change)
-
 class AnnotationDrawingTest final : public QObject
 {
     Q_OBJECT
 private slots:
-    void draws_data();
     void draws();
     void drawsPixelatedAreasFirst();
     void showsTheRegion();
@@ -55,37 +53,31 @@ private slots:
     void tellsWhatChanged();
 };
 
-void AnnotationDrawingTest::draws_data()
-{
-    QTest::addColumn<Change>("change");
-    QTest::addColumn<QStringList>("expected");
-    const auto row = [](const char* name, const Change& change, const QStringList& expected) {
-        QTest::newRow(name) << change << expected;
-    };
-    using Tool = AnnotationTool;
-    row("arrow", dragged(Tool::arrow, {10, 50}, {110, 50}),
-        {u"strokeLine red 4 round 10 50 94.6 50"_s, u"fillPolygon red 110 50 88 61 88 39"_s});
-    row("arrow shorter than its head", dragged(Tool::arrow, {50, 60}, {50, 50}),
-        {u"strokeLine red 4 round 50 60 50 57"_s, u"fillPolygon red 50 50 55 60 45 60"_s});
-    row("rectangle drawn backwards", dragged(Tool::rectangle, {60, 50}, {20, 10}), {u"stroke red 4 20,10+40x40"_s});
-    row("highlight", dragged(Tool::highlighter, {20, 10}, {60, 50}), {u"alpha 0.4"_s, u"fill red 20,10+40x40"_s});
-    row("pixelate", dragged(Tool::pixelate, {21, 11}, {60, 50}),
-        {u"clip 21,11+39x39"_s, u"picture 10 5 0,0+200x100 blocks"_s});
-    // Digits 15.4 high: half as wide, three quarters of it above the baseline.
-    row("counter", clicked(Tool::counter, {50, 40}),
-        {u"fillEllipse red 36,26+28x28"_s, u"translate 50 40"_s, u"scale 1 1"_s, u"text 1 15.4 white -3.85 5.775"_s});
-    row("text of two lines", clicked(Tool::text, {10, 20}, u"abc\nd"_s),
-        {u"fillRounded red 10,20+46x53 6"_s, u"text abc 20 white 18 39"_s, u"text d 20 white 18 61.5"_s});
-}
-
 void AnnotationDrawingTest::draws()
 {
-    QFETCH(Change, change);
-    QFETCH(QStringList, expected);
-    auto session = AnnotationFakes::session();
-    change(session);
-    session.endEditing();
-    QCOMPARE(marksDrawn(session, session.pictureBounds()), expected);
+    using Tool = AnnotationTool;
+    checkRows(
+        +[](const char*, const Change& change, const QString& expected) {
+            auto session = AnnotationFakes::session();
+            change(session);
+            session.endEditing();
+            QCOMPARE(marksDrawn(session, session.pictureBounds()).join(u", "), expected);
+        },
+        {
+            {"arrow", dragged(Tool::arrow, {10, 50}, {110, 50}),
+             u"strokeLine red 4 round 10 50 94.6 50, fillPolygon red 110 50 88 61 88 39"_s},
+            {"arrow shorter than its head", dragged(Tool::arrow, {50, 60}, {50, 50}),
+             u"strokeLine red 4 round 50 60 50 57, fillPolygon red 50 50 55 60 45 60"_s},
+            {"rectangle drawn backwards", dragged(Tool::rectangle, {60, 50}, {20, 10}), u"stroke red 4 20,10+40x40"_s},
+            {"highlight", dragged(Tool::highlighter, {20, 10}, {60, 50}), u"alpha 0.4, fill red 20,10+40x40"_s},
+            {"pixelate", dragged(Tool::pixelate, {21, 11}, {60, 50}),
+             u"clip 21,11+39x39, picture 10 5 0,0+200x100 blocks"_s},
+            // Digits 15.4 high: half as wide, three quarters of it above the baseline.
+            {"counter", clicked(Tool::counter, {50, 40}),
+             u"fillEllipse red 36,26+28x28, translate 50 40, scale 1 1, text 1 15.4 white -3.85 5.775"_s},
+            {"text of two lines", clicked(Tool::text, {10, 20}, u"abc\nd"_s),
+             u"fillRounded red 10,20+46x53 6, text abc 20 white 18 39, text d 20 white 18 61.5"_s},
+        });
 }
 
 void AnnotationDrawingTest::drawsPixelatedAreasFirst()

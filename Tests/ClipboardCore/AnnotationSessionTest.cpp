@@ -1,4 +1,5 @@
 #include "AnnotationFakes.h"
+#include "Rows.h"
 
 #include <QTest>
 
@@ -22,23 +23,19 @@ void click(AnnotationSession& session, Tool tool, QPointF at, const QString& tex
     session.endEditing();
 }
 
-int countSteps(const AnnotationSession& from, void (AnnotationSession::*travel)() = &AnnotationSession::undo)
+int countSteps(AnnotationSession session, bool forth = false)
 {
-    AnnotationSession session = from;
     int steps = 0;
-    while (travel == &AnnotationSession::undo ? session.canUndo() : session.canRedo()) {
-        (session.*travel)();
-        ++steps;
-    }
+    for (; forth ? session.canRedo() : session.canUndo(); ++steps)
+        forth ? session.redo() : session.undo();
     return steps;
 }
 
 /// What an operation can get wrong, in short: how many marks, how many steps back and forth, and so on.
 QString summary(const AnnotationSession& session)
 {
-    QString all = u"%1 marks %2/%3"_s.arg(session.annotations().size())
-                      .arg(countSteps(session))
-                      .arg(countSteps(session, &AnnotationSession::redo));
+    QString all =
+        u"%1 marks %2/%3"_s.arg(session.annotations().size()).arg(countSteps(session)).arg(countSteps(session, true));
     if (session.selection())
         all += u" selected %1"_s.arg(*session.selection());
     if (session.editing())
@@ -49,69 +46,42 @@ QString summary(const AnnotationSession& session)
 /// One operation. What follows a colon is its tool, its text or its mark.
 void perform(AnnotationSession& session, const QString& word)
 {
-    const QString verb = word.section(u':', 0, 0);
+    constexpr QPointF corner(5, 5);
+    constexpr QPointF beside(9, 9);
+    constexpr QPointF arrowStart(20, 20);
+    constexpr QPointF arrowEnd(60, 20);
     const QString argument = word.section(u':', 1);
     for (const Tool tool : allAnnotationTools) {
         if (label(tool).toLower() == argument)
             session.chooseTool(tool);
     }
+    const auto drawTwo = [&] {
+        drag(session, Tool::arrow, arrowStart, arrowEnd);
+        click(session, Tool::text, {100, 50}, u"ab"_s);
+    };
     const std::map<QString, std::function<void()>> operations{
-        {u"two"_s,
-         [&] {
-             drag(session, Tool::arrow, {20, 20}, {60, 20});
-             click(session, Tool::text, {100, 50}, u"ab"_s);
-         }},
+        {u"two"_s, drawTwo},
         {u"tool"_s, [] {}},
-        {u"click"_s,
-         [&] {
-             session.place({5, 5});
-         }},
-        {u"drag"_s,
-         [&] {
-             session.place({5, 5}, {9, 9});
-         }},
-        {u"point"_s,
-         [&] {
-             session.place({5, 5}, {5, 5});
-         }},
+        {u"click"_s, [&] { session.place(corner); }},
+        {u"drag"_s, [&] { session.place(corner, beside); }},
+        {u"point"_s, [&] { session.place(corner, corner); }},
         {u"type"_s, [&] { session.setText(argument); }},
         {u"edit"_s, [&] { session.beginEditing(argument.toInt()); }},
         {u"end"_s, [&] { session.endEditing(); }},
-        {u"unselect"_s,
-         [&] {
-             session.select({5, 90}, 0);
-         }},
-        {u"first"_s,
-         [&] {
-             session.select({20, 20}, 0);
-         }},
+        {u"unselect"_s, [&] { session.select(QPointF(5, 90), 0); }},
+        {u"first"_s, [&] { session.select(arrowStart, 0); }},
         {u"blue"_s, [&] { session.setColor(AnnotationPalette::blue); }},
-        {u"stay"_s, [&] { session.moveSelection({}); }},
-        {u"move"_s,
-         [&] {
-             session.moveSelection({5, 5});
-         }},
-        {u"nudge"_s,
-         [&] {
-             session.nudgeSelection({argument.toDouble(), 0});
-         }},
-        {u"reshape"_s,
-         [&] {
-             session.reshapeSelection(AnnotationHandle::end, {60, 20});
-         }},
+        {u"stay"_s, [&] { session.moveSelection(QPointF()); }},
+        {u"move"_s, [&] { session.moveSelection(corner); }},
+        {u"nudge"_s, [&] { session.nudgeSelection(QPointF(argument.toDouble(), 0)); }},
+        {u"reshape"_s, [&] { session.reshapeSelection(AnnotationHandle::end, arrowEnd); }},
         {u"delete"_s, [&] { session.deleteSelection(); }},
-        {u"crop"_s,
-         [&] {
-             session.setCrop({10, 10, 50, 50});
-         }},
-        {u"uncrop"_s,
-         [&] {
-             session.setCrop({-10, -10, 500, 500});
-         }},
+        {u"crop"_s, [&] { session.setCrop(QRectF(10, 10, 50, 50)); }},
+        {u"uncrop"_s, [&] { session.setCrop(QRectF(-10, -10, 500, 500)); }},
         {u"undo"_s, [&] { session.undo(); }},
         {u"redo"_s, [&] { session.redo(); }},
     };
-    operations.at(verb)();
+    operations.at(word.section(u':', 0, 0))();
 }
 
 } // namespace
@@ -120,68 +90,58 @@ class AnnotationSessionTest final : public QObject
 {
     Q_OBJECT
 private slots:
-    void records_data();
     void records();
     void restylesWhatHasTheProperty();
-    void selects_data();
     void selects();
     void grabsHandlesInASquare();
-    void staysInsideThePicture_data();
     void staysInsideThePicture();
     void reshapesAnyCorner();
-    void crops_data();
     void crops();
 };
 
-void AnnotationSessionTest::records_data()
-{
-    QTest::addColumn<QString>("words");
-    QTest::addColumn<QString>("expected"); // marks, steps to undo and to redo, …
-    const auto row = [](const QString& words, const QString& expected) {
-        QTest::newRow(qUtf8Printable(words)) << words << expected;
-    };
-    row(u"tool:text click"_s, u"1 marks 0/0 selected 0 typing 0"_s);
-    row(u"tool:text click type:a"_s, u"1 marks 0/0 selected 0 typing 0 changed"_s);
-    row(u"click:counter undo"_s, u"0 marks 0/1"_s);
-    row(u"crop"_s, u"0 marks 1/0 changed"_s);
-    row(u"two point:pixelate"_s, u"2 marks 2/0 selected 1 changed"_s);
-    row(u"two drag:counter"_s, u"2 marks 2/0 selected 1 changed"_s);
-    row(u"two click:highlighter"_s, u"2 marks 2/0 selected 1 changed"_s);
-    row(u"two drag:highlighter"_s, u"3 marks 3/0 selected 1 changed"_s);
-    row(u"two click:text type:c tool:arrow"_s, u"3 marks 3/0 selected 2 changed"_s);
-    row(u"two edit:1 type:abc type:ab end"_s, u"2 marks 2/0 selected 1 changed"_s);
-    row(u"two edit:1 type: end"_s, u"1 marks 3/0 changed"_s);
-    row(u"two edit:0 edit:2 edit:-1"_s, u"2 marks 2/0 selected 1 changed"_s);
-    row(u"two type:c"_s, u"2 marks 2/0 selected 1 changed"_s);
-    row(u"two click:text edit:1"_s, u"3 marks 2/0 selected 2 typing 2 changed"_s);
-    row(u"two click:text undo"_s, u"1 marks 1/1 changed"_s);
-    row(u"two click:text type:c undo"_s, u"2 marks 2/1 selected 1 changed"_s);
-    row(u"two undo click:text type:c redo"_s, u"2 marks 2/0 selected 1 changed"_s);
-    row(u"two undo drag:arrow"_s, u"2 marks 2/0 changed"_s);
-    row(u"two delete"_s, u"1 marks 3/0 changed"_s);
-    row(u"two delete undo"_s, u"2 marks 2/1 selected 1 changed"_s);
-    row(u"two delete tool:crop undo"_s, u"2 marks 2/1 changed"_s);
-    row(u"two unselect delete move reshape blue"_s, u"2 marks 2/0 changed"_s);
-    row(u"two click:text uncrop"_s, u"3 marks 2/0 selected 2 typing 2 changed"_s);
-    row(u"two click:text type:c crop"_s, u"3 marks 4/0 selected 2 changed"_s);
-    row(u"two nudge:1 nudge:1 nudge:10"_s, u"2 marks 3/0 selected 1 changed"_s);
-    row(u"two nudge:1 blue nudge:1"_s, u"2 marks 5/0 selected 1 changed"_s);
-    row(u"two nudge:1 nudge:-1 nudge:1"_s, u"2 marks 3/0 selected 1 changed"_s);
-    row(u"two nudge:1 edit:1 end nudge:1"_s, u"2 marks 4/0 selected 1 changed"_s);
-    row(u"two stay"_s, u"2 marks 2/0 selected 1 changed"_s);
-    row(u"two first reshape"_s, u"2 marks 2/0 selected 0 changed"_s);
-    row(u"two edit:1 type:abc blue end"_s, u"2 marks 3/0 selected 1 changed"_s);
-}
-
 void AnnotationSessionTest::records()
 {
-    QFETCH(QString, words);
-    QFETCH(QString, expected);
-    auto session = AnnotationFakes::session();
-    const QStringList operations = words.split(u' ');
-    for (const QString& word : operations)
-        perform(session, word);
-    QCOMPARE(summary(session), expected);
+    // the operations; marks, steps to undo and to redo, …
+    checkRows(
+        +[](const char* name, const char* expected) {
+            auto session = AnnotationFakes::session();
+            for (const QString& word : QString::fromUtf8(name).split(u' '))
+                perform(session, word);
+            QCOMPARE(summary(session), QLatin1StringView(expected));
+        },
+        {
+            {"tool:text click", "1 marks 0/0 selected 0 typing 0"},
+            {"tool:text click type:a", "1 marks 0/0 selected 0 typing 0 changed"},
+            {"click:counter undo", "0 marks 0/1"},
+            {"crop", "0 marks 1/0 changed"},
+            {"two point:pixelate", "2 marks 2/0 selected 1 changed"},
+            {"two drag:counter", "2 marks 2/0 selected 1 changed"},
+            {"two click:highlighter", "2 marks 2/0 selected 1 changed"},
+            {"two drag:highlighter", "3 marks 3/0 selected 1 changed"},
+            {"two click:text type:c tool:arrow", "3 marks 3/0 selected 2 changed"},
+            {"two edit:1 type:abc type:ab end", "2 marks 2/0 selected 1 changed"},
+            {"two edit:1 type: end", "1 marks 3/0 changed"},
+            {"two edit:0 edit:2 edit:-1", "2 marks 2/0 selected 1 changed"},
+            {"two type:c", "2 marks 2/0 selected 1 changed"},
+            {"two click:text edit:1", "3 marks 2/0 selected 2 typing 2 changed"},
+            {"two click:text undo", "1 marks 1/1 changed"},
+            {"two click:text type:c undo", "2 marks 2/1 selected 1 changed"},
+            {"two undo click:text type:c redo", "2 marks 2/0 selected 1 changed"},
+            {"two undo drag:arrow", "2 marks 2/0 changed"},
+            {"two delete", "1 marks 3/0 changed"},
+            {"two delete undo", "2 marks 2/1 selected 1 changed"},
+            {"two delete tool:crop undo", "2 marks 2/1 changed"},
+            {"two unselect delete move reshape blue", "2 marks 2/0 changed"},
+            {"two click:text uncrop", "3 marks 2/0 selected 2 typing 2 changed"},
+            {"two click:text type:c crop", "3 marks 4/0 selected 2 changed"},
+            {"two nudge:1 nudge:1 nudge:10", "2 marks 3/0 selected 1 changed"},
+            {"two nudge:1 blue nudge:1", "2 marks 5/0 selected 1 changed"},
+            {"two nudge:1 nudge:-1 nudge:1", "2 marks 3/0 selected 1 changed"},
+            {"two nudge:1 edit:1 end nudge:1", "2 marks 4/0 selected 1 changed"},
+            {"two stay", "2 marks 2/0 selected 1 changed"},
+            {"two first reshape", "2 marks 2/0 selected 0 changed"},
+            {"two edit:1 type:abc blue end", "2 marks 3/0 selected 1 changed"},
+        });
 }
 
 void AnnotationSessionTest::restylesWhatHasTheProperty()
@@ -207,35 +167,32 @@ void AnnotationSessionTest::restylesWhatHasTheProperty()
     }
 }
 
-void AnnotationSessionTest::selects_data()
-{
-    QTest::addColumn<QPointF>("point");
-    QTest::addColumn<int>("expected"); // with a tolerance of 3
-    const auto row = [](const char* name, QPointF point, int expected) { QTest::newRow(name) << point << expected; };
-    row("half the stroke and the tolerance", {40, 15}, 0);
-    row("a little more", {40, 14.9}, -1);
-    row("the counter's disc", {117, 20}, 1);
-    row("beside it", {117.1, 20}, -1);
-    row("the label's far corner", {49, 93.5}, 2);
-    row("beyond it", {49, 93.6}, 4);
-    row("a mark over a pixelated area, though older", {40, 20}, 0);
-    row("the pixelated area", {40, 30}, 4);
-    row("the newer of two", {150, 70}, 5);
-}
-
 void AnnotationSessionTest::selects()
 {
-    QFETCH(QPointF, point);
-    QFETCH(int, expected);
-    auto session = AnnotationFakes::session();
-    drag(session, Tool::arrow, {20, 20}, {60, 20});
-    click(session, Tool::counter, {100, 20});
-    click(session, Tool::text, {10, 60}, u"ab"_s); // 36 × 30.5
-    drag(session, Tool::highlighter, {140, 60}, {160, 80});
-    drag(session, Tool::pixelate, {20, 18}, {60, 98});
-    drag(session, Tool::highlighter, {145, 65}, {155, 75});
-    session.select(point, 3);
-    QCOMPARE(static_cast<int>(session.selection().value_or(-1)), expected);
+    // with a tolerance of 3
+    checkRows(
+        +[](const char*, QPointF point, const std::optional<qsizetype>& expected) {
+            auto session = AnnotationFakes::session();
+            drag(session, Tool::arrow, {20, 20}, {60, 20});
+            click(session, Tool::counter, {100, 20});
+            click(session, Tool::text, {10, 60}, u"ab"_s); // 36 × 30.5
+            drag(session, Tool::highlighter, {140, 60}, {160, 80});
+            drag(session, Tool::pixelate, {20, 18}, {60, 98});
+            drag(session, Tool::highlighter, {145, 65}, {155, 75});
+            session.select(point, 3);
+            QCOMPARE(session.selection(), expected);
+        },
+        {
+            {"half the stroke and the tolerance", {40, 15}, 0},
+            {"a little more", {40, 14.9}, {}},
+            {"the counter's disc", {117, 20}, 1},
+            {"beside it", {117.1, 20}, {}},
+            {"the label's far corner", {49, 93.5}, 2},
+            {"beyond it", {49, 93.6}, 4},
+            {"a mark over a pixelated area, though older", {40, 20}, 0},
+            {"the pixelated area", {40, 30}, 4},
+            {"the newer of two", {150, 70}, 5},
+        });
 }
 
 void AnnotationSessionTest::grabsHandlesInASquare()
@@ -254,39 +211,31 @@ void AnnotationSessionTest::grabsHandlesInASquare()
     QVERIFY(session.selectedHandle({140, 80}, 1) && !session.selectedHandle({140, 50}, 1)); // an arrow has but two
 }
 
-void AnnotationSessionTest::staysInsideThePicture_data()
-{
-    QTest::addColumn<Tool>("tool");
-    QTest::addColumn<QPointF>("end");     // of a mark that starts at (50, 40), in 200 × 100
-    QTest::addColumn<QPointF>("topLeft"); // of its start after a move far to the upper left
-    QTest::addColumn<QPointF>("bottomRight");
-    QTest::newRow("arrow drawn backwards")
-        << Tool::arrow << QPointF(20, 60.25) << QPointF(30, 0) << QPointF(200, 79.75);
-    QTest::newRow("counter") << Tool::counter << QPointF() << QPointF(14, 14) << QPointF(186, 86);
-    QTest::newRow("label") << Tool::text << QPointF() << QPointF(0, 0) << QPointF(164, 69.5);
-    QTest::newRow("larger than the picture") << Tool::pixelate << QPointF(350.1, 60) << QPointF(0, 0) << QPointF(0, 80);
-}
-
 void AnnotationSessionTest::staysInsideThePicture()
 {
-    QFETCH(Tool, tool);
-    QFETCH(QPointF, end);
-    QFETCH(QPointF, topLeft);
-    QFETCH(QPointF, bottomRight);
-    auto session = AnnotationFakes::session();
-    if (end.isNull())
-        click(session, tool, {50, 40}, u"ab"_s);
-    else
-        drag(session, tool, {50, 40}, end);
-    session.select({50, 40}, 1);
-    for (const auto& [direction, expected] : {std::pair(-1e6, topLeft), std::pair(1e6, bottomRight)}) {
-        session.moveSelection({direction, direction});
-        QCOMPARE(session.annotations().first().start, expected);
-        const int steps = countSteps(session);
-        for (int i = 0; i < 3; ++i)
-            session.moveSelection({direction, direction});
-        QCOMPARE(countSteps(session), steps);
-    }
+    // of a mark that starts at (50, 40), in 200 × 100; of its start after a move far to the upper left
+    checkRows(
+        +[](const char*, Tool tool, QPointF end, QPointF topLeft, QPointF bottomRight) {
+            auto session = AnnotationFakes::session();
+            if (end.isNull())
+                click(session, tool, {50, 40}, u"ab"_s);
+            else
+                drag(session, tool, {50, 40}, end);
+            session.select({50, 40}, 1);
+            for (const auto& [direction, expected] : {std::pair(-1e6, topLeft), std::pair(1e6, bottomRight)}) {
+                session.moveSelection({direction, direction});
+                QCOMPARE(session.annotations().first().start, expected);
+                const int steps = countSteps(session);
+                session.moveSelection({direction, direction});
+                QCOMPARE(countSteps(session), steps);
+            }
+        },
+        {
+            {"arrow drawn backwards", Tool::arrow, {20, 60.25}, {30, 0}, {200, 79.75}},
+            {"counter", Tool::counter, {}, {14, 14}, {186, 86}},
+            {"label", Tool::text, {}, {0, 0}, {164, 69.5}},
+            {"larger than the picture", Tool::pixelate, {350.1, 60}, {0, 0}, {0, 80}},
+        });
 }
 
 void AnnotationSessionTest::reshapesAnyCorner()
@@ -306,31 +255,23 @@ void AnnotationSessionTest::reshapesAnyCorner()
     }
 }
 
-void AnnotationSessionTest::crops_data()
-{
-    QTest::addColumn<QRectF>("wanted");
-    QTest::addColumn<QRectF>("expected");
-    const auto row = [](const char* name, QRectF wanted, QRectF expected) {
-        QTest::newRow(name) << wanted << expected;
-    };
-    row("whole pixels", {10.5, 10.4, 20, 20}, {11, 10, 20, 20});
-    row("backwards", {50, 60, -20, -30}, {30, 30, 20, 30});
-    row("over the edges", {-5, -5, 300, 50}, {0, 0, 200, 45});
-    row("right of the picture", {300, 20, 40, 40}, {199, 20, 1, 40});
-    row("left of and above it", {-50, -50, 20, 20}, {0, 0, 1, 1});
-    row("empty", {70, 70, 0, 0}, {70, 70, 1, 1});
-    row("within the last pixel", {199.6, 99.6, 0.1, 0.1}, {199, 99, 1, 1});
-}
-
 void AnnotationSessionTest::crops()
 {
-    QFETCH(QRectF, wanted);
-    QFETCH(QRectF, expected);
-    auto session = AnnotationFakes::session();
-    session.setCrop(wanted);
-    QCOMPARE(session.crop(), expected);
-    session.undo();
-    QCOMPARE(session.crop(), session.pictureBounds());
+    checkRows(
+        +[](const char*, const QRectF& wanted, const QRectF& expected) {
+            auto session = AnnotationFakes::session();
+            session.setCrop(wanted);
+            QCOMPARE(session.crop(), expected);
+        },
+        {
+            {"whole pixels", {10.5, 10.4, 20, 20}, {11, 10, 20, 20}},
+            {"backwards", {50, 60, -20, -30}, {30, 30, 20, 30}},
+            {"over the edges", {-5, -5, 300, 50}, {0, 0, 200, 45}},
+            {"right of the picture", {300, 20, 40, 40}, {199, 20, 1, 40}},
+            {"left of and above it", {-50, -50, 20, 20}, {0, 0, 1, 1}},
+            {"empty", {70, 70, 0, 0}, {70, 70, 1, 1}},
+            {"within the last pixel", {199.6, 99.6, 0.1, 0.1}, {199, 99, 1, 1}},
+        });
 }
 
 QTEST_APPLESS_MAIN(AnnotationSessionTest)

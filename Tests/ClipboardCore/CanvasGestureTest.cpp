@@ -1,5 +1,6 @@
 #include "Annotation/CanvasGesture.h"
 #include "AnnotationFakes.h"
+#include "Rows.h"
 
 #include <QLineF>
 #include <QTest>
@@ -36,13 +37,6 @@ struct Canvas
         session.chooseTool(tool);
         session.place(from, to);
     }
-    void label(QPointF at)
-    {
-        session.chooseTool(Tool::text);
-        session.place(at);
-        session.setText(u"ab"_s);
-        session.endEditing();
-    }
     [[nodiscard]] QPointF start() const { return session.annotations().last().start; }
     [[nodiscard]] QPointF end() const { return session.annotations().last().end; }
 };
@@ -53,10 +47,8 @@ class CanvasGestureTest final : public QObject
 {
     Q_OBJECT
 private slots:
-    void crops_data();
     void crops();
     void recomputesFromWhereItBegan();
-    void placesMarks_data();
     void placesMarks();
     void movesFromTheThresholdOn();
     void keepsTheGrabOfAHandle();
@@ -64,50 +56,38 @@ private slots:
     void multipleClicksOnTexts();
 };
 
-void CanvasGestureTest::crops_data()
-{
-    QTest::addColumn<double>("scale");
-    QTest::addColumn<QPointF>("from");
-    QTest::addColumn<QPointF>("to");
-    QTest::addColumn<QRectF>("expected"); // of (40, 30) to (140, 80)
-    QTest::addColumn<bool>("isConstrained");
-    const auto row = [](const char* name, double scale, QPointF from, QPointF to, QRectF expected,
-                        bool isConstrained = false) {
-        QTest::newRow(name) << scale << from << to << expected << isConstrained;
-    };
-    row("left edge", 1, {48, 50}, {60, 0}, {60, 30, 80, 50});
-    row("just beside it moves", 1, {48.1, 50}, {58.1, 60}, {50, 40, 100, 50});
-    row("hardly a move", 1, {90, 50}, {93, 52}, {40, 30, 100, 50});
-    row("by half pixels", 1, {90, 50}, {83.5, 55.5}, {34, 36, 100, 50});
-    row("along the right edge", 1, {90, 50}, {500, 54}, {100, 34, 100, 50});
-    row("left edge past the right one", 1, {40, 50}, {190, 50}, {116, 30, 24, 50});
-    row("right edge past the left one", 1, {140, 50}, {0, 50}, {40, 30, 24, 50});
-    row("upper edge past the lower one", 1, {90, 30}, {90, 99}, {40, 56, 100, 24});
-    row("corner from outside", 1, {148, 88}, {160, 90}, {40, 30, 120, 60});
-    row("upper right corner", 1, {140, 30}, {150, 10}, {40, 10, 110, 70});
-    row("outside of the reach of a corner", 1, {148.1, 80}, {160, 90}, {40, 30, 100, 50});
-    row("over the picture's edge", 1, {40, 30}, {-50, -50}, {0, 0, 140, 80});
-    row("half size: reach", 0.5, {24, 50}, {20, 50}, {20, 30, 120, 50});
-    row("half size: smallest side", 0.5, {40, 50}, {190, 50}, {92, 30, 48, 50});
-    row("magnified: reach", 4, {42.1, 50}, {52.1, 50}, {50, 30, 100, 50});
-    row("the same shape", 1, {40, 30}, {60, 36}, {52, 36, 88, 44}, true);
-    row("the same shape from an edge", 1, {40, 50}, {60, 0}, {60, 35, 80, 40}, true);
-    row("the same shape as far as there is room", 1, {140, 80}, {190, 80}, {40, 30, 140, 70}, true);
-}
-
 void CanvasGestureTest::crops()
 {
-    QFETCH(double, scale);
-    QFETCH(QPointF, from);
-    QFETCH(QPointF, to);
-    QFETCH(QRectF, expected);
-    QFETCH(bool, isConstrained);
-    Canvas canvas;
-    canvas.session.chooseTool(Tool::crop);
-    canvas.session.setCrop({40, 30, 100, 50});
-    canvas.scale = scale;
-    canvas.drag(from, to, isConstrained);
-    QCOMPARE(canvas.session.crop(), expected);
+    // of (40, 30) to (140, 80)
+    checkRows(
+        +[](const char*, double scale, QPointF from, QPointF to, const QRectF& expected, bool isConstrained) {
+            Canvas canvas;
+            canvas.session.chooseTool(Tool::crop);
+            canvas.session.setCrop({40, 30, 100, 50});
+            canvas.scale = scale;
+            canvas.drag(from, to, isConstrained);
+            QCOMPARE(canvas.session.crop(), expected);
+        },
+        {
+            {"left edge", 1, {48, 50}, {60, 0}, {60, 30, 80, 50}, false},
+            {"just beside it moves", 1, {48.1, 50}, {58.1, 60}, {50, 40, 100, 50}, false},
+            {"hardly a move", 1, {90, 50}, {93, 52}, {40, 30, 100, 50}, false},
+            {"by half pixels", 1, {90, 50}, {83.5, 55.5}, {34, 36, 100, 50}, false},
+            {"along the right edge", 1, {90, 50}, {500, 54}, {100, 34, 100, 50}, false},
+            {"left edge past the right one", 1, {40, 50}, {190, 50}, {116, 30, 24, 50}, false},
+            {"right edge past the left one", 1, {140, 50}, {0, 50}, {40, 30, 24, 50}, false},
+            {"upper edge past the lower one", 1, {90, 30}, {90, 99}, {40, 56, 100, 24}, false},
+            {"corner from outside", 1, {148, 88}, {160, 90}, {40, 30, 120, 60}, false},
+            {"upper right corner", 1, {140, 30}, {150, 10}, {40, 10, 110, 70}, false},
+            {"outside of the reach of a corner", 1, {148.1, 80}, {160, 90}, {40, 30, 100, 50}, false},
+            {"over the picture's edge", 1, {40, 30}, {-50, -50}, {0, 0, 140, 80}, false},
+            {"half size: reach", 0.5, {24, 50}, {20, 50}, {20, 30, 120, 50}, false},
+            {"half size: smallest side", 0.5, {40, 50}, {190, 50}, {92, 30, 48, 50}, false},
+            {"magnified: reach", 4, {42.1, 50}, {52.1, 50}, {50, 30, 100, 50}, false},
+            {"the same shape", 1, {40, 30}, {60, 36}, {52, 36, 88, 44}, true},
+            {"the same shape from an edge", 1, {40, 50}, {60, 0}, {60, 35, 80, 40}, true},
+            {"the same shape as far as there is room", 1, {140, 80}, {190, 80}, {40, 30, 140, 70}, true},
+        });
 }
 
 void CanvasGestureTest::recomputesFromWhereItBegan()
@@ -122,39 +102,31 @@ void CanvasGestureTest::recomputesFromWhereItBegan()
     QCOMPARE(canvas.session.crop(), QRectF(41, 32, 99, 48));
 }
 
-void CanvasGestureTest::placesMarks_data()
-{
-    QTest::addColumn<Tool>("tool");
-    QTest::addColumn<QPointF>("to"); // from (20, 20)
-    QTest::addColumn<std::optional<QLineF>>("expected");
-    QTest::addColumn<bool>("isConstrained");
-    const auto row = [](const char* name, Tool tool, QPointF to, std::optional<QLineF> expected,
-                        bool isConstrained = false) { QTest::newRow(name) << tool << to << expected << isConstrained; };
-    row("a shape", Tool::arrow, {24, 20}, QLineF(20, 20, 24, 20));
-    row("a shape too small", Tool::arrow, {23.9, 20}, std::nullopt);
-    row("a shape over the edge", Tool::pixelate, {-50, 150}, QLineF(20, 20, 0, 100));
-    row("a counter where it is released", Tool::counter, {22, 20}, QLineF(22, 20, 22, 20));
-    row("a counter over the edge", Tool::counter, {300, 20}, QLineF(200, 20, 200, 20));
-    row("a text where it was pressed", Tool::text, {90, 90}, QLineF(20, 20, 20, 20));
-    row("nearly level", Tool::arrow, {60, 36}, QLineF(20, 20, 60, 20), true);
-    row("nearly half way up", Tool::arrow, {60, 38}, QLineF(20, 20, 49, 49), true);
-    row("upward over the edge", Tool::arrow, {22, -50}, QLineF(20, 20, 20, 0), true);
-    row("a square", Tool::highlighter, {60, 15}, QLineF(20, 20, 40, 0), true);
-    row("a counter is not held back", Tool::counter, {60, 36}, QLineF(60, 36, 60, 36), true);
-}
-
 void CanvasGestureTest::placesMarks()
 {
-    QFETCH(Tool, tool);
-    QFETCH(QPointF, to);
-    QFETCH(std::optional<QLineF>, expected);
-    QFETCH(bool, isConstrained);
-    Canvas canvas;
-    canvas.session.chooseTool(tool);
-    canvas.drag({20, 20}, to, isConstrained);
-    QCOMPARE(canvas.session.annotations().size(), expected ? 1 : 0);
-    if (expected)
-        QCOMPARE(QLineF(canvas.start(), canvas.end()), *expected);
+    // from (20, 20)
+    checkRows(
+        +[](const char*, Tool tool, QPointF to, const std::optional<QLineF>& expected, bool isConstrained) {
+            Canvas canvas;
+            canvas.session.chooseTool(tool);
+            canvas.drag({20, 20}, to, isConstrained);
+            QCOMPARE(canvas.session.annotations().size(), expected ? 1 : 0);
+            if (expected)
+                QCOMPARE(QLineF(canvas.start(), canvas.end()), *expected);
+        },
+        {
+            {"a shape", Tool::arrow, {24, 20}, QLineF(20, 20, 24, 20), false},
+            {"a shape too small", Tool::arrow, {23.9, 20}, std::nullopt, false},
+            {"a shape over the edge", Tool::pixelate, {-50, 150}, QLineF(20, 20, 0, 100), false},
+            {"a counter where it is released", Tool::counter, {22, 20}, QLineF(22, 20, 22, 20), false},
+            {"a counter over the edge", Tool::counter, {300, 20}, QLineF(200, 20, 200, 20), false},
+            {"a text where it was pressed", Tool::text, {90, 90}, QLineF(20, 20, 20, 20), false},
+            {"nearly level", Tool::arrow, {60, 36}, QLineF(20, 20, 60, 20), true},
+            {"nearly half way up", Tool::arrow, {60, 38}, QLineF(20, 20, 49, 49), true},
+            {"upward over the edge", Tool::arrow, {22, -50}, QLineF(20, 20, 20, 0), true},
+            {"a square", Tool::highlighter, {60, 15}, QLineF(20, 20, 40, 0), true},
+            {"a counter is not held back", Tool::counter, {60, 36}, QLineF(60, 36, 60, 36), true},
+        });
 }
 
 void CanvasGestureTest::movesFromTheThresholdOn()
@@ -207,7 +179,10 @@ void CanvasGestureTest::selectsOrNot()
 void CanvasGestureTest::multipleClicksOnTexts()
 {
     Canvas canvas;
-    canvas.label({20, 20});
+    canvas.session.chooseTool(Tool::text);
+    canvas.click({20, 20});
+    canvas.session.setText(u"ab"_s);
+    canvas.session.endEditing();
     canvas.session.chooseTool(Tool::arrow);
     canvas.click({30, 30});
     QVERIFY(!canvas.session.editing());

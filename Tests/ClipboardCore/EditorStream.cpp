@@ -81,45 +81,36 @@ private:
 
     void step()
     {
-        switch (next() % 32) {
-        case 0:
+        const std::uint8_t kind = next() % 32;
+        if (kind == 0)
             return m_editor.mouseDown(mouse());
-        case 1:
+        if (kind == 1)
             return drag();
-        case 2:
+        if (kind == 2)
             return release();
-        case 3:
-        case 4:
-        case 5:
-        case 6:
-            return m_editor.edit([tool = oneOf(allAnnotationTools)](auto& session) { session.chooseTool(tool); });
-        case 7:
-        case 8:
-            return m_editor.edit([text = oneOf(std::array{u""_s, u"a"_s, u"long\nand\n\nlonger"_s})](auto& session) {
-                session.setText(text);
-            });
-        case 9:
-            return m_editor.edit([this](auto& session) {
-                session.setColor(oneOf(AnnotationPalette::colors));
-                session.setSize(oneOf(allAnnotationSizes));
-            });
-        case 10:
-        case 11:
-        case 12:
+        if (kind < 10)
+            return m_editor.edit([this, kind](auto& session) { change(session, kind); });
+        if (kind < 13)
             return pressKey();
-        case 13:
-            if (!m_editor.isDragging()) // then it would change what the drag shows
-                m_scale = oneOf(std::array{0.13, 0.5, 1.0, 3.0});
-            return;
-        case 14:
+        if (kind == 13 && !m_editor.isDragging()) // else it would change what the drag shows
+            m_scale = oneOf(std::array{0.13, 0.5, 1.0, 3.0});
+        if (kind == 14)
             return handle(event());
-        case 15:
+        if (kind == 15)
             return nudge();
-        default:
-            m_editor.mouseDown(mouse());
-            drag();
-            return release();
-        }
+        m_editor.mouseDown(mouse());
+        drag();
+        release();
+    }
+
+    void change(AnnotationSession& session, std::uint8_t kind)
+    {
+        if (kind < 7)
+            return session.chooseTool(oneOf(allAnnotationTools));
+        if (kind < 9)
+            return session.setText(oneOf(std::array{u""_s, u"a"_s, u"long\nand\n\nlonger"_s}));
+        session.setColor(oneOf(AnnotationPalette::colors));
+        session.setSize(oneOf(allAnnotationSizes));
     }
 
     void drag()
@@ -186,31 +177,14 @@ private:
 
     EditorEvent event()
     {
+        using namespace EditorEvents;
         const std::uint8_t which = next(); // an answer for the last document, mostly
         const EditorGeneration generation = which < 200 ? m_latest : which % (m_latest + 2);
-        switch (next() % 11) {
-        case 0:
-            return EditorEvents::Open{AnnotationFakes::session(), {}};
-        case 1:
-        case 2:
-            return EditorEvents::Finish{static_cast<EditorExit>(next() % 3), next() % 2 == 0};
-        case 3:
-            return EditorEvents::Flattened{u"path"_s, generation};
-        case 4:
-            return EditorEvents::Flattened{std::nullopt, generation};
-        case 5:
-            return EditorEvents::Committed{QUuid(), {}, generation};
-        case 6:
-            return EditorEvents::CommitFailed{generation};
-        case 7:
-            return EditorEvents::Close{};
-        case 8:
-            return EditorEvents::KeepEditing{};
-        case 9:
-            return EditorEvents::Quit{};
-        default:
-            return EditorEvents::ConfirmDiscard{};
-        }
+        const Finish finish{static_cast<EditorExit>(next() % 3), next() % 2 == 0};
+        return oneOf(std::array<EditorEvent, 11>{Open{AnnotationFakes::session(), {}}, finish, finish,
+                                                 Flattened{u"path"_s, generation}, Flattened{std::nullopt, generation},
+                                                 Committed{QUuid(), {}, generation}, CommitFailed{generation}, Close{},
+                                                 KeepEditing{}, Quit{}, ConfirmDiscard{}});
     }
 
     void handle(const EditorEvent& event)

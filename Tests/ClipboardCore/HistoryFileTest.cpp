@@ -2,8 +2,9 @@
 // them, or the process is killed at any moment.
 
 #include "History/HistoryCoding.h"
+#include "History/HistoryDisk.h"
 #include "History/HistoryJournal.h"
-#include "History/JSONHistoryStore.h"
+#include "HistoryFolder.h"
 #include "Support/AtomicFile.h"
 
 #include <QDir>
@@ -29,13 +30,6 @@ using namespace ClipboardCore;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr double never = 3600;
-
-ClipItem entry(const QString& content, double createdAt = 1)
-{
-    return {QUuid::createUuid(), ClipType::text, content, std::nullopt, std::nullopt, createdAt, false};
-}
 
 QByteArray contentOf(const QString& path)
 {
@@ -85,61 +79,48 @@ class HistoryFileTest final : public QObject
 {
     Q_OBJECT
 
-    [[nodiscard]] QString path() const { return m_folder->filePath(u"history.json"_s); }
-    [[nodiscard]] QString journal() const { return m_folder->filePath(u"history.journal"_s); }
-    [[nodiscard]] QList<ClipItem> saved() const { return JSONHistoryStore(path(), 500, never).items(); }
-    [[nodiscard]] QStringList files() const { return QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden); }
+    [[nodiscard]] QString path() const { return m_folder.path(); }
+    [[nodiscard]] QString journal() const { return m_folder.journal(); }
+    [[nodiscard]] QList<ClipItem> saved() const { return m_folder.saved(); }
+    [[nodiscard]] QStringList files() const { return QDir(m_folder.folder()).entryList(QDir::Files | QDir::Hidden); }
 
-    std::optional<QTemporaryDir> m_folder;
+    HistoryFolder m_folder;
 
 private slots:
-    void init();
-    void keepsWhatItCannotRead_data();
+    void init() { m_folder.renew(); }
+    void cleanup() { m_folder.checkOpenFiles(); }
     void keepsWhatItCannotRead();
     void appliesTheDocumentedJournal();
     void journalFitsTheFileBeforeAndAfter();
-    void filesArePrivate();
-    void leavesNothingBehind();
+    void leavesTwoPrivateFiles();
+    void rewritesALargeFileSeldom();
     void triesAgainUntilTheFolderIsThere();
     void survivesAFullDisk();
     void writersTakeTurns();
-    void somethingElseInPlaceOf_data();
     void somethingElseInPlaceOf();
     void followsALink();
     void losesNothingWhenKilled();
 };
 
-void HistoryFileTest::init()
-{
-    m_folder.emplace();
-    QVERIFY(m_folder->isValid());
-}
-
-void HistoryFileTest::keepsWhatItCannotRead_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("no content") << QByteArray();
-    QTest::newRow("no JSON") << "history"_ba;
-    QTest::newRow("a wrong element") << R"([{"type":"audio"}])"_ba;
-}
-
 void HistoryFileTest::keepsWhatItCannotRead()
 {
-    QFETCH(QByteArray, content);
-    for (const QString& kept : {path() + u".bad"_s, path() + u".bad.1"_s}) {
-        write(path(), content);
-        JSONHistoryStore store(path(), 500, 0);
-        QVERIFY(store.items().isEmpty());
-        QCOMPARE(store.unreadableFile(), kept);
-        QCOMPARE(contentOf(path()), content); // not touched until something is saved
-        QVERIFY(!QFile::exists(kept));
-        QVERIFY(store.add(entry(u"a"_s)).isEmpty());
-        store.saveAsync();
-        QTRY_COMPARE(saved(), store.items());
-        QCOMPARE(contentOf(kept), content);
+    for (const QByteArray& content : {""_ba, "history"_ba, R"([{"type":"audio"}])"_ba}) {
+        m_folder.renew();
+        for (const QString& kept : {path() + u".bad"_s, path() + u".bad.1"_s}) {
+            write(path(), content);
+            JSONHistoryStore store(path(), 500, 0);
+            QVERIFY(store.items().isEmpty());
+            QCOMPARE(store.unreadableFile(), kept);
+            QCOMPARE(contentOf(path()), content); // not touched until something is saved
+            QVERIFY(!QFile::exists(kept));
+            QVERIFY(store.add(entry(u"a"_s)).isEmpty());
+            store.saveAsync();
+            QTRY_COMPARE(saved(), store.items());
+            QCOMPARE(contentOf(kept), content);
+        }
+        const JSONHistoryStore later(path(), 500, never);
+        QVERIFY(!later.unreadableFile() && !later.namesAllPictures());
     }
-    const JSONHistoryStore later(path(), 500, never);
-    QVERIFY(!later.unreadableFile() && !later.namesAllPictures());
 }
 
 /// The example of docs/history-format.md, and every operation, as an earlier version may have left them.
@@ -201,8 +182,9 @@ void HistoryFileTest::journalFitsTheFileBeforeAndAfter()
     QCOMPARE(loaded(next), missing + QStringList(u"b"_s));
 }
 
-void HistoryFileTest::filesArePrivate()
+void HistoryFileTest::leavesTwoPrivateFiles()
 {
+    write(path() + u".tmp"_s, QByteArray(100'000, 'x')); // of a process that was killed
     for (const QString& file : {path(), journal()}) {
         write(file, "[]");
         QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther));
@@ -210,26 +192,36 @@ void HistoryFileTest::filesArePrivate()
     const mode_t mask = umask(0);
     QCOMPARE(JSONHistoryStore(path(), 500, never).save(), std::nullopt);
     umask(mask);
-    QCOMPARE(modeOf(path()) & 07777, mode_t(0600));
-    QCOMPARE(modeOf(journal()) & 07777, mode_t(0600));
+    AtomicFile(path()).append("half a file");
+    QCOMPARE(contentOf(path()), "[]");
+    QCOMPARE(contentOf(journal()), QByteArray());
+    QCOMPARE(files(), QStringList({u"history.journal"_s, u"history.json"_s}));
+    for (const QString& file : {path(), journal()})
+        QCOMPARE(modeOf(file) & 07777, mode_t(0600));
 }
 
-void HistoryFileTest::leavesNothingBehind()
+/// Beyond 1 MiB only when the journal has grown to a quarter of it.
+void HistoryFileTest::rewritesALargeFileSeldom()
 {
-    write(path() + u".tmp"_s, QByteArray(100'000, 'x')); // of a process that was killed
-    QCOMPARE(JSONHistoryStore(path(), 500, never).save(), std::nullopt);
-    {
-        AtomicFile dropped(path());
-        dropped.append("half a file");
-    }
-    QCOMPARE(contentOf(path()), "[]");
-    QCOMPARE(files(), QStringList({u"history.journal"_s, u"history.json"_s}));
-    QCOMPARE(contentOf(journal()), QByteArray());
+    HistoryDisk disk(path());
+    QVERIFY(disk.load().items().isEmpty());
+    const QList<ClipItem> small{entry(QString(1 << 20, u'x'))};
+    const QList<ClipItem> large{entry(QString((1 << 20) + 1, u'x'))};
+    const HistoryOperation put{1, HistoryOperation::Put{entry(QString(100'000, u'y'))}};
+    QCOMPARE(disk.save(large), std::nullopt);
+    disk.append({put, put}, large);
+    QVERIFY(!disk.isSaveDue());
+    disk.append({put}, large);
+    QVERIFY(disk.isSaveDue());
+    QCOMPARE(disk.save(), std::nullopt);
+    QVERIFY(!disk.isForgettingDue());
+    disk.append({{1, HistoryOperation::Remove{{small[0].id}}}}, small);
+    QVERIFY(disk.isSaveDue() && disk.isForgettingDue());
 }
 
 void HistoryFileTest::triesAgainUntilTheFolderIsThere()
 {
-    const QString folder = m_folder->filePath(u"later"_s);
+    const QString folder = m_folder.file(u"later"_s);
     JSONHistoryStore store(folder + u"/history.json"_s, 500, 0);
     QStringList reports;
     store.onSaveFailureChanged([&](const auto& failure) { reports.append(failure.value_or(u"works"_s)); });
@@ -245,7 +237,7 @@ void HistoryFileTest::triesAgainUntilTheFolderIsThere()
 
 void HistoryFileTest::survivesAFullDisk()
 {
-    const QByteArray disk = QFile::encodeName(m_folder->path());
+    const QByteArray disk = QFile::encodeName(m_folder.folder());
     if (mount("tmpfs", disk.constData(), "tmpfs", 0, "size=600k") != 0)
         QSKIP("no file system can be mounted here");
     const auto unmount = qScopeGuard([&disk] { umount2(disk.constData(), MNT_DETACH); });
@@ -254,7 +246,7 @@ void HistoryFileTest::survivesAFullDisk()
     QCOMPARE(store.save(), std::nullopt);
     const QByteArray old = contentOf(path());
 
-    write(m_folder->filePath(u"other"_s), QByteArray(450'000, 'o'));
+    write(m_folder.file(u"other"_s), QByteArray(450'000, 'o'));
     QVERIFY(store.add(entry(QString(150'000, u'b'), 2)).isEmpty());
     QVERIFY(store.save().has_value());
     store.saveAsync();
@@ -263,8 +255,8 @@ void HistoryFileTest::survivesAFullDisk()
     QTRY_COMPARE(saved().size(), 2);
     QCOMPARE(contentOf(path()), old);
 
-    QVERIFY(QDir(m_folder->path()).mkdir(u"history.json.tmp"_s)); // so only the journal can take what is missing
-    QVERIFY(QFile::remove(m_folder->filePath(u"other"_s)));
+    QVERIFY(QDir(m_folder.folder()).mkdir(u"history.json.tmp"_s)); // so only the journal can take what is missing
+    QVERIFY(QFile::remove(m_folder.file(u"other"_s)));
     store.togglePin(store.items()[0].id);
     store.saveAsync();
     QTRY_COMPARE(saved(), store.items());
@@ -288,41 +280,34 @@ void HistoryFileTest::writersTakeTurns()
     QTRY_COMPARE(HistoryCoding::decode(contentOf(path())), store.items());
 }
 
-void HistoryFileTest::somethingElseInPlaceOf_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("kind");
-    for (const QString& name : {u"history.json"_s, u"history.journal"_s, u"history.json.tmp"_s})
-        for (const QString& kind : {u"pipe"_s, u"folder"_s, u"link"_s})
-            if (name != u"history.json.tmp" || kind != u"folder") // which only a person can mend
-                QTest::newRow(qPrintable(name + u' ' + kind)) << name << kind;
-}
-
 /// It neither holds the start, a save and the end up nor is anything outside the folder touched.
 void HistoryFileTest::somethingElseInPlaceOf()
 {
-    QFETCH(QString, name);
-    QFETCH(QString, kind);
-    const QString place = m_folder->filePath(name);
     const QTemporaryDir elsewhere;
     const QString victim = elsewhere.filePath(u"victim"_s);
     write(victim, "precious");
-    if (kind == u"pipe")
-        QCOMPARE(mkfifo(QFile::encodeName(place).constData(), 0600), 0);
-    else if (kind == u"folder")
-        QVERIFY(QDir().mkpath(place + u"/inside"_s));
-    else
-        QVERIFY(QFile::link(name == u"history.json.tmp" ? victim : u"nowhere"_s, place));
+    for (const QString& words :
+         {u"pipe history.json"_s, u"pipe history.journal"_s, u"pipe history.json.tmp"_s, u"folder history.json"_s,
+          u"folder history.journal"_s, u"link history.json"_s, u"link history.journal"_s, u"link history.json.tmp"_s}) {
+        m_folder.renew();
+        const QString place = m_folder.file(words.section(u' ', 1));
+        if (words.startsWith(u"pipe"))
+            QCOMPARE(mkfifo(QFile::encodeName(place).constData(), 0600), 0);
+        else if (words.startsWith(u"folder"))
+            QVERIFY(QDir().mkpath(place + u"/inside"_s));
+        else
+            QVERIFY(QFile::link(words.endsWith(u"tmp") ? victim : u"nowhere"_s, place));
 
-    const ClipItem item = entry(u"a"_s);
-    {
-        JSONHistoryStore store(path(), 500, never);
-        QVERIFY(store.add(item).isEmpty());
-        store.saveAsync();
-        store.flush();
+        const ClipItem item = entry(u"a"_s);
+        {
+            JSONHistoryStore store(path(), 500, never);
+            QVERIFY(store.add(item).isEmpty());
+            store.saveAsync();
+            store.flush();
+        }
+        QVERIFY2(saved() == QList{item}, qPrintable(words));
+        QCOMPARE(contentOf(victim), "precious");
     }
-    QCOMPARE(saved(), QList{item});
-    QCOMPARE(contentOf(victim), "precious");
 }
 
 void HistoryFileTest::followsALink()

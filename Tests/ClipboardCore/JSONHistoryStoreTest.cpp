@@ -1,13 +1,13 @@
 // The store beside a model of it that is as simple as can be, through random changes, ends, kills and torn journals.
 
-#include "History/JSONHistoryStore.h"
+#include "HistoryFolder.h"
 
 #include <QFile>
 #include <QRandomGenerator>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <memory>
 
@@ -15,13 +15,6 @@ using namespace ClipboardCore;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr double never = 3600; // a save delay that no test waits for
-
-ClipItem entry(const QString& content, double createdAt, bool isPinned = false, ClipType type = ClipType::text)
-{
-    return {QUuid::createUuid(), type, content, std::nullopt, std::nullopt, createdAt, isPinned};
-}
 
 QStringList contents(const QList<ClipItem>& items)
 {
@@ -41,6 +34,7 @@ struct Model
 {
     QList<ClipItem> items;
     qsizetype cap = 0;
+    qsizetype largest = 0;
 
     void insert(const ClipItem& item)
     {
@@ -54,11 +48,27 @@ struct Model
         items.removeIf(condition);
         return taken;
     }
-    QList<ClipItem> enforceCap()
+    std::optional<ClipItem> remove(const QUuid& id)
+    {
+        const QList<ClipItem> removed = takeIf([&id](const ClipItem& item) { return item.id == id; });
+        return removed.isEmpty() ? std::nullopt : std::optional(removed.first());
+    }
+    QList<ClipItem> removeAll(bool keepingPinned)
+    {
+        return takeIf([=](const ClipItem& item) { return !keepingPinned || !item.isPinned; });
+    }
+    [[nodiscard]] bool isTooLarge() const
+    {
+        qsizetype size = 0;
+        for (const ClipItem& item : items)
+            size += item.content.byteCount();
+        return size > largest;
+    }
+    QList<ClipItem> enforceCap(const QUuid& newest = {})
     {
         QList<ClipItem> evicted;
-        for (qsizetype i = items.size() - 1; i >= 0 && items.size() > cap; --i)
-            if (!items[i].isPinned)
+        for (qsizetype i = items.size() - 1; i >= 0; --i)
+            if (!items[i].isPinned && (items.size() > cap || (isTooLarge() && items[i].id != newest)))
                 evicted.append(items.takeAt(i));
         return evicted;
     }
@@ -83,7 +93,7 @@ struct Model
             item = merged;
         }
         insert(item);
-        return enforceCap();
+        return enforceCap(item.id);
     }
     void togglePin(const QUuid& id)
     {
@@ -119,38 +129,48 @@ public:
         start();
     }
 
-    [[nodiscard]] JSONHistoryStore& store() { return *m_store; }
-    [[nodiscard]] const QList<ClipItem>& expected() const { return m_model.items; }
-    [[nodiscard]] quint32 random(quint32 below) { return m_random.bounded(below); }
-
-    /// One change of the store and the model. True when both gave back the same.
+    /// One change of both. True when they gave back the same and hold the same.
     bool change()
     {
-        const ClipItem known = m_model.items.value(random(6)); // perhaps none
-        switch (random(8)) {
-        case 0:
-            m_model.togglePin(known.id);
-            m_store->togglePin(known.id);
-            return true;
-        case 1:
-            m_removed = m_model.takeIf([&](const ClipItem& item) { return item.id == known.id; });
-            return m_store->remove(known.id) == (m_removed.isEmpty() ? std::nullopt : std::optional(m_removed.first()));
-        case 2:
-            return m_model.restore(m_removed) == m_store->restore(m_removed);
-        case 3:
-            if (const bool keeping = random(2) == 0; random(4) == 0) {
-                m_removed = m_model.takeIf([&](const ClipItem& item) { return !keeping || !item.isPinned; });
-                return m_store->removeAll(keeping) == m_removed;
-            }
-            [[fallthrough]];
-        default:
-            const ClipItem item = randomEntry();
-            return m_model.add(item) == m_store->add(item);
-        }
+        const quint32 kind = random(30);
+        const ClipItem item = kind < 10 ? m_model.items.value(random(6)) : randomEntry(); // perhaps none
+        const QList<ClipItem> expected = changed(m_model, kind, item);
+        const QList<ClipItem> actual = changed(*m_store, kind, item);
+        if (kind >= 4 && kind < 9)
+            m_removed = expected;
+        return actual == expected && m_store->items() == m_model.items;
     }
+    /// Something that writes or reads the files, or nothing. True when the history is what it has to be.
+    bool turn()
+    {
+        static constexpr std::array turns{&Pair::kill,      &Pair::end,       &Pair::save,    &Pair::saveAsync,
+                                          &Pair::saveAsync, &Pair::saveAsync, &Pair::nothing, &Pair::nothing};
+        (this->*turns[random(turns.size())])();
+        return m_store->items() == m_model.items;
+    }
+
+private:
+    template <typename History>
+    QList<ClipItem> changed(History& history, quint32 kind, const ClipItem& item) const
+    {
+        if (kind < 4) {
+            history.togglePin(item.id);
+            return {};
+        }
+        if (kind < 8) {
+            const std::optional<ClipItem> removed = history.remove(item.id);
+            return removed ? QList{*removed} : QList<ClipItem>();
+        }
+        if (kind == 8)
+            return history.removeAll(item.isPinned);
+        return kind < 13 ? history.restore(m_removed) : history.add(item);
+    }
+    quint32 random(quint32 below) { return m_random.bounded(below); }
+    void nothing() {}
     void saveAsync()
     {
         m_store->saveAsync();
+        m_isSavePending = true;
         m_handedOver = m_model.items;
     }
     /// The store goes without a flush: what was handed over before is there again.
@@ -161,22 +181,23 @@ public:
     }
     void end()
     {
-        saveAsync();
         m_store->flush();
-        start();
+        if (m_isSavePending)
+            m_handedOver = m_model.items; // what came since as well
+        kill();
     }
     void save()
     {
         QCOMPARE(m_store->save(), std::nullopt);
         m_handedOver = m_model.items;
     }
-
-private:
     void start()
     {
+        m_isSavePending = false;
         m_model.cap = 4 + random(6);
+        m_model.largest = 10 + random(30);
         m_store.reset(); // before the next one reads what it leaves
-        m_store = std::make_unique<JSONHistoryStore>(m_path, m_model.cap, random(2) == 0 ? never : 0);
+        m_store = std::make_unique<JSONHistoryStore>(m_path, m_model.cap, random(2) == 0 ? never : 0, m_model.largest);
     }
     ClipItem randomEntry()
     {
@@ -194,6 +215,7 @@ private:
     QRandomGenerator m_random;
     Model m_model;
     std::unique_ptr<JSONHistoryStore> m_store;
+    bool m_isSavePending = false;
     QList<ClipItem> m_handedOver;
     QList<ClipItem> m_removed;
 };
@@ -204,76 +226,35 @@ class JSONHistoryStoreTest final : public QObject
 {
     Q_OBJECT
 
-    [[nodiscard]] QString path() const { return m_folder->filePath(u"history.json"_s); }
-    [[nodiscard]] QString journal() const { return m_folder->filePath(u"history.journal"_s); }
-    [[nodiscard]] QStringList saved() const { return contents(JSONHistoryStore(path(), 500, never).items()); }
-
-    std::optional<QTemporaryDir> m_folder;
+    HistoryFolder m_folder;
 
 private slots:
-    void init();
-    void doesWhatTheModelDoes_data();
+    void init() { m_folder.renew(); }
+    void cleanup() { m_folder.checkOpenFiles(); }
     void doesWhatTheModelDoes();
     void tornJournalIsAnEarlierState();
-    void largestSizeEvictsOldestUnpinned();
     void newEntryIsNotBeforeTheNewest();
     void copyingAgainJournalsNoContent();
     void forgetsPicturesThatAreGone();
     void savesOnceForABurst();
-    void flushOvertakesThePendingSave();
     void refusesTimesThatAreNoNumbers();
 };
 
-void JSONHistoryStoreTest::init()
-{
-    m_folder.emplace(u"/dev/shm/history-XXXXXX"_s); // where a flush costs nothing
-    QVERIFY(m_folder->isValid());
-}
-
-void JSONHistoryStoreTest::doesWhatTheModelDoes_data()
-{
-    QTest::addColumn<quint32>("seed");
-    for (quint32 seed = 1; seed <= 30; ++seed)
-        QTest::addRow("seed %u", seed) << seed;
-}
-
 void JSONHistoryStoreTest::doesWhatTheModelDoes()
 {
-    QFETCH(quint32, seed);
-    Pair pair(path(), seed);
-    for (int step = 0; step < 200; ++step) {
-        QVERIFY(pair.change());
-        QCOMPARE(pair.store().items(), pair.expected());
-        switch (pair.random(12)) {
-        case 0:
-            pair.kill();
-            break;
-        case 1:
-            pair.end();
-            break;
-        case 2:
-            pair.save();
-            break;
-        case 3:
-        case 4:
-        case 5:
-        case 6:
-            pair.saveAsync();
-            break;
-        default:
-            break;
-        }
-        QCOMPARE(pair.store().items(), pair.expected());
+    for (quint32 seed = 1; seed <= 30; ++seed) {
+        m_folder.renew();
+        Pair pair(m_folder.path(), seed);
+        for (int step = 0; step < 200; ++step)
+            QVERIFY2(pair.change() && pair.turn(), qPrintable(u"seed %1, step %2"_s.arg(seed).arg(step)));
     }
 }
 
 void JSONHistoryStoreTest::tornJournalIsAnEarlierState()
 {
-    Pair pair(path(), 7);
-    pair.end();
-    QList<QList<ClipItem>> states{pair.expected()};
+    QList<QList<ClipItem>> states{{}};
     {
-        JSONHistoryStore store(path(), 50, never);
+        JSONHistoryStore store(m_folder.path(), 50, never);
         for (int i = 0; i < 20; ++i) {
             static_cast<void>(store.add(entry(QString::number(i % 7), i, i % 5 == 0)));
             states.append(store.items());
@@ -282,13 +263,13 @@ void JSONHistoryStoreTest::tornJournalIsAnEarlierState()
             store.saveAsync();
         }
     }
-    QFile file(journal());
+    QFile file(m_folder.journal());
     QVERIFY(file.open(QIODevice::ReadWrite));
     qsizetype earlier = states.size() - 1;
-    QCOMPARE(JSONHistoryStore(path(), 50, never).items(), states.constLast());
+    QCOMPARE(m_folder.saved(), states.constLast());
     for (qint64 size = file.size() - 1; size >= 0; --size) {
         QVERIFY(file.resize(size));
-        const QList<ClipItem> loaded = JSONHistoryStore(path(), 50, never).items();
+        const QList<ClipItem> loaded = m_folder.saved();
         while (earlier > 0 && loaded != states[earlier])
             --earlier;
         QCOMPARE(loaded, states[earlier]);
@@ -296,20 +277,9 @@ void JSONHistoryStoreTest::tornJournalIsAnEarlierState()
     QCOMPARE(earlier, 0);
 }
 
-void JSONHistoryStoreTest::largestSizeEvictsOldestUnpinned()
-{
-    JSONHistoryStore store(path(), 500, never, 10);
-    QVERIFY(store.add(entry(u"pppp"_s, 0, true)).isEmpty());
-    QVERIFY(store.add(entry(u"aaa"_s, 1)).isEmpty());
-    QVERIFY(store.add(entry(u"bbb"_s, 2)).isEmpty());
-    QCOMPARE(contents(store.add(entry(u"cc"_s, 3))), QStringList({u"aaa"_s}));
-    QCOMPARE(contents(store.add(entry(u"too long to fit"_s, 1))), QStringList({u"bbb"_s, u"cc"_s}));
-    QCOMPARE(contents(store.items()), QStringList({u"pppp"_s, u"too long to fit"_s}));
-}
-
 void JSONHistoryStoreTest::newEntryIsNotBeforeTheNewest()
 {
-    JSONHistoryStore store(path(), 500, never);
+    JSONHistoryStore store(m_folder.path(), 500, never);
     const double now = store.timeOfNewEntry();
     QVERIFY(now >= 7e8);
     QVERIFY(store.add(entry(u"from a wrong clock"_s, now + 1e9)).isEmpty());
@@ -321,68 +291,51 @@ void JSONHistoryStoreTest::copyingAgainJournalsNoContent()
 {
     const QString large(100'000, u'x');
     {
-        JSONHistoryStore store(path(), 500, never);
+        JSONHistoryStore store(m_folder.path(), 500, never);
         QVERIFY(store.add(entry(large, 1)).isEmpty());
         QCOMPARE(store.save(), std::nullopt);
         QVERIFY(store.add(entry(large, 2)).isEmpty());
         store.saveAsync();
     }
-    const qint64 size = QFile(journal()).size();
+    const qint64 size = QFile(m_folder.journal()).size();
     QVERIFY2(size > 0 && size < 1000, qPrintable(QString::number(size)));
-    QCOMPARE(JSONHistoryStore(path(), 500, never).items().constFirst().createdAt, 2.0);
+    QCOMPARE(m_folder.saved().constFirst().createdAt, 2.0);
 }
 
 void JSONHistoryStoreTest::forgetsPicturesThatAreGone()
 {
-    const QString there = m_folder->filePath(u"there.png"_s);
+    const QString there = m_folder.file(u"there.png"_s);
     QVERIFY(QFile(there).open(QIODevice::WriteOnly));
     {
-        JSONHistoryStore store(path(), 500, never);
+        JSONHistoryStore store(m_folder.path(), 500, never);
         QVERIFY(store.add(entry(there, 1, false, ClipType::image)).isEmpty());
         QVERIFY(store.add(entry(u"/gone.png"_s, 2, false, ClipType::image)).isEmpty());
         QVERIFY(store.add(entry(u"/pinned.png"_s, 3, true, ClipType::image)).isEmpty());
         store.saveAsync();
     }
-    QCOMPARE(saved(), QStringList({u"/pinned.png"_s, there}));
+    QCOMPARE(contents(m_folder.saved()), QStringList({u"/pinned.png"_s, there}));
 }
 
 void JSONHistoryStoreTest::savesOnceForABurst()
 {
-    JSONHistoryStore store(path(), 500, 0.3);
+    JSONHistoryStore store(m_folder.path(), 500, 0.3);
     for (const ClipItem& item : {entry(u"0"_s, 0), entry(u"1"_s, 1), entry(u"2"_s, 2)}) {
         QVERIFY(store.add(item).isEmpty());
         store.saveAsync();
     }
     QVERIFY(store.add(entry(u"later"_s, 99)).isEmpty()); // than the last call: no part of what it saves
-    QVERIFY(!QFile::exists(path()));
-    QTRY_VERIFY(QFile::exists(path()));
-    QTRY_COMPARE(QFile(journal()).size(), 0);
-    QCOMPARE(saved(), QStringList({u"2"_s, u"1"_s, u"0"_s}));
-}
-
-void JSONHistoryStoreTest::flushOvertakesThePendingSave()
-{
-    JSONHistoryStore store(path(), 500, never);
-    QVERIFY(store.add(entry(u"a"_s, 1)).isEmpty());
-    store.flush();
-    QVERIFY(!QFile::exists(path())); // nothing was asked for
-    store.saveAsync();
-    QVERIFY(store.add(entry(u"b"_s, 2)).isEmpty());
-    store.flush();
-    QCOMPARE(saved(), QStringList({u"b"_s, u"a"_s}));
-    QCOMPARE(QFile(journal()).size(), 0);
-
-    QVERIFY(QFile::remove(path()));
-    store.flush();
-    QVERIFY(!QFile::exists(path()));
+    QVERIFY(!QFile::exists(m_folder.path()));
+    QTRY_VERIFY(QFile::exists(m_folder.path()));
+    QTRY_COMPARE(QFile(m_folder.journal()).size(), 0);
+    QCOMPARE(contents(m_folder.saved()), QStringList({u"2"_s, u"1"_s, u"0"_s}));
 }
 
 void JSONHistoryStoreTest::refusesTimesThatAreNoNumbers()
 {
-    JSONHistoryStore store(path(), 500, never);
+    JSONHistoryStore store(m_folder.path(), 500, never);
     QVERIFY(store.add(entry(u"a"_s, qQNaN())).isEmpty());
     QVERIFY(store.save().has_value());
-    QVERIFY(!QFile::exists(path()));
+    QVERIFY(!QFile::exists(m_folder.path()));
 }
 
 QTEST_GUILESS_MAIN(JSONHistoryStoreTest)

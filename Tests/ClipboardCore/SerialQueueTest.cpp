@@ -14,25 +14,23 @@ using namespace std::chrono_literals;
 namespace {
 
 /// What ran, in order; used from two threads.
-class Log
+struct Log
 {
-public:
-    [[nodiscard]] SerialQueue::Task task(int number)
+    SerialQueue::Task task(int number)
     {
         return [this, number] {
-            const std::lock_guard lock(m_mutex);
-            m_numbers.append(number);
+            const std::lock_guard lock(mutex);
+            all.append(number);
         };
     }
-    [[nodiscard]] QList<int> numbers()
+    QList<int> numbers()
     {
-        const std::lock_guard lock(m_mutex);
-        return m_numbers;
+        const std::lock_guard lock(mutex);
+        return all;
     }
 
-private:
-    std::mutex m_mutex;
-    QList<int> m_numbers;
+    std::mutex mutex;
+    QList<int> all;
 };
 
 } // namespace
