@@ -1,3 +1,4 @@
+#include "Annotation/AnnotationMeasures.h"
 #include "AnnotationFakes.h"
 #include "Rows.h"
 
@@ -51,6 +52,8 @@ private slots:
     void flattensTheCrop();
     void flattensNothingRatherThanWhatWasCovered();
     void tellsWhatChanged();
+    void contrasts();
+    void measuresByTheLongestSide();
 };
 
 void AnnotationDrawingTest::draws()
@@ -159,6 +162,45 @@ void AnnotationDrawingTest::tellsWhatChanged()
     before = session;
     session.endEditing();
     QCOMPARE(session.changedAreas(before).size(), 2);
+}
+
+void AnnotationDrawingTest::contrasts()
+{
+    QStringList dark;
+    for (const AnnotationColor& color : AnnotationPalette::colors) {
+        if (color.contrasting() == AnnotationPalette::black)
+            dark += color.id;
+    }
+    QCOMPARE(dark, QStringList({u"yellow"_s, u"green"_s, u"white"_s}));
+    // A luminance of 0.6 is not yet light; the next number is.
+    const AnnotationColor grey{"grey"_L1, 0.6, 0.6, 0.6};
+    QCOMPARE(grey.contrasting(), AnnotationPalette::white);
+    QCOMPARE((AnnotationColor{"grey"_L1, 0.6, 0.6 + 1e-9, 0.6}.contrasting()), AnnotationPalette::black);
+}
+
+void AnnotationDrawingTest::measuresByTheLongestSide()
+{
+    // small stroke, large counter, medium font, its padding, block
+    checkRows(
+        +[](const char*, QSize picture, const QList<double>& expected) {
+            const AnnotationMeasures measures(picture, std::make_shared<AnnotationFakes::BlockLayout>());
+            const Annotation small{Annotation::Kind::text, {}, {}, {}, AnnotationSize::small, {}};
+            const Annotation medium{Annotation::Kind::text, {}, {}, {}, AnnotationSize::medium, {}};
+            const Annotation large{Annotation::Kind::text, {}, {}, {}, AnnotationSize::large, {}};
+            const QSizeF padding = measures.textPadding(medium);
+            QCOMPARE(QList<double>({measures.strokeWidth(small), measures.counterDiameter(large),
+                                    measures.textFont(medium).size, padding.width(), padding.height(),
+                                    static_cast<double>(measures.pixelateBlockSize())}),
+                     expected);
+        },
+        {
+            {"minimum", {500, 300}, {2, 36, 20, 8, 4, 20}},
+            {"proportional", {4000, 3000}, {8, 112, 68, 27, 14, 40}},
+            {"upright", {3000, 4000}, {8, 112, 68, 27, 14, 40}},
+            {"halves away from zero", {1250, 10}, {3, 36, 21, 8, 4, 20}},
+            {"last with the smallest block", {2049, 1}, {4, 57, 35, 14, 7, 20}},
+            {"first with a larger one", {2050, 1}, {4, 57, 35, 14, 7, 21}},
+        });
 }
 
 QTEST_APPLESS_MAIN(AnnotationDrawingTest)

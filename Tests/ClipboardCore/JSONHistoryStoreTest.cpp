@@ -38,8 +38,8 @@ struct Model
 
     void insert(const ClipItem& item)
     {
-        const auto isBehind = [&item](const ClipItem& other) { return !before(other, item); };
-        items.insert(std::ranges::find_if(items, isBehind), item);
+        items.prepend(item);
+        std::stable_sort(items.begin(), items.end(), before);
     }
     QList<ClipItem> takeIf(const std::function<bool(const ClipItem&)>& condition)
     {
@@ -72,14 +72,12 @@ struct Model
                 evicted.append(items.takeAt(i));
         return evicted;
     }
-    [[nodiscard]] std::function<bool(const ClipItem&)> isEqualTo(const ClipItem& item) const
+    static std::function<bool(const ClipItem&)> isEqualTo(const ClipItem& item)
     {
-        return [item](const ClipItem& other) {
-            const auto normal = [](const ClipItem& any) {
-                return any.content.toString().normalized(QString::NormalizationForm_C);
-            };
-            return other.type == item.type && normal(other) == normal(item);
+        const auto normal = [](const ClipItem& any) {
+            return std::pair(any.type, any.content.toString().normalized(QString::NormalizationForm_C));
         };
+        return [wanted = normal(item), normal](const ClipItem& other) { return normal(other) == wanted; };
     }
     QList<ClipItem> add(ClipItem item)
     {
@@ -105,9 +103,8 @@ struct Model
     QList<ClipItem> restore(const QList<ClipItem>& removed)
     {
         for (const ClipItem& item : removed) {
-            const auto isThere = [&item](const ClipItem& other) { return other.id == item.id; };
             const auto equal = std::ranges::find_if(items, isEqualTo(item));
-            if (std::ranges::any_of(items, isThere))
+            if (std::ranges::find(items, item.id, &ClipItem::id) != items.end())
                 continue;
             if (equal == items.end())
                 insert(item);

@@ -17,6 +17,8 @@ private slots:
     void writesEachTypeInItsForm();
     void tellsAboutVanishedFiles();
     void pastesThenCloses();
+    void leavesTheKeyToTheUserWithoutTrust();
+    void pasteServiceEndsBeforeItsAnswer();
     void takesRemovalsBack();
     void keepsPicturesForAsLongAsTheyMayComeBack();
     void recordsWhatIsMarkedAndCopied();
@@ -71,19 +73,52 @@ void HistoryViewModelTest::tellsAboutVanishedFiles()
 
 void HistoryViewModelTest::pastesThenCloses()
 {
-    ViewModelFixture f;
-    f.fillTexts({u"a"_s, u"b"_s});
-    const QUuid id = f.entry(1).id;
+    for (const auto& [result, notice] :
+         {std::pair(PasteResult::sent, u"Pasted “b”"_s), {PasteResult::notSent, u"Copied “b” — press ⌘V to paste"_s}}) {
+        ViewModelFixture f;
+        f.keystrokes.finishesAtOnce = false;
+        f.fillTexts({u"a"_s, u"b"_s});
+        const QUuid id = f.entry(1).id;
+        f.model.paste(f.entry(1));
+        QCOMPARE(f.pasteboard.writes.first().string, QByteArray("b"));
+        QCOMPARE(f.stored(), (QStringList{u"b"_s, u"a"_s})); // moved to the top, but the same entry
+        QCOMPARE(f.store.items().first().id, id);
+        QCOMPARE(f.selected(), u"a"_s); // the selection stays with its entry
+        QCOMPARE(f.closeRequests, 1);
+        QCOMPARE(f.keystrokes.pastes, 0); // only after the panel has closed
+        QTRY_COMPARE(f.keystrokes.pastes, 1);
+        QVERIFY(f.toasts.isEmpty()); // the key is still on its way
+        f.keystrokes.finishPastes(result);
+        QCOMPARE(f.toasts, QStringList{notice});
+    }
+}
 
-    f.model.paste(f.entry(1));
-    QCOMPARE(f.pasteboard.writes.first().string, QByteArray("b"));
-    QCOMPARE(f.stored(), (QStringList{u"b"_s, u"a"_s})); // moved to the top, but the same entry
-    QCOMPARE(f.store.items().first().id, id);
-    QCOMPARE(f.selected(), u"a"_s); // the selection stays with its entry
-    QCOMPARE(f.closeRequests, 1);
-    QCOMPARE(f.keystrokes.pastes, 0); // only after the panel has closed
-    QTRY_COMPARE(f.keystrokes.pastes, 1);
-    QCOMPARE(f.toasts, QStringList{u"Pasted “b”"_s});
+void HistoryViewModelTest::leavesTheKeyToTheUserWithoutTrust()
+{
+    ViewModelFixture f;
+    f.keystrokes.trusted = false;
+    f.pasteService.pasteAfterClose(u"“x”"_s);
+    QCOMPARE(f.toasts, QStringList{u"Copied “x” — press ⌘V to paste"_s});
+    QCOMPARE(f.keystrokes.trustRequests, 1);
+    // The key of a later paste would come after that of this one.
+    f.keystrokes.trusted = true;
+    f.pasteService.pasteAfterClose(u"“y”"_s);
+    QTRY_VERIFY(f.keystrokes.pastes > 0);
+    QCOMPARE(f.keystrokes.pastes, 1);
+}
+
+void HistoryViewModelTest::pasteServiceEndsBeforeItsAnswer()
+{
+    FakeKeystrokeSender keystrokes;
+    keystrokes.finishesAtOnce = false;
+    QStringList toasts;
+    {
+        PasteService service(keystrokes, [&toasts](const QString& text) { toasts.append(text); });
+        service.pasteAfterClose(u"“x”"_s);
+        QTRY_COMPARE(keystrokes.pastes, 1);
+    }
+    keystrokes.finishPastes();
+    QVERIFY(toasts.isEmpty());
 }
 
 void HistoryViewModelTest::takesRemovalsBack()
