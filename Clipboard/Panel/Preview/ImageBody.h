@@ -4,6 +4,8 @@
 
 namespace Clipboard {
 
+class Thumbs;
+
 /// A picture, fitted into a ground of fixed height.
 class ImageBody final : public PreviewBody
 {

@@ -8,23 +8,11 @@ class QScrollBar;
 
 namespace Clipboard {
 
-class FileKinds;
-class Thumbs;
-class Workspace;
-
 /// The upper part of the preview: the entry itself, in the form of its type. One body serves all entries of a type.
 class PreviewBody : public QWidget
 {
     Q_OBJECT
 public:
-    /// Where bodies get from what is not in the entry.
-    struct Sources
-    {
-        const Workspace& workspace;
-        Thumbs& thumbs;
-        FileKinds& files;
-    };
-
     using QWidget::QWidget;
 
     /// Shows an entry of the body's type. Of what is to be seen first, `visibleHeight` of it is in sight.
@@ -36,8 +24,6 @@ public:
 
     /// What scrolls up and down within it; null when nothing does.
     [[nodiscard]] virtual QScrollBar* scrollBar() const { return nullptr; }
-
-    [[nodiscard]] static PreviewBody* make(ClipboardCore::ClipType type, const Sources& sources, QWidget* parent);
 
 signals:
     void contentHeightChanged();

@@ -1,4 +1,4 @@
-#include "PreviewBody.h"
+#include "PreviewBodies.h"
 
 #include "CodeBody.h"
 #include "ColorBody.h"
@@ -10,7 +10,7 @@ using ClipboardCore::ClipType;
 
 namespace Clipboard {
 
-PreviewBody* PreviewBody::make(ClipType type, const Sources& sources, QWidget* parent)
+PreviewBody* PreviewBodies::make(ClipType type, QWidget* parent) const
 {
     switch (type) {
     case ClipType::text:
@@ -21,9 +21,9 @@ PreviewBody* PreviewBody::make(ClipType type, const Sources& sources, QWidget* p
     case ClipType::color:
         return new ColorBody(parent);
     case ClipType::image:
-        return new ImageBody(sources.thumbs, parent);
+        return new ImageBody(thumbs, parent);
     case ClipType::file:
-        return new FileBody(sources.workspace, sources.files, parent);
+        return new FileBody(workspace, files, parent);
     }
     Q_UNREACHABLE();
 }

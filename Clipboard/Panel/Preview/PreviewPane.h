@@ -2,7 +2,7 @@
 
 #include "Focus/FocusKey.h"
 #include "History/ClipItem.h"
-#include "PreviewBody.h"
+#include "PreviewBodies.h"
 
 #include <QHash>
 #include <QMap>
@@ -27,7 +27,7 @@ class PreviewPane final : public QWidget
 {
     Q_OBJECT
 public:
-    PreviewPane(HistoryViewModel& viewModel, const PreviewBody::Sources& sources, QWidget* parent);
+    PreviewPane(HistoryViewModel& viewModel, const PreviewBodies& bodies, QWidget* parent);
 
     /// Takes over the selected entry and its QR code.
     void syncItem();
@@ -58,12 +58,12 @@ private:
     [[nodiscard]] int scrollToReveal(const QWidget* part) const;
 
     HistoryViewModel& m_viewModel;
-    PreviewBody::Sources m_sources;
+    PreviewBodies m_bodies;
     std::optional<QUuid> m_shown;
     std::optional<ClipboardCore::FocusKey> m_focus;
     QWidget* m_content;
     OverlayScrollArea* m_scroll;
-    QMap<ClipboardCore::ClipType, PreviewBody*> m_bodies;
+    QMap<ClipboardCore::ClipType, PreviewBody*> m_madeBodies;
     PreviewBody* m_body = nullptr;
     MetaCaption* m_caption;
     SmartActionsSection* m_actions;

@@ -7,6 +7,8 @@
 
 namespace Clipboard {
 
+class Workspace;
+
 /// A file or a folder by its icon and name, dimmed when it is gone.
 class FileBody final : public PreviewBody
 {

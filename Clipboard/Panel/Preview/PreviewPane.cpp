@@ -4,6 +4,7 @@
 #include "HistoryViewModel.h"
 #include "MetaCaption.h"
 #include "OverlayScrollArea.h"
+#include "PreviewBody.h"
 #include "PreviewButtonBar.h"
 #include "QRInline.h"
 #include "SmartActionsSection.h"
@@ -34,10 +35,10 @@ constexpr int visibleHeight = Theme::panelHeight - Theme::headerHeight - Theme::
 
 } // namespace
 
-PreviewPane::PreviewPane(HistoryViewModel& viewModel, const PreviewBody::Sources& sources, QWidget* parent)
+PreviewPane::PreviewPane(HistoryViewModel& viewModel, const PreviewBodies& bodies, QWidget* parent)
     : QWidget(parent)
     , m_viewModel(viewModel)
-    , m_sources(sources)
+    , m_bodies(bodies)
     , m_content(new QWidget)
     , m_scroll(new OverlayScrollArea(m_content, scrollInsets, this))
     , m_caption(new MetaCaption(m_content))
@@ -53,9 +54,9 @@ PreviewPane::PreviewPane(HistoryViewModel& viewModel, const PreviewBody::Sources
 
 PreviewBody* PreviewPane::bodyFor(ClipType type)
 {
-    PreviewBody*& body = m_bodies[type];
+    PreviewBody*& body = m_madeBodies[type];
     if (body == nullptr) {
-        body = PreviewBody::make(type, m_sources, m_content);
+        body = m_bodies.make(type, m_content);
         connect(body, &PreviewBody::contentHeightChanged, this, [this, made = body] {
             if (made == m_body)
                 layOutContent();
