@@ -4,7 +4,7 @@
 #include "../Figures.h"
 #include "Actions/ContentDetectors.h"
 #include "Actions/SmartActions.h"
-#include "Services/QRCode.h"
+#include "QRCode.h"
 
 #include <QCoreApplication>
 

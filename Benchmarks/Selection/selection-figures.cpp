@@ -2,8 +2,8 @@
 // silence costs. One line each: name, value, unit, goal, separated by tabs.
 
 #include "ForeignClient.h"
+#include "SelectionEngine.h"
 #include "VirtualSession.h"
-#include "X11/SelectionEngine.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -42,7 +42,7 @@ public:
     {
         X11::SelectionEngine::Options options;
         options.display = display;
-        options.onChange = [this](const X11::SelectionSnapshot& snapshot) {
+        options.onChange = [this](const SelectionSnapshot& snapshot) {
             if (snapshot.isInitial)
                 return;
             const std::scoped_lock lock(m_mutex);
@@ -80,7 +80,7 @@ public:
 private:
     std::mutex m_mutex;
     std::condition_variable m_changed;
-    X11::SelectionContent m_last;
+    SelectionContent m_last;
     int m_count = 0;
 
 public:
@@ -236,7 +236,7 @@ void largeText(VirtualSession& session, qsizetype size)
     engine.forget();
 
     const QByteArray text(size, 'x');
-    engine.engine->own(X11::formsOfText(text));
+    engine.engine->own(formsOfText(text));
     std::this_thread::sleep_for(100ms);
     before = resetPeak();
     clock.start();

@@ -4,7 +4,7 @@
 #include "ClearHistoryDialog.h"
 #include "ImageBlobs.h"
 #include "PanelPlacement.h"
-#include "Services/QRCode.h"
+#include "QRCode.h"
 
 #include <QCursor>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Services/XdgWorkspace.h"
+#include "XdgWorkspace.h"
 
 namespace Clipboard {
 

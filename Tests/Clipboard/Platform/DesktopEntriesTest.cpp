@@ -1,11 +1,11 @@
-#include "X11/DesktopEntries.h"
-#include "X11/WindowIcon.h"
+#include "DesktopEntries.h"
+#include "WindowIcon.h"
 
 #include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
 
-using namespace Clipboard::X11;
+using namespace Clipboard;
 using namespace Qt::StringLiterals;
 
 /// How a window becomes an application with a name and an icon.
@@ -150,7 +150,7 @@ void DesktopEntriesTest::windowIcons_data()
 void DesktopEntriesTest::windowIcons()
 {
     QFETCH(const std::vector<uint32_t>, property);
-    const QImage image = windowIcon(property, 32);
+    const QImage image = X11::windowIcon(property, 32);
     QTEST(image.isNull() ? QSize() : image.size(), "size");
     if (!image.isNull())
         QCOMPARE(image.pixelColor(image.width() - 1, image.height() - 1), QColor(0x33, 0x66, 0x99));

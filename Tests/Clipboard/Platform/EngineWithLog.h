@@ -1,6 +1,6 @@
 #pragma once
 
-#include "X11/SelectionEngine.h"
+#include "SelectionEngine.h"
 
 #include <QTest>
 
@@ -34,7 +34,7 @@ public:
         options.selections.reading.formTimeout = 4 * stepTimeout;
         options.selections.writeTimeout = stepTimeout;
         options.selections.saveHold = saveHold;
-        options.onChange = [this](const X11::SelectionSnapshot& snapshot) {
+        options.onChange = [this](const SelectionSnapshot& snapshot) {
             const std::scoped_lock lock(m_mutex);
             if (!snapshot.isInitial)
                 m_snapshots.push_back(snapshot);
@@ -43,13 +43,13 @@ public:
     }
 
     /// All changes so far; the content at the start is none.
-    [[nodiscard]] std::vector<X11::SelectionSnapshot> snapshots()
+    [[nodiscard]] std::vector<SelectionSnapshot> snapshots()
     {
         const std::scoped_lock lock(m_mutex);
         return m_snapshots;
     }
     /// Waits until there are `count` snapshots; the last of them, empty when they do not come.
-    [[nodiscard]] X11::SelectionContent waitForSnapshot(size_t count = 1)
+    [[nodiscard]] SelectionContent waitForSnapshot(size_t count = 1)
     {
         if (!QTest::qWaitFor([&] { return snapshots().size() >= count; }, 20000))
             return {};
@@ -58,7 +58,7 @@ public:
 
 private:
     std::mutex m_mutex;
-    std::vector<X11::SelectionSnapshot> m_snapshots;
+    std::vector<SelectionSnapshot> m_snapshots;
 
 public:
     std::unique_ptr<X11::SelectionEngine> engine; // last: it calls back until it is gone

@@ -1,4 +1,4 @@
-#include "Services/QRCode.h"
+#include "QRCode.h"
 
 #include <QProcess>
 #include <QTemporaryDir>

@@ -149,7 +149,7 @@ void SelectionKeepingTest::contentIsLeftWithAnotherManager()
     other.offer({{"SAVE_TARGETS", {.manner = Manner::Late}}});
     other.take();
     EngineWithLog log(m_session->display());
-    log.engine->own(X11::formsOfText("ours"));
+    log.engine->own(formsOfText("ours"));
     auto left = log.engine->handOver();
     QVERIFY(VirtualSession::waitUntil([&] { return other.asked().contains("SAVE_TARGETS"); }));
     QVERIFY(other.ownsSelection());

@@ -41,7 +41,7 @@ private slots:
 
 private:
     [[nodiscard]] QByteArray display() const { return m_session->display().toLatin1(); }
-    void own(const X11::SelectionForms& forms);
+    void own(const SelectionForms& forms);
 
     std::unique_ptr<VirtualSession> m_session;
     std::unique_ptr<EngineWithLog> m_log;
@@ -68,7 +68,7 @@ void SelectionOwningTest::cleanup()
 }
 
 /// Puts the content on the clipboard and waits until it is there.
-void SelectionOwningTest::own(const X11::SelectionForms& forms)
+void SelectionOwningTest::own(const SelectionForms& forms)
 {
     m_log->engine->own(forms);
     std::promise<void> done;
@@ -79,28 +79,28 @@ void SelectionOwningTest::own(const X11::SelectionForms& forms)
 void SelectionOwningTest::formsOnOffer_data()
 {
     using Forms = QList<QPair<QByteArray, QByteArray>>;
-    QTest::addColumn<X11::SelectionForms>("forms");
+    QTest::addColumn<SelectionForms>("forms");
     QTest::addColumn<Forms>("received");
 
     const QByteArray text = "caf\xC3\xA9 \xE2\x82\xAC";
-    QTest::newRow("text") << X11::formsOfText(text)
+    QTest::newRow("text") << formsOfText(text)
                           << Forms{{"UTF8_STRING", text},
                                    {"text/plain;charset=utf-8", text},
                                    {"text/plain", text},
                                    {"STRING", "caf\xE9 ?"},
                                    {"TEXT", text}};
-    QTest::newRow("empty text") << X11::formsOfText("") << Forms{{"UTF8_STRING", ""}, {"STRING", ""}};
-    QTest::newRow("file") << X11::formsOfFile(QUrl::fromLocalFile(u"/tmp/a b"_s))
+    QTest::newRow("empty text") << formsOfText("") << Forms{{"UTF8_STRING", ""}, {"STRING", ""}};
+    QTest::newRow("file") << formsOfFile(QUrl::fromLocalFile(u"/tmp/a b"_s))
                           << Forms{{"text/uri-list", "file:///tmp/a%20b\r\n"},
                                    {"x-special/gnome-copied-files", "copy\nfile:///tmp/a%20b"},
                                    {"UTF8_STRING", "/tmp/a b"}};
-    QTest::newRow("picture") << X11::formsOfPNG("\x89PNG") << Forms{{"image/png", "\x89PNG"}};
+    QTest::newRow("picture") << formsOfPNG("\x89PNG") << Forms{{"image/png", "\x89PNG"}};
 }
 
 void SelectionOwningTest::formsOnOffer()
 {
     using Forms = QList<QPair<QByteArray, QByteArray>>;
-    QFETCH(const X11::SelectionForms, forms);
+    QFETCH(const SelectionForms, forms);
     QFETCH(const Forms, received);
     own(forms);
     ForeignClient reader(display());
@@ -120,7 +120,7 @@ void SelectionOwningTest::formsOnOffer()
 
 void SelectionOwningTest::multipleConversions()
 {
-    own(X11::formsOfText("text"));
+    own(formsOfText("text"));
     ForeignClient reader(display());
     const auto received = reader.convertMultiple({"UTF8_STRING", "image/png", "STRING", "MULTIPLE"});
     const std::vector<std::optional<QByteArray>> expected{"text", {}, "text", {}};
@@ -131,10 +131,10 @@ void SelectionOwningTest::formsAreConvertedOnceAndWithinABudget()
 {
     std::atomic<int> conversions = 0;
     const auto form = [&conversions](const QByteArray& target) {
-        return X11::SelectionForm{target, target, 8, [&conversions] {
-                                      ++conversions;
-                                      return QByteArray(X11::maxSelectionBytes, Qt::Uninitialized);
-                                  }};
+        return SelectionForm{target, target, 8, [&conversions] {
+                                 ++conversions;
+                                 return QByteArray(maxSelectionBytes, Qt::Uninitialized);
+                             }};
     };
     own({form("a"), form("b"), form("c")});
     ForeignClient reader(display());
@@ -146,7 +146,7 @@ void SelectionOwningTest::formsAreConvertedOnceAndWithinABudget()
 
 void SelectionOwningTest::requestsFromBeforeTheWriteAreRefused()
 {
-    own(X11::formsOfText("text"));
+    own(formsOfText("text"));
     ForeignClient reader(display());
     xcb_timestamp_t owned = 0;
     memcpy(&owned, reader.convert("TIMESTAMP")->bytes.constData(), sizeof owned);
@@ -168,7 +168,7 @@ void SelectionOwningTest::largeReplies()
 {
     QFETCH(const qsizetype, size);
     const QByteArray text = numbers(size);
-    own(X11::formsOfText(text));
+    own(formsOfText(text));
     ForeignClient reader(display());
     const auto received = reader.convert("UTF8_STRING");
     QVERIFY(received);
@@ -180,7 +180,7 @@ void SelectionOwningTest::largeReplies()
 void SelectionOwningTest::readerFinishesAfterTheLoss()
 {
     const QByteArray text = numbers(3'000'000);
-    own(X11::formsOfText(text));
+    own(formsOfText(text));
     ForeignClient reader(display());
     reader.begin("UTF8_STRING");
     QVERIFY(reader.isAccepted());
@@ -200,7 +200,7 @@ void SelectionOwningTest::lostReadersDoNoHarm()
 {
     m_log.reset();
     m_log = std::make_unique<EngineWithLog>(m_session->display(), 200ms);
-    own(X11::formsOfText(numbers(3'000'000)));
+    own(formsOfText(numbers(3'000'000)));
     ForeignClient stalled(display());
     stalled.begin("UTF8_STRING");
     QVERIFY(stalled.isAccepted());
@@ -228,18 +228,18 @@ void SelectionOwningTest::pictureFileOutlivesItsName()
     QVERIFY(picture.open(QIODevice::WriteOnly) && picture.write(bytes) == bytes.size());
     picture.close();
 
-    const auto handle = X11::FileHandle::open(picture.fileName());
+    const auto handle = FileHandle::open(picture.fileName());
     QVERIFY(handle);
-    own(X11::formsOfPNGFile(handle));
+    own(formsOfPNGFile(handle));
     QVERIFY(picture.remove());
     QVERIFY(ForeignClient(display()).convert("image/png")->bytes == bytes);
-    QVERIFY(!X11::FileHandle::open(picture.fileName()));
-    QVERIFY2(!X11::FileHandle::open(folder.path()), "A folder is no picture.");
+    QVERIFY(!FileHandle::open(picture.fileName()));
+    QVERIFY2(!FileHandle::open(folder.path()), "A folder is no picture.");
 }
 
 void SelectionOwningTest::primaryFollows()
 {
-    m_log->engine->own(X11::formsOfText("marked too"));
+    m_log->engine->own(formsOfText("marked too"));
     std::promise<void> done;
     m_log->engine->afterWrites(true, [&](bool) { done.set_value(); });
     done.get_future().wait();
@@ -265,7 +265,7 @@ void SelectionOwningTest::lostConnectionIsMadeAnew()
             xcb_destroy_window(m_session->connection(), window);
         Xcb::synchronize(m_session->connection());
     };
-    own(X11::formsOfText("ours"));
+    own(formsOfText("ours"));
     cut();
     QVERIFY(VirtualSession::waitUntil([&] { return m_session->selectionOwner("CLIPBOARD_MANAGER") != 0; }));
     QCOMPARE(ForeignClient(display()).convert("UTF8_STRING")->bytes, QByteArray("ours"));

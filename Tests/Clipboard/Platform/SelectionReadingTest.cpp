@@ -21,7 +21,7 @@ namespace {
 const QByteArray png = "\x89PNG picture";
 
 /// What was read, in one line: the kind and the bytes.
-QByteArray summary(const X11::SelectionContent& content)
+QByteArray summary(const SelectionContent& content)
 {
     if (!content.fileURLs.isEmpty())
         return "files " + content.fileURLs.first().toLocalFile().toUtf8();

@@ -1,4 +1,4 @@
-#include "X11/SelectionText.h"
+#include "SelectionText.h"
 
 #include <QTest>
 

@@ -1,4 +1,4 @@
-#include "X11/UriList.h"
+#include "UriList.h"
 
 #include <QTest>
 

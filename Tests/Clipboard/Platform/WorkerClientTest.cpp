@@ -1,5 +1,5 @@
-#include "Services/WorkerLinkMetadataProvider.h"
-#include "Services/WorkerTextRecognizer.h"
+#include "WorkerLinkMetadataProvider.h"
+#include "WorkerTextRecognizer.h"
 
 #include <QDir>
 #include <QFile>

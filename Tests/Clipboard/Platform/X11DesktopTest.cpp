@@ -1,8 +1,8 @@
 #include "ForeignClient.h"
 #include "PlatformLoader.h"
 #include "VirtualSession.h"
-#include "X11/X11HotKeyGrabber.h"
-#include "X11/X11Session.h"
+#include "X11HotKeyGrabber.h"
+#include "X11Session.h"
 
 #include <QFile>
 #include <QGuiApplication>

@@ -1,4 +1,4 @@
-#include "X11/X11Pasteboard.h"
+#include "X11Pasteboard.h"
 #include "ForeignClient.h"
 #include "VirtualSession.h"
 

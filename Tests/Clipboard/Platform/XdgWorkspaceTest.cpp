@@ -1,4 +1,4 @@
-#include "Null/NullWorkspace.h"
+#include "NullWorkspace.h"
 #include "VirtualSession.h"
 
 #include <QCoreApplication>

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "FrontWindow.h"
+#include "WindowSystem.h"
+#include "X11Session.h"
+
+#include <memory>
+
+namespace Clipboard {
+
+/// The window manager by way of EWMH, with the plain X focus where there is none.
+class X11WindowSystem final : public WindowSystem
+{
+public:
+    X11WindowSystem(std::shared_ptr<X11::X11Session> session, std::shared_ptr<X11::FrontWindow> frontWindow);
+
+    void prepareUtilityWindow(QWindow* window) override;
+    void rememberFrontWindow() override;
+    void activate(QWindow* window) override;
+    void restoreFrontWindow() override;
+    [[nodiscard]] QScreen* workScreen() const override;
+    [[nodiscard]] bool isCompositing() const override { return m_isCompositing; }
+
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+private:
+    void writeStates(const QWindow& window);
+    void handle(const xcb_generic_event_t* event);
+    [[nodiscard]] bool hasCompositor() const;
+
+    std::shared_ptr<X11::X11Session> m_session;
+    std::shared_ptr<X11::FrontWindow> m_frontWindow;
+    xcb_atom_t m_compositorSelection;
+    int m_selectionEvent = -1;
+    bool m_isCompositing = false;
+};
+
+} // namespace Clipboard
