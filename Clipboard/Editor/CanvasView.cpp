@@ -1,12 +1,12 @@
 #include "CanvasView.h"
 
 #include "Accessibility.h"
+#include "CanvasCursor.h"
+#include "CanvasGround.h"
 #include "CanvasOverlay.h"
 #include "FrameReport.h"
 #include "LabelEditor.h"
 #include "QtGraphics.h"
-#include "Shadow.h"
-#include "Theme.h"
 
 #include "Annotation/AnnotationRenderer.h"
 #include "Annotation/EditorLifecycle.h"
@@ -24,7 +24,6 @@
 
 using ClipboardCore::AnnotationSession;
 using ClipboardCore::AnnotationTool;
-using ClipboardCore::CanvasGesture;
 
 using namespace Qt::StringLiterals;
 
@@ -32,56 +31,12 @@ namespace Clipboard {
 
 namespace {
 
-constexpr QColor ground = Theme::rgb(0x232427);
-constexpr QColor pictureOutline = Theme::rgb(0x000000, 153);
-constexpr Shadow pictureShadow{8, 32, 0.40, 0};
-
 constexpr double zoomStep = 1.25;
 constexpr double wheelNotch = 120; // the toolkit's unit for one click of the wheel
-// From here on single pixels are looked at, not blurred into each other.
-constexpr double crispFrom = 2;
 // Antialiasing touches the pixels beside what it draws.
 constexpr double blur = 1;
 // More parts cost more than what lies between them.
 constexpr int mostParts = 64;
-
-Qt::CursorShape shapeOf(const CanvasGesture::Cursor& cursor)
-{
-    using Shape = CanvasGesture::Cursor::Shape;
-    switch (cursor.shape) {
-    case Shape::frameResize: {
-        const bool isFalling =
-            cursor.corner == CanvasGesture::Corner::topLeft || cursor.corner == CanvasGesture::Corner::bottomRight;
-        return isFalling ? Qt::SizeFDiagCursor : Qt::SizeBDiagCursor;
-    }
-    case Shape::arrow:
-        return Qt::ArrowCursor;
-    case Shape::openHand:
-        return Qt::OpenHandCursor;
-    case Shape::closedHand:
-        return Qt::ClosedHandCursor;
-    case Shape::resizeLeftRight:
-        return Qt::SizeHorCursor;
-    case Shape::resizeUpDown:
-        return Qt::SizeVerCursor;
-    }
-    Q_UNREACHABLE();
-}
-
-Qt::CursorShape shapeOf(CanvasGesture::Aim aim, AnnotationTool tool)
-{
-    switch (aim) {
-    case CanvasGesture::Aim::nothing:
-        return Qt::ArrowCursor;
-    case CanvasGesture::Aim::place:
-        return tool == AnnotationTool::text ? Qt::IBeamCursor : Qt::CrossCursor;
-    case CanvasGesture::Aim::move:
-        return Qt::SizeAllCursor;
-    case CanvasGesture::Aim::reshape:
-        return Qt::CrossCursor;
-    }
-    Q_UNREACHABLE();
-}
 
 } // namespace
 
@@ -196,9 +151,9 @@ void CanvasView::syncCursor()
     const QPointF at = m_viewport.toPicture(mapFromGlobal(QPointF(QCursor::pos())));
     const auto wanted = m_lifecycle.cursor(at, m_viewport.scale());
     if (wanted)
-        setCursor(shapeOf(*wanted));
+        setCursor(cursorShape(*wanted));
     else if (!m_lifecycle.isDragging() && m_drawn)
-        setCursor(shapeOf(m_lifecycle.aim(at, m_viewport.scale()), m_drawn->tool()));
+        setCursor(cursorShape(m_lifecycle.aim(at, m_viewport.scale()), m_drawn->tool()));
 }
 
 // ── Painting
@@ -208,11 +163,11 @@ void CanvasView::paintEvent(QPaintEvent* event)
     reportFrame(this, "canvas-painted");
     QPainter painter(this);
     if (!m_drawn)
-        return painter.fillRect(event->rect(), ground);
+        return CanvasGround::paint(painter, event->rect());
     const QRegion region = event->region().rectCount() > mostParts ? QRegion(event->rect()) : event->region();
     for (const QRect& part : region) {
         painter.setClipRect(part);
-        paintPicture(painter, part);
+        CanvasGround::paintPicture(painter, m_pictures.scaled(m_viewport.devicePixels()), m_viewport, part);
     }
     // A mark is drawn once, however many parts it crosses.
     painter.setClipRegion(region);
@@ -220,36 +175,6 @@ void CanvasView::paintEvent(QPaintEvent* event)
     paintMarks(painter, bounds);
     CanvasOverlay::paintCrop(painter, *m_drawn, m_viewport, rect(), bounds);
     CanvasOverlay::paintSelection(painter, *m_drawn, m_viewport);
-}
-
-void CanvasView::paintPicture(QPainter& painter, const QRect& part)
-{
-    const QRectF picture = m_viewport.pictureRect();
-    const bool isInside = picture.contains(part);
-    const QImage& image = m_pictures.scaled(m_viewport.devicePixels());
-    if (!isInside || image.hasAlphaChannel())
-        painter.fillRect(part, ground);
-    if (!isInside) {
-        pictureShadow.paint(painter, picture);
-        painter.setPen(QPen(pictureOutline, 1));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRect(picture.adjusted(-0.5, -0.5, 0.5, 0.5));
-    }
-    // Only the pixels of the image that are seen in this part: the painter scales no more than it must.
-    const QSizeF pixel(picture.width() / image.width(), picture.height() / image.height());
-    const QRectF seen = picture & part;
-    if (seen.isEmpty())
-        return;
-    const QRect source = QRectF((seen.x() - picture.x()) / pixel.width(), (seen.y() - picture.y()) / pixel.height(),
-                                seen.width() / pixel.width(), seen.height() / pixel.height())
-                             .toAlignedRect()
-                             .adjusted(-1, -1, 1, 1)
-                             .intersected(image.rect());
-    const QRectF target(picture.x() + source.x() * pixel.width(), picture.y() + source.y() * pixel.height(),
-                        source.width() * pixel.width(), source.height() * pixel.height());
-    const double devicePixels = pixel.width() * devicePixelRatioF();
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, devicePixels > 1 && devicePixels < crispFrom);
-    painter.drawImage(target, image, source);
 }
 
 void CanvasView::paintMarks(QPainter& painter, const QRect& part)

@@ -78,7 +78,6 @@ private:
     void syncLabelEditor();
     void syncCursor();
     void repaint(const QRectF& canvas);
-    void paintPicture(QPainter& painter, const QRect& part);
     void paintMarks(QPainter& painter, const QRect& part);
 
     ClipboardCore::EditorLifecycle& m_lifecycle;
