@@ -15,22 +15,11 @@ namespace {
 constexpr uint32_t maxWords = 100'000'000;
 constexpr std::chrono::seconds patience(20); // long, because sanitizers and loaded machines are slow
 
-QByteArray bytesOf(const std::vector<xcb_atom_t>& atoms)
-{
-    return {reinterpret_cast<const char*>(atoms.data()), static_cast<qsizetype>(atoms.size() * sizeof(xcb_atom_t))};
-}
-
-std::vector<xcb_atom_t> atomsIn(const QByteArray& bytes)
-{
-    std::vector<xcb_atom_t> atoms(static_cast<size_t>(bytes.size()) / sizeof(xcb_atom_t));
-    std::copy_n(bytes.constData(), atoms.size() * sizeof(xcb_atom_t), reinterpret_cast<char*>(atoms.data()));
-    return atoms;
-}
-
 } // namespace
 
 ForeignClient::ForeignClient(const QByteArray& display, const QByteArray& selection)
     : m_connection(xcb_connect(display.constData(), nullptr))
+    , m_atoms(m_connection)
     , m_window(Xcb::createHiddenWindow(m_connection, XCB_EVENT_MASK_PROPERTY_CHANGE))
     , m_selection(Xcb::atom(m_connection, selection))
     , m_property(Xcb::atom(m_connection, "RECEIVED"))
@@ -101,15 +90,15 @@ void ForeignClient::hangUp()
 
 std::optional<QByteArrayList> ForeignClient::save()
 {
-    ask(atom("CLIPBOARD_MANAGER"), atom("SAVE_TARGETS"), XCB_CURRENT_TIME);
+    ask(m_atoms.atom("CLIPBOARD_MANAGER"), m_atoms.atom("SAVE_TARGETS"), XCB_CURRENT_TIME);
     if (waitFor(Arrival::Kind::answer) != m_property)
         return {};
-    return targetNames(receive(m_property));
+    return m_atoms.namesIn(receive(m_property));
 }
 
 void ForeignClient::answerLate()
 {
-    const QByteArray target = atomName(m_late.target);
+    const QByteArray target = m_atoms.name(m_late.target);
     put(m_late.requestor, m_late.property, m_late.target, 8, m_answers.value(target).bytes);
     notify(m_late, m_late.property);
     Xcb::synchronize(m_connection);
@@ -175,7 +164,7 @@ void ForeignClient::handle(const xcb_generic_event_t& event)
 
 void ForeignClient::answer(const xcb_selection_request_event_t& request)
 {
-    const QByteArray target = atomName(request.target);
+    const QByteArray target = m_atoms.name(request.target);
     QHash<QByteArray, Answer> answers;
     {
         const std::scoped_lock lock(m_mutex);
@@ -187,8 +176,8 @@ void ForeignClient::answer(const xcb_selection_request_event_t& request)
     if (target == "TARGETS" && !answers.contains(target)) {
         std::vector<xcb_atom_t> atoms;
         for (auto name = answers.keyBegin(); name != answers.keyEnd(); ++name)
-            atoms.push_back(atom(*name));
-        put(request.requestor, request.property, XCB_ATOM_ATOM, 32, bytesOf(atoms));
+            atoms.push_back(m_atoms.atom(*name));
+        put(request.requestor, request.property, XCB_ATOM_ATOM, 32, AtomNames::bytesOf(atoms));
         return notify(request, request.property);
     }
     Answer answer = answers.value(target, {.manner = Manner::Refuse});
@@ -199,7 +188,7 @@ void ForeignClient::answer(const xcb_selection_request_event_t& request)
     if (answer.type.isEmpty())
         answer.type = target;
     if (answer.manner == Manner::AtOnce)
-        put(request.requestor, request.property, atom(answer.type), answer.format, answer.bytes);
+        put(request.requestor, request.property, m_atoms.atom(answer.type), answer.format, answer.bytes);
     else
         announce(request, answer);
     notify(request, request.property);
@@ -210,7 +199,8 @@ void ForeignClient::announce(const xcb_selection_request_event_t& request, const
     const uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_change_window_attributes(m_connection, request.requestor, XCB_CW_EVENT_MASK, &mask);
     const auto size = answer.announcedBytes != 0 ? answer.announcedBytes : static_cast<uint32_t>(answer.bytes.size());
-    put(request.requestor, request.property, atom("INCR"), 32, {reinterpret_cast<const char*>(&size), sizeof size});
+    put(request.requestor, request.property, m_atoms.atom("INCR"), 32,
+        {reinterpret_cast<const char*>(&size), sizeof size});
     m_sending.append({request.requestor, request.property, answer});
 }
 
@@ -233,7 +223,7 @@ void ForeignClient::sendPiece(Sending& sending)
     if (answer.manner == Manner::EndlessPieces)
         sending.sent = 0;
     const QByteArray piece = answer.bytes.mid(sending.sent, answer.pieceBytes);
-    put(sending.requestor, sending.property, atom(answer.type), answer.format, piece);
+    put(sending.requestor, sending.property, m_atoms.atom(answer.type), answer.format, piece);
     sending.sent += piece.size();
     sending.isFinished = piece.isEmpty();
     ++sending.pieces;
@@ -257,31 +247,11 @@ void ForeignClient::notify(const xcb_selection_request_event_t& request, xcb_ato
     message.event.selection = request.selection;
     message.event.target = request.target;
     message.event.property = property;
-    const QByteArray target = atomName(request.target);
+    const QByteArray target = m_atoms.name(request.target);
     xcb_send_event(m_connection, 0, request.requestor, XCB_EVENT_MASK_NO_EVENT, message.wire);
     const std::scoped_lock lock(m_mutex);
     if (property != XCB_ATOM_NONE)
         m_answered.append(target);
-}
-
-xcb_atom_t ForeignClient::atom(const QByteArray& name) const
-{
-    const std::scoped_lock lock(m_mutex);
-    xcb_atom_t& known = m_atoms[name];
-    if (known == XCB_ATOM_NONE)
-        known = Xcb::atom(m_connection, name);
-    return known;
-}
-
-QByteArray ForeignClient::atomName(xcb_atom_t atom) const
-{
-    const std::scoped_lock lock(m_mutex);
-    QByteArray name = m_atoms.key(atom);
-    if (name.isEmpty()) {
-        name = Xcb::atomName(m_connection, atom);
-        m_atoms.insert(name, atom);
-    }
-    return name;
 }
 
 // ── What it pastes
@@ -306,7 +276,7 @@ void ForeignClient::begin(const QByteArray& target, xcb_timestamp_t time)
 {
     m_received = {};
     xcb_delete_property(m_connection, m_window, m_property);
-    ask(m_selection, atom(target), time);
+    ask(m_selection, m_atoms.atom(target), time);
 }
 
 void ForeignClient::ask(xcb_atom_t selection, xcb_atom_t target, xcb_timestamp_t time)
@@ -347,29 +317,21 @@ QByteArrayList ForeignClient::targets()
     const auto list = convert("TARGETS");
     if (!list || list->type != "ATOM" || list->format != 32)
         return {};
-    return targetNames(list->bytes);
-}
-
-QByteArrayList ForeignClient::targetNames(const QByteArray& atoms) const
-{
-    QByteArrayList names;
-    for (const xcb_atom_t target : atomsIn(atoms))
-        names.append(atomName(target));
-    return names;
+    return m_atoms.namesIn(list->bytes);
 }
 
 std::vector<std::optional<QByteArray>> ForeignClient::convertMultiple(const QByteArrayList& targets)
 {
     std::vector<xcb_atom_t> pairs;
     for (const QByteArray& target : targets) {
-        pairs.push_back(atom(target));
-        pairs.push_back(atom("RECEIVED_" + QByteArray::number(pairs.size())));
+        pairs.push_back(m_atoms.atom(target));
+        pairs.push_back(m_atoms.atom("RECEIVED_" + QByteArray::number(pairs.size())));
     }
-    put(m_window, m_property, atom("ATOM_PAIR"), 32, bytesOf(pairs));
-    ask(m_selection, atom("MULTIPLE"), XCB_CURRENT_TIME);
+    put(m_window, m_property, m_atoms.atom("ATOM_PAIR"), 32, AtomNames::bytesOf(pairs));
+    ask(m_selection, m_atoms.atom("MULTIPLE"), XCB_CURRENT_TIME);
     if (waitFor(Arrival::Kind::answer) != m_property)
         return {};
-    const std::vector<xcb_atom_t> answered = atomsIn(receive(m_property));
+    const std::vector<xcb_atom_t> answered = AtomNames::atomsIn(receive(m_property));
     std::vector<std::optional<QByteArray>> received(answered.size() / 2);
     for (size_t i = 0; i < received.size(); ++i) {
         if (answered[2 * i] != XCB_ATOM_NONE)
@@ -397,7 +359,7 @@ QByteArray ForeignClient::receive(xcb_atom_t property)
 {
     const auto cookie = xcb_get_property(m_connection, 1, m_window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, maxWords);
     const Xcb::Pointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(m_connection, cookie, nullptr));
-    m_received.type = reply && reply->type != XCB_ATOM_NONE ? atomName(reply->type) : QByteArray();
+    m_received.type = reply && reply->type != XCB_ATOM_NONE ? m_atoms.name(reply->type) : QByteArray();
     m_received.format = reply ? reply->format : 0;
     if (!reply)
         return {};

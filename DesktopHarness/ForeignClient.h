@@ -1,5 +1,7 @@
 #pragma once
 
+#include "AtomNames.h"
+
 #include <QByteArray>
 #include <QByteArrayList>
 #include <QHash>
@@ -113,11 +115,8 @@ private:
         xcb_atom_t property;
     };
 
-    [[nodiscard]] xcb_atom_t atom(const QByteArray& name) const;
-    [[nodiscard]] QByteArray atomName(xcb_atom_t atom) const;
     void run();
     void handle(const xcb_generic_event_t& event);
-    [[nodiscard]] QByteArrayList targetNames(const QByteArray& atoms) const;
     void answer(const xcb_selection_request_event_t& request);
     void announce(const xcb_selection_request_event_t& request, const Answer& answer);
     void sendPieces(const xcb_property_notify_event_t& taken);
@@ -132,6 +131,7 @@ private:
     QByteArray receive(xcb_atom_t property);
 
     xcb_connection_t* m_connection;
+    AtomNames m_atoms;
     xcb_window_t m_window;
     xcb_atom_t m_selection;
     xcb_atom_t m_property;
@@ -139,7 +139,6 @@ private:
     QList<Sending> m_sending; // the thread's own
 
     mutable std::mutex m_mutex; // guards what follows
-    mutable QHash<QByteArray, xcb_atom_t> m_atoms;
     QHash<QByteArray, Answer> m_answers;
     QByteArrayList m_asked;
     QByteArrayList m_answered;
