@@ -1,11 +1,13 @@
 #include "QtGraphics.h"
 #include "Annotation/AnnotationSession.h"
+#include "Pictures.h"
 
 #include <QColorSpace>
 #include <QTest>
 
 using namespace Clipboard;
 using namespace ClipboardCore;
+using namespace Clipboard::Testing;
 using namespace Qt::StringLiterals;
 
 class QtGraphicsTest final : public QObject
@@ -19,8 +21,6 @@ private slots:
     void blocksAreMeansOfPremultipliedPixels();
     void resultIsTheCropAndNothingElse();
     void colorsFollowTheColorSpaceOfThePicture();
-    void gammaOfPNGStandsForSRgb();
-    void textIsMeasuredAsItIsDrawn_data();
     void textIsMeasuredAsItIsDrawn();
     void caretsStandBetweenCharacters();
 };
@@ -41,32 +41,11 @@ AnnotationSession session(const QImage& image, AnnotationTool tool)
     return made;
 }
 
-QImage plain(QSize size, Qt::GlobalColor color = Qt::white)
-{
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(color);
-    return image;
-}
-
 QImage flattened(const AnnotationSession& session)
 {
     return QtPicture::imageOf(*session.flatten());
 }
 
-QRect extentOf(const QImage& image, QRgb ground)
-{
-    QRect extent;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            if (image.pixel(x, y) != ground)
-                extent |= QRect(x, y, 1, 1);
-        }
-    }
-    return extent;
-}
-
-constexpr QRgb white = 0xffffffff;
-constexpr QRgb red = 0xffff3b30;
 constexpr QRgb highlighted = 0xffffb0ac; // two fifths of red on white, to the painter's precision
 
 using Points = QList<QPoint>;
@@ -108,7 +87,7 @@ void QtGraphicsTest::marksCoverWhatTheyShould()
     QFETCH(const QRgb, color);
     QFETCH(const Points, inside);
     QFETCH(const Points, outside);
-    AnnotationSession document = session(plain({200, 100}), tool);
+    AnnotationSession document = session(plain(Qt::white, {200, 100}), tool);
     if (to.isNull())
         document.place(from);
     else
@@ -122,7 +101,7 @@ void QtGraphicsTest::marksCoverWhatTheyShould()
 
 void QtGraphicsTest::counterShowsItsDigitsInTheMiddle()
 {
-    AnnotationSession document = session(plain({200, 100}), AnnotationTool::counter);
+    AnnotationSession document = session(plain(Qt::white, {200, 100}), AnnotationTool::counter);
     for (int i = 0; i < 111; ++i)
         document.place(QPointF(50, 50)); // the last one, 111, lies on top
     document.place(QPointF(150, 50));    // 112
@@ -137,7 +116,7 @@ void QtGraphicsTest::blocksStandOnOneGrid()
 {
     // Blocks of 38 in colours of their own: each column of pixels must show the block that covers it.
     constexpr int side = 38;
-    QImage stripes = plain({3840, 40});
+    QImage stripes = plain(Qt::white, {3840, 40});
     for (int y = 0; y < stripes.height(); ++y) {
         for (int x = 0; x < stripes.width(); ++x)
             stripes.setPixel(x, y, qRgb(x / side, y / side, 7));
@@ -170,7 +149,7 @@ void QtGraphicsTest::blocksAreMeansOfPremultipliedPixels()
 
 void QtGraphicsTest::resultIsTheCropAndNothingElse()
 {
-    QImage image = plain({60, 40}, Qt::blue);
+    QImage image = plain(Qt::blue, {60, 40});
     image.setText(u"Comment"_s, u"taken at home"_s);
     image.setDotsPerMeterX(11811);
     image.setPixelColor(10, 5, Qt::green);
@@ -185,7 +164,11 @@ void QtGraphicsTest::resultIsTheCropAndNothingElse()
 
 void QtGraphicsTest::colorsFollowTheColorSpaceOfThePicture()
 {
-    QImage image = plain({60, 40});
+    QImage image = plain(Qt::white, {60, 40});
+    image.setColorSpace({QColorSpace::Primaries::SRgb, 1 / 0.45455F}); // as PNG says it
+    AnnotationSession usual = session(image, AnnotationTool::counter);
+    usual.place(QPointF(30, 20));
+    QCOMPARE(QColor(flattened(usual).pixel(18, 20)), QColor(red));
     image.setColorSpace(QColorSpace::DisplayP3);
     AnnotationSession document = session(image, AnnotationTool::highlighter);
     document.place(QPointF(0, 0), QPointF(60, 40));
@@ -200,42 +183,23 @@ void QtGraphicsTest::colorsFollowTheColorSpaceOfThePicture()
     QVERIFY(std::abs(back.red() - 255) <= 2 && std::abs(back.green() - 59) <= 2 && std::abs(back.blue() - 48) <= 2);
 }
 
-void QtGraphicsTest::gammaOfPNGStandsForSRgb()
-{
-    QImage image = plain({60, 40});
-    image.setColorSpace({QColorSpace::Primaries::SRgb, 1 / 0.45455F});
-    AnnotationSession document = session(image, AnnotationTool::counter);
-    document.place(QPointF(30, 20));
-    QCOMPARE(QColor(flattened(document).pixel(18, 20)), QColor(red));
-}
-
-void QtGraphicsTest::textIsMeasuredAsItIsDrawn_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<double>("size");
-    QTest::newRow("small") << u"Leave at side door"_s << 14.0;
-    QTest::newRow("fraction") << u"gjy|Å"_s << 15.4;
-    QTest::newRow("large") << u"Wide"_s << 92.0;
-    QTest::newRow("from right to left") << u"שלום עולם"_s << 40.0;
-}
-
 void QtGraphicsTest::textIsMeasuredAsItIsDrawn()
 {
-    QFETCH(const QString, text);
-    QFETCH(const double, size);
-    const TextFont font{size};
     const QPointF baseline(50, 150);
-    QImage image = plain({600, 200});
-    {
-        QPainter painter(&image);
-        PainterContext(painter, textLayout(), {}).drawText({text, font, AnnotationPalette::black}, baseline);
+    for (const auto& [text, size] : {std::pair(u"Leave at side door"_s, 14.0), std::pair(u"gjy|Å"_s, 15.4),
+                                     std::pair(u"Wide"_s, 92.0), std::pair(u"שלום עולם"_s, 40.0)}) {
+        const TextFont font{size};
+        QImage image = plain(Qt::white, {600, 200});
+        {
+            QPainter painter(&image);
+            PainterContext(painter, textLayout(), {}).drawText({text, font, AnnotationPalette::black}, baseline);
+        }
+        const QRectF drawn = extentOf(image);
+        const QRectF measured = textLayout()->glyphBounds(text, font).translated(baseline);
+        QVERIFY2(QRectF(measured.toAlignedRect()).contains(drawn), qPrintable(text));
+        QVERIFY2(drawn.adjusted(-1, -1, 1, 1).contains(measured), qPrintable(text));
+        QVERIFY(measured.right() <= baseline.x() + textLayout()->width(text, font) + size / 4);
     }
-    const QRectF drawn = extentOf(image, white);
-    const QRectF measured = textLayout()->glyphBounds(text, font).translated(baseline);
-    QVERIFY(QRectF(measured.toAlignedRect()).contains(drawn));
-    QVERIFY(drawn.adjusted(-1, -1, 1, 1).contains(measured));
-    QVERIFY(measured.left() >= baseline.x() - size / 4);
-    QVERIFY(measured.right() <= baseline.x() + textLayout()->width(text, font) + size / 4);
 }
 
 void QtGraphicsTest::caretsStandBetweenCharacters()
