@@ -54,7 +54,7 @@ private:
     std::unique_ptr<QMenu> m_menu;
     QAction* m_launchAtLogin = nullptr;
     QList<QAction*> m_noticeActions;
-    QSystemTrayIcon m_icon;
+    QSystemTrayIcon m_icon{this};
 };
 
 } // namespace Clipboard

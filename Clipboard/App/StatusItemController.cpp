@@ -74,7 +74,7 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
                    },
                    [this](const QString& text) { m_toasts.showUntilNext(text); }})
     , m_watcher(*m_platform.pasteboard, *m_platform.workspace, m_store, m_imagesDir)
-    , m_statusItem(LoginItem(), m_platform.windows->isCompositing())
+    , m_statusItem(LoginItem(), m_platform.windows->isCompositing(), this)
     , m_panel({m_viewModel, *m_platform.windows, *m_platform.workspace, m_thumbs})
     , m_editor(m_imagesDir,
                {*m_platform.windows, m_pasteService, [this](const ToastText& text) { m_toasts.show(text); },

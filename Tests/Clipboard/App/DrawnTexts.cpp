@@ -46,23 +46,17 @@ public:
 protected:
     [[nodiscard]] int metric(PaintDeviceMetric metric) const override
     {
-        constexpr int dotsPerInch = 96;
         switch (metric) {
         case PdmWidth:
             return m_size.width();
         case PdmHeight:
             return m_size.height();
-        case PdmDepth:
-            return 32;
-        case PdmDpiX:
-        case PdmDpiY:
-        case PdmPhysicalDpiX:
-        case PdmPhysicalDpiY:
-            return dotsPerInch;
         case PdmDevicePixelRatio:
             return 1;
-        default:
+        case PdmDevicePixelRatioScaled:
             return QPaintDevice::metric(metric);
+        default:
+            return 96; // dots per inch
         }
     }
 

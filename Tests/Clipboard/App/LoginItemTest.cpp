@@ -14,9 +14,7 @@ class LoginItemTest final : public QObject
     Q_OBJECT
 private slots:
     void togglesBackAndForth();
-    void readsWhatDesktopsWrote_data();
     void readsWhatDesktopsWrote();
-    void quotesTheProgram_data();
     void quotesTheProgram();
     void logsAFailure();
 };
@@ -32,53 +30,30 @@ void LoginItemTest::togglesBackAndForth()
     QVERIFY(!QFile::exists(folder.filePath(u"config/autostart/tessaly.desktop"_s)));
 }
 
-void LoginItemTest::readsWhatDesktopsWrote_data()
-{
-    QTest::addColumn<QByteArray>("entry");
-    QTest::addColumn<bool>("enabled");
-
-    QTest::newRow("plain") << QByteArray("[Desktop Entry]\nExec=tessaly\n") << true;
-    QTest::newRow("hidden") << QByteArray("[Desktop Entry]\nExec=tessaly\nHidden = true\n") << false;
-    QTest::newRow("not hidden") << QByteArray("[Desktop Entry]\nHidden=false\n") << true;
-    QTest::newRow("off in GNOME") << QByteArray("[Desktop Entry]\nX-GNOME-Autostart-enabled=false\r\n") << false;
-    QTest::newRow("hidden elsewhere") << QByteArray("[Desktop Entry]\n[Desktop Action x]\nHidden=true\n") << true;
-    QTest::newRow("a comment") << QByteArray("[Desktop Entry]\n# Hidden=true\n") << true;
-}
-
 void LoginItemTest::readsWhatDesktopsWrote()
 {
-    QFETCH(QByteArray, entry);
-    QFETCH(bool, enabled);
-    const QTemporaryDir folder;
-    QFile file(folder.filePath(u"tessaly.desktop"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(entry) == entry.size());
-    file.close();
-    LoginItem item(folder.path(), u"/usr/bin/tessaly"_s);
-    QCOMPARE(item.isEnabled(), enabled);
-    QCOMPARE(item.toggle(), !enabled);
-}
-
-void LoginItemTest::quotesTheProgram_data()
-{
-    QTest::addColumn<QString>("program");
-    QTest::addColumn<QByteArray>("line");
-
-    QTest::newRow("plain") << u"/usr/bin/tessaly"_s << QByteArray("Exec=\"/usr/bin/tessaly\"\n");
-    QTest::newRow("blank") << u"/opt/my apps/tessaly"_s << QByteArray("Exec=\"/opt/my apps/tessaly\"\n");
-    QTest::newRow("percent") << u"/a%1/t"_s << QByteArray("Exec=\"/a%%1/t\"\n");
-    QTest::newRow("reserved") << u"/a$b`c\"d"_s << QByteArray("Exec=\"/a\\\\$b\\\\`c\\\\\"d\"\n");
-    QTest::newRow("backslash") << u"/a\\b"_s << QByteArray("Exec=\"/a\\\\\\\\b\"\n");
+    for (const auto& [lines, isEnabled] :
+         {std::pair("Exec=tessaly\n", true), std::pair("Exec=tessaly\nHidden = true\n", false),
+          std::pair("Hidden=false\n", true), std::pair("X-GNOME-Autostart-enabled=false\r\n", false),
+          std::pair("[Desktop Action x]\nHidden=true\n", true), std::pair("# Hidden=true\n", true)}) {
+        const QTemporaryDir folder;
+        QFile file(folder.filePath(u"tessaly.desktop"_s));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(QByteArray("[Desktop Entry]\n") + lines) > 0);
+        file.close();
+        LoginItem item(folder.path(), u"/usr/bin/tessaly"_s);
+        QVERIFY2(item.isEnabled() == isEnabled, lines);
+        QCOMPARE(item.toggle(), !isEnabled);
+    }
 }
 
 void LoginItemTest::quotesTheProgram()
 {
-    QFETCH(QString, program);
-    QFETCH(QByteArray, line);
     const QTemporaryDir folder;
-    QVERIFY(LoginItem(folder.path(), program).toggle());
+    QVERIFY(LoginItem(folder.path(), u"/my apps/100%/a$b`c\"d\\e"_s).toggle());
     QFile file(folder.filePath(u"tessaly.desktop"_s));
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray entry = file.readAll();
+    const QByteArray line = "Exec=\"/my apps/100%%/a\\\\$b\\\\`c\\\\\"d\\\\\\\\e\"\n";
     QVERIFY2(entry.contains(line), entry.constData());
 }
 

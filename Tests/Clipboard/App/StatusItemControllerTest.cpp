@@ -2,6 +2,7 @@
 #include "AboutDialog.h"
 #include "ClearHistoryDialog.h"
 #include "DarkMenu.h"
+#include "EditorWindow.h"
 #include "Fakes.h"
 #include "FloatingPanel.h"
 #include "History/JSONHistoryStore.h"
@@ -14,8 +15,10 @@
 #include <QDateTime>
 #include <QDir>
 #include <QImage>
+#include <QSystemTrayIcon>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 using namespace Clipboard;
 using namespace ClipboardCore;
@@ -83,11 +86,14 @@ struct Fixture
     }
     static void chooseFromMenu(const QString& text)
     {
-        for (QAction* action : window<DarkMenu>()->actions()) {
+        auto* menu = window<DarkMenu>();
+        menu->popup({0, 0});
+        for (QAction* action : menu->actions()) {
             if (action->text() == text)
-                action->trigger();
+                return QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
         }
     }
+    [[nodiscard]] QSystemTrayIcon& tray() const { return *controller->findChild<QSystemTrayIcon*>(); }
     [[nodiscard]] static bool panelIsOpen()
     {
         const auto* panel = window<FloatingPanel>();
@@ -101,25 +107,19 @@ class StatusItemControllerTest final : public QObject
 {
     Q_OBJECT
 private slots:
-    void recordsWhatComesAfterTheStart();
     void opensAndClosesByTheHotKey();
-    void tellsWhyTheHotKeyFails();
+    void opensAndClosesByTheTray();
+    void tellsWhatDoesNotWork();
     void pastesWithoutCapturingIt();
     void opensAfterTheLaunchWhenAsked();
     void clearsTheHistoryOnConsent_data();
     void clearsTheHistoryOnConsent();
     void tellsOfItself();
+    void annotatesAndComesBack();
     void sweepsPicturesNobodyKnows_data();
     void sweepsPicturesNobodyKnows();
-    void storesPendingPicturesAtTheEnd();
+    void quitsFromTheMenu();
 };
-
-void StatusItemControllerTest::recordsWhatComesAfterTheStart()
-{
-    const Fixture f({u"old"_s});
-    f.pasteboard->copyTextFromOutside("new");
-    QCOMPARE(f.saved(), (QStringList{u"new"_s, u"old"_s}));
-}
 
 void StatusItemControllerTest::opensAndClosesByTheHotKey()
 {
@@ -131,16 +131,47 @@ void StatusItemControllerTest::opensAndClosesByTheHotKey()
     }
 }
 
-void StatusItemControllerTest::tellsWhyTheHotKeyFails()
+void StatusItemControllerTest::opensAndClosesByTheTray()
+{
+    const Fixture f({u"old"_s});
+    QTRY_VERIFY(!f.tray().icon().isNull());
+    const auto shown = [&f] { return f.tray().icon().pixmap(22).toImage(); };
+    const QImage resting = shown();
+    QImage nothing(resting.size(), resting.format());
+    nothing.fill(Qt::transparent);
+    QVERIFY(resting != nothing);
+    const auto click = [&](QSystemTrayIcon::ActivationReason reason, bool isOpenThen) {
+        emit f.tray().activated(reason);
+        QCOMPARE(Fixture::panelIsOpen(), isOpenThen);
+        QTRY_COMPARE(shown() != resting, isOpenThen);
+    };
+    click(QSystemTrayIcon::Trigger, true);
+    click(QSystemTrayIcon::MiddleClick, true);
+    click(QSystemTrayIcon::DoubleClick, false);
+    click(QSystemTrayIcon::Context, false);
+    click(QSystemTrayIcon::Trigger, true);
+    Fixture::window<DarkMenu>()->popup({0, 0});
+    QVERIFY(!Fixture::panelIsOpen());
+}
+
+void StatusItemControllerTest::tellsWhatDoesNotWork()
 {
     const QString reason = u"Super+Shift+V is in use by another program."_s;
     QTest::ignoreMessage(QtWarningMsg, reason.toUtf8().constData());
     const Fixture f({}, reason);
     QVERIFY(ToastPresenter::shared().current());
     QCOMPARE(ToastPresenter::shared().current()->text(), reason);
+    QCOMPARE(Fixture::window<DarkMenu>()->actions().first()->text(), reason);
     f.controller->show();
     const auto* footer = Fixture::window<FloatingPanel>()->findChild<PanelFooter*>();
     QVERIFY2(footer->accessibleName().startsWith(reason), qPrintable(footer->accessibleName()));
+    for (const QString& clipboard : {u"There is no clipboard."_s, QString()}) {
+        f.pasteboard->reason = clipboard;
+        emit f.pasteboard->availabilityChanged();
+        const qsizetype lines = clipboard.isEmpty() ? 2 : 3;
+        QCOMPARE(f.tray().toolTip().split(u'\n').size(), lines);
+        QVERIFY(f.tray().toolTip().contains(clipboard));
+    }
 }
 
 void StatusItemControllerTest::pastesWithoutCapturingIt()
@@ -153,7 +184,8 @@ void StatusItemControllerTest::pastesWithoutCapturingIt()
     QCOMPARE(f.pasteboard->writes.size(), 1);
     emit f.pasteboard->changed(); // a late notification
     QTRY_COMPARE(f.keystrokes->pastes, 1);
-    QCOMPARE(f.saved(), (QStringList{u"older"_s, u"newer"_s}));
+    f.pasteboard->copyTextFromOutside("new");
+    QCOMPARE(f.saved(), (QStringList{u"new"_s, u"older"_s, u"newer"_s}));
 }
 
 void StatusItemControllerTest::opensAfterTheLaunchWhenAsked()
@@ -236,21 +268,33 @@ void StatusItemControllerTest::sweepsPicturesNobodyKnows()
     QCOMPARE(QFile::exists(f.folder.filePath(u"images/orphan.png"_s)), !isReadable);
 }
 
-void StatusItemControllerTest::storesPendingPicturesAtTheEnd()
+void StatusItemControllerTest::annotatesAndComesBack()
 {
-    const Fixture f;
+    const Fixture f({u"text"_s});
     QImage image(1500, 1500, QImage::Format_RGB32);
     image.fill(Qt::cyan);
     FakePasteboard::Content content;
-    QByteArray png;
-    QBuffer buffer(&png);
-    buffer.open(QIODevice::WriteOnly);
-    QVERIFY(image.save(&buffer, "png"));
-    content.png = png;
+    QBuffer png(&content.png.emplace());
+    QVERIFY(png.open(QIODevice::WriteOnly) && image.save(&png, "png"));
     f.pasteboard->copyFromOutside(content);
-    const QStringList saved = f.saved();
-    QCOMPARE(saved.size(), 1);
-    QCOMPARE(QImage(saved.first()), image);
+    QCOMPARE(QImage(f.saved().first()), image); // stored at the end, whatever is pending
+    f.hotKey->press();
+    QTest::keyClick(Fixture::window<FloatingPanel>()->windowHandle(), Qt::Key_E, Qt::ControlModifier);
+    QTRY_VERIFY(Fixture::window<EditorWindow>());
+    QVERIFY(!Fixture::panelIsOpen());
+    QVERIFY(QTest::qWaitForWindowActive(Fixture::window<EditorWindow>()));
+    QTest::keyClick(Fixture::window<EditorWindow>()->windowHandle(), Qt::Key_Escape);
+    QTRY_VERIFY(Fixture::panelIsOpen());
+    QTRY_VERIFY(!Fixture::window<EditorWindow>());
+}
+
+void StatusItemControllerTest::quitsFromTheMenu()
+{
+    const Fixture f;
+    Fixture::window<DarkMenu>()->popup({0, 0});
+    QTimer::singleShot(0, [] { QTest::keyClick(Fixture::window<DarkMenu>(), Qt::Key_Q, Qt::ControlModifier); });
+    QTimer::singleShot(20000, qApp, [] { QCoreApplication::exit(1); }); // it did not
+    QCOMPARE(QCoreApplication::exec(), 0);
 }
 
 QTEST_MAIN(StatusItemControllerTest)
