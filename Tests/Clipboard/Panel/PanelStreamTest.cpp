@@ -5,9 +5,10 @@
 #include "CommandSheet.h"
 #include "HistoryList.h"
 
+#include <QScreen>
+
 #include <algorithm>
 #include <random>
-#include <utility>
 
 using namespace Clipboard;
 using namespace Clipboard::Testing;
@@ -18,13 +19,6 @@ using ClipboardCore::FocusKey;
 
 namespace {
 
-struct Entry
-{
-    QString text;
-    int time = 0;
-    bool isPinned = false;
-};
-
 /// Long texts have other actions than short ones.
 QStringList labelsOf(const QString& text)
 {
@@ -32,199 +26,25 @@ QStringList labelsOf(const QString& text)
                            : QStringList{u"Copy path"_s, u"Decode Base64"_s};
 }
 
-/// The panel as a user thinks of it: lists of texts, and a place in them.
-struct PlainPanel
+/// What a user sees of the panel.
+struct Seen
 {
-    QList<Entry> entries; // in their order
-    QList<QList<Entry>> removed;
-    QString query;
-    QString selected; // empty for none
-    PanelFocusTarget focus;
-    bool hasSheet = false;
-    QString sheetQuery;
-    int sheetIndex = 0;
-    QStringList ran;
-    int pastes = 0;
-    int clock = 0;
+    QStringList texts;
+    QString selected;
+    QString typed;
+    std::optional<QStringList> sheet; // its rows
+    int highlighted = 0;
+    bool isFocusElsewhere = false;
 
-    [[nodiscard]] QStringList visible() const
+    [[nodiscard]] qsizetype row() const { return texts.indexOf(selected); }
+    /// The entry so many rows further down, around the ends.
+    [[nodiscard]] QString next(qsizetype by) const
     {
-        QStringList texts;
-        for (const Entry& entry : entries)
-            texts.append(entry.text);
-        return texts.filter(query);
-    }
-    [[nodiscard]] QStringList labels() const { return labelsOf(selected).filter(sheetQuery, Qt::CaseInsensitive); }
-    [[nodiscard]] auto find(const QString& text) { return std::ranges::find(entries, text, &Entry::text); }
-
-    void select(const QString& text)
-    {
-        sheetIndex = selected == text ? sheetIndex : 0;
-        selected = text;
-        focus.reset();
-        hasSheet &= !selected.isEmpty();
-    }
-    void settle()
-    {
-        std::ranges::stable_sort(entries, [](const Entry& a, const Entry& b) {
-            return a.isPinned != b.isPinned ? a.isPinned : a.time > b.time;
-        });
-        if (const QStringList texts = visible(); !texts.contains(selected))
-            select(texts.value(0));
-    }
-    void type(const QString& text)
-    {
-        if (std::exchange(hasSheet ? sheetQuery : query, text) == text)
-            return;
-        sheetIndex = 0;
-        settle();
-        focus.reset();
-    }
-    void move(int delta)
-    {
-        const QStringList texts = hasSheet ? labels() : visible();
-        if (texts.isEmpty())
-            return;
-        const qsizetype from = hasSheet ? sheetIndex : texts.indexOf(selected);
-        const qsizetype to = (from + delta + texts.size()) % texts.size();
-        if (hasSheet)
-            sheetIndex = static_cast<int>(to);
-        else
-            select(texts.at(to));
-    }
-    void copied(const QString& text)
-    {
-        if (find(text) == entries.end())
-            entries.append({text});
-        find(text)->time = ++clock;
-        settle();
-    }
-    void run(const QStringList& labels, qsizetype index)
-    {
-        if (index < labels.size())
-            ran.append(labels.at(index) + u" of "_s + selected);
-        hasSheet = false;
-    }
-    void runListed(qsizetype index)
-    {
-        if (index < labels().size())
-            run(labels(), index);
-    }
-    void enter()
-    {
-        if (hasSheet || focus)
-            return run(hasSheet ? labels() : labelsOf(selected), hasSheet ? sheetIndex : 0);
-        pastes += selected.isEmpty() ? 0 : 1;
-        copy();
-    }
-    void escape()
-    {
-        if (hasSheet && sheetQuery.isEmpty())
-            hasSheet = false;
-        else if (hasSheet || !focus)
-            type({});
-        focus.reset();
-    }
-    void toggleSheet()
-    {
-        hasSheet = !hasSheet && !selected.isEmpty();
-        sheetQuery.clear();
-        sheetIndex = 0;
-    }
-    void copy()
-    {
-        if (!hasSheet && !selected.isEmpty())
-            copied(selected);
-    }
-    void pin()
-    {
-        if (const auto entry = find(selected); entry != entries.end())
-            entry->isPinned = !entry->isPinned;
-        settle();
-    }
-    void remove()
-    {
-        const auto entry = find(selected);
-        if (entry == entries.end())
-            return;
-        const QStringList texts = visible();
-        const qsizetype at = texts.indexOf(selected);
-        removed.append({*entry});
-        entries.erase(entry);
-        select(texts.value(at + 1, texts.value(at - 1)));
-    }
-    void bringBack()
-    {
-        const QList<Entry> back = removed.takeLast();
-        const bool isFirstNew = find(back.first().text) == entries.end();
-        for (const Entry& entry : back) {
-            if (const auto present = find(entry.text); present != entries.end())
-                present->isPinned |= entry.isPinned;
-            else
-                entries.append(entry);
-        }
-        settle();
-        if (isFirstNew && visible().contains(back.first().text))
-            select(back.first().text);
+        return texts.isEmpty() ? QString() : texts.at((row() + by + texts.size()) % texts.size());
     }
 };
 
-struct Press
-{
-    Qt::Key key;
-    Qt::KeyboardModifiers modifiers;
-    void (*effect)(PlainPanel& panel);
-};
-
-const auto nothing = [](PlainPanel&) {};
-const auto first = [](PlainPanel& p) { p.select(p.visible().value(0)); };
-const auto last = [](PlainPanel& p) { p.select(p.visible().value(p.visible().size() - 1)); };
-const auto eraseLetter = [](PlainPanel& p) {
-    QString text = p.hasSheet ? p.sheetQuery : p.query;
-    text.chop(1);
-    p.type(text);
-};
-const auto eraseWord = [](PlainPanel& p) { p.hasSheet || !p.query.isEmpty() ? p.type({}) : p.remove(); };
-
-const QList<Press> keysAnywhere{
-    {Qt::Key_Down, {}, [](PlainPanel& p) { p.move(1); }},
-    {Qt::Key_Down, {}, [](PlainPanel& p) { p.move(1); }},
-    {Qt::Key_Up, {}, [](PlainPanel& p) { p.move(-1); }},
-    {Qt::Key_Backspace, {}, eraseLetter},
-    {Qt::Key_Backspace, Qt::ControlModifier, eraseWord},
-    {Qt::Key_Escape, {}, [](PlainPanel& p) { p.escape(); }},
-    {Qt::Key_Return, {}, [](PlainPanel& p) { p.enter(); }},
-    {Qt::Key_Enter, Qt::KeypadModifier, [](PlainPanel& p) { p.enter(); }},
-    {Qt::Key_K, Qt::ControlModifier, [](PlainPanel& p) { p.toggleSheet(); }},
-    {Qt::Key_C, Qt::ControlModifier, [](PlainPanel& p) { p.copy(); }},
-    {Qt::Key_Tab, {}, nothing},
-    {Qt::Key_Backtab, Qt::ShiftModifier, nothing},
-};
-const QList<Press> keysInSheet{
-    {Qt::Key_1, Qt::ControlModifier, [](PlainPanel& p) { p.runListed(0); }},
-    {Qt::Key_2, Qt::ControlModifier, [](PlainPanel& p) { p.runListed(1); }},
-    {Qt::Key_3, Qt::ControlModifier, [](PlainPanel& p) { p.runListed(2); }},
-};
-const QList<Press> keysWithoutSheet{
-    {Qt::Key_Right, {}, [](PlainPanel& p) { p.focus = FocusKey::action(0); }},
-    {Qt::Key_Home, {}, first},
-    {Qt::Key_PageUp, {}, first},
-    {Qt::Key_Up, Qt::ControlModifier, first},
-    {Qt::Key_Up, Qt::AltModifier, first},
-    {Qt::Key_End, {}, last},
-    {Qt::Key_PageDown, {}, last},
-    {Qt::Key_Down, Qt::ControlModifier, last},
-    {Qt::Key_Down, Qt::AltModifier, last},
-    {Qt::Key_Down, Qt::ShiftModifier, nothing},
-    {Qt::Key_PageUp, Qt::ShiftModifier, nothing},
-    {Qt::Key_F, Qt::ControlModifier, [](PlainPanel& p) { p.focus.reset(); }},
-    {Qt::Key_P, Qt::ControlModifier, [](PlainPanel& p) { p.pin(); }},
-    {Qt::Key_Delete, Qt::ShiftModifier, [](PlainPanel& p) { p.remove(); }},
-    {Qt::Key_Z, Qt::ControlModifier, [](PlainPanel& p) { p.bringBack(); }},
-    {Qt::Key_Z, Qt::ControlModifier, [](PlainPanel& p) { p.bringBack(); }},
-};
-
-/// A stream of what users do, to the panel and to its plain likeness.
+/// A stream of what users do to the panel. Each step knows what must come of it.
 class Stream
 {
 public:
@@ -237,160 +57,216 @@ public:
                 actions.append({label, PanelFixture::action(label + u" of "_s + item.content.toString()).run});
             return actions;
         };
-        QObject::connect(&m_f.panel, &FloatingPanel::closed, &m_f.model, &HistoryViewModel::forgetRemoved);
-        for (int i = 0; i < 12; ++i)
-            copyOutside();
-        reopen();
+        m_f.fillTexts({u"alpha"_s, u"beta"_s, u"gamma"_s, u"boat"_s, u"toe"_s, u"oboe"_s, u"a"_s, u"rotor"_s, u"bee"_s,
+                       u"aboard"_s, u"tea"_s, u"boa"_s});
+        QVERIFY(m_f.open());
     }
-
     void step()
     {
-        static constexpr std::array others{&Stream::type, &Stream::type, &Stream::copyOutside};
-        static constexpr std::array inPanel{&Stream::clickRow, &Stream::clickRow, &Stream::reopen};
-        static constexpr std::array inSheet{&Stream::clickSheetRow, &Stream::clickSheetRow, &Stream::removeBehind};
-        const QList<Press>& keysHere = m_p.hasSheet ? keysInSheet : keysWithoutSheet;
-        const QList<Press>& keys = below(m_p.hasSheet ? 5 : 2) == 0 ? keysHere : keysAnywhere;
-        const auto kind = below(4);
-        if (kind >= 2)
-            press(keys.at(below(keys.size())));
-        else
-            (this->*(kind == 0 ? others : m_p.hasSheet ? inSheet : inPanel)[below(3)])();
-        m_f.view()->sync();
-    }
-    [[nodiscard]] bool ranAll() const { return m_f.effects.size() == m_p.ran.size(); }
-    [[nodiscard]] QStringList panel() const
-    {
-        const HistoryViewModel& model = m_f.model;
-        QStringList rows;
-        for (const auto* row : m_f.view()->findChildren<CommandRow*>())
-            rows.append(row->text());
-        QStringList ran;
-        for (const auto& effect : m_f.effects)
-            ran.append(effect.payload.toString());
-        const bool isSheetSeen = m_f.view()->findChild<CommandSheet*>()->isVisible();
-        const bool isInView = !model.selectedID() || model.frames.contains(FocusKey::row(*model.selectedID()));
-        return {m_f.visible().join(u' '),
-                m_f.selected(),
-                model.query(),
-                m_f.typed(),
-                isSheetSeen ? rows.join(u", ") + QString::number(model.cmdkIndex()) : u"no sheet"_s,
-                ran.join(u", "),
-                model.focus() == m_p.focus ? u"focus"_s : QString(),
-                isInView ? u"in view"_s : QString(),
-                m_f.view()->activeField()->hasFocus() ? u"keyboard"_s : QString(),
-                QString::number(m_f.closeRequests)};
-    }
-    [[nodiscard]] QStringList likeness() const
-    {
-        return {m_p.visible().join(u' '),
-                m_p.selected,
-                m_p.query,
-                m_p.hasSheet ? m_p.sheetQuery : m_p.query,
-                m_p.hasSheet ? m_p.labels().join(u", ") + QString::number(m_p.sheetIndex) : u"no sheet"_s,
-                m_p.ran.join(u", "),
-                u"focus"_s,
-                u"in view"_s,
-                u"keyboard"_s,
-                QString::number(m_p.pastes)};
+        static constexpr std::array steps{&Stream::move,  &Stream::move,     &Stream::type,    &Stream::erase,
+                                          &Stream::jump,  &Stream::toggle,   &Stream::escape,  &Stream::copy,
+                                          &Stream::alter, &Stream::clickRow, &Stream::command, &Stream::command};
+        m_before = seen();
+        (this->*steps.at(below(steps.size())))();
+        holdsTogether();
     }
     [[nodiscard]] QByteArray story() const
     {
         return m_story.last(std::min<qsizetype>(m_story.size(), 15)).join(u", ").toUtf8();
     }
+    /// Whether what was painted piece by piece is what would be painted at once.
+    [[nodiscard]] bool isOnScreen()
+    {
+        const QRect part = m_f.view()->geometry().adjusted(1, Theme::panelRadius, -1, -Theme::panelRadius);
+        const QPixmap screen = m_f.panel.screen()->grabWindow(m_f.panel.winId());
+        return screen.copy(part).toImage() == m_f.panel.grab(part).toImage().convertToFormat(QImage::Format_RGB32);
+    }
 
 private:
-    qsizetype below(qsizetype count) { return static_cast<qsizetype>(m_random() % static_cast<unsigned>(count)); }
-    void press(const Press& press)
+    size_t below(size_t count) { return m_random() % count; }
+    [[nodiscard]] Seen seen() const
     {
-        const bool isFirst = m_p.selected == m_p.visible().value(0);
-        const bool isVertical =
-            press.modifiers == Qt::NoModifier && (press.key == Qt::Key_Up || press.key == Qt::Key_Down);
-        const bool closes = press.key == Qt::Key_Escape && !m_p.hasSheet && !m_p.focus && m_p.query.isEmpty();
-        const bool isTheCarets =
-            press.key == Qt::Key_Right && (!m_p.query.isEmpty() || m_p.selected.isEmpty() || m_p.focus);
-        const bool isTheFields = press.key == Qt::Key_Z && m_p.removed.isEmpty();
-        // Where arrows lead among controls is a matter of geometry, which other tests look at.
-        const bool hops = isVertical && !m_p.hasSheet && (m_p.focus || (press.key == Qt::Key_Up && isFirst));
-        if (closes || isTheCarets || isTheFields || hops)
-            return;
-        m_story.append(QKeySequence(QKeyCombination(press.modifiers, press.key)).toString());
-        m_f.press(press.key, press.modifiers);
-        press.effect(m_p);
+        m_f.view()->sync();
+        Seen now{m_f.visible(), m_f.selected(), m_f.typed(), {}, 0, m_f.model.focus().has_value()};
+        if (!m_f.view()->findChild<CommandSheet*>()->isVisible())
+            return now;
+        now.sheet.emplace();
+        for (const auto* row : m_f.view()->findChildren<CommandRow*>())
+            now.sheet->append(row->text());
+        now.highlighted = static_cast<int>(m_f.model.cmdkIndex());
+        return now;
+    }
+    /// What is always so.
+    void holdsTogether() const
+    {
+        const Seen now = seen();
+        QCOMPARE(now.texts, m_f.stored().filter(m_f.model.query()));
+        QCOMPARE(now.selected.isEmpty(), now.texts.isEmpty());
+        QVERIFY(now.texts.isEmpty() || m_f.model.frames.contains(FocusKey::row(*m_f.model.selectedID()))); // in view
+        QCOMPARE(now.sheet.has_value(), m_f.model.cmdkOpen());
+        QCOMPARE(now.typed, now.sheet ? m_f.model.cmdkQuery() : m_f.model.query());
+        if (now.sheet)
+            QCOMPARE(*now.sheet, labelsOf(now.selected).filter(now.typed, Qt::CaseInsensitive));
+        QVERIFY(m_f.view()->activeField()->hasFocus());
+    }
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
+    {
+        m_story.append(QKeySequence(QKeyCombination(modifiers, key)).toString());
+        m_f.press(key, modifiers);
+    }
+    void hasSelected(const QString& text) const { QCOMPARE(seen().selected, text); }
+    void hasRun(const QString& label)
+    {
+        const QString ran = label + u" of "_s + m_before.selected;
+        ++m_ran;
+        QTRY_COMPARE(m_f.effects.size(), m_ran);
+        QCOMPARE(m_f.effects.last().payload.toString(), ran);
+        QVERIFY(!m_f.model.cmdkOpen());
+    }
+
+    void move()
+    {
+        const bool isDown = m_before.row() == 0 || below(3) > 0;
+        if (m_before.isFocusElsewhere && !m_before.sheet)
+            return escape(); // where arrows lead among controls is a matter of geometry
+        press(isDown ? Qt::Key_Down : Qt::Key_Up);
+        if (!m_before.sheet)
+            return hasSelected(m_before.next(isDown ? 1 : -1));
+        const auto count = static_cast<int>(m_before.sheet->size());
+        if (count > 0)
+            QCOMPARE(seen().highlighted, (m_before.highlighted + (isDown ? 1 : -1) + count) % count);
     }
     void type()
     {
+        const QString letter = u"abeo"_s.mid(static_cast<qsizetype>(below(4)), 1);
+        m_story.append(letter);
+        m_f.type(letter);
+        QCOMPARE(seen().typed, m_before.typed + letter);
+        QCOMPARE(seen().highlighted, 0);
+    }
+    void erase()
+    {
         auto* clear = m_f.view()->findChild<ClearButton*>();
-        if (clear->isVisible() && !m_p.hasSheet && below(4) == 0) {
-            m_story.append(u"click on clear"_s);
+        const bool isClick = clear->isVisible() && !m_before.sheet && below(2) == 0;
+        if (isClick)
             QTest::mouseClick(clear, Qt::LeftButton);
-            return m_p.type({});
-        }
-        m_story.append(u"abeo"_s.mid(below(4), 1));
-        m_f.type(m_story.last());
-        m_p.type((m_p.hasSheet ? m_p.sheetQuery : m_p.query) + m_story.last());
-    }
-    void clickSheetRow()
-    {
-        const auto rows = m_f.view()->findChildren<CommandRow*>();
-        m_story.append(u"click in or beside the sheet"_s);
-        const auto index = below(rows.size() + 1);
-        if (index < rows.size())
-            QTest::mouseClick(rows.at(index), Qt::LeftButton);
         else
-            QTest::mouseClick(m_f.view()->findChild<CommandSheet*>(), Qt::LeftButton, {}, {30, 300});
-        m_p.run(m_p.labels(), index);
+            press(Qt::Key_Backspace);
+        QCOMPARE(seen().typed, isClick ? QString() : m_before.typed.chopped(m_before.typed.isEmpty() ? 0 : 1));
     }
-    void removeBehind()
+    void jump()
     {
-        m_story.append(u"removed behind the sheet"_s);
-        m_f.model.remove(*m_f.model.selectedItem());
-        m_p.remove();
+        if (m_before.sheet || m_before.texts.isEmpty())
+            return;
+        const bool isEnd = below(2) == 0;
+        switch (below(3)) {
+        case 0:
+            press(isEnd ? Qt::Key_End : Qt::Key_Home);
+            break;
+        case 1:
+            press(isEnd ? Qt::Key_Down : Qt::Key_Up, Qt::ControlModifier);
+            break;
+        default:
+            press(isEnd ? Qt::Key_PageDown : Qt::Key_PageUp);
+        }
+        hasSelected(isEnd ? m_before.texts.last() : m_before.texts.first());
+    }
+    void toggle()
+    {
+        press(Qt::Key_K, Qt::ControlModifier);
+        QCOMPARE(m_f.model.cmdkOpen(), !m_before.sheet && !m_before.selected.isEmpty());
+    }
+    void escape()
+    {
+        if (!m_before.sheet && m_before.typed.isEmpty() && !m_before.isFocusElsewhere)
+            return; // it would close the panel
+        press(Qt::Key_Escape);
+        QCOMPARE(m_f.model.cmdkOpen(), m_before.sheet && !m_before.typed.isEmpty());
+        QVERIFY(m_f.panel.isVisible());
+        QVERIFY(m_before.sheet || !m_f.model.focus());
+    }
+    void copy()
+    {
+        if (m_before.sheet || m_before.selected.isEmpty())
+            return;
+        press(Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(m_f.pasteboard.content.string, m_before.selected.toUtf8());
+        hasSelected(m_before.selected);
+    }
+    /// Pins, removes or brings back; what is behind the sheet can go as well.
+    void alter()
+    {
+        if (m_before.selected.isEmpty())
+            return;
+        const QString after =
+            m_before.row() + 1 < m_before.texts.size() ? m_before.next(1) : m_before.texts.value(m_before.row() - 1);
+        if (m_before.sheet) {
+            m_story.append(u"removed behind the sheet"_s);
+            m_f.model.remove(*m_f.model.selectedItem());
+        } else if (below(3) == 0) {
+            const bool isPinned = m_f.model.selectedItem()->isPinned;
+            press(Qt::Key_P, Qt::ControlModifier);
+            QCOMPARE(m_f.model.selectedItem()->isPinned, !isPinned);
+            return hasSelected(m_before.selected);
+        } else {
+            press(Qt::Key_Delete, Qt::ShiftModifier);
+        }
+        hasSelected(after);
+        if (m_f.model.cmdkOpen())
+            return;
+        press(Qt::Key_Z, Qt::ControlModifier);
+        hasSelected(m_before.selected);
+        QCOMPARE(seen().texts, m_before.texts);
     }
     void clickRow()
     {
-        const qsizetype index = below(20);
-        if (index >= m_f.model.visible().size() || m_f.frame(FocusKey::row(m_f.entry(index).id)).isEmpty())
+        const auto index = static_cast<qsizetype>(below(12));
+        if (m_before.sheet || index >= m_before.texts.size() ||
+            !m_f.model.frames.contains(FocusKey::row(m_f.entry(index).id)))
             return;
         QWidget* rows = m_f.view()->findChild<HistoryList*>()->viewport();
         const QPoint place = rows->mapFrom(m_f.view(), m_f.frame(FocusKey::row(m_f.entry(index).id)).center());
         m_story.append(u"click on row %1"_s.arg(index));
         QTest::mouseClick(rows, Qt::LeftButton, {}, place);
-        m_p.select(m_p.visible().at(index));
-        if (below(4) != 0)
+        hasSelected(m_before.texts.at(index));
+        if (below(3) > 0)
             return;
+        const int pastes = m_f.closeRequests;
         QTest::mouseDClick(rows, Qt::LeftButton, {}, place);
-        m_p.enter();
+        QCOMPARE(m_f.closeRequests, pastes + 1);
+        QCOMPARE(m_f.pasteboard.content.string, m_before.texts.at(index).toUtf8());
     }
-    void copyOutside()
+    /// Runs an action: from the sheet or by its chip.
+    void command()
     {
-        static const QStringList texts{u"alpha"_s, u"beta"_s, u"gamma"_s, u"boat"_s, u"toe"_s, u"oboe"_s, u"a"_s};
-        const QString text = texts.at(below(texts.size())).repeated(static_cast<int>(below(3)) + 1);
-        m_story.append(u"copied "_s + text);
-        ClipItem item = PanelFixture::item(ClipType::text, text);
-        item.createdAt = m_f.store.timeOfNewEntry();
-        (void)m_f.store.add(item);
-        m_f.model.refresh();
-        m_p.copied(text);
-    }
-    void reopen()
-    {
-        m_story.append(u"opened"_s);
-        m_other.show();
-        m_other.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&m_other));
-        QVERIFY(!m_f.panel.isVisible());
-        QVERIFY(m_f.open());
-        QTRY_VERIFY(m_f.view()->activeField()->hasFocus());
-        m_p.removed.clear();
-        m_p.type({});
-        m_p.select(m_p.visible().value(0));
+        if (m_before.selected.isEmpty() || (m_before.sheet && m_before.sheet->isEmpty()))
+            return;
+        if (!m_before.sheet) {
+            if (!m_before.typed.isEmpty() || m_before.isFocusElsewhere)
+                return; // the key is the caret's
+            press(Qt::Key_Right);
+            press(Qt::Key_Return);
+            return hasRun(labelsOf(m_before.selected).first());
+        }
+        const auto rows = m_f.view()->findChildren<CommandRow*>();
+        auto index = static_cast<qsizetype>(below(static_cast<size_t>(rows.size())));
+        if (const auto way = below(3); way == 0) {
+            m_story.append(u"click in the sheet"_s);
+            QTest::mouseClick(rows.at(index), Qt::LeftButton);
+        } else if (way == 1) {
+            press(static_cast<Qt::Key>(Qt::Key_1 + index), Qt::ControlModifier);
+        } else {
+            index = m_before.highlighted;
+            press(Qt::Key_Enter, Qt::KeypadModifier);
+        }
+        hasRun(m_before.sheet->at(index));
     }
 
     std::minstd_rand m_random;
     QStringList m_story;
-    PlainPanel m_p;
+    Seen m_before;
+    qsizetype m_ran = 0;
     PanelFixture m_f;
-    QWidget m_other;
 };
 
 } // namespace
@@ -399,28 +275,27 @@ class PanelStreamTest final : public QObject
 {
     Q_OBJECT
 private slots:
-    void agreesWithItsLikeness_data();
-    void agreesWithItsLikeness();
+    void doesWhatIsExpected_data();
+    void doesWhatIsExpected();
 };
 
-void PanelStreamTest::agreesWithItsLikeness_data()
+void PanelStreamTest::doesWhatIsExpected_data()
 {
     QTest::addColumn<unsigned>("seed");
-    for (unsigned seed = 1; seed <= 8; ++seed)
+    for (unsigned seed = 1; seed <= 6; ++seed)
         QTest::addRow("stream %u", seed) << seed;
 }
 
-void PanelStreamTest::agreesWithItsLikeness()
+void PanelStreamTest::doesWhatIsExpected()
 {
     QFETCH(unsigned, seed);
     Stream stream(seed);
     for (int i = 0; i < 250; ++i) {
         stream.step();
-        QTRY_VERIFY2(stream.ranAll(), stream.story().constData());
-        for (qsizetype part = 0; part < stream.likeness().size(); ++part)
-            QVERIFY2(stream.panel().at(part) == stream.likeness().at(part),
-                     qPrintable(stream.panel().at(part) + u" instead of "_s + stream.likeness().at(part) +
-                                u" after "_s + QString::fromUtf8(stream.story())));
+        if (QTest::currentTestFailed())
+            QFAIL(stream.story().constData());
+        if (i % 8 == 0)
+            QTRY_VERIFY2(stream.isOnScreen(), stream.story().constData());
     }
 }
 
