@@ -40,7 +40,10 @@ public:
     }
 
 private:
-    static qsizetype openFiles() { return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::System).size(); }
+    static qsizetype openFiles()
+    {
+        return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::System).size();
+    }
 
     std::optional<QTemporaryDir> m_folder;
     qsizetype m_openFiles = 0;
