@@ -69,6 +69,7 @@ void ClipItemTest::equality()
                                 Change([](ClipItem& changed) { changed.type = ClipType::code; }),
                                 Change([](ClipItem& changed) { changed.content = u"cafe"_s; }),
                                 Change([](ClipItem& changed) { changed.sourceApp.reset(); }),
+                                Change([](ClipItem& changed) { changed.sourceApp = u"cafe"_s; }),
                                 Change([](ClipItem& changed) { changed.bundleID = QString(); }), // not absent
                                 Change([](ClipItem& changed) { changed.createdAt = 1.5000001; }),
                                 Change([](ClipItem& changed) { changed.isPinned = true; })}) {
