@@ -58,6 +58,12 @@ void ForeignClient::take()
     Xcb::synchronize(m_connection);
 }
 
+void ForeignClient::copy(const QHash<QByteArray, Answer>& answers)
+{
+    offer(answers);
+    take();
+}
+
 void ForeignClient::copyText(const QByteArray& utf8)
 {
     offerText(utf8);
@@ -66,8 +72,7 @@ void ForeignClient::copyText(const QByteArray& utf8)
 
 void ForeignClient::copyAndHang()
 {
-    offer({{"TARGETS", {.manner = Manner::Mute}}, {"UTF8_STRING", {.manner = Manner::Mute}}});
-    take();
+    copy({{"TARGETS", {.manner = Manner::Mute}}, {"UTF8_STRING", {.manner = Manner::Mute}}});
 }
 
 void ForeignClient::clear()

@@ -64,6 +64,7 @@ public:
     void offerText(const QByteArray& utf8) { offer({{"UTF8_STRING", {.bytes = utf8}}}); }
     /// Becomes the owner; returns when the server has done it.
     void take();
+    void copy(const QHash<QByteArray, Answer>& answers);
     void copyText(const QByteArray& utf8);
     /// Becomes an owner that never answers, as one that hangs.
     void copyAndHang();

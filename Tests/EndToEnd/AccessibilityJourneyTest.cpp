@@ -15,7 +15,6 @@ class AccessibilityJourneyTest final : public JourneyTest
 private slots:
     void saysWhatIsThere();
     void saysWhereTheFocusGoes();
-    void saysThatNothingIsFound();
     void selectsFiltersAndPastesOnRequest();
     void opensTheSheetAsADialog();
 
@@ -119,12 +118,6 @@ void AccessibilityJourneyTest::saysWhereTheFocusGoes()
     press("Up Up");
     expectHeard("focused radio button ");
     QVERIFY(!find("list item", "Text, the last note").is(AssistiveClient::focused));
-    press("Escape");
-    expectHeard("focused list item Text, the last note");
-}
-
-void AccessibilityJourneyTest::saysThatNothingIsFound()
-{
     type("zzz");
     expectHeard("showing notification No Results");
     QCOMPARE(find("notification", "No Results").description, u"Nothing matches “zzz”"_s);

@@ -9,6 +9,8 @@
 #include <QTest>
 #include <QThreadPool>
 
+#include <tuple>
+
 using namespace Clipboard;
 using namespace ClipboardCore;
 using namespace Qt::StringLiterals;
@@ -46,10 +48,8 @@ class ImageBlobsTest final : public QObject
 private slots:
     void storesPrivatelyUnderTheHash();
     void sharesEqualPictures();
-    void leavesNothingBehindAFailure_data();
     void leavesNothingBehindAFailure();
     void releasesPicturesOnly();
-    void sweepsOldOrphansOnly_data();
     void sweepsOldOrphansOnly();
 
 private:
@@ -90,22 +90,13 @@ void ImageBlobsTest::sharesEqualPictures()
     QVERIFY(ImageBlobs::write(png(0x00ff01), dir) != first);
 }
 
-void ImageBlobsTest::leavesNothingBehindAFailure_data()
-{
-    QTest::addColumn<QByteArray>("picture");
-    QTest::addColumn<QString>("dir");
-
-    QTest::newRow("not a picture") << QByteArray("text") << m_folder.filePath(u"failed"_s);
-    QTest::newRow("truncated") << png(0xff).first(60) << m_folder.filePath(u"failed"_s);
-    QTest::newRow("folder cannot be made") << png(0xff) << u"/proc/nowhere/images"_s;
-}
-
 void ImageBlobsTest::leavesNothingBehindAFailure()
 {
-    QFETCH(QByteArray, picture);
-    QFETCH(QString, dir);
-    QCOMPARE(ImageBlobs::write(picture, dir), std::nullopt);
+    const QString dir = m_folder.filePath(u"failed"_s);
+    QCOMPARE(ImageBlobs::write("text", dir), std::nullopt);
+    QCOMPARE(ImageBlobs::write(png(0xff).first(60), dir), std::nullopt);
     QVERIFY(QDir(dir).entryList(QDir::Files | QDir::Hidden).isEmpty());
+    QCOMPARE(ImageBlobs::write(png(0xff), u"/proc/nowhere/images"_s), std::nullopt);
 }
 
 void ImageBlobsTest::releasesPicturesOnly()
@@ -120,36 +111,27 @@ void ImageBlobsTest::releasesPicturesOnly()
     QVERIFY(QFile::exists(file));
 }
 
-void ImageBlobsTest::sweepsOldOrphansOnly_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("age");
-    QTest::addColumn<bool>("swept");
-
-    QTest::newRow("old orphan") << u"orphan.png"_s << 61 << true;
-    QTest::newRow("what a crash left") << u"incoming-aB3dE6.png"_s << 3600 << true;
-    QTest::newRow("young orphan") << u"young.png"_s << 10 << false;
-    QTest::newRow("referenced") << u"kept.png"_s << 3600 << false;
-    QTest::newRow("no picture") << u"notes.txt"_s << 3600 << false;
-    QTest::newRow("other spelling") << u"photo.PNG"_s << 3600 << false;
-}
-
 void ImageBlobsTest::sweepsOldOrphansOnly()
 {
-    QFETCH(QString, name);
-    QFETCH(int, age);
-    QFETCH(bool, swept);
+    const std::tuple<QString, int, bool> files[] = {
+        {u"orphan.png"_s, 61, true},   {u"incoming-aB3dE6.png"_s, 3600, true}, // which a crash left
+        {u"young.png"_s, 10, false},   {u"kept.png"_s, 3600, false},
+        {u"notes.txt"_s, 3600, false}, {u"photo.PNG"_s, 3600, false},
+    };
     const QTemporaryDir dir;
     QVERIFY(QDir(dir.path()).mkdir(u"thumbnails"_s));
-    const QString smallCopy = dir.filePath(u"thumbnails/"_s + name);
-    makeFile(dir.filePath(name), age);
-    makeFile(smallCopy, age);
+    for (const auto& [name, age, isSwept] : files) {
+        makeFile(dir.filePath(name), age);
+        makeFile(dir.filePath(u"thumbnails/"_s + name), age);
+    }
     QThreadPool pool;
     // Only the name counts: the folder may have moved with the user's home.
     ImageBlobs::sweepOrphans(dir.path(), {item(ClipType::image, u"/old/home/images/kept.png"_s)}, pool);
-    QVERIFY(pool.waitForDone(5000));
-    QCOMPARE(QFile::exists(dir.filePath(name)), !swept);
-    QCOMPARE(QFile::exists(smallCopy), !swept);
+    QVERIFY(pool.waitForDone());
+    for (const auto& [name, age, isSwept] : files) {
+        QVERIFY2(QFile::exists(dir.filePath(name)) != isSwept, qPrintable(name));
+        QVERIFY2(QFile::exists(dir.filePath(u"thumbnails/"_s + name)) != isSwept, qPrintable(name));
+    }
 }
 
 QTEST_GUILESS_MAIN(ImageBlobsTest)

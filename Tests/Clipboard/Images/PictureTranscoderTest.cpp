@@ -5,7 +5,6 @@
 #include <QImage>
 #include <QImageWriter>
 #include <QTest>
-#include <QtEndian>
 
 #include <spng.h>
 
@@ -29,24 +28,18 @@ QByteArray encoded(const QImage& image, const char* format)
 QImage pattern(QImage::Format format)
 {
     QImage image(37, 19, QImage::Format_RGBA64);
-    for (int y = 0; y < image.height(); ++y) {
+    for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
             image.setPixelColor(x, y,
                                 QColor::fromRgba64(quint16(x * 1771), quint16(y * 3449), quint16(x * y * 97),
                                                    quint16(65535 - x * 900)));
-    }
     return image.convertToFormat(format);
 }
 
 QImage indexed()
 {
-    QImage image(9, 5, QImage::Format_Indexed8);
-    image.setColorTable({qRgba(255, 0, 0, 255), qRgba(0, 255, 0, 128), qRgba(0, 0, 255, 0)});
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            image.setPixel(x, y, uint((x + y) % 3));
-    }
-    return image;
+    const QList<QRgb> palette{qRgba(255, 0, 0, 255), qRgba(0, 255, 0, 128), qRgba(0, 0, 255, 0)};
+    return pattern(QImage::Format_ARGB32).convertToFormat(QImage::Format_Indexed8, palette);
 }
 
 /// A 4 × 4 grey picture as another program may write it: interlaced, with a comment and a position.
@@ -81,31 +74,9 @@ QByteArray encodedByHand(bool interlaced)
     return bytes;
 }
 
-/// The header of a picture of that size, and nothing behind it.
-QByteArray headerOnly(quint32 width, quint32 height)
-{
-    QByteArray chunk("IHDR");
-    const auto add32 = [](QByteArray& bytes, quint32 value) {
-        value = qToBigEndian(value);
-        bytes.append(reinterpret_cast<const char*>(&value), 4);
-    };
-    add32(chunk, width);
-    add32(chunk, height);
-    chunk.append(QByteArray::fromHex("0806000000"));
-    quint32 crc = 0xffffffff;
-    for (const char byte : chunk) {
-        crc ^= uchar(byte);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = (crc & 1) ? (crc >> 1) ^ 0xedb88320 : crc >> 1;
-    }
-    QByteArray png("\x89PNG\r\n\x1a\n");
-    add32(png, 13);
-    png += chunk;
-    add32(png, ~crc);
-    png.append(QByteArray::fromHex("0000000049444154"));
-    add32(png, 0x35af061e);
-    return png;
-}
+/// The header of a picture of 100,000 × 100,000 with eight bits a channel and alpha, and nothing behind it.
+const QByteArray announcement = QByteArray::fromHex("89504e470d0a1a0a0000000d49484452000186a0000186a00806000000"
+                                                    "a8520bc8000000004944415435af061e");
 
 } // namespace
 
@@ -115,10 +86,8 @@ class PictureTranscoderTest final : public QObject
 private slots:
     void keepsEveryPixel_data();
     void keepsEveryPixel();
-    void keepsPaletteAndDepth();
     void dropsWhatIsNotThePicture();
     void keepsTheColourSpace();
-    void makesTheSameOfTheSame();
     void refuses_data();
     void refuses();
 };
@@ -152,16 +121,9 @@ void PictureTranscoderTest::keepsEveryPixel()
         const std::optional<QByteArray> png = PictureTranscoder::toPNG(picture, hurry.get_token());
         QVERIFY(png);
         QCOMPARE(QImage::fromData(*png).convertToFormat(comparable), expected.convertToFormat(comparable));
-        hurry.request_stop(); // the second time
-    }
-}
-
-void PictureTranscoderTest::keepsPaletteAndDepth()
-{
-    for (const QImage& image : {indexed(), pattern(QImage::Format_Mono), pattern(QImage::Format_RGBA64)}) {
-        const QByteArray picture = encoded(image, "png");
-        const QByteArray png = PictureTranscoder::toPNG(picture).value_or(QByteArray());
-        QCOMPARE(png.mid(8, 25).mid(8, 10), picture.mid(8, 25).mid(8, 10)); // size, bit depth and colour type
+        if (format == "png")
+            QCOMPARE(png->mid(16, 10), picture.mid(16, 10)); // size, bit depth and colour type
+        hurry.request_stop();                                // the second time
     }
 }
 
@@ -172,6 +134,7 @@ void PictureTranscoderTest::dropsWhatIsNotThePicture()
         QVERIFY(!png.contains("taken at home") && !png.contains("eXIf") && png.contains("gAMA"));
         QCOMPARE(png.at(28), '\0'); // not interlaced
         QCOMPARE(QImage::fromData(png), QImage::fromData(encodedByHand(false)));
+        QCOMPARE(png, PictureTranscoder::toPNG(encodedByHand(!interlaced))); // the same of the same
     }
 }
 
@@ -188,21 +151,6 @@ void PictureTranscoderTest::keepsTheColourSpace()
     QCOMPARE(QImage::fromData(fromTIFF).pixelColor(20, 10), converted.pixelColor(20, 10));
 }
 
-void PictureTranscoderTest::makesTheSameOfTheSame()
-{
-    const QImage image = pattern(QImage::Format_RGB32);
-    QImageWriter writer;
-    QByteArray small;
-    QBuffer buffer(&small);
-    buffer.open(QIODevice::WriteOnly);
-    writer.setDevice(&buffer);
-    writer.setFormat("png");
-    writer.setQuality(0); // compressed by another program, in another way
-    writer.setText(u"Author"_s, u"me"_s);
-    writer.write(image);
-    QCOMPARE(PictureTranscoder::toPNG(small), PictureTranscoder::toPNG(encoded(image, "png")));
-}
-
 void PictureTranscoderTest::refuses_data()
 {
     QTest::addColumn<QByteArray>("picture");
@@ -211,13 +159,12 @@ void PictureTranscoderTest::refuses_data()
     QByteArray flipped = png;
     flipped[flipped.size() / 2] = char(flipped.at(flipped.size() / 2) ^ 0x55);
     QTest::newRow("empty") << QByteArray();
-    QTest::newRow("text") << QByteArray("no picture");
     QTest::newRow("another format") << encoded(pattern(QImage::Format_RGB32), "bmp");
     QTest::newRow("truncated pixels") << png.first(png.size() * 2 / 3);
     QTest::newRow("damaged pixels") << flipped;
     QTest::newRow("truncated tiff") << encoded(pattern(QImage::Format_RGB32), "tiff").first(100);
-    QTest::newRow("bomb: 16 GiB announced") << headerOnly(65536, 65536);
-    QTest::newRow("nothing behind the header") << headerOnly(100, 100);
+    QTest::newRow("bomb: 40 GB announced") << announcement;
+    QTest::newRow("nothing behind the header") << png.first(41);
 }
 
 void PictureTranscoderTest::refuses()

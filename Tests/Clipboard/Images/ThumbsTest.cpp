@@ -19,7 +19,6 @@ class ThumbsTest final : public QObject
 {
     Q_OBJECT
 private slots:
-    void fitsTheLargerSide_data();
     void fitsTheLargerSide();
     void turnsPicturesUpright();
     void forgetsFailuresWhenTold();
@@ -28,8 +27,7 @@ private slots:
     void smallCopyGoesWithItsPicture();
     void readsWhatWasAskedForLastFirst();
     void survivesItsEndWhileLoading();
-    void asksForEachIconOnce();
-    void labelsMissingPicturesOnce();
+    void remembersIconsAndLabels();
 
 private:
     [[nodiscard]] QString picture(const QString& name, const QSize& size)
@@ -51,24 +49,17 @@ private:
     QTemporaryDir m_folder;
 };
 
-void ThumbsTest::fitsTheLargerSide_data()
-{
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QSize>("thumb");
-
-    QTest::newRow("wide") << QSize(400, 200) << QSize(100, 50);
-    QTest::newRow("a line") << QSize(2000, 1) << QSize(100, 1);
-    QTest::newRow("small: not enlarged") << QSize(40, 30) << QSize(40, 30);
-}
-
 void ThumbsTest::fitsTheLargerSide()
 {
-    QFETCH(QSize, size);
-    QFETCH(QSize, thumb);
     Thumbs thumbs;
-    const Thumbs::Thumb result = loaded(thumbs, picture(u"p.png"_s, size), 100);
-    QCOMPARE(result.phase, Thumbs::Phase::loaded);
-    QCOMPARE(result.image.size(), thumb);
+    const std::pair<QSize, QSize> sizes[] = {
+        {{400, 200}, {100, 50}}, {{2000, 1}, {100, 1}}, {{40, 30}, {40, 30}}, // small ones stay
+    };
+    for (const auto& [size, expected] : sizes) {
+        const auto thumb = loaded(thumbs, picture(u"%1.png"_s.arg(size.width()), size), 100);
+        QCOMPARE(thumb.phase, Thumbs::Phase::loaded);
+        QCOMPARE(thumb.image.size(), expected);
+    }
 }
 
 void ThumbsTest::turnsPicturesUpright()
@@ -181,7 +172,7 @@ void ThumbsTest::survivesItsEndWhileLoading()
     QCOMPARE(answers, 0);
 }
 
-void ThumbsTest::asksForEachIconOnce()
+void ThumbsTest::remembersIconsAndLabels()
 {
     Testing::FakeWorkspace workspace;
     workspace.applicationIcons.insert(u"a"_s, QIcon(QPixmap(4, 4)));
@@ -192,10 +183,7 @@ void ThumbsTest::asksForEachIconOnce()
         QVERIFY(icons.icon(std::nullopt).isNull());
     }
     QCOMPARE(workspace.applicationIconsAsked, (QStringList{u"a"_s, u"none"_s}));
-}
 
-void ThumbsTest::labelsMissingPicturesOnce()
-{
     const QString path = m_folder.filePath(u"unlabelled.png"_s);
     QCOMPARE(ImageDimensions::label(path), std::nullopt);
     Q_UNUSED(picture(u"unlabelled.png"_s, {1200, 7}))

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "ForeignClient.h"
 #include "SelectionEngine.h"
+#include "SessionTest.h"
 
+#include <QDir>
 #include <QTest>
 
 #include <mutex>
@@ -51,7 +54,7 @@ public:
     /// Waits until there are `count` snapshots; the last of them, empty when they do not come.
     [[nodiscard]] SelectionContent waitForSnapshot(size_t count = 1)
     {
-        if (!QTest::qWaitFor([&] { return snapshots().size() >= count; }, 20000))
+        if (!VirtualSession::waitUntil([&] { return snapshots().size() >= count; }))
             return {};
         return snapshots()[count - 1].content;
     }
@@ -62,6 +65,44 @@ private:
 
 public:
     std::unique_ptr<X11::SelectionEngine> engine; // last: it calls back until it is gone
+};
+
+/// Functions that each have an engine of their own.
+class SelectionTest : public SessionTest
+{
+    Q_OBJECT
+protected:
+    void startEngine(std::chrono::milliseconds stepTimeout = std::chrono::seconds(20),
+                     std::chrono::milliseconds saveHold = std::chrono::seconds(20))
+    {
+        m_log.reset();
+        m_log = std::make_unique<EngineWithLog>(m_session->display(), stepTimeout, saveHold);
+        QVERIFY(m_log->engine);
+    }
+    [[nodiscard]] bool waitForManager() const
+    {
+        return VirtualSession::waitUntil([this] { return m_session->selectionOwner("CLIPBOARD_MANAGER") != 0; });
+    }
+
+    std::unique_ptr<EngineWithLog> m_log;
+
+private slots:
+    void init()
+    {
+        m_openFiles = openFiles();
+        startEngine();
+        QVERIFY(waitForManager());
+    }
+    void cleanup()
+    {
+        m_log.reset();
+        QVERIFY(openFiles() <= m_openFiles);
+    }
+
+private:
+    static uint openFiles() { return QDir(QStringLiteral("/proc/self/fd")).count(); }
+
+    uint m_openFiles = 0;
 };
 
 } // namespace Clipboard::Testing

@@ -13,8 +13,6 @@ class PlatformLoaderTest final : public QObject
     Q_OBJECT
 private slots:
     void everyPortIsThereWithItsReason();
-    void pasteStillEnds();
-    void missingPictureIsToldApart();
 };
 
 void PlatformLoaderTest::everyPortIsThereWithItsReason()
@@ -28,20 +26,12 @@ void PlatformLoaderTest::everyPortIsThereWithItsReason()
     QSignalSpy failed(platform.hotKey.get(), &HotKeyGrabber::failed);
     platform.hotKey->grab();
     QCOMPARE(failed.size(), 1);
-}
 
-void PlatformLoaderTest::pasteStillEnds()
-{
-    const Platform platform = loadPlatform();
     bool isDone = false;
     platform.keystrokes->sendPaste([&](PasteResult result) { isDone = result == PasteResult::notSent; });
     QVERIFY(!isDone);
     QTRY_VERIFY(isDone);
-}
 
-void PlatformLoaderTest::missingPictureIsToldApart()
-{
-    const Platform platform = loadPlatform();
     QVERIFY(!platform.pasteboard->setPNGFile(u"/does/not/exist.png"_s));
     QVERIFY(platform.pasteboard->setPNGFile(QCoreApplication::applicationFilePath()));
 }

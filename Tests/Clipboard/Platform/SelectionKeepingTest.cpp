@@ -1,10 +1,4 @@
 #include "EngineWithLog.h"
-#include "ForeignClient.h"
-#include "VirtualSession.h"
-
-#include <QTest>
-
-#include <memory>
 
 using namespace Clipboard;
 using namespace Clipboard::Testing;
@@ -13,13 +7,10 @@ using Answers = QHash<QByteArray, ForeignClient::Answer>;
 using Manner = ForeignClient::Answer::Manner;
 
 /// What becomes of a program's content when it ends, gives it up, or asks for it to be kept.
-class SelectionKeepingTest final : public QObject
+class SelectionKeepingTest final : public SelectionTest
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
     void contentOutlivesItsOwner_data();
     void contentOutlivesItsOwner();
     void unreadContentDoesNotOutlive();
@@ -29,33 +20,9 @@ private slots:
     void contentIsLeftWithAnotherManager();
 
 private:
-    [[nodiscard]] QByteArray display() const { return m_session->display().toLatin1(); }
     /// Ends the program and waits until its content is in our hands.
     void endAndTakeOver(ForeignClient& owner);
-
-    std::unique_ptr<VirtualSession> m_session;
-    std::unique_ptr<EngineWithLog> m_log;
 };
-
-void SelectionKeepingTest::initTestCase()
-{
-    VirtualSession::Options options;
-    options.windowManager = false;
-    m_session = std::make_unique<VirtualSession>(options);
-    QVERIFY2(m_session->failure().isEmpty(), qPrintable(m_session->failure()));
-}
-
-void SelectionKeepingTest::init()
-{
-    m_log = std::make_unique<EngineWithLog>(m_session->display());
-    QVERIFY(m_log->engine);
-    QVERIFY(VirtualSession::waitUntil([&] { return m_session->selectionOwner("CLIPBOARD_MANAGER") != 0; }));
-}
-
-void SelectionKeepingTest::cleanup()
-{
-    m_log.reset();
-}
 
 void SelectionKeepingTest::endAndTakeOver(ForeignClient& owner)
 {
@@ -85,8 +52,7 @@ void SelectionKeepingTest::contentOutlivesItsOwner()
 {
     QFETCH(const Answers, answers);
     ForeignClient owner(display());
-    owner.offer(answers);
-    owner.take();
+    owner.copy(answers);
     const auto kept = owner.save(); // everything worth keeping has been read
     QVERIFY(kept);
     endAndTakeOver(owner);
@@ -102,8 +68,7 @@ void SelectionKeepingTest::contentOutlivesItsOwner()
 void SelectionKeepingTest::unreadContentDoesNotOutlive()
 {
     ForeignClient owner(display());
-    owner.offer({{"UTF8_STRING", {.bytes = numbers(400'000), .manner = Manner::StallInTheMiddle}}});
-    owner.take();
+    owner.copy({{"UTF8_STRING", {.bytes = numbers(400'000), .manner = Manner::StallInTheMiddle}}});
     QVERIFY(VirtualSession::waitUntil([&] { return owner.asked().contains("UTF8_STRING"); }));
     owner.die();
     QVERIFY(m_log->waitForSnapshot().types.isEmpty());
@@ -113,8 +78,7 @@ void SelectionKeepingTest::unreadContentDoesNotOutlive()
 void SelectionKeepingTest::deliberateClearStays()
 {
     ForeignClient owner(display());
-    owner.offerText("for ten seconds");
-    owner.take();
+    owner.copyText("for ten seconds");
     QCOMPARE(m_log->waitForSnapshot().text, QByteArray("for ten seconds"));
     owner.clear();
     QVERIFY(m_log->waitForSnapshot(2).types.isEmpty());
@@ -133,12 +97,10 @@ void SelectionKeepingTest::managerRefusesWhatItCannotRead_data()
 void SelectionKeepingTest::managerRefusesWhatItCannotRead()
 {
     QFETCH(const Answers, answers);
-    m_log.reset();
-    EngineWithLog log(m_session->display(), std::chrono::seconds(20), std::chrono::milliseconds(1));
-    QVERIFY(VirtualSession::waitUntil([&] { return m_session->selectionOwner("CLIPBOARD_MANAGER") != 0; }));
+    startEngine(std::chrono::seconds(20), std::chrono::milliseconds(1));
+    QVERIFY(waitForManager());
     ForeignClient owner(display());
-    owner.offer(answers);
-    owner.take();
+    owner.copy(answers);
     QVERIFY(!owner.save());
 }
 
@@ -146,11 +108,10 @@ void SelectionKeepingTest::contentIsLeftWithAnotherManager()
 {
     m_log.reset();
     ForeignClient other(display(), "CLIPBOARD_MANAGER");
-    other.offer({{"SAVE_TARGETS", {.manner = Manner::Late}}});
-    other.take();
-    EngineWithLog log(m_session->display());
-    log.engine->own(formsOfText("ours"));
-    auto left = log.engine->handOver();
+    other.copy({{"SAVE_TARGETS", {.manner = Manner::Late}}});
+    startEngine();
+    m_log->engine->own(formsOfText("ours"));
+    auto left = m_log->engine->handOver();
     QVERIFY(VirtualSession::waitUntil([&] { return other.asked().contains("SAVE_TARGETS"); }));
     QVERIFY(other.ownsSelection());
     // It fetches the content before it answers.
@@ -160,8 +121,8 @@ void SelectionKeepingTest::contentIsLeftWithAnotherManager()
 
     ForeignClient heir(display());
     heir.copyText("ours"); // which is no copy
-    log.engine->settled().wait();
-    QVERIFY(log.snapshots().empty());
+    m_log->engine->settled().wait();
+    QVERIFY(m_log->snapshots().empty());
 }
 
 QTEST_GUILESS_MAIN(SelectionKeepingTest)

@@ -10,7 +10,6 @@ class SelectionTextTest final : public QObject
 private slots:
     void decode_data();
     void decode();
-    void latin1SubstitutesWhatItLacks();
 };
 
 void SelectionTextTest::decode_data()
@@ -46,10 +45,6 @@ void SelectionTextTest::decode()
     QFETCH(const QByteArray, bytes);
     QFETCH(const std::optional<QByteArray>, text);
     QCOMPARE(SelectionText::decode(type, bytes), text);
-}
-
-void SelectionTextTest::latin1SubstitutesWhatItLacks()
-{
     QCOMPARE(SelectionText::latin1("\xC3\xA9 \xE2\x82\xAC"), QByteArray("\xE9 ?"));
 }
 

@@ -19,6 +19,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto noHurry = std::chrono::milliseconds(30s);
+constexpr int patience = 20'000; // ms
 
 } // namespace
 
@@ -30,8 +31,6 @@ private slots:
     void init();
     void readsLines_data();
     void readsLines();
-    void cannotBeStarted_data();
-    void cannotBeStarted();
     void readsTitle_data();
     void readsTitle();
     void keepsSecretsOfTheSession();
@@ -41,7 +40,7 @@ private slots:
     void mayBeDestroyedByItsAnswer();
 
 private:
-    /// A program that is this shell script. "$folder" is a folder of its own.
+    /// A program that is this shell script; none for an empty one. "$folder" is a folder of its own.
     QString standIn(const QByteArray& script);
     /// The answer; nothing when it came at once, twice or never.
     std::optional<QStringList> recognize(const QString& program, std::chrono::milliseconds limit = noHurry,
@@ -58,10 +57,14 @@ void WorkerClientTest::init()
 
 QString WorkerClientTest::standIn(const QByteArray& script)
 {
+    if (script.isEmpty())
+        return m_folder->filePath(u"missing"_s);
     QFile file(m_folder->filePath(u"worker"_s));
     if (!file.open(QIODevice::WriteOnly))
         qFatal("The stand-in cannot be written");
-    file.write("#!/bin/sh\nfolder='" + m_folder->path().toUtf8() + "'\n" + script + '\n');
+    if (!script.startsWith("#!"))
+        file.write("#!/bin/sh\nfolder='" + m_folder->path().toUtf8() + "'\n");
+    file.write(script + '\n');
     file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     return file.fileName();
 }
@@ -78,7 +81,7 @@ std::optional<QStringList> WorkerClientTest::recognize(const QString& program, s
         siginfo_t child{};
         return waitid(P_ALL, 0, &child, WEXITED | WNOHANG | WNOWAIT) != 0;
     };
-    if (!QTest::qWaitFor([&] { return !answers.isEmpty() && hasNoChild(); }, 20'000))
+    if (!QTest::qWaitFor([&] { return !answers.isEmpty() && hasNoChild(); }, patience))
         return std::nullopt;
     return isTooEarly || answers.size() != 1 ? std::nullopt : std::optional(answers.first());
 }
@@ -94,18 +97,17 @@ void WorkerClientTest::readsLines_data()
     QTest::newRow("lines") << QByteArray(R"(printf ' one \n\n\ttwo\n')") << noHurry << QStringList{u"one"_s, u"two"_s};
     QTest::newRow("is told what to do") << QByteArray(R"(printf '%s\n' "$@")") << noHurry
                                         << QStringList{u"recognize"_s, u"/a picture.png"_s};
-    QTest::newRow("no line") << QByteArray("exit 0") << noHurry << none;
     QTest::newRow("lets the event loop turn")
         << QByteArray(R"(until [ -e "$folder/turned" ]; do sleep 0.01; done; echo text)") << noHurry
         << QStringList{u"text"_s};
     QTest::newRow("fails") << QByteArray("echo text; exit 1") << noHurry << none;
     QTest::newRow("crashes") << QByteArray("echo text; kill -SEGV $$") << noHurry << none;
     QTest::newRow("hangs") << QByteArray("trap '' TERM; echo text; exec sleep 60") << soon << none;
-    QTest::newRow("no UTF-8") << QByteArray(R"(printf 'text\n\377\376')") << noHurry << none;
     QTest::newRow("half a character") << QByteArray(R"(printf 'gr\303')") << noHurry << none;
-    QTest::newRow("100 MB") << QByteArray("head -c 100000000 /dev/zero") << noHurry << none;
     QTest::newRow("without end") << QByteArray("exec yes") << noHurry << none;
     QTest::newRow("complains without end") << QByteArray("exec yes >&2") << soon << none;
+    QTest::newRow("is missing") << QByteArray() << noHurry << none;
+    QTest::newRow("no program") << QByteArray("#!/does/not/exist") << noHurry << none;
     QTest::newRow("leaves a program behind") << QByteArray("sleep 25 & echo text") << noHurry << QStringList{u"text"_s};
 }
 
@@ -120,29 +122,6 @@ void WorkerClientTest::readsLines()
     QCOMPARE(*lines, expected);
 }
 
-void WorkerClientTest::cannotBeStarted_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<bool>("isExecutable");
-
-    QTest::newRow("missing") << QByteArray() << false;
-    QTest::newRow("no program") << QByteArray("#!/does/not/exist\n") << true;
-    QTest::newRow("not allowed") << QByteArray("#!/bin/sh\necho text\n") << false;
-}
-
-void WorkerClientTest::cannotBeStarted()
-{
-    QFETCH(QByteArray, content);
-    QFETCH(bool, isExecutable);
-    QFile file(m_folder->filePath(u"worker"_s));
-    if (!content.isEmpty()) {
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-        file.setPermissions(isExecutable ? QFile::ReadOwner | QFile::ExeOwner : QFile::ReadOwner);
-        file.close();
-    }
-    QCOMPARE(recognize(file.fileName()), QStringList());
-}
-
 void WorkerClientTest::readsTitle_data()
 {
     QTest::addColumn<QByteArray>("script");
@@ -153,7 +132,6 @@ void WorkerClientTest::readsTitle_data()
                                        << std::optional(u"https://example.org/?q=aaaaaaa"_s);
     QTest::newRow("several lines") << QByteArray(R"(printf 'a\n\n b\n')") << std::optional(u"a b"_s);
     QTest::newRow("a blank") << QByteArray(R"(printf ' \n')") << std::optional<QString>();
-    QTest::newRow("fails") << QByteArray("echo title; exit 1") << std::optional<QString>();
     QTest::newRow("hangs") << QByteArray("exec sleep 60") << std::optional<QString>();
 }
 
@@ -166,7 +144,7 @@ void WorkerClientTest::readsTitle()
     std::optional<std::optional<QString>> answer;
     provider.fetchTitle(link, script.contains("sleep") ? 300ms : noHurry,
                         [&](const std::optional<QString>& title) { answer = title; });
-    QTRY_VERIFY(answer);
+    QTRY_VERIFY_WITH_TIMEOUT(answer, patience);
     QTEST(*answer, "expected");
 }
 
@@ -184,31 +162,27 @@ void WorkerClientTest::keepsSecretsOfTheSession()
 
 void WorkerClientTest::runsAFewAtOnce()
 {
-    constexpr int asked = 7;
-    const QString program =
-        standIn(R"(touch "$folder/run.$$"; ls "$folder" | grep -c run; echo "$2"; sleep 0.1; rm "$folder/run.$$")");
-    WorkerTextRecognizer recognizer(program);
+    WorkerTextRecognizer recognizer(standIn(R"([ -e "$folder/go" ] || touch "$folder/early.$$"
+                                               until [ -e "$folder/go" ]; do sleep 0.01; done; echo "$2")"));
     QStringList pictures;
-    int most = 0;
-    for (int i = 0; i < asked; ++i) {
-        recognizer.recognize(QString::number(i), [&](const QStringList& lines) {
-            most = std::max(most, lines.value(0).toInt());
-            pictures.append(lines.value(1));
-        });
-    }
-    QTRY_COMPARE_WITH_TIMEOUT(pictures.size(), asked, 20'000);
-    QCOMPARE(most, WorkerTextRecognizer::maxAtOnce);
+    for (const char picture : QByteArray("abcdefg"))
+        recognizer.recognize(QString(QLatin1Char(picture)), [&](const QStringList& lines) { pictures += lines; });
+    const QDir folder(m_folder->path());
+    QTRY_COMPARE_WITH_TIMEOUT(folder.entryList({u"early.*"_s}).size(), WorkerTextRecognizer::maxAtOnce, patience);
+    QVERIFY(QFile(folder.filePath(u"go"_s)).open(QFile::WriteOnly));
+    QTRY_COMPARE_WITH_TIMEOUT(pictures.size(), 7, patience);
+    QCOMPARE(folder.entryList({u"early.*"_s}).size(), WorkerTextRecognizer::maxAtOnce);
     pictures.sort();
-    QCOMPARE(pictures.join(u' '), u"0 1 2 3 4 5 6"_s);
+    QCOMPARE(pictures.join(QString()), u"abcdefg"_s);
 }
 
 void WorkerClientTest::waitingCounts()
 {
-    WorkerTextRecognizer recognizer(standIn(R"(sleep 1.5; touch "$folder/late.$$"; exec sleep 60)"), 2s);
+    WorkerTextRecognizer recognizer(standIn(R"(sleep 0.4; touch "$folder/late.$$"; exec sleep 60)"), 600ms);
     int answers = 0;
     for (int i = 0; i < 6; ++i)
         recognizer.recognize(u"/picture.png"_s, [&](const QStringList& lines) { answers += lines.isEmpty() ? 1 : 0; });
-    QTRY_COMPARE_WITH_TIMEOUT(answers, 6, 20'000);
+    QTRY_COMPARE_WITH_TIMEOUT(answers, 6, patience);
     // Those that waited had no time left.
     QVERIFY(QDir(m_folder->path()).entryList({u"late.*"_s}).size() <= WorkerTextRecognizer::maxAtOnce);
 }
@@ -222,7 +196,7 @@ void WorkerClientTest::leavesNothingBehind()
         recognizer->recognize(u"/picture.png"_s, [&](const QStringList& /*lines*/) { isAnswered = true; });
     const QDir folder(m_folder->path());
     const QStringList started{u"pid.*"_s};
-    QTRY_COMPARE(folder.entryList(started).size(), WorkerTextRecognizer::maxAtOnce);
+    QTRY_COMPARE_WITH_TIMEOUT(folder.entryList(started).size(), WorkerTextRecognizer::maxAtOnce, patience);
 
     recognizer.reset();
     QCoreApplication::processEvents();
@@ -247,7 +221,7 @@ void WorkerClientTest::mayBeDestroyedByItsAnswer()
                 recognizer.reset();
             });
         }
-        QTRY_VERIFY(!recognizer);
+        QTRY_VERIFY_WITH_TIMEOUT(!recognizer, patience);
         QCOMPARE(answers, 1);
     }
 }

@@ -1,7 +1,7 @@
 #include "ForeignClient.h"
+#include "FrontWindow.h"
 #include "PlatformLoader.h"
 #include "VirtualSession.h"
-#include "X11HotKeyGrabber.h"
 #include "X11Session.h"
 
 #include <QFile>
@@ -11,9 +11,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include <atomic>
 #include <memory>
-#include <thread>
 
 using namespace Clipboard;
 using namespace Clipboard::Testing;
@@ -21,25 +19,32 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Key codes, on a keyboard of the usual kind.
-constexpr xcb_keycode_t latinV = 55;
-constexpr xcb_keycode_t dvorakV = 60;
-
-/// True when another program could have the hot key on that key now; it does not keep it.
-bool takeHotKey(xcb_connection_t* other, xcb_keycode_t key)
+/// A window of nobody known, on the screen.
+xcb_window_t openWindow(X11::XcbConnection& connection)
 {
-    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(other)).data->root;
-    const uint16_t modifiers = XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_4;
-    const auto cookie = xcb_grab_key_checked(other, 1, root, modifiers, key, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-    const X11::XcbPointer<xcb_generic_error_t> error(xcb_request_check(other, cookie));
-    if (!error)
-        xcb_ungrab_key(other, key, root, modifiers);
-    return !error;
+    const xcb_window_t window = xcb_generate_id(connection.get());
+    xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, window, connection.root(), 0, 0, 100, 100, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    const QByteArray windowClass("elsewhere\0Elsewhere\0", 20);
+    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
+                        static_cast<uint32_t>(windowClass.size()), windowClass.constData());
+    const uint32_t icon[] = {1, 1, 0xff336699};
+    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, window, connection.atom("_NET_WM_ICON"),
+                        XCB_ATOM_CARDINAL, 32, 3, icon);
+    xcb_map_window(connection.get(), window);
+    connection.synchronize();
+    return window;
+}
+
+bool write(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
 } // namespace
 
-/// Hot key, focus, keys and applications in a session with a window manager and real programs.
+/// Focus, keys and applications in a session with a window manager and real programs.
 class X11DesktopTest final : public QObject
 {
     Q_OBJECT
@@ -50,16 +55,8 @@ public:
     }
 
 private slots:
-    void initTestCase();
     void init();
     void cleanup();
-    void hotKeyWhateverTheLocks_data();
-    void hotKeyWhateverTheLocks();
-    void heldHotKeyCountsOnce();
-    void hotKeySurvivesALayoutChange();
-    void hotKeyIsNotLetGoForAnotherKeyboard();
-    void hotKeyWithoutLatinLetters();
-    void hotKeyOfAnotherProgram();
     void frontmostApplicationIsNotOurs();
     void unknownApplicationGoesByItsClass();
     void pastesIntoNoOtherWindow_data();
@@ -68,6 +65,7 @@ private slots:
     void pasteIntoXterm();
     void utilityWindowStaysOutOfTaskBars();
     void compositorComesAndGoes();
+    void keyboardGoesBackWithoutAWindowManager();
 
 private:
     void xdotool(const QString& arguments);
@@ -77,8 +75,6 @@ private:
     [[nodiscard]] bool waitForActive(xcb_window_t window);
     /// Handles what the server has said so far.
     void catchUp();
-    /// Waits until the window manager has done what it was asked for so far.
-    [[nodiscard]] bool hasWindowManagerCaughtUp();
     [[nodiscard]] QByteArray typed(const QString& file = u"typed"_s) const;
     [[nodiscard]] Workspace::Application frontmost() const
     {
@@ -97,18 +93,11 @@ private:
     QList<QProcess*> m_programs;
 };
 
-void X11DesktopTest::initTestCase()
-{
-    // The window manager announces itself before it manages windows.
-    const auto observer = X11::X11Session::open();
-    QVERIFY(observer);
-    QTRY_VERIFY(observer->hasActivation());
-}
-
 void X11DesktopTest::init()
 {
     m_observer = X11::X11Session::open();
     QVERIFY(m_observer);
+    QTRY_VERIFY(m_observer->hasActivation()); // the window manager announces itself before it manages windows
     m_platform = loadPlatform();
     m_panel.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     m_panel.setGeometry(600, 300, 200, 100);
@@ -171,22 +160,6 @@ void X11DesktopTest::catchUp()
     QCoreApplication::processEvents();
 }
 
-bool X11DesktopTest::hasWindowManagerCaughtUp()
-{
-    auto& connection = m_observer->connection();
-    const xcb_window_t window = connection.createHiddenWindow(0);
-    const xcb_atom_t extents = connection.atom("_NET_FRAME_EXTENTS");
-    xcb_client_message_event_t request{};
-    request.response_type = XCB_CLIENT_MESSAGE;
-    request.format = 32;
-    request.window = window;
-    request.type = connection.atom("_NET_REQUEST_FRAME_EXTENTS");
-    const uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT;
-    xcb_send_event(connection.get(), 0, connection.root(), mask, reinterpret_cast<const char*>(&request));
-    connection.flush();
-    return QTest::qWaitFor([&] { return !connection.words(window, extents, XCB_ATOM_CARDINAL, 4).empty(); }, 20'000);
-}
-
 QByteArray X11DesktopTest::typed(const QString& name) const
 {
     QFile file(m_session.homePath(name));
@@ -215,110 +188,6 @@ std::optional<PasteResult> X11DesktopTest::paste()
     return QTest::qWaitFor([&] { return result.has_value(); }, 5000) && !isEarly ? result : std::nullopt;
 }
 
-void X11DesktopTest::hotKeyWhateverTheLocks_data()
-{
-    QTest::addColumn<QString>("lock");
-    QTest::newRow("none") << QString();
-    QTest::newRow("Caps Lock") << u"Caps_Lock"_s;
-    QTest::newRow("Num Lock") << u"Num_Lock"_s;
-}
-
-void X11DesktopTest::hotKeyWhateverTheLocks()
-{
-    QFETCH(const QString, lock);
-    QSignalSpy pressed(m_platform.hotKey.get(), &HotKeyGrabber::pressed);
-    QSignalSpy failed(m_platform.hotKey.get(), &HotKeyGrabber::failed);
-    m_platform.hotKey->grab();
-    if (!lock.isEmpty())
-        xdotool(u"key "_s + lock);
-    xdotool(u"key super+shift+v"_s);
-    QTRY_COMPARE(pressed.size(), 1);
-    xdotool(u"key super+v"_s);
-    xdotool(u"key shift+v"_s);
-    if (!lock.isEmpty())
-        xdotool(u"key "_s + lock);
-    catchUp();
-    QCOMPARE(pressed.size(), 1);
-    xdotool(u"key super+shift+v"_s);
-    QTRY_COMPARE(pressed.size(), 2);
-    QCOMPARE(failed.size(), 0);
-}
-
-void X11DesktopTest::heldHotKeyCountsOnce()
-{
-    int presses = 0; // the key's own repetitions among them
-    connect(m_observer.get(), &X11::X11Session::eventReceived, this,
-            [&](const xcb_generic_event_t* event) { presses += int((event->response_type & 0x7fU) == XCB_KEY_PRESS); });
-    X11HotKeyGrabber hotKey(m_observer);
-    QSignalSpy pressed(&hotKey, &HotKeyGrabber::pressed);
-    hotKey.grab();
-    xdotool(u"keydown super keydown shift keydown v"_s);
-    QTRY_VERIFY(presses > 3);
-    QCOMPARE(pressed.size(), 1);
-    xdotool(u"keyup v keyup shift keyup super"_s);
-}
-
-void X11DesktopTest::hotKeySurvivesALayoutChange()
-{
-    QSignalSpy pressed(m_platform.hotKey.get(), &HotKeyGrabber::pressed);
-    m_platform.hotKey->grab();
-    // V is on another key there.
-    m_session.run(u"setxkbmap"_s, {u"us"_s, u"dvorak"_s});
-    QTRY_VERIFY(!takeHotKey(m_observer->connection().get(), dvorakV));
-    xdotool(u"key super+shift+v"_s);
-    QTRY_COMPARE(pressed.size(), 1);
-}
-
-void X11DesktopTest::hotKeyIsNotLetGoForAnotherKeyboard()
-{
-    QSignalSpy pressed(m_platform.hotKey.get(), &HotKeyGrabber::pressed);
-    m_platform.hotKey->grab();
-    // Whoever wants it, too, gets it in the moment in which it is free.
-    std::atomic<bool> isOver = false;
-    std::atomic<bool> isTaken = false;
-    std::jthread other([&, display = m_session.display().toLatin1()] {
-        const auto connection = X11::XcbConnection::open(display);
-        while (!isOver && !isTaken)
-            isTaken = takeHotKey(connection->get(), latinV);
-    });
-    for (int round = 0; round < 20 && !isTaken; ++round) {
-        m_session.run(u"xmodmap"_s, {u"-e"_s, u"keycode 248 = F24"_s}); // tells every program that the keyboard changed
-        catchUp();
-    }
-    xdotool(u"key super+shift+v"_s);
-    const bool came = QTest::qWaitFor([&] { return isTaken || pressed.size() == 1; }, 20'000);
-    isOver = true;
-    QVERIFY(came && !isTaken);
-}
-
-void X11DesktopTest::hotKeyWithoutLatinLetters()
-{
-    QSignalSpy pressed(m_platform.hotKey.get(), &HotKeyGrabber::pressed);
-    m_session.run(u"setxkbmap"_s, {u"ru"_s});
-    m_platform.hotKey->grab();
-    xdotool(u"keydown super keydown shift key 55 keyup shift keyup super"_s);
-    QTRY_COMPARE(pressed.size(), 1);
-}
-
-void X11DesktopTest::hotKeyOfAnotherProgram()
-{
-    m_platform.hotKey->grab();
-    auto other = loadPlatform();
-    QSignalSpy failed(other.hotKey.get(), &HotKeyGrabber::failed);
-    QTest::ignoreMessage(QtWarningMsg, "Super+Shift+V is in use by another program.");
-    other.hotKey->grab();
-    QCOMPARE(failed.size(), 1);
-    QCOMPARE(failed.first().first().toString(), u"Super+Shift+V is in use by another program."_s);
-
-    // What could be had is not kept: nothing of the key is ours.
-    m_platform.hotKey.reset();
-    auto third = loadPlatform();
-    QSignalSpy pressed(third.hotKey.get(), &HotKeyGrabber::pressed);
-    third.hotKey->grab();
-    xdotool(u"key super+shift+v"_s);
-    QTRY_COMPARE(pressed.size(), 1);
-}
-
 void X11DesktopTest::frontmostApplicationIsNotOurs()
 {
     const auto window = startXterm(u"XTerm"_s);
@@ -336,31 +205,15 @@ void X11DesktopTest::frontmostApplicationIsNotOurs()
 
 void X11DesktopTest::unknownApplicationGoesByItsClass()
 {
-    // A window that tells nothing of its process, only a class and an icon.
-    auto& connection = m_observer->connection();
-    const xcb_window_t window = xcb_generate_id(connection.get());
-    xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, window, connection.root(), 0, 0, 100, 100, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
-    const QByteArray windowClass("elsewhere\0Elsewhere\0", 20);
-    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
-                        static_cast<uint32_t>(windowClass.size()), windowClass.constData());
-    const uint32_t icon[] = {1, 1, 0xff336699};
-    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, window, connection.atom("_NET_WM_ICON"),
-                        XCB_ATOM_CARDINAL, 32, 3, icon);
-    xcb_map_window(connection.get(), window);
-    connection.flush();
-    QVERIFY(waitForActive(window));
-
+    QVERIFY(waitForActive(openWindow(m_observer->connection())));
     QTRY_COMPARE(frontmost().name, u"Elsewhere"_s);
     QCOMPARE(frontmost().bundleID, u"Elsewhere"_s);
     QVERIFY(!m_platform.workspace->applicationIcon(u"Elsewhere"_s).isNull());
     QVERIFY(m_platform.workspace->applicationIcon(u"nothing.that.exists"_s).isNull());
 
     // Installed meanwhile, it is known when it comes to the front again.
-    QFile entry(m_session.homePath(u".local/share/applications/elsewhere.desktop"_s));
-    QVERIFY(entry.open(QIODevice::WriteOnly));
-    entry.write("[Desktop Entry]\nType=Application\nName=Somewhere\nStartupWMClass=Elsewhere\n");
-    entry.close();
+    QVERIFY(write(m_session.homePath(u".local/share/applications/elsewhere.desktop"_s),
+                  "[Desktop Entry]\nType=Application\nName=Somewhere\nStartupWMClass=Elsewhere\n"));
     showPanel();
     hidePanel();
     QTRY_COMPARE(frontmost().name, u"Somewhere"_s);
@@ -463,6 +316,38 @@ void X11DesktopTest::compositorComesAndGoes()
     QVERIFY(!m_platform.windows->isCompositing());
 }
 
+void X11DesktopTest::keyboardGoesBackWithoutAWindowManager()
+{
+    const VirtualSession bare({.windowManager = false});
+    const auto session = X11::X11Session::open(bare.display().toLatin1());
+    QVERIFY(session);
+    auto& connection = session->connection();
+    const xcb_window_t theirs = openWindow(connection);
+    const xcb_window_t third = openWindow(connection);
+    const xcb_window_t ours = openWindow(connection);
+    const uint32_t process = uint32_t(QCoreApplication::applicationPid());
+    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, ours, connection.atom("_NET_WM_PID"),
+                        XCB_ATOM_CARDINAL, 32, 1, &process);
+
+    X11::FrontWindow front(session);
+    const auto focusAndRemember = [&](xcb_window_t window) {
+        session->activate(window);
+        front.remember();
+        return front.remembered();
+    };
+    QCOMPARE(focusAndRemember(theirs), theirs);
+    QCOMPARE(front.keyboardWindow(), theirs);
+    QCOMPARE(focusAndRemember(ours), theirs);
+    QCOMPARE(front.keyboardWindow(), XCB_WINDOW_NONE);
+    front.restore();
+    QCOMPARE(session->focusWindow(), theirs);
+    session->activate(third); // by the user
+    front.restore();
+    QCOMPARE(session->focusWindow(), third);
+    xcb_destroy_window(connection.get(), theirs);
+    QCOMPARE(front.remembered(), XCB_WINDOW_NONE);
+}
+
 int main(int argc, char** argv)
 {
     VirtualSession session;
@@ -476,26 +361,18 @@ int main(int argc, char** argv)
         qputenv(name.toLatin1().constData(), environment.value(name).toLocal8Bit());
     qputenv("QT_QPA_PLATFORM", "xcb");
 
-    // An xterm of ours, so that the test does not depend on what is installed.
-    const QString applications = session.homePath(u".local/share/applications"_s);
-    QDir().mkpath(applications);
-    QFile entry(applications + u"/test-terminal.desktop"_s);
-    QFile icon(session.homePath(u"icon.svg"_s));
-    if (!entry.open(QIODevice::WriteOnly) || !icon.open(QIODevice::WriteOnly))
+    // An xterm of ours, so that the test does not depend on what is installed; a terminal that pastes as the common
+    // ones do, and a program that pastes as most do.
+    const QString icon = session.homePath(u"icon.svg"_s);
+    QDir().mkpath(session.homePath(u".local/share/applications"_s));
+    if (!write(icon, "<svg xmlns='http://www.w3.org/2000/svg' width='8' height='8'/>") ||
+        !write(session.homePath(u".local/share/applications/test-terminal.desktop"_s),
+               "[Desktop Entry]\nType=Application\nName=Terminal of the test\nStartupWMClass=XTerm\nIcon=" +
+                   icon.toUtf8() + '\n') ||
+        !write(session.homePath(u".Xdefaults"_s),
+               "kitty*VT100.translations: #override Ctrl Shift <KeyPress> V: insert-selection(CLIPBOARD)\n"
+               "Program*VT100.translations: #override Ctrl <KeyPress> v: insert-selection(CLIPBOARD)\n"))
         return 1;
-    icon.write("<svg xmlns='http://www.w3.org/2000/svg' width='8' height='8'/>");
-    icon.close();
-    entry.write("[Desktop Entry]\nType=Application\nName=Terminal of the test\nStartupWMClass=XTerm\nIcon=" +
-                icon.fileName().toUtf8() + "\n");
-    entry.close();
-
-    // A terminal that pastes as the common ones do, and a program that pastes as most do.
-    QFile resources(session.homePath(u".Xdefaults"_s));
-    if (!resources.open(QIODevice::WriteOnly))
-        return 1;
-    resources.write("kitty*VT100.translations: #override Ctrl Shift <KeyPress> V: insert-selection(CLIPBOARD)\n"
-                    "Program*VT100.translations: #override Ctrl <KeyPress> v: insert-selection(CLIPBOARD)\n");
-    resources.close();
 
     const QGuiApplication application(argc, argv);
     X11DesktopTest test(session);

@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <tuple>
+
 using namespace Clipboard;
 using namespace Clipboard::Testing;
 using namespace Qt::StringLiterals;
@@ -39,15 +41,11 @@ class LinkTitleTest final : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
     void endsAsItShould_data();
     void endsAsItShould();
-    void givesUpInTime_data();
     void givesUpInTime();
     void keepsAndTellsNothing();
-    void followsRedirectsSoFar();
-    void readsTheBeginningOnly();
-    void staysOnTheWeb_data();
+    void goesOnlySoFar();
     void staysOnTheWeb();
     void trustsTheSystemsAuthoritiesOnly();
 
@@ -55,66 +53,45 @@ private:
     LoopbackServer m_server;
 };
 
-void LinkTitleTest::initTestCase()
-{
-    const QByteArray html = "Content-Type: text/html\r\n";
-    const QByteArray big(qsizetype{10} * 1024 * 1024, 'x');
-    m_server.answer("/plain", {.body = plainPage});
-    m_server.answer("/untyped", {.body = plainPage, .headers = {}});
-    m_server.answer("/xhtml", {.body = plainPage, .headers = "Content-Type: Application/XHTML+XML; charset=utf-8\r\n"});
-    m_server.answer("/identity", {.body = plainPage, .headers = html + "Content-Encoding: identity\r\n"});
-    m_server.answer("/og", {.body = "<title>T</title><meta property=og:title content='&quot;O&quot;\n og'><p>"});
-    m_server.answer("/latin1",
-                    {.body = "<title>caf\xe9</title>", .headers = "Content-Type: text/html; charset=latin1\r\n"});
-    m_server.answer("/wrong-charset", {.body = "<title>caf\xe9 noir</title>"});
-    m_server.answer("/brackets", {.body = "<title>[a](b) ]] [c</title>"});
-    m_server.answer("/big", {.body = "<title>Big</title>" + big});
-    m_server.answer("/late", {.body = "<p>" + big.first(2 * maxPageBytes) + "<title>Late</title>"});
-    m_server.answer("/cut", {.body = "<title>" + big});
-    m_server.answer("/endless", {.body = plainPage, .ending = Ending::Hang});
-    m_server.answer("/pieces", {.body = plainPage, .ending = Ending::Hang, .pieceBytes = 3, .pause = 1ms});
-
-    m_server.answer("/no-title", {.body = "<html><body><h1>Title</h1></body></html>"});
-    m_server.answer("/empty", {});
-    m_server.answer("/short", {.body = plainPage.first(20), .headers = html + "Content-Length: 9000\r\n"});
-    m_server.answer("/picture", {.body = plainPage, .headers = "Content-Type: image/png\r\n"});
-    m_server.answer("/bytes", {.body = "\x89PNG\r\n\x1a\n\0\0\0\rIHDR\xff"_ba, .headers = {}});
-    m_server.answer("/bomb", {.body = packed(plainPage), .headers = html + "Content-Encoding: deflate\r\n"});
-    m_server.answer("/gone", {.body = plainPage, .status = "404 Not Found"});
-    m_server.answer("/broken", {.body = plainPage, .status = "500 Oops"});
-    m_server.answer("/locked",
-                    {.body = plainPage, .status = "401 No", .headers = html + "WWW-Authenticate: Basic realm=x\r\n"});
-    m_server.answer("/no-http", {.body = plainPage, .status = "\r\n\r\n", .headers = {}});
-
-    for (const QByteArray status : {"301 A", "302 B", "303 C", "307 D", "308 E"})
-        m_server.answer("/moved-" + status.first(3), LoopbackServer::redirect("/plain", status));
-    m_server.answer("/dir/relative", LoopbackServer::redirect("../brackets?#part"));
-    m_server.answer("/brackets?", {.body = "<title>With query</title>"});
-    m_server.answer("/twice", LoopbackServer::redirect(m_server.url("/moved-301").toEncoded()));
-    m_server.answer("/nowhere", LoopbackServer::redirect({}));
-    m_server.answer("/to-file", LoopbackServer::redirect("file:///etc/hostname"));
-    m_server.answer("/to-data", LoopbackServer::redirect("data:text/html,<title>Data</title>"));
-}
-
 void LinkTitleTest::endsAsItShould_data()
 {
     QTest::addColumn<QByteArray>("path");
     QTest::addColumn<QString>("title"); // null: none
-    const auto row = [](const char* path, const QString& title) {
-        QTest::newRow(path + 1) << QByteArray(path) << title;
+    const auto row = [this](const QByteArray& path, const QString& title, const Reply& reply) {
+        m_server.answer(path, reply);
+        QTest::newRow(path.constData() + 1) << path << title;
     };
-    for (const char* path : {"/plain", "/untyped", "/xhtml", "/identity", "/endless", "/pieces", "/moved-301",
-                             "/moved-302", "/moved-303", "/moved-307", "/moved-308", "/twice"})
-        row(path, u"Plain"_s);
-    row("/og", u"\"O\" og"_s);
-    row("/latin1", u"café"_s);
-    row("/wrong-charset", u"caf\uFFFD noir"_s);
-    row("/brackets", u"[a](b) ]] [c"_s);
-    row("/big", u"Big"_s);
-    row("/dir/relative", u"With query"_s);
-    for (const char* path : {"/late", "/cut", "/no-title", "/empty", "/short", "/picture", "/bytes", "/bomb", "/gone",
-                             "/broken", "/locked", "/no-http", "/nowhere", "/to-file", "/to-data", "/never-heard-of"})
-        row(path, {});
+    const QByteArray html = "Content-Type: text/html\r\n";
+    const QByteArray big(qsizetype{10} * 1024 * 1024, 'x');
+    const QString plain = u"Plain"_s;
+    row("/plain", plain, {.body = plainPage});
+    row("/untyped", plain, {.body = plainPage, .headers = {}});
+    row("/xhtml", plain, {.body = plainPage, .headers = "Content-Type: Application/XHTML+XML; charset=utf-8\r\n"});
+    row("/identity", plain, {.body = plainPage, .headers = html + "Content-Encoding: identity\r\n"});
+    row("/latin1", u"café"_s,
+        {.body = "<title>caf\xe9</title>", .headers = "Content-Type: text/html; charset=latin1\r\n"});
+    row("/brackets", u"[a](b) ]] [c"_s, {.body = "<title>[a](b) ]] [c</title>"});
+    row("/big", u"Big"_s, {.body = "<title>Big</title>" + big});
+    row("/late", {}, {.body = "<p>" + big.first(2 * maxPageBytes) + "<title>Late</title>"});
+    row("/cut", {}, {.body = "<title>" + big});
+    row("/pieces", plain, {.body = plainPage, .ending = Ending::Hang, .pieceBytes = 3, .pause = 1ms});
+
+    row("/empty", {}, {});
+    row("/short", {}, {.body = plainPage.first(20), .headers = html + "Content-Length: 9000\r\n"});
+    row("/picture", {}, {.body = plainPage, .headers = "Content-Type: image/png\r\n"});
+    row("/bomb", {}, {.body = packed(plainPage), .headers = html + "Content-Encoding: deflate\r\n"});
+    row("/gone", {}, {.body = plainPage, .status = "404 Not Found"});
+    row("/locked", {},
+        {.body = plainPage, .status = "401 No", .headers = html + "WWW-Authenticate: Basic realm=x\r\n"});
+    row("/no-http", {}, {.body = plainPage, .status = "\r\n\r\n", .headers = {}});
+
+    for (const QByteArray status : {"301 A", "302 B", "303 C", "307 D", "308 E"})
+        row("/moved-" + status.first(3), plain, LoopbackServer::redirect("/plain", status));
+    m_server.answer("/brackets?", {.body = "<title>With query</title>"});
+    row("/dir/relative", u"With query"_s, LoopbackServer::redirect("../brackets?#part"));
+    row("/twice", plain, LoopbackServer::redirect(m_server.url("/moved-301").toEncoded()));
+    row("/nowhere", {}, LoopbackServer::redirect({}));
+    row("/to-file", {}, LoopbackServer::redirect("file:///etc/hostname"));
 }
 
 void LinkTitleTest::endsAsItShould()
@@ -126,22 +103,14 @@ void LinkTitleTest::endsAsItShould()
     QCOMPARE(found.has_value(), !title.isNull());
 }
 
-void LinkTitleTest::givesUpInTime_data()
-{
-    QTest::addColumn<QByteArray>("path");
-    LoopbackServer& server = m_server;
-    server.hang("/mute");
-    server.answer("/headers-only", {.body = {}, .ending = Ending::Hang});
-    server.answer("/drip", {.body = QByteArray(100000, ' ') + plainPage, .pieceBytes = 1, .pause = 5ms});
-    server.answer("/to-mute", LoopbackServer::redirect("/mute"));
-    for (const char* path : {"/mute", "/headers-only", "/drip", "/to-mute"})
-        QTest::newRow(path + 1) << QByteArray(path);
-}
-
 void LinkTitleTest::givesUpInTime()
 {
-    QFETCH(QByteArray, path);
-    QCOMPARE(linkTitle(m_server.url(path), briefly), std::nullopt);
+    m_server.hang("/mute");
+    m_server.answer("/headers-only", {.body = {}, .ending = Ending::Hang});
+    m_server.answer("/drip", {.body = QByteArray(100000, ' ') + plainPage, .pieceBytes = 1, .pause = 5ms});
+    m_server.answer("/to-mute", LoopbackServer::redirect("/mute"));
+    for (const char* path : {"/mute", "/headers-only", "/drip", "/to-mute"})
+        QCOMPARE(linkTitle(m_server.url(path), briefly), std::nullopt);
 }
 
 void LinkTitleTest::keepsAndTellsNothing()
@@ -167,47 +136,32 @@ void LinkTitleTest::keepsAndTellsNothing()
     }
 }
 
-void LinkTitleTest::followsRedirectsSoFar()
+void LinkTitleTest::goesOnlySoFar()
 {
     LoopbackServer server;
     server.answer("/loop", LoopbackServer::redirect("/loop"));
     QCOMPARE(linkTitle(server.url("/loop"), amply), std::nullopt);
     QCOMPARE(server.requests().size(), 1 + maxRedirects);
-}
 
-void LinkTitleTest::readsTheBeginningOnly()
-{
-    const std::optional<Page> page = fetchPage(m_server.url("/big"), amply, [](const Page&) { return false; });
-    QVERIFY(page);
-    QCOMPARE(page->bytes.size(), maxPageBytes);
-    QVERIFY(page->bytes.startsWith("<title>Big</title>xxx"));
-}
-
-void LinkTitleTest::staysOnTheWeb_data()
-{
-    QTest::addColumn<QString>("from");
-    QTest::addColumn<QByteArray>("location");
-    QTest::addColumn<QString>("target"); // null: none
-    const QString none;
-    QTest::newRow("to https") << u"http://a.b/c"_s << QByteArray("https://a.b/c") << u"https://a.b/c"_s;
-    QTest::newRow("from https") << u"https://a.b/c"_s << QByteArray("http://a.b/c") << none;
-    QTest::newRow("same protocol") << u"https://a.b/c"_s << QByteArray("//d.e/f?g=%C3%A4")
-                                   << u"https://d.e/f?g=%C3%A4"_s;
-    QTest::newRow("bare UTF-8") << u"http://a.b/c/"_s << QByteArray(" d\xc3\xa4 e ") << u"http://a.b/c/d%C3%A4%20e"_s;
-    QTest::newRow("without a host") << u"http://a.b/c"_s << QByteArray("http:///d") << none;
-    QTest::newRow("to ftp") << u"http://a.b/c"_s << QByteArray("ftp://a.b/c") << none;
-    QTest::newRow("to a script") << u"http://a.b/c"_s << QByteArray("javascript:alert(1)") << none;
-    QTest::newRow("nonsense") << u"http://a.b/c"_s << QByteArray("http://[::1") << none;
+    server.answer("/big", {.body = QByteArray(2 * maxPageBytes, 'x')});
+    const std::optional<Page> page = fetchPage(server.url("/big"), amply, [](const Page&) { return false; });
+    QVERIFY(page && page->bytes == QByteArray(maxPageBytes, 'x'));
 }
 
 void LinkTitleTest::staysOnTheWeb()
 {
-    QFETCH(QString, from);
-    QFETCH(QByteArray, location);
-    QFETCH(QString, target);
-    const std::optional<QUrl> found = redirectTarget(QUrl(from), location);
-    QCOMPARE(found.has_value(), !target.isNull());
-    QCOMPARE(found.value_or(QUrl()).toString(QUrl::FullyEncoded), target);
+    const QByteArray none;
+    const std::tuple<QByteArray, QByteArray, QByteArray> redirects[] = {
+        {"http://a.b/c", "https://a.b/c", "https://a.b/c"},
+        {"https://a.b/c", "http://a.b/c", none},
+        {"https://a.b/c", "//d.e/f?g=%C3%A4", "https://d.e/f?g=%C3%A4"},
+        {"http://a.b/c/", " d\xc3\xa4 e ", "http://a.b/c/d%C3%A4%20e"},
+        {"http://a.b/c", "http:///d", none},
+        {"http://a.b/c", "ftp://a.b/c", none},
+        {"http://a.b/c", "http://[::1", none},
+    };
+    for (const auto& [from, location, target] : redirects)
+        QCOMPARE(redirectTarget(QUrl::fromEncoded(from), location).value_or(QUrl()).toEncoded(), target);
     QCOMPARE(linkTitle(QUrl::fromEncoded("file:///etc/passwd"), amply), std::nullopt);
 }
 

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "VirtualSession.h"
+
+#include <QTest>
+
+namespace Clipboard::Testing {
+
+/// Functions that share a session without a window manager.
+class SessionTest : public QObject
+{
+    Q_OBJECT
+protected:
+    [[nodiscard]] QByteArray display() const { return m_session->display().toLatin1(); }
+
+    std::unique_ptr<VirtualSession> m_session;
+
+private slots:
+    void initTestCase()
+    {
+        m_session = std::make_unique<VirtualSession>(VirtualSession::Options{.windowManager = false});
+        QVERIFY2(m_session->failure().isEmpty(), qPrintable(m_session->failure()));
+    }
+};
+
+} // namespace Clipboard::Testing
