@@ -1,5 +1,6 @@
 #include "Support/CanonicalText.h"
 #include "Support/Graphemes.h"
+#include "Support/Utf8.h"
 #include "Support/Utf8Text.h"
 #include "Support/WhiteSpace.h"
 
@@ -35,6 +36,7 @@ private slots:
     void agreesWithNormalization();
     void keysSeeBothEnds();
     void repairsBytes();
+    void tellsASCII();
     void whiteSpace();
     void charactersAreThoseOfPerl();
     void charactersAreBounded();
@@ -106,6 +108,18 @@ void CanonicalTextTest::repairsBytes()
     for (const auto& [bytes, text] : repairs) {
         QCOMPARE(Utf8Text::fromUtf8(bytes).utf8(), text);
         QCOMPARE(Utf8Text::fromUtf8(bytes).toString().toUtf8(), text);
+    }
+}
+
+/// Wherever the one other sign stands, and with another one right before and behind what is looked at.
+void CanonicalTextTest::tellsASCII()
+{
+    const QByteArray plain(600, 'x');
+    for (qsizetype at = 0; at < plain.size(); ++at) {
+        const QByteArray text = "\u00E9" + plain.first(at) + "\u00E9" + plain.sliced(at);
+        const QByteArrayView tail = QByteArrayView(text).sliced(2);
+        QVERIFY(!Utf8::isASCII(tail) && Utf8::isASCII(tail.first(at)) && Utf8::isASCII(tail.sliced(at + 2)));
+        QCOMPARE(Utf8::asciiLength(tail), at);
     }
 }
 

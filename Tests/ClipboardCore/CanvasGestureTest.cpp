@@ -166,6 +166,11 @@ void CanvasGestureTest::selectsOrNot()
     canvas.draw(Tool::highlighter, {20, 20}, {60, 60});
     canvas.click({30, 30});
     QCOMPARE(canvas.session.selection(), 0);
+    const auto aim = [&canvas](QPointF at) { return CanvasGesture::aim(at, canvas.session, 1); };
+    QCOMPARE(aim({300, 30}), CanvasGesture::Aim::nothing);
+    QCOMPARE(aim({100, 90}), CanvasGesture::Aim::place);
+    QCOMPARE(aim({40, 40}), CanvasGesture::Aim::move);
+    QCOMPARE(aim({60, 60}), CanvasGesture::Aim::reshape);
     canvas.press({300, 30}); // outside of the picture
     QVERIFY(!canvas.gesture.isInProgress());
     QCOMPARE(canvas.session.selection(), 0);
