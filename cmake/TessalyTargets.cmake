@@ -16,25 +16,41 @@ if(TESSALY_SANITIZERS)
     target_link_options(TessalyOptions INTERFACE -fsanitize=${TESSALY_SANITIZERS})
 endif()
 
+# Qt's headers, read once for all the targets that are compiled with the same options. Those are cheap to have that
+# nearly every source needs: the whole of QtCore takes more to load than a typical source saves.
+function(tessaly_precompiled_headers name)
+    file(WRITE ${CMAKE_BINARY_DIR}/${name}.cpp "")
+    add_library(${name} OBJECT ${CMAKE_BINARY_DIR}/${name}.cpp)
+    # Only the include paths of the other modules: what is defined for the precompiled header must be for its users.
+    target_include_directories(${name} SYSTEM PRIVATE
+        $<TARGET_PROPERTY:Qt6::Widgets,INTERFACE_INCLUDE_DIRECTORIES>
+        $<TARGET_PROPERTY:Qt6::Gui,INTERFACE_INCLUDE_DIRECTORIES>)
+    target_compile_options(${name} PRIVATE ${ARGN})
+    target_link_libraries(${name} PRIVATE Qt6::Core TessalyOptions)
+    target_precompile_headers(${name} PRIVATE
+        <QtCore/QByteArray> <QtCore/QCoreApplication> <QtCore/QDateTime> <QtCore/QDir> <QtCore/QFileInfo> <QtCore/QHash>
+        <QtCore/QLocale> <QtCore/QLoggingCategory> <QtCore/QMimeData> <QtCore/QObject> <QtCore/QPointer>
+        <QtCore/QProcess> <QtCore/QPropertyAnimation> <QtCore/QString> <QtCore/QTimer> <QtCore/QUrl> <QtCore/QUuid>
+        <QtCore/QVariant> <QtGui/QGuiApplication> <QtGui/QImage> <QtGui/QKeyEvent> <QtGui/QPainter> <QtGui/QPainterPath>
+        <QtWidgets/QApplication> <QtWidgets/QWidget>
+        <algorithm> <chrono> <functional> <map> <memory> <optional> <string> <thread> <vector>)
+endfunction()
+
 # tessaly_precompile(name) — with TESSALY_PRECOMPILE, lets the target's sources start with Qt's headers read once for all.
-# Off where it must show that each source includes what it uses; on for builds that nobody keeps.
+# The debug preset has none: there, as in lint, a source has to include what it uses.
 function(tessaly_precompile name)
     if(NOT TESSALY_PRECOMPILE)
         return()
     endif()
-    if(NOT TARGET TessalyPrecompiled)
-        file(WRITE ${CMAKE_BINARY_DIR}/TessalyPrecompiled.cpp "")
-        add_library(TessalyPrecompiled OBJECT ${CMAKE_BINARY_DIR}/TessalyPrecompiled.cpp)
-        # Only the include paths of the other modules: what is defined for the precompiled header must be for its users.
-        target_include_directories(TessalyPrecompiled SYSTEM PRIVATE
-            $<TARGET_PROPERTY:Qt6::Widgets,INTERFACE_INCLUDE_DIRECTORIES>
-            $<TARGET_PROPERTY:Qt6::Gui,INTERFACE_INCLUDE_DIRECTORIES>)
-        target_link_libraries(TessalyPrecompiled PRIVATE Qt6::Core TessalyOptions)
-        target_precompile_headers(TessalyPrecompiled PRIVATE
-            <QtCore/QtCore> <QtGui/QImage> <QtGui/QPainter> <QtGui/QGuiApplication> <QtWidgets/QWidget>
-            <QtWidgets/QApplication> <algorithm> <chrono> <functional> <memory> <optional> <thread> <vector>)
+    # One for each set of options: the compiler takes none that was read with others.
+    set(shared TessalyPrecompiled)
+    if(ARGN)
+        set(shared TessalyPrecompiledForTests)
     endif()
-    target_precompile_headers(${name} REUSE_FROM TessalyPrecompiled)
+    if(NOT TARGET ${shared})
+        tessaly_precompiled_headers(${shared} ${ARGN})
+    endif()
+    target_precompile_headers(${name} REUSE_FROM ${shared})
 endfunction()
 
 # tessaly_public_headers(name) — lists the headers of the calling folder as the target's, for the check that each of them
@@ -77,8 +93,25 @@ function(tessaly_library name)
     tessaly_precompile(${name})
 endfunction()
 
+# The selection engine; the store with its queue and index; the pictures and what else runs off the main thread.
+string(JOIN "|" TESSALY_THREADED
+    EngineWithLog SelectionEngine SelectionReader SelectionOwner X11Pasteboard PasteboardWatcher
+    HistoryCoding HistoryDisk HistorySaver JSONHistoryStore SearchIndex SerialQueue
+    FileKinds IconCache ImageBlobs NumberedCopy OffMainThread PictureTranscoder ThumbFiles Thumbs)
+
+# Sets result to "threads" when what the source tries, the first thing it includes, has threads of its own: those are the
+# thread sanitizer's tests.
+function(tessaly_label_of_threads result source)
+    file(STRINGS ${source} subject LIMIT_COUNT 1 REGEX "^#include")
+    set(${result} "" PARENT_SCOPE)
+    if(subject MATCHES "(${TESSALY_THREADED})\\.h")
+        set(${result} threads PARENT_SCOPE)
+    endif()
+endfunction()
+
 # tessaly_test(name SOURCES … LINKS targets… [LABELS …] [TIMEOUT seconds])
-# One Qt Test program, registered with ctest.
+# One Qt Test program, registered with ctest. What it tries is compiled as the user gets it; the program itself need not
+# be fast, and is not where TESSALY_QUICK_TESTS saves the optimiser's time.
 function(tessaly_test name)
     cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LINKS;LABELS" ${ARGN})
     if(NOT arg_TIMEOUT)
@@ -87,8 +120,16 @@ function(tessaly_test name)
     add_executable(${name} ${arg_SOURCES})
     set_target_properties(${name} PROPERTIES AUTOMOC ON RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
     target_link_libraries(${name} PRIVATE ${arg_LINKS} Qt6::Test TessalyOptions)
-    tessaly_precompile(${name})
+    set(unoptimised)
+    if(TESSALY_QUICK_TESTS)
+        set(unoptimised -O0)
+    endif()
+    target_compile_options(${name} PRIVATE ${unoptimised})
+    tessaly_precompile(${name} ${unoptimised})
     add_test(NAME ${name} COMMAND ${name})
+    list(GET arg_SOURCES 0 source)
+    tessaly_label_of_threads(threads ${source})
+    list(APPEND arg_LABELS ${threads})
     set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}"
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
 endfunction()
