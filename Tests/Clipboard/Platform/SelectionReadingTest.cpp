@@ -218,6 +218,7 @@ void SelectionReadingTest::abandonedOwnerComesToItsEnd()
 
 void SelectionReadingTest::contentAtTheStartIsNoChange()
 {
+    m_log.reset();
     ForeignClient owner(display());
     owner.copyText("before");
     startEngine();
