@@ -1,4 +1,5 @@
 #include "EngineWithLog.h"
+#include "Rows.h"
 #include "Xcb.h"
 
 #include <QTemporaryDir>
@@ -20,20 +21,17 @@ class SelectionOwningTest final : public SelectionTest
 {
     Q_OBJECT
 private slots:
-    void formsOnOffer_data();
     void formsOnOffer();
     void formsAreConvertedOnceAndWithinABudget();
     void requestsFromBeforeTheWriteAreRefused();
-    void largeReplies_data();
     void largeReplies();
     void readerFinishesAfterTheLoss();
     void lostReadersDoNoHarm();
     void pictureFileOutlivesItsName();
-    void primaryFollows();
-    void lostConnectionIsMadeAnew_data();
     void lostConnectionIsMadeAnew();
 
 private:
+    void offers(const char* name, const SelectionForms& forms, const Forms& received);
     /// Puts the content on the clipboard, and on the primary selection, and waits until it is there.
     void own(const SelectionForms& forms, bool primaryToo = false);
     [[nodiscard]] QByteArray pasted(const QByteArray& target, const QByteArray& selection = "CLIPBOARD") const
@@ -50,31 +48,9 @@ void SelectionOwningTest::own(const SelectionForms& forms, bool primaryToo)
     done.get_future().wait();
 }
 
-void SelectionOwningTest::formsOnOffer_data()
+void SelectionOwningTest::offers(const char* /*name*/, const SelectionForms& forms, const Forms& received)
 {
-    QTest::addColumn<SelectionForms>("forms");
-    QTest::addColumn<Forms>("received");
-
-    const QByteArray text = "caf\xC3\xA9 \xE2\x82\xAC";
-    QTest::newRow("text") << formsOfText(text)
-                          << Forms{{"UTF8_STRING", text},
-                                   {"text/plain;charset=utf-8", text},
-                                   {"text/plain", text},
-                                   {"STRING", "caf\xE9 ?"},
-                                   {"TEXT", text}};
-    QTest::newRow("empty text") << formsOfText("") << Forms{{"UTF8_STRING", ""}, {"STRING", ""}};
-    QTest::newRow("file") << formsOfFile(QUrl::fromLocalFile(u"/tmp/a b"_s))
-                          << Forms{{"text/uri-list", "file:///tmp/a%20b\r\n"},
-                                   {"x-special/gnome-copied-files", "copy\nfile:///tmp/a%20b"},
-                                   {"UTF8_STRING", "/tmp/a b"}};
-    QTest::newRow("picture") << formsOfPNG("\x89PNG") << Forms{{"image/png", "\x89PNG"}};
-}
-
-void SelectionOwningTest::formsOnOffer()
-{
-    QFETCH(const SelectionForms, forms);
-    QFETCH(const Forms, received);
-    own(forms);
+    own(forms, true);
     ForeignClient reader(display());
     QByteArrayList expected{"TARGETS", "TIMESTAMP", "MULTIPLE"};
     for (const auto& form : forms)
@@ -86,8 +62,29 @@ void SelectionOwningTest::formsOnOffer()
         QCOMPARE(content->bytes, bytes);
         QCOMPARE(content->type, target == "TEXT" ? QByteArray("UTF8_STRING") : target);
         QCOMPARE(content->format, 8);
+        QCOMPARE(pasted(target, "PRIMARY"), bytes);
     }
     QVERIFY(!reader.convert("application/unknown"));
+}
+
+void SelectionOwningTest::formsOnOffer()
+{
+    const QByteArray text = "caf\xC3\xA9 \xE2\x82\xAC";
+    checkRows(this, &SelectionOwningTest::offers,
+              {{"text",
+                formsOfText(text),
+                {{"UTF8_STRING", text},
+                 {"text/plain;charset=utf-8", text},
+                 {"text/plain", text},
+                 {"STRING", "caf\xE9 ?"},
+                 {"TEXT", text}}},
+               {"empty text", formsOfText(""), {{"UTF8_STRING", ""}, {"STRING", ""}}},
+               {"file",
+                formsOfFile(QUrl::fromLocalFile(u"/tmp/a b"_s)),
+                {{"text/uri-list", "file:///tmp/a%20b\r\n"},
+                 {"x-special/gnome-copied-files", "copy\nfile:///tmp/a%20b"},
+                 {"UTF8_STRING", "/tmp/a b"}}},
+               {"picture", formsOfPNG("\x89PNG"), {{"image/png", "\x89PNG"}}}});
 }
 
 void SelectionOwningTest::formsAreConvertedOnceAndWithinABudget()
@@ -118,27 +115,17 @@ void SelectionOwningTest::requestsFromBeforeTheWriteAreRefused()
     QVERIFY(reader.convert("UTF8_STRING", owned));
 }
 
-void SelectionOwningTest::largeReplies_data()
-{
-    QTest::addColumn<qsizetype>("size");
-    QTest::addColumn<bool>("isIncremental");
-    const qsizetype piece = X11::outgoingPieceBytes;
-    QTest::newRow("one piece") << piece << false;
-    QTest::newRow("a byte more") << piece + 1 << true;
-    QTest::newRow("20 MB") << qsizetype(20'000'000) << true;
-}
-
 void SelectionOwningTest::largeReplies()
 {
-    QFETCH(const qsizetype, size);
-    const QByteArray text = numbers(size);
-    own(formsOfText(text));
-    ForeignClient reader(display());
-    const auto received = reader.convert("UTF8_STRING");
-    QVERIFY(received);
-    QVERIFY(received->bytes == text);
-    QCOMPARE(received->type, QByteArray("UTF8_STRING"));
-    QTEST(received->isIncremental, "isIncremental");
+    const qsizetype piece = X11::outgoingPieceBytes;
+    for (const qsizetype size : {piece, piece + 1, qsizetype(20'000'000)}) {
+        const QByteArray text = numbers(size);
+        own(formsOfText(text));
+        const auto received = ForeignClient(display()).convert("UTF8_STRING");
+        QVERIFY(received && received->bytes == text);
+        QCOMPARE(received->type, QByteArray("UTF8_STRING"));
+        QCOMPARE(received->isIncremental, size > piece);
+    }
 }
 
 void SelectionOwningTest::readerFinishesAfterTheLoss()
@@ -202,44 +189,29 @@ void SelectionOwningTest::pictureFileOutlivesItsName()
     QVERIFY2(!FileHandle::open(folder.path()), "A folder is no picture.");
 }
 
-void SelectionOwningTest::primaryFollows()
-{
-    own(formsOfText("marked too"), true);
-    QCOMPARE(pasted("UTF8_STRING", "PRIMARY"), QByteArray("marked too"));
-    QCOMPARE(pasted("UTF8_STRING"), QByteArray("marked too"));
-}
-
-void SelectionOwningTest::lostConnectionIsMadeAnew_data()
-{
-    QTest::addColumn<bool>("isKilled");
-    QTest::newRow("killed") << true;
-    QTest::newRow("without its window") << false;
-}
-
 void SelectionOwningTest::lostConnectionIsMadeAnew()
 {
-    QFETCH(const bool, isKilled);
-    const auto cut = [&] {
-        const auto window = m_session->selectionOwner("CLIPBOARD_MANAGER");
-        if (isKilled)
-            xcb_kill_client(m_session->connection(), window);
-        else
-            xcb_destroy_window(m_session->connection(), window);
-        Xcb::synchronize(m_session->connection());
-    };
-    own(formsOfText("ours"));
-    cut();
-    QVERIFY(waitForManager());
-    QCOMPARE(pasted("UTF8_STRING"), QByteArray("ours"));
+    for (const auto cutBy : {&xcb_kill_client, &xcb_destroy_window}) {
+        startEngine();
+        QVERIFY(waitForManager());
+        const auto cut = [&] {
+            cutBy(m_session->connection(), m_session->selectionOwner("CLIPBOARD_MANAGER"));
+            Xcb::synchronize(m_session->connection());
+        };
+        own(formsOfText("ours"));
+        cut();
+        QVERIFY(waitForManager());
+        QCOMPARE(pasted("UTF8_STRING"), QByteArray("ours"));
 
-    ForeignClient owner(display());
-    owner.copyText("theirs");
-    QCOMPARE(m_log->waitForSnapshot().text, QByteArray("theirs"));
-    cut(); // what was there before is no change
-    QVERIFY(waitForManager());
-    cut();
-    owner.copyText("meanwhile");
-    QCOMPARE(m_log->waitForSnapshot(2).text, QByteArray("meanwhile"));
+        ForeignClient owner(display());
+        owner.copyText("theirs");
+        QCOMPARE(m_log->waitForSnapshot().text, QByteArray("theirs"));
+        cut(); // what was there before is no change
+        QVERIFY(waitForManager());
+        cut();
+        owner.copyText("meanwhile");
+        QCOMPARE(m_log->waitForSnapshot(2).text, QByteArray("meanwhile"));
+    }
 }
 
 QTEST_GUILESS_MAIN(SelectionOwningTest)

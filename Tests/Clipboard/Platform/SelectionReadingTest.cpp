@@ -1,4 +1,5 @@
 #include "EngineWithLog.h"
+#include "Rows.h"
 
 using namespace Clipboard;
 using namespace Clipboard::Testing;
@@ -7,8 +8,6 @@ using namespace std::chrono_literals;
 using Answer = ForeignClient::Answer;
 using Manner = ForeignClient::Answer::Manner;
 using Answers = QHash<QByteArray, Answer>;
-
-Q_DECLARE_METATYPE(Answers)
 
 namespace {
 
@@ -33,118 +32,101 @@ class SelectionReadingTest final : public SelectionTest
 {
     Q_OBJECT
 private slots:
-    void firstContentWorthHaving_data();
     void firstContentWorthHaving();
-    void badOwners_data();
     void badOwners();
     void secretsAreNeverAskedFor();
     void muteOwnerIsOvertaken();
-    void lateReplyIsNotTakenForAnother_data();
     void lateReplyIsNotTakenForAnother();
     void abandonedOwnerComesToItsEnd();
     void contentAtTheStartIsNoChange();
+
+private:
+    void reads(const char* name, const Answers& answers, const QByteArray& content);
 };
 
-void SelectionReadingTest::firstContentWorthHaving_data()
+void SelectionReadingTest::reads(const char* /*name*/, const Answers& answers, const QByteArray& content)
 {
-    QTest::addColumn<Answers>("answers");
-    QTest::addColumn<QByteArray>("content");
-
-    const auto row = [](const char* name, const Answers& answers, const QByteArray& content) {
-        QTest::newRow(name) << answers << content;
-    };
-    const Answer text{.bytes = "text"};
-    const Answer picture{.bytes = png};
-    row("Latin-1 only", {{"STRING", {.bytes = "\xE9"}}}, "text \xC3\xA9");
-    row("MIME text only", {{"text/plain;charset=utf-8", text}}, "text text");
-    row("TEXT answered as compound text", {{"TEXT", {.bytes = "\xE9", .type = "COMPOUND_TEXT"}}}, "text \xC3\xA9");
-    row("a file before its icon and name",
-        {{"text/uri-list", {.bytes = "file:///a%20b\r\n"}}, {"image/png", picture}, {"UTF8_STRING", text}},
-        "files /a b");
-    row("a file manager's list alone", {{"x-special/gnome-copied-files", {.bytes = "cut\nfile:///a"}}}, "files /a");
-    row("a picture before its address", {{"image/png", picture}, {"UTF8_STRING", text}}, "png " + png);
-    row("PNG before TIFF", {{"image/tiff", text}, {"image/png", picture}}, "png " + png);
-    row("TIFF when PNG is refused", {{"image/tiff", text}, {"image/png", {.bytes = {}, .manner = Manner::Refuse}}},
-        "tiff text");
-    row("links are no files", {{"text/uri-list", {.bytes = "https://example.org/\r\n"}}, {"UTF8_STRING", text}},
-        "text text");
-    row("files of another machine are no files",
-        {{"text/uri-list", {.bytes = "file://elsewhere/a\r\n"}}, {"UTF8_STRING", text}}, "text text");
-    row("empty picture, then text", {{"image/png", {.bytes = {}}}, {"UTF8_STRING", text}}, "text text");
-    row("empty text", {{"UTF8_STRING", {.bytes = {}}}}, "nothing");
-    row("nothing that is wanted", {{"application/x-thing", text}}, "nothing");
-    row("in pieces", {{"UTF8_STRING", {.bytes = "in pieces", .manner = Manner::InPieces, .pieceBytes = 2}}},
-        "text in pieces");
-    row("large, at once", {{"UTF8_STRING", {.bytes = QByteArray(3'000'000, 'x')}}},
-        "text " + QByteArray(3'000'000, 'x'));
-}
-
-void SelectionReadingTest::firstContentWorthHaving()
-{
-    QFETCH(const Answers, answers);
-    ForeignClient owner(display());
-    owner.copy(answers);
-    const auto content = m_log->waitForSnapshot();
-    QTEST(summary(content), "content");
-    for (auto target = answers.keyBegin(); target != answers.keyEnd(); ++target)
-        QVERIFY(content.types.contains(QString::fromLatin1(*target)));
-}
-
-void SelectionReadingTest::badOwners_data()
-{
-    QTest::addColumn<Answers>("answers");
-    QTest::addColumn<QByteArray>("content");
-
-    const auto row = [](const char* name, const Answers& answers, const QByteArray& content) {
-        QTest::newRow(name) << answers << content;
-    };
-    const QByteArray large(400'000, 'x');
-    const Answer text{.bytes = "text"};
-    row("mute", {{"TARGETS", {.bytes = {}, .manner = Manner::Mute}}}, "nothing");
-    row("refuses the target list", {{"TARGETS", {.bytes = {}, .manner = Manner::Refuse}}, {"UTF8_STRING", text}},
-        "nothing");
-    row("target list is a text", {{"TARGETS", {.bytes = "UTF8_STRING", .type = "STRING"}}, {"UTF8_STRING", text}},
-        "nothing");
-    row("target list of atoms that do not exist",
-        {{"TARGETS", {.bytes = QByteArray(400, '\x7e'), .type = "ATOM", .format = 32}}}, "nothing");
-    row("endless target list", {{"TARGETS", {.bytes = QByteArray(40'000, '\1'), .type = "ATOM", .format = 32}}},
-        "nothing");
-    row("mute about the picture", {{"image/png", {.bytes = {}, .manner = Manner::Mute}}, {"UTF8_STRING", text}},
-        "text text");
-    row("text of another type", {{"UTF8_STRING", {.bytes = "1234", .type = "INTEGER", .format = 32}}}, "nothing");
-    row("text that is no text", {{"UTF8_STRING", {.bytes = "1234", .type = "PIXMAP"}}}, "nothing");
-    row("stalls in the middle", {{"UTF8_STRING", {.bytes = large, .manner = Manner::StallInTheMiddle}}}, "nothing");
-    row("dies in the middle", {{"UTF8_STRING", {.bytes = large, .manner = Manner::DieInTheMiddle}}}, "nothing");
-    row("promises less than it sends",
-        {{"UTF8_STRING", {.bytes = large, .manner = Manner::InPieces, .announcedBytes = 10}}}, "text " + large);
-    row("promises more than it sends",
-        {{"UTF8_STRING", {.bytes = "few", .manner = Manner::InPieces, .announcedBytes = 200'000'000}}}, "text few");
-    row("promises more than the bound",
-        {{"UTF8_STRING", {.bytes = "few", .manner = Manner::InPieces, .announcedBytes = 0xffffffff}}}, "nothing");
-    row("never comes to an end",
-        {{"UTF8_STRING",
-          {.bytes = QByteArray(8'000'000, 'x'), .manner = Manner::EndlessPieces, .pieceBytes = 8'000'000}}},
-        "nothing");
-    row("drips", {{"image/png", {.bytes = "x", .manner = Manner::EndlessPieces}}, {"UTF8_STRING", text}}, "text text");
-}
-
-void SelectionReadingTest::badOwners()
-{
-    QFETCH(const Answers, answers);
     const bool isGivenUp = std::ranges::any_of(answers, [](const Answer& answer) {
         return QList{Manner::Mute, Manner::StallInTheMiddle, Manner::EndlessPieces}.contains(answer.manner);
     });
     startEngine(isGivenUp ? 500ms : 20s);
     ForeignClient owner(display());
     owner.copy(answers);
-    const auto content = m_log->waitForSnapshot();
+    QCOMPARE(summary(m_log->waitForSnapshot()), content);
     QCOMPARE(m_log->snapshots().size(), 1U);
-    QTEST(summary(content), "content");
 
     // Whatever it did, the next copy is read as ever.
     ForeignClient next(display());
     next.copyText("next");
     QCOMPARE(summary(m_log->waitForSnapshot(2)), "text next");
+}
+
+void SelectionReadingTest::firstContentWorthHaving()
+{
+    const Answer text{.bytes = "text"};
+    const Answer picture{.bytes = png};
+    const QByteArray large(3'000'000, 'x');
+    checkRows(
+        this, &SelectionReadingTest::reads,
+        {{"Latin-1 only", {{"STRING", {.bytes = "\xE9"}}}, "text \xC3\xA9"},
+         {"MIME text only", {{"text/plain;charset=utf-8", text}}, "text text"},
+         {"TEXT answered as compound text", {{"TEXT", {.bytes = "\xE9", .type = "COMPOUND_TEXT"}}}, "text \xC3\xA9"},
+         {"a file before its icon and name",
+          {{"text/uri-list", {.bytes = "file:///a%20b\r\n"}}, {"image/png", picture}, {"UTF8_STRING", text}},
+          "files /a b"},
+         {"a file manager's list alone", {{"x-special/gnome-copied-files", {.bytes = "cut\nfile:///a"}}}, "files /a"},
+         {"PNG before TIFF and its address",
+          {{"image/tiff", text}, {"image/png", picture}, {"UTF8_STRING", text}},
+          "png " + png},
+         {"TIFF when PNG is refused",
+          {{"image/tiff", text}, {"image/png", {.bytes = {}, .manner = Manner::Refuse}}},
+          "tiff text"},
+         {"links are no files",
+          {{"text/uri-list", {.bytes = "https://example.org/\r\n"}}, {"UTF8_STRING", text}},
+          "text text"},
+         {"empty picture, then text", {{"image/png", {.bytes = {}}}, {"UTF8_STRING", text}}, "text text"},
+         {"empty text", {{"UTF8_STRING", {.bytes = {}}}}, "nothing"},
+         {"nothing that is wanted", {{"application/x-thing", text}}, "nothing"},
+         {"in pieces",
+          {{"UTF8_STRING", {.bytes = "in pieces", .manner = Manner::InPieces, .pieceBytes = 2}}},
+          "text in pieces"},
+         {"large, at once", {{"UTF8_STRING", {.bytes = large}}}, "text " + large}});
+}
+
+void SelectionReadingTest::badOwners()
+{
+    const QByteArray large(400'000, 'x');
+    const Answer text{.bytes = "text"};
+    const Answer mute{.bytes = {}, .manner = Manner::Mute};
+    const auto listing = [](const QByteArray& atoms) {
+        return Answers{{"TARGETS", {.bytes = atoms, .type = "ATOM", .format = 32}}};
+    };
+    const auto promise = [](const QByteArray& bytes, quint32 announced) {
+        return Answers{{"UTF8_STRING", {.bytes = bytes, .manner = Manner::InPieces, .announcedBytes = announced}}};
+    };
+    const Answer endless{.bytes = QByteArray(8'000'000, 'x'), .manner = Manner::EndlessPieces, .pieceBytes = 8'000'000};
+    checkRows(
+        this, &SelectionReadingTest::reads,
+        {{"mute", {{"TARGETS", mute}}, "nothing"},
+         {"refuses the target list",
+          {{"TARGETS", {.bytes = {}, .manner = Manner::Refuse}}, {"UTF8_STRING", text}},
+          "nothing"},
+         {"target list is a text",
+          {{"TARGETS", {.bytes = "UTF8_STRING", .type = "STRING"}}, {"UTF8_STRING", text}},
+          "nothing"},
+         {"target list of atoms that do not exist", listing(QByteArray(400, '\x7e')), "nothing"},
+         {"endless target list", listing(QByteArray(40'000, '\1')), "nothing"},
+         {"mute about the picture", {{"image/png", mute}, {"UTF8_STRING", text}}, "text text"},
+         {"text of another type", {{"UTF8_STRING", {.bytes = "1234", .type = "INTEGER", .format = 32}}}, "nothing"},
+         {"stalls in the middle", {{"UTF8_STRING", {.bytes = large, .manner = Manner::StallInTheMiddle}}}, "nothing"},
+         {"dies in the middle", {{"UTF8_STRING", {.bytes = large, .manner = Manner::DieInTheMiddle}}}, "nothing"},
+         {"promises less than it sends", promise(large, 10), "text " + large},
+         {"promises more than it sends", promise("few", 200'000'000), "text few"},
+         {"promises more than the bound", promise("few", 0xffffffff), "nothing"},
+         {"never comes to an end", {{"UTF8_STRING", endless}}, "nothing"},
+         {"drips",
+          {{"image/png", {.bytes = "x", .manner = Manner::EndlessPieces}}, {"UTF8_STRING", text}},
+          "text text"}});
 }
 
 void SelectionReadingTest::secretsAreNeverAskedFor()
@@ -174,32 +156,24 @@ void SelectionReadingTest::muteOwnerIsOvertaken()
     QCOMPARE(m_log->snapshots().size(), 1U);
 }
 
-void SelectionReadingTest::lateReplyIsNotTakenForAnother_data()
-{
-    QTest::addColumn<bool>("isRefusal");
-    QTest::newRow("content") << false;
-    QTest::newRow("refusal") << true;
-}
-
 void SelectionReadingTest::lateReplyIsNotTakenForAnother()
 {
-    QFETCH(const bool, isRefusal);
-    ForeignClient slow(display());
-    ForeignClient next(display());
-    slow.offer({{"UTF8_STRING", {.bytes = "slow", .manner = Manner::Late}}});
-    next.offer({{"UTF8_STRING", {.bytes = "next", .manner = Manner::Late}}});
-    for (ForeignClient* client : {&slow, &next}) {
-        client->take();
-        QVERIFY(VirtualSession::waitUntil([&] { return client->asked().contains("UTF8_STRING"); }));
-        QTest::qSleep(2); // the next one is of another time of the server
+    for (const auto lateReply : {&ForeignClient::answerLate, &ForeignClient::refuseLate}) {
+        startEngine();
+        ForeignClient slow(display());
+        ForeignClient next(display());
+        slow.offer({{"UTF8_STRING", {.bytes = "slow", .manner = Manner::Late}}});
+        next.offer({{"UTF8_STRING", {.bytes = "next", .manner = Manner::Late}}});
+        for (ForeignClient* client : {&slow, &next}) {
+            client->take();
+            QVERIFY(VirtualSession::waitUntil([&] { return client->asked().contains("UTF8_STRING"); }));
+            QTest::qSleep(2); // the next one is of another time of the server
+        }
+        (slow.*lateReply)();
+        next.answerLate();
+        QCOMPARE(summary(m_log->waitForSnapshot()), "text next");
+        QCOMPARE(m_log->snapshots().size(), 1U);
     }
-    if (isRefusal)
-        slow.refuseLate();
-    else
-        slow.answerLate();
-    next.answerLate();
-    QCOMPARE(summary(m_log->waitForSnapshot()), "text next");
-    QCOMPARE(m_log->snapshots().size(), 1U);
 }
 
 void SelectionReadingTest::abandonedOwnerComesToItsEnd()

@@ -17,3 +17,15 @@ void checkRows(void (*check)(Columns...), std::initializer_list<std::tuple<std::
             return qWarning("That was the row \"%s\".", std::get<0>(row));
     }
 }
+
+/// The same with a function of the test itself, for rows that need what it holds.
+template <typename Test, typename... Columns>
+void checkRows(Test* test, void (Test::*check)(Columns...),
+               std::initializer_list<std::tuple<std::remove_cvref_t<Columns>...>> rows)
+{
+    for (const auto& row : rows) {
+        std::apply([&](const auto&... columns) { (test->*check)(columns...); }, row);
+        if (QTest::currentTestFailed())
+            return qWarning("That was the row \"%s\".", std::get<0>(row));
+    }
+}
