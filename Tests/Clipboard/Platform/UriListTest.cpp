@@ -1,4 +1,5 @@
 #include "UriList.h"
+#include "Rows.h"
 
 #include <QTest>
 
@@ -9,47 +10,32 @@ class UriListTest final : public QObject
 {
     Q_OBJECT
 private slots:
-    void localFiles_data();
     void localFiles();
     void writtenListsReadBack();
 };
 
-void UriListTest::localFiles_data()
-{
-    QTest::addColumn<QByteArray>("list");
-    QTest::addColumn<QStringList>("paths");
-
-    const auto row = [](const char* name, const QByteArray& list, const QStringList& paths) {
-        QTest::newRow(name) << list << paths;
-    };
-    row("line feed only, no end", "file:///a\nfile:///b", {u"/a"_s, u"/b"_s});
-    row("comments and empty lines", "# list\r\n\r\nfile:///a\r\n#file:///b\r\n", {u"/a"_s});
-    row("cut files", "cut\nfile:///a", {u"/a"_s});
-    row("zero byte at the end", QByteArray("file:///a\r\n\0", 12), {u"/a"_s});
-    row("UTF-8, escaped", "file:///%C3%A4", {u"/ä"_s});
-    row("UTF-8, bare", "file:///\xC3\xA4", {u"/ä"_s});
-    row("number sign, percent and question mark", "file:///a%23b%25c%3Fd", {u"/a#b%c?d"_s});
-    row("bare number sign and question mark", "file:///a#b?c", {u"/a#b?c"_s});
-    row("localhost", "file://localhost/a", {u"/a"_s});
-    row("this machine", "file://ThisHost/a", {u"/a"_s});
-    row("one slash", "file:/a", {u"/a"_s});
-    row("four slashes", "file:////a", {u"/a"_s});
-    row("scheme in capitals", "FILE:///a", {u"/a"_s});
-    row("another machine", "file://elsewhere/a", {});
-    row("not a file", "https://example.org/a\r\nsftp://host/b\r\nfile:///c", {u"/c"_s});
-    row("not UTF-8", "file:///caf%E9\r\nfile:///b", {u"/b"_s});
-    row("zero byte in the name", "file:///a%00b", {});
-    row("relative", "file:a", {});
-    row("host without a path", "file://localhost", {});
-}
-
 void UriListTest::localFiles()
 {
-    QFETCH(const QByteArray, list);
-    QStringList paths;
-    for (const QUrl& file : UriList::localFiles(list, "thishost"))
-        paths.append(file.toLocalFile());
-    QTEST(paths, "paths");
+    const auto check = [](const char* /*name*/, const QByteArray& list, const QStringList& expected) {
+        QStringList paths;
+        for (const QUrl& file : UriList::localFiles(list, "thishost"))
+            paths.append(file.toLocalFile());
+        QCOMPARE(paths, expected);
+    };
+    checkRows(+check, {{"line feed only, no end", "file:///a\nfile:///b", {u"/a"_s, u"/b"_s}},
+                       {"comments and empty lines", "# list\r\n\r\nfile:///a\r\n#file:///b\r\n", {u"/a"_s}},
+                       {"cut files", "cut\nfile:///a", {u"/a"_s}},
+                       {"zero byte at the end", QByteArray("file:///a\r\n\0", 12), {u"/a"_s}},
+                       {"UTF-8, escaped and bare", "file:///%C3%A4\nfile:///\xC3\xA4", {u"/ä"_s, u"/ä"_s}},
+                       {"number sign, percent and question mark", "file:///a%23b%25c%3Fd", {u"/a#b%c?d"_s}},
+                       {"bare number sign and question mark", "file:///a#b?c", {u"/a#b?c"_s}},
+                       {"this machine", "file://localhost/a\nfile://ThisHost/b", {u"/a"_s, u"/b"_s}},
+                       {"one slash", "file:/a", {u"/a"_s}},
+                       {"four slashes", "file:////a", {u"/a"_s}},
+                       {"scheme in capitals", "FILE:///a", {u"/a"_s}},
+                       {"not a file", "https://example.org/a\r\nsftp://host/b\r\nfile:///c", {u"/c"_s}},
+                       {"not UTF-8", "file:///caf%E9\r\nfile:///b", {u"/b"_s}},
+                       {"none", "file://elsewhere/a\nfile:///a%00b\nfile:a\nfile://localhost", {}}});
 }
 
 void UriListTest::writtenListsReadBack()

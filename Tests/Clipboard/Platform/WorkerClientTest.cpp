@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "WorkerLinkMetadataProvider.h"
 #include "WorkerTextRecognizer.h"
 
@@ -29,17 +30,17 @@ class WorkerClientTest final : public QObject
     Q_OBJECT
 private slots:
     void init();
-    void readsLines_data();
     void readsLines();
-    void readsTitle_data();
     void readsTitle();
     void keepsSecretsOfTheSession();
     void runsAFewAtOnce();
-    void waitingCounts();
     void leavesNothingBehind();
     void mayBeDestroyedByItsAnswer();
 
 private:
+    void linesOf(const char* name, const QByteArray& script, std::chrono::milliseconds limit,
+                 const QStringList& expected);
+    void titleOf(const char* name, const QByteArray& script, const std::optional<QString>& expected);
     /// A program that is this shell script; none for an empty one. "$folder" is a folder of its own.
     QString standIn(const QByteArray& script);
     /// The answer; nothing when it came at once, twice or never.
@@ -86,58 +87,37 @@ std::optional<QStringList> WorkerClientTest::recognize(const QString& program, s
     return isTooEarly || answers.size() != 1 ? std::nullopt : std::optional(answers.first());
 }
 
-void WorkerClientTest::readsLines_data()
+void WorkerClientTest::linesOf(const char* /*name*/, const QByteArray& script, std::chrono::milliseconds limit,
+                               const QStringList& expected)
 {
-    QTest::addColumn<QByteArray>("script");
-    QTest::addColumn<std::chrono::milliseconds>("limit");
-    QTest::addColumn<QStringList>("expected");
-
-    const QStringList none;
-    const std::chrono::milliseconds soon = 500ms;
-    QTest::newRow("lines") << QByteArray(R"(printf ' one \n\n\ttwo\n')") << noHurry << QStringList{u"one"_s, u"two"_s};
-    QTest::newRow("is told what to do") << QByteArray(R"(printf '%s\n' "$@")") << noHurry
-                                        << QStringList{u"recognize"_s, u"/a picture.png"_s};
-    QTest::newRow("lets the event loop turn")
-        << QByteArray(R"(until [ -e "$folder/turned" ]; do sleep 0.01; done; echo text)") << noHurry
-        << QStringList{u"text"_s};
-    QTest::newRow("fails") << QByteArray("echo text; exit 1") << noHurry << none;
-    QTest::newRow("crashes") << QByteArray("echo text; kill -SEGV $$") << noHurry << none;
-    QTest::newRow("hangs") << QByteArray("trap '' TERM; echo text; exec sleep 60") << soon << none;
-    QTest::newRow("half a character") << QByteArray(R"(printf 'gr\303')") << noHurry << none;
-    QTest::newRow("without end") << QByteArray("exec yes") << noHurry << none;
-    QTest::newRow("complains without end") << QByteArray("exec yes >&2") << soon << none;
-    QTest::newRow("is missing") << QByteArray() << noHurry << none;
-    QTest::newRow("no program") << QByteArray("#!/does/not/exist") << noHurry << none;
-    QTest::newRow("leaves a program behind") << QByteArray("sleep 25 & echo text") << noHurry << QStringList{u"text"_s};
+    init();
+    QTimer::singleShot(0, this, [this] { QVERIFY(QFile(m_folder->filePath(u"turned"_s)).open(QFile::WriteOnly)); });
+    QCOMPARE(recognize(standIn(script), limit), std::optional(expected));
 }
 
 void WorkerClientTest::readsLines()
 {
-    QFETCH(QByteArray, script);
-    QFETCH(std::chrono::milliseconds, limit);
-    QFETCH(QStringList, expected);
-    QTimer::singleShot(0, this, [this] { QVERIFY(QFile(m_folder->filePath(u"turned"_s)).open(QFile::WriteOnly)); });
-    const std::optional<QStringList> lines = recognize(standIn(script), limit);
-    QVERIFY(lines);
-    QCOMPARE(*lines, expected);
+    constexpr auto soon = 500ms;
+    checkRows(this, &WorkerClientTest::linesOf,
+              {{"lines", R"(printf ' one \n\n\ttwo\n')", noHurry, {u"one"_s, u"two"_s}},
+               {"is told what to do", R"(printf '%s\n' "$@")", noHurry, {u"recognize"_s, u"/a picture.png"_s}},
+               {"lets the event loop turn",
+                R"(until [ -e "$folder/turned" ]; do sleep 0.01; done; echo text)",
+                noHurry,
+                {u"text"_s}},
+               {"fails", "echo text; exit 1", noHurry, {}},
+               {"crashes", "echo text; kill -SEGV $$", noHurry, {}},
+               {"hangs", "trap '' TERM; echo text; exec sleep 60", soon, {}},
+               {"half a character", R"(printf 'gr\303')", noHurry, {}},
+               {"without end", "exec yes", noHurry, {}},
+               {"complains without end", "exec yes >&2", soon, {}},
+               {"is missing", "", noHurry, {}},
+               {"no program", "#!/does/not/exist", noHurry, {}},
+               {"leaves a program behind", "sleep 25 & echo text", noHurry, {u"text"_s}}});
 }
 
-void WorkerClientTest::readsTitle_data()
+void WorkerClientTest::titleOf(const char* /*name*/, const QByteArray& script, const std::optional<QString>& expected)
 {
-    QTest::addColumn<QByteArray>("script");
-    QTest::addColumn<std::optional<QString>>("expected");
-
-    QTest::newRow("a title") << QByteArray(R"(printf '[A] "title"\n')") << std::optional(uR"([A] "title")"_s);
-    QTest::newRow("is given the link") << QByteArray("head -c 30")
-                                       << std::optional(u"https://example.org/?q=aaaaaaa"_s);
-    QTest::newRow("several lines") << QByteArray(R"(printf 'a\n\n b\n')") << std::optional(u"a b"_s);
-    QTest::newRow("a blank") << QByteArray(R"(printf ' \n')") << std::optional<QString>();
-    QTest::newRow("hangs") << QByteArray("exec sleep 60") << std::optional<QString>();
-}
-
-void WorkerClientTest::readsTitle()
-{
-    QFETCH(QByteArray, script);
     WorkerLinkMetadataProvider provider(standIn(script));
     // More than a pipe holds, so that a worker that does not read it breaks the pipe.
     const QUrl link(u"https://example.org/?q="_s + QString(200'000, u'a'));
@@ -145,7 +125,16 @@ void WorkerClientTest::readsTitle()
     provider.fetchTitle(link, script.contains("sleep") ? 300ms : noHurry,
                         [&](const std::optional<QString>& title) { answer = title; });
     QTRY_VERIFY_WITH_TIMEOUT(answer, patience);
-    QTEST(*answer, "expected");
+    QCOMPARE(*answer, expected);
+}
+
+void WorkerClientTest::readsTitle()
+{
+    checkRows(this, &WorkerClientTest::titleOf,
+              {{"is given the link", "head -c 30", u"https://example.org/?q=aaaaaaa"_s},
+               {"several lines", R"(printf '[A]\n\n "b"\n')", uR"([A] "b")"_s},
+               {"a blank", R"(printf ' \n')", {}},
+               {"hangs", "exec sleep 60", {}}});
 }
 
 void WorkerClientTest::keepsSecretsOfTheSession()
@@ -174,17 +163,6 @@ void WorkerClientTest::runsAFewAtOnce()
     QCOMPARE(folder.entryList({u"early.*"_s}).size(), WorkerTextRecognizer::maxAtOnce);
     pictures.sort();
     QCOMPARE(pictures.join(QString()), u"abcdefg"_s);
-}
-
-void WorkerClientTest::waitingCounts()
-{
-    WorkerTextRecognizer recognizer(standIn(R"(sleep 0.4; touch "$folder/late.$$"; exec sleep 60)"), 600ms);
-    int answers = 0;
-    for (int i = 0; i < 6; ++i)
-        recognizer.recognize(u"/picture.png"_s, [&](const QStringList& lines) { answers += lines.isEmpty() ? 1 : 0; });
-    QTRY_COMPARE_WITH_TIMEOUT(answers, 6, patience);
-    // Those that waited had no time left.
-    QVERIFY(QDir(m_folder->path()).entryList({u"late.*"_s}).size() <= WorkerTextRecognizer::maxAtOnce);
 }
 
 void WorkerClientTest::leavesNothingBehind()

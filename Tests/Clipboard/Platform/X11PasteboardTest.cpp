@@ -2,7 +2,6 @@
 #include "EngineWithLog.h"
 
 #include <QSignalSpy>
-#include <QSysInfo>
 
 using namespace Clipboard;
 using namespace Clipboard::Testing;
@@ -20,7 +19,6 @@ private slots:
     void passwordHintsConceal();
     void ownWriteIsThereAtOnceAndSilent();
     void copyHeardOfAfterAWriteDoesNotReplaceIt();
-    void filesOfThisMachine();
     void tellsOfALostConnection();
 
 private:
@@ -45,16 +43,15 @@ void X11PasteboardTest::cleanup()
 
 void X11PasteboardTest::eachCopyIsSeenInItsTurn()
 {
-    constexpr int count = 50;
     QByteArrayList seen;
-    QList<qint64> counts;
+    QSet<qint64> counts;
     connect(m_pasteboard.get(), &Pasteboard::changed, this, [&] {
         seen.append(m_pasteboard->string().value_or("nothing"));
-        counts.append(m_pasteboard->changeCount());
+        counts.insert(m_pasteboard->changeCount());
     });
     ForeignClient owner(display());
     QByteArrayList copied;
-    for (int i = 0; i < count; ++i) {
+    for (int i = 0; i < 50; ++i) {
         copied.append("copy " + QByteArray::number(i));
         owner.copyText(copied.last());
         // The main thread hears of none of them before all are made. The engine does.
@@ -63,8 +60,7 @@ void X11PasteboardTest::eachCopyIsSeenInItsTurn()
     QCOMPARE(seen, QByteArrayList());
     m_pasteboard->settle(20s);
     QCOMPARE(seen, copied);
-    QVERIFY(std::ranges::is_sorted(counts));
-    QCOMPARE(QSet<qint64>(counts.begin(), counts.end()).size(), count);
+    QCOMPARE(counts.size(), copied.size());
 }
 
 void X11PasteboardTest::passwordHintsConceal()
@@ -118,17 +114,6 @@ void X11PasteboardTest::copyHeardOfAfterAWriteDoesNotReplaceIt()
     QCOMPARE(m_pasteboard->string(), QByteArray("ours"));
     m_pasteboard->settle(20s);
     QCOMPARE(pastedElsewhere(), QByteArray("ours"));
-}
-
-void X11PasteboardTest::filesOfThisMachine()
-{
-    ForeignClient owner(display());
-    owner.copy({{"text/uri-list",
-                 {.bytes = "https://example.org/\r\nfile://" + QSysInfo::machineHostName().toUtf8() +
-                           "/a%20b\r\nfile:///c\r\n"}}});
-    m_pasteboard->settle(20s);
-    const QList<QUrl> expected{QUrl::fromLocalFile(u"/a b"_s), QUrl::fromLocalFile(u"/c"_s)};
-    QCOMPARE(m_pasteboard->fileURLs(), expected);
 }
 
 void X11PasteboardTest::tellsOfALostConnection()

@@ -64,8 +64,7 @@ private slots:
     void init() { QFile::remove(m_opened); }
     void opensLinks();
     void asksTheFileManager();
-    void opensTheFolderInstead_data();
-    void opensTheFolderInstead();
+    void opensTheFolderWhereItFails();
     void findsTheDesktop();
 
 private:
@@ -83,16 +82,12 @@ private:
 /// One after the other, so that none may open what is none of its business.
 void XdgWorkspaceTest::opensLinks()
 {
-    const QString large(100'000, u'a');
     const std::pair<QString, QByteArray> links[] = {
         {u"--help"_s, {}},
         {u"/etc/passwd"_s, {}},
-        {u"https://example.org/a?b=c&d#e"_s, "https://example.org/a?b=c&d#e\n"},
         {u"https://example.org/$(id)'\";#"_s, "https://example.org/$(id)'%22;#\n"},
-        {u"https://example.org/\u00e9"_s, "https://example.org/%C3%A9\n"},
         {u"https://a-.b/\u00e9 \"%20~"_s, "https://a-.b/%C3%A9%20%22%20~\n"}, // DNS would not take that host
         {u"www.example.org/a?b#c"_s, "https://www.example.org/a?b#c\n"},
-        {u"https://example.org/"_s + large, "https://example.org/" + large.toLatin1() + '\n'},
     };
     QByteArray expected;
     for (const auto& [link, line] : links) {
@@ -105,16 +100,9 @@ void XdgWorkspaceTest::opensLinks()
 void XdgWorkspaceTest::asksTheFileManager()
 {
     FileManager manager;
-    const std::pair<QString, QString> files[] = {
-        {u"/tmp/a.txt"_s, u"file:///tmp/a.txt"_s},
-        {u"/tmp/50% #1?.txt"_s, u"file:///tmp/50%25%20%231%3F.txt"_s},
-        {u"/tmp/\u00e9"_s, u"file:///tmp/%C3%A9"_s},
-    };
-    for (const auto& [path, url] : files) {
-        m_workspace.revealFile(path);
-        QVERIFY(VirtualSession::waitUntil([&] { return manager.shown.size() == 1; }));
-        QCOMPARE(std::exchange(manager.shown, {}), QStringList{url});
-    }
+    m_workspace.revealFile(u"/tmp/50% #1?\u00e9.txt"_s);
+    QVERIFY(VirtualSession::waitUntil([&] { return manager.shown.size() == 1; }));
+    QCOMPARE(manager.shown, QStringList{u"file:///tmp/50%25%20%231%3F%C3%A9.txt"_s});
     // After its answers have come, the next thing that is opened is the first.
     QVERIFY(QDBusConnection::sessionBus().interface()->isServiceRegistered(fileManagerName));
     QCoreApplication::processEvents();
@@ -123,19 +111,9 @@ void XdgWorkspaceTest::asksTheFileManager()
     QCOMPARE(opened(), "https://example.org/\n");
 }
 
-void XdgWorkspaceTest::opensTheFolderInstead_data()
+void XdgWorkspaceTest::opensTheFolderWhereItFails()
 {
-    QTest::addColumn<bool>("managerFails");
-
-    QTest::newRow("no file manager") << false;
-    QTest::newRow("one that fails") << true;
-}
-
-void XdgWorkspaceTest::opensTheFolderInstead()
-{
-    QFETCH(const bool, managerFails);
-
-    const auto manager = managerFails ? std::make_unique<FileManager>(u"No display"_s) : nullptr;
+    const FileManager failing(u"No display"_s);
     m_workspace.revealFile(u"/tmp/a b/c.txt"_s);
     QVERIFY(VirtualSession::waitUntil([&] { return opened() == "file:///tmp/a%20b/\n"; }));
 }
