@@ -71,7 +71,6 @@ void perform(AnnotationSession& session, const QString& word)
         {u"unselect"_s, [&] { session.select(QPointF(5, 90), 0); }},
         {u"first"_s, [&] { session.select(arrowStart, 0); }},
         {u"blue"_s, [&] { session.setColor(AnnotationPalette::blue); }},
-        {u"stay"_s, [&] { session.moveSelection(QPointF()); }},
         {u"move"_s, [&] { session.moveSelection(corner); }},
         {u"nudge"_s, [&] { session.nudgeSelection(QPointF(argument.toDouble(), 0)); }},
         {u"reshape"_s, [&] { session.reshapeSelection(AnnotationHandle::end, arrowEnd); }},
@@ -96,7 +95,6 @@ private slots:
     void hits();
     void grabsHandlesInASquare();
     void staysInsideThePicture();
-    void reshapesAnyCorner();
     void crops();
 };
 
@@ -111,32 +109,24 @@ void AnnotationSessionTest::records()
             QCOMPARE(summary(session), QLatin1StringView(expected));
         },
         {
-            {"tool:text click", "1 marks 0/0 selected 0 typing 0"},
             {"tool:text click type:a", "1 marks 0/0 selected 0 typing 0 changed"},
             {"click:counter undo", "0 marks 0/1"},
             {"two point:pixelate", "2 marks 2/0 selected 1 changed"},
             {"two drag:counter", "2 marks 2/0 selected 1 changed"},
-            {"two click:highlighter", "2 marks 2/0 selected 1 changed"},
-            {"two drag:highlighter", "3 marks 3/0 selected 1 changed"},
             {"two click:text type:c tool:arrow", "3 marks 3/0 selected 2 changed"},
             {"two edit:1 type:abc type:ab end", "2 marks 2/0 selected 1 changed"},
             {"two edit:1 type: end", "1 marks 3/0 changed"},
             {"two edit:0 edit:2 edit:-1", "2 marks 2/0 selected 1 changed"},
             {"two click:text edit:1", "3 marks 2/0 selected 2 typing 2 changed"},
-            {"two click:text undo", "1 marks 1/1 changed"},
             {"two click:text type:c undo", "2 marks 2/1 selected 1 changed"},
             {"two undo click:text type:c redo", "2 marks 2/0 selected 1 changed"},
             {"two undo drag:arrow", "2 marks 2/0 changed"},
-            {"two delete undo", "2 marks 2/1 selected 1 changed"},
             {"two delete tool:crop undo", "2 marks 2/1 changed"},
             {"two unselect delete move reshape blue", "2 marks 2/0 changed"},
             {"two click:text uncrop", "3 marks 2/0 selected 2 typing 2 changed"},
             {"two click:text type:c crop", "3 marks 4/0 selected 2 changed"},
-            {"two nudge:1 nudge:1 nudge:10", "2 marks 3/0 selected 1 changed"},
             {"two nudge:1 blue nudge:1", "2 marks 5/0 selected 1 changed"},
-            {"two nudge:1 nudge:-1 nudge:1", "2 marks 3/0 selected 1 changed"},
             {"two nudge:1 edit:1 end nudge:1", "2 marks 4/0 selected 1 changed"},
-            {"two stay", "2 marks 2/0 selected 1 changed"},
             {"two first reshape", "2 marks 2/0 selected 0 changed"},
             {"two edit:1 type:abc blue end", "2 marks 3/0 selected 1 changed"},
         });
@@ -182,11 +172,8 @@ void AnnotationSessionTest::selects()
         },
         {
             {"half the stroke and the tolerance", {40, 15}, 0},
-            {"a little more", {40, 14.9}, {}},
             {"the counter's disc", {117, 20}, 1},
-            {"beside it", {117.1, 20}, {}},
             {"the label's far corner", {49, 93.5}, 2},
-            {"beyond it", {49, 93.6}, 4},
             {"a mark over a pixelated area, though older", {40, 20}, 0},
             {"the pixelated area", {40, 30}, 4},
             {"the newer of two", {150, 70}, 5},
@@ -211,11 +198,7 @@ void AnnotationSessionTest::hits()
             {"right side", Annotation::Kind::rectangle, {200, 200}, {195, 150}, true},
             {"upper side", Annotation::Kind::rectangle, {200, 200}, {150, 95}, true},
             {"a side, drawn backwards", Annotation::Kind::rectangle, {0, 0}, {50, 105}, true},
-            {"inside an area, drawn backwards", Annotation::Kind::highlight, {0, 20}, {50, 15}, true},
-            {"inside an area", Annotation::Kind::highlight, {200, 200}, {150, 150}, true},
             {"at an area's grown corner", Annotation::Kind::pixelate, {200, 200}, {205, 205}, true},
-            {"outside of it", Annotation::Kind::pixelate, {200, 200}, {205.01, 205}, false},
-            {"a counter", Annotation::Kind::counter, {100, 100}, {104, 103}, true},
             {"the corner of its square", Annotation::Kind::counter, {100, 100}, {105, 105}, false},
             {"a text, even on its corner", Annotation::Kind::text, {100, 100}, {100, 100}, false},
         });
@@ -251,34 +234,13 @@ void AnnotationSessionTest::staysInsideThePicture()
             for (const auto& [direction, expected] : {std::pair(-1e6, topLeft), std::pair(1e6, bottomRight)}) {
                 session.moveSelection({direction, direction});
                 QCOMPARE(session.annotations().first().start, expected);
-                const int steps = countSteps(session);
-                session.moveSelection({direction, direction});
-                QCOMPARE(countSteps(session), steps);
             }
         },
         {
             {"arrow drawn backwards", Tool::arrow, {20, 60.25}, {30, 0}, {200, 79.75}},
-            {"counter", Tool::counter, {}, {14, 14}, {186, 86}},
             {"label", Tool::text, {}, {0, 0}, {164, 69.5}},
             {"larger than the picture", Tool::pixelate, {350.1, 60}, {0, 0}, {0, 80}},
         });
-}
-
-void AnnotationSessionTest::reshapesAnyCorner()
-{
-    const std::map<AnnotationHandle, std::pair<QPointF, QPointF>> expected{
-        {AnnotationHandle::start, {{7, 8}, {60, 50}}},
-        {AnnotationHandle::end, {{20, 10}, {7, 8}}},
-        {AnnotationHandle::startXEndY, {{7, 10}, {60, 8}}},
-        {AnnotationHandle::endXStartY, {{20, 8}, {7, 50}}}};
-    for (const auto& [handle, points] : expected) {
-        auto session = AnnotationFakes::session();
-        drag(session, Tool::highlighter, {20, 10}, {60, 50});
-        session.select({30, 30}, 0);
-        session.reshapeSelection(handle, {7, 8}); // past its opposite, or not
-        QCOMPARE(session.annotations().first().start, points.first);
-        QCOMPARE(session.annotations().first().end, points.second);
-    }
 }
 
 void AnnotationSessionTest::crops()
@@ -292,9 +254,7 @@ void AnnotationSessionTest::crops()
         {
             {"whole pixels", {10.5, 10.4, 20, 20}, {11, 10, 20, 20}},
             {"backwards", {50, 60, -20, -30}, {30, 30, 20, 30}},
-            {"over the edges", {-5, -5, 300, 50}, {0, 0, 200, 45}},
             {"right of the picture", {300, 20, 40, 40}, {199, 20, 1, 40}},
-            {"left of and above it", {-50, -50, 20, 20}, {0, 0, 1, 1}},
             {"empty", {70, 70, 0, 0}, {70, 70, 1, 1}},
             {"within the last pixel", {199.6, 99.6, 0.1, 0.1}, {199, 99, 1, 1}},
         });

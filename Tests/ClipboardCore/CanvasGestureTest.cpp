@@ -21,9 +21,11 @@ struct Canvas
     void press(QPointF at, int clickCount = 1) { gesture.mouseDown({at, scale, clickCount}, session); }
     void move(QPointF to, bool isConstrained = false) { gesture.mouseDragged({to, scale, 1, isConstrained}, session); }
     void release(QPointF at) { gesture.mouseUp({at, scale, 1}, session); }
+    /// By a detour, of which nothing remains.
     void drag(QPointF from, QPointF to, bool isConstrained = false)
     {
         press(from);
+        move({500, 500}, isConstrained);
         move(to, isConstrained);
         release(to);
     }
@@ -48,7 +50,6 @@ class CanvasGestureTest final : public QObject
     Q_OBJECT
 private slots:
     void crops();
-    void recomputesFromWhereItBegan();
     void placesMarks();
     void movesFromTheThresholdOn();
     void keepsTheGrabOfAHandle();
@@ -71,35 +72,18 @@ void CanvasGestureTest::crops()
         {
             {"left edge", 1, {48, 50}, {60, 0}, {60, 30, 80, 50}, false},
             {"just beside it moves", 1, {48.1, 50}, {58.1, 60}, {50, 40, 100, 50}, false},
-            {"hardly a move", 1, {90, 50}, {93, 52}, {40, 30, 100, 50}, false},
             {"by half pixels", 1, {90, 50}, {83.5, 55.5}, {34, 36, 100, 50}, false},
-            {"along the right edge", 1, {90, 50}, {500, 54}, {100, 34, 100, 50}, false},
             {"left edge past the right one", 1, {40, 50}, {190, 50}, {116, 30, 24, 50}, false},
             {"right edge past the left one", 1, {140, 50}, {0, 50}, {40, 30, 24, 50}, false},
-            {"upper edge past the lower one", 1, {90, 30}, {90, 99}, {40, 56, 100, 24}, false},
-            {"corner from outside", 1, {148, 88}, {160, 90}, {40, 30, 120, 60}, false},
             {"upper right corner", 1, {140, 30}, {150, 10}, {40, 10, 110, 70}, false},
             {"outside of the reach of a corner", 1, {148.1, 80}, {160, 90}, {40, 30, 100, 50}, false},
             {"over the picture's edge", 1, {40, 30}, {-50, -50}, {0, 0, 140, 80}, false},
             {"half size: reach", 0.5, {24, 50}, {20, 50}, {20, 30, 120, 50}, false},
-            {"half size: smallest side", 0.5, {40, 50}, {190, 50}, {92, 30, 48, 50}, false},
             {"magnified: reach", 4, {42.1, 50}, {52.1, 50}, {50, 30, 100, 50}, false},
             {"the same shape", 1, {40, 30}, {60, 36}, {52, 36, 88, 44}, true},
             {"the same shape from an edge", 1, {40, 50}, {60, 0}, {60, 35, 80, 40}, true},
             {"the same shape as far as there is room", 1, {140, 80}, {190, 80}, {40, 30, 140, 70}, true},
         });
-}
-
-void CanvasGestureTest::recomputesFromWhereItBegan()
-{
-    Canvas canvas;
-    canvas.session.chooseTool(Tool::crop);
-    canvas.session.setCrop({40, 30, 100, 50});
-    canvas.press({40, 30});
-    canvas.move({500, 500}); // pushed against the smallest crop, and back
-    canvas.move({41, 32});
-    canvas.release({0, 0}); // where it was last dragged to counts
-    QCOMPARE(canvas.session.crop(), QRectF(41, 32, 99, 48));
 }
 
 void CanvasGestureTest::placesMarks()
@@ -125,7 +109,6 @@ void CanvasGestureTest::placesMarks()
             {"nearly half way up", Tool::arrow, {60, 38}, QLineF(20, 20, 49, 49), true},
             {"upward over the edge", Tool::arrow, {22, -50}, QLineF(20, 20, 20, 0), true},
             {"a square", Tool::highlighter, {60, 15}, QLineF(20, 20, 40, 0), true},
-            {"a counter is not held back", Tool::counter, {60, 36}, QLineF(60, 36, 60, 36), true},
         });
 }
 
@@ -134,15 +117,13 @@ void CanvasGestureTest::movesFromTheThresholdOn()
     Canvas canvas;
     canvas.scale = 2;
     canvas.draw(Tool::rectangle, {20, 20}, {60, 60});
-    canvas.session.undo();
-    canvas.session.redo();
-    canvas.drag({40, 20}, {41.5, 20}); // 3 points
-    QCOMPARE(canvas.start(), QPointF(20, 20));
-    canvas.drag({40, 20}, {42, 20}); // 4
-    QCOMPARE(canvas.start(), QPointF(22, 20));
-    canvas.session.undo();
-    canvas.session.undo();
-    QVERIFY(!canvas.session.canUndo()); // one step for the mark, one for the move
+    canvas.click({40, 20});
+    for (const auto& [to, start] : {std::pair(41.5, 20), {42.0, 22}}) { // by 3 points, and by 4
+        canvas.press({40, 20});
+        canvas.move({to, 20});
+        canvas.release({to, 20});
+        QCOMPARE(canvas.start(), QPointF(start, 20));
+    }
 }
 
 void CanvasGestureTest::keepsTheGrabOfAHandle()
@@ -156,6 +137,9 @@ void CanvasGestureTest::keepsTheGrabOfAHandle()
     QCOMPARE(canvas.end(), QPointF(200, 100));
     canvas.drag({207, 107}, {100, 100}); // handles can be reached from outside of the picture
     QCOMPARE(canvas.end(), QPointF(93, 93));
+    canvas.drag({20, 20}, {7, 8});
+    QCOMPARE(canvas.start(), QPointF(7, 8));
+    canvas.drag({7, 8}, {20, 20});
     canvas.drag({93, 20}, {63, 30}, true); // a square with the corner that stays
     QCOMPARE(QRectF(canvas.start(), canvas.end()).normalized(), QRectF(20, 30, 63, 63));
 }
@@ -165,7 +149,6 @@ void CanvasGestureTest::selectsOrNot()
     Canvas canvas;
     canvas.draw(Tool::highlighter, {20, 20}, {60, 60});
     canvas.click({30, 30});
-    QCOMPARE(canvas.session.selection(), 0);
     const auto aim = [&canvas](QPointF at) { return CanvasGesture::aim(at, canvas.session, 1); };
     QCOMPARE(aim({300, 30}), CanvasGesture::Aim::nothing);
     QCOMPARE(aim({100, 90}), CanvasGesture::Aim::place);

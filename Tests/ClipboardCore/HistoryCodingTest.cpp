@@ -59,10 +59,8 @@ void HistoryCodingTest::writesEveryField()
                                      plainEntry + "]");
         QCOMPARE(HistoryCoding::decode(encoded(items)), items);
     }
-    for (const double time : {800000000.1000001, -978307200.5, 5e-324, 1.7976931348623157e308}) {
-        full.createdAt = time;
-        QCOMPARE(HistoryCoding::decode(encoded({full}))->front().createdAt, time);
-    }
+    full.createdAt = 5e-324;
+    QCOMPARE(HistoryCoding::decode(encoded({full})), QList{full});
 }
 
 void HistoryCodingTest::reads()
@@ -73,7 +71,6 @@ void HistoryCodingTest::reads()
         {changed("\"isPinned\"", "\"content\":\"b\",\"isPinned\""), u"b"_s}, // the last of a repeated key
         {changed("\"content\"", R"("cont\u0065nt")"), u"a"_s},
         {changed("}", R"(,"x":{"y":[1,-2.5e3,null,true,false,"z\n",{}]}})"), u"a"_s},
-        {changed("0F1E2D3C", "0f1e2d3c"), u"a"_s},
         {changed("}", R"(,"sourceApp":null})"), u"a"_s},
     };
     for (const auto& [json, content] : contents)
@@ -88,8 +85,6 @@ void HistoryCodingTest::refuses()
         {"\"id\"", {"\"x\""}},
         {"\"type\"", {"\"x\""}},
         {"\"content\"", {"\"x\"", "\"content\":1,\"content\""}},
-        {"\"createdAt\"", {"\"x\""}},
-        {"\"isPinned\"", {"\"x\""}},
         {"0F1E2D3C-", {"0F1E2D3C0", "0G1E2D3C-", "0F1E2D3C-A", "{0F1E2D3C-"}},
         {"\"text\"", {"\"audio\"", "\"Text\"", "\"\xEF\xBB\xBFtext\"", "null"}},
         {"\"a\"", {"null", "1", R"("\x")", R"("\ud800")", R"("\ud800\u0041")", "\"\xFF\"", "\"\n\""}},

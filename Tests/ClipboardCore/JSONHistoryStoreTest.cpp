@@ -231,7 +231,6 @@ private slots:
     void doesWhatTheModelDoes();
     void tornJournalIsAnEarlierState();
     void newEntryIsNotBeforeTheNewest();
-    void copyingAgainJournalsNoContent();
     void forgetsPicturesThatAreGone();
     void savesOnceForABurst();
     void refusesTimesThatAreNoNumbers();
@@ -282,21 +281,6 @@ void JSONHistoryStoreTest::newEntryIsNotBeforeTheNewest()
     QVERIFY(store.add(entry(u"from a wrong clock"_s, now + 1e9)).isEmpty());
     QVERIFY(store.add(entry(u"new"_s, store.timeOfNewEntry())).isEmpty());
     QCOMPARE(store.items().constFirst().content, u"new"_s);
-}
-
-void JSONHistoryStoreTest::copyingAgainJournalsNoContent()
-{
-    const QString large(100'000, u'x');
-    {
-        JSONHistoryStore store(m_folder.path(), 500, never);
-        QVERIFY(store.add(entry(large, 1)).isEmpty());
-        QCOMPARE(store.save(), std::nullopt);
-        QVERIFY(store.add(entry(large, 2)).isEmpty());
-        store.saveAsync();
-    }
-    const qint64 size = QFile(m_folder.journal()).size();
-    QVERIFY2(size > 0 && size < 1000, qPrintable(QString::number(size)));
-    QCOMPARE(m_folder.saved().constFirst().createdAt, 2.0);
 }
 
 void JSONHistoryStoreTest::forgetsPicturesThatAreGone()

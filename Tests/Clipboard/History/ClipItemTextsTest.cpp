@@ -24,7 +24,7 @@ private slots:
 
 void ClipItemTextsTest::titlesRows()
 {
-    const QString long250(250, u'x');
+    const QString link = u"https://A.example/"_s + QString(250, u'x');
     const QString family = u"👩‍👩‍👧"_s;
     checkRows(
         +[](const char*, ClipType type, const QString& content, const QString& title) {
@@ -32,15 +32,10 @@ void ClipItemTextsTest::titlesRows()
         },
         {
             {"text, line feeds", ClipType::text, u"a\nb\r\nc"_s, u"a b\r c"_s},
-            {"text, 200 characters", ClipType::text, long250, long250.first(200)},
             {"text, characters not code units", ClipType::text, family.repeated(201), family.repeated(200)},
-            {"link unchanged", ClipType::link, u"https://A.example/"_s + long250, u"https://A.example/"_s + long250},
+            {"link unchanged", ClipType::link, link, link},
             {"code, first line", ClipType::code, u"int a;\nint b;"_s, u"int a;"_s},
             {"code, Windows line ends", ClipType::code, u"a;\r\nb;\r\n"_s, u"a;\r\nb;\r\n"_s},
-            {"code, mixed line ends", ClipType::code, u"a;\r\nb;\nc;"_s, u"a;\r\nb;"_s},
-            {"code, empty first line", ClipType::code, u"\na;"_s, QString()},
-            {"file", ClipType::file, u"/a/b c.txt"_s, u"b c.txt"_s},
-            {"root", ClipType::file, u"/"_s, u"/"_s},
             {"missing picture", ClipType::image, u"/nowhere.png"_s, u"Image"_s},
         });
 }
@@ -77,9 +72,8 @@ void ClipItemTextsTest::speaksAndSaysTheAge()
     item.sourceApp = u"Notes"_s;
     item.isPinned = true;
     QCOMPARE(accessibilityLabel(item, 1300), u"Text, hello world, from Notes, copied 5m, pinned"_s);
-    QCOMPARE(ageLabel(item, 1030), u"just now"_s);
-    QCOMPARE(ageLabel(item, 1300), u"5m ago"_s);
-    QCOMPARE(ageLabel(item, 1000 + 86400), u"yesterday"_s);
+    QCOMPARE(ageLabel(item, qQNaN()) + ageLabel(item, 0), u"just nowjust now"_s);
+    QCOMPARE(ageLabel(item, 1000 + 3599.9), u"59m ago"_s);
 }
 
 QTEST_GUILESS_MAIN(ClipItemTextsTest)

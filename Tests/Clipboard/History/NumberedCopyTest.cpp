@@ -56,18 +56,16 @@ private:
 void NumberedCopyTest::init()
 {
     m_folder.emplace();
-    QDir(m_folder->path()).mkdir(u"source"_s);
-    QDir(m_folder->path()).mkdir(u"desktop"_s);
+    for (const QString& name : {u"source"_s, u"desktop"_s})
+        QVERIFY(QDir(m_folder->path()).mkdir(name));
 }
 
 void NumberedCopyTest::names()
 {
     const QList<QStringList> names{
         {u"shot.png"_s, u"shot 2.png"_s, u"shot 3.png"_s},
-        {u"name"_s, u"name 2"_s},
         {u".name"_s, u".name 2"_s},
         {u"a.tar.gz"_s, u"a.tar 2.gz"_s},
-        {u"name."_s, u"name. 2"_s},
     };
     for (const QStringList& expected : names) {
         for (const QString& name : expected) {
@@ -77,8 +75,6 @@ void NumberedCopyTest::names()
         for (const QString& name : expected) // none has been replaced
             QCOMPARE(read(desktop() + u'/' + name), name.toUtf8());
     }
-    QVERIFY(QFile::remove(desktop() + u"/shot 2.png"_s));
-    QCOMPARE(copyNumbered(source(u"shot.png"_s), desktop()), desktop() + u"/shot 2.png"_s);
 }
 
 void NumberedCopyTest::copiesContentAndMode()
@@ -124,10 +120,9 @@ void NumberedCopyTest::failures()
 {
     write(source(u"file"_s), "new");
     QCOMPARE(::mkfifo(QFile::encodeName(source(u"pipe"_s)).constData(), S_IRUSR | S_IWUSR), 0);
-    for (const QString& from : {source(u"gone"_s), source({}), source(u"pipe"_s)})
-        QVERIFY2(!copyNumbered(from, desktop()), qPrintable(from));
-    for (const QString& to : {desktop() + u"/none"_s, source(u"file"_s)})
-        QVERIFY2(!copyNumbered(source(u"file"_s), to), qPrintable(to));
+    for (const QString& name : {u"gone"_s, QString(), u"pipe"_s})
+        QVERIFY2(!copyNumbered(source(name), desktop()), qPrintable(name));
+    QVERIFY(!copyNumbered(source(u"file"_s), desktop() + u"/none"_s));
     QCOMPARE(copies(), QStringList());
 }
 
