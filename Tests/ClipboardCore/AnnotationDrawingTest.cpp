@@ -50,8 +50,6 @@ private slots:
     void skipsWhatIsElsewhere();
     void flattensTheCrop();
     void flattensNothingRatherThanWhatWasCovered();
-    void tellsWhatChanged();
-    void contrasts();
     void measuresByTheLongestSide();
 };
 
@@ -130,35 +128,6 @@ void AnnotationDrawingTest::flattensNothingRatherThanWhatWasCovered()
         dynamic_cast<const PlainPicture&>(*session.picture()).contextsLeft = contexts;
         QCOMPARE(session.flatten() != nullptr, contexts == 2); // the blocks, and the result
     }
-}
-
-void AnnotationDrawingTest::tellsWhatChanged()
-{
-    auto session = AnnotationFakes::session();
-    clicked(AnnotationTool::counter, {20, 20})(session);
-    clicked(AnnotationTool::counter, {60, 20})(session);
-    auto before = session;
-    QVERIFY(session.changedAreas(before).isEmpty());
-    session.select({60, 20}, 0);
-    session.moveSelection({40, 0});
-    QCOMPARE(session.changedAreas(before), QList<QRectF>({{86, 6, 28, 28}, {46, 6, 28, 28}}));
-    // A counter before it that is gone changes its number.
-    before = session;
-    session.select({20, 20}, 0);
-    session.deleteSelection();
-    QCOMPARE(session.changedAreas(before), QList<QRectF>({{86, 6, 28, 28}, {6, 6, 28, 28}, {86, 6, 28, 28}}));
-    // A text shows again when its typing ends.
-    clicked(AnnotationTool::text, {10, 60}, u"a"_s)(session);
-    before = session;
-    session.endEditing();
-    QCOMPARE(session.changedAreas(before).size(), 2);
-}
-
-void AnnotationDrawingTest::contrasts()
-{
-    // A luminance of 0.6 is not yet light; the next number is.
-    QCOMPARE((AnnotationColor{"grey"_L1, 0.6, 0.6, 0.6}.contrasting()), AnnotationPalette::white);
-    QCOMPARE((AnnotationColor{"grey"_L1, 0.6, 0.6 + 1e-9, 0.6}.contrasting()), AnnotationPalette::black);
 }
 
 void AnnotationDrawingTest::measuresByTheLongestSide()

@@ -70,7 +70,9 @@ void perform(AnnotationSession& session, const QString& word)
         {u"end"_s, [&] { session.endEditing(); }},
         {u"unselect"_s, [&] { session.select(QPointF(5, 90), 0); }},
         {u"first"_s, [&] { session.select(arrowStart, 0); }},
+        {u"corner"_s, [&] { session.select(corner, 1); }},
         {u"blue"_s, [&] { session.setColor(AnnotationPalette::blue); }},
+        {u"large"_s, [&] { session.setSize(AnnotationSize::large); }},
         {u"move"_s, [&] { session.moveSelection(corner); }},
         {u"nudge"_s, [&] { session.nudgeSelection(QPointF(argument.toDouble(), 0)); }},
         {u"reshape"_s, [&] { session.reshapeSelection(AnnotationHandle::end, arrowEnd); }},
@@ -90,10 +92,8 @@ class AnnotationSessionTest final : public QObject
     Q_OBJECT
 private slots:
     void records();
-    void restylesWhatHasTheProperty();
     void selects();
     void hits();
-    void grabsHandlesInASquare();
     void staysInsideThePicture();
     void crops();
 };
@@ -125,34 +125,14 @@ void AnnotationSessionTest::records()
             {"two unselect delete move reshape blue", "2 marks 2/0 changed"},
             {"two click:text uncrop", "3 marks 2/0 selected 2 typing 2 changed"},
             {"two click:text type:c crop", "3 marks 4/0 selected 2 changed"},
+            {"drag:arrow corner blue large blue large", "1 marks 3/0 selected 0 changed"},
+            {"drag:highlighter corner blue large", "1 marks 2/0 selected 0 changed"},
+            {"drag:pixelate corner blue large", "1 marks 1/0 selected 0 changed"},
             {"two nudge:1 blue nudge:1", "2 marks 5/0 selected 1 changed"},
             {"two nudge:1 edit:1 end nudge:1", "2 marks 4/0 selected 1 changed"},
             {"two first reshape", "2 marks 2/0 selected 0 changed"},
             {"two edit:1 type:abc blue end", "2 marks 3/0 selected 1 changed"},
         });
-}
-
-void AnnotationSessionTest::restylesWhatHasTheProperty()
-{
-    const std::map<Tool, std::pair<bool, bool>> takes{{Tool::arrow, {true, true}},
-                                                      {Tool::rectangle, {true, true}},
-                                                      {Tool::highlighter, {true, false}},
-                                                      {Tool::pixelate, {false, false}}};
-    for (const auto& [tool, expected] : takes) {
-        auto session = AnnotationFakes::session();
-        drag(session, tool, {20, 20}, {60, 60});
-        session.select({20, 20}, 1);
-        session.setColor(AnnotationPalette::blue);
-        session.setColor(AnnotationPalette::blue); // no change, no step
-        session.setSize(AnnotationSize::large);
-        const Annotation& mark = session.annotations().first();
-        QCOMPARE(mark.color == AnnotationPalette::blue, expected.first);
-        QCOMPARE(mark.size == AnnotationSize::large, expected.second);
-        QCOMPARE(countSteps(session), 1 + expected.first + expected.second);
-        session.undo();
-        QCOMPARE(session.selection().has_value(), session.canUndo());
-        QCOMPARE(session.color(), AnnotationPalette::blue);
-    }
 }
 
 void AnnotationSessionTest::selects()
@@ -202,22 +182,6 @@ void AnnotationSessionTest::hits()
             {"the corner of its square", Annotation::Kind::counter, {100, 100}, {105, 105}, false},
             {"a text, even on its corner", Annotation::Kind::text, {100, 100}, {100, 100}, false},
         });
-}
-
-void AnnotationSessionTest::grabsHandlesInASquare()
-{
-    auto session = AnnotationFakes::session();
-    drag(session, Tool::rectangle, {60, 50}, {20, 10});
-    QVERIFY(!session.selectedHandle({60, 50}, 8)); // not selected
-    session.select({60, 50}, 8);
-    QCOMPARE(session.selectedHandle({68, 58}, 8), AnnotationHandle::start);
-    QCOMPARE(session.selectedHandle({60, 10}, 8), AnnotationHandle::startXEndY);
-    QCOMPARE(session.selectedHandle({20, 58}, 8), AnnotationHandle::endXStartY);
-    QVERIFY(!session.selectedHandle({68.1, 58}, 8));
-    QCOMPARE(session.selectedHandle({40, 30}, 20), AnnotationHandle::start); // the first of all four
-    drag(session, Tool::arrow, {100, 50}, {140, 80});
-    session.select({140, 80}, 1);
-    QVERIFY(session.selectedHandle({140, 80}, 1) && !session.selectedHandle({140, 50}, 1)); // an arrow has but two
 }
 
 void AnnotationSessionTest::staysInsideThePicture()

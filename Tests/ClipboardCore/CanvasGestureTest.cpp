@@ -135,6 +135,9 @@ void CanvasGestureTest::keepsTheGrabOfAHandle()
     QCOMPARE(canvas.end(), QPointF(70, 80));
     canvas.drag({70, 80}, {500, 500});
     QCOMPARE(canvas.end(), QPointF(200, 100));
+    canvas.drag({208.1, 108}, {90, 90}); // just out of its reach
+    QCOMPARE(canvas.end(), QPointF(200, 100));
+    canvas.click({40, 20});
     canvas.drag({207, 107}, {100, 100}); // handles can be reached from outside of the picture
     QCOMPARE(canvas.end(), QPointF(93, 93));
     canvas.drag({20, 20}, {7, 8});

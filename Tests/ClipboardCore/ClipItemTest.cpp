@@ -58,19 +58,15 @@ void ClipItemTest::equality()
     other.content = u"cafe\u0301"_s;
     other.sourceApp = u"cafe\u0301"_s;
     QCOMPARE(other, item);
-    using Change = void (*)(ClipItem&);
-    for (const Change change : {Change([](ClipItem& changed) { changed.id = QUuid(); }),
-                                Change([](ClipItem& changed) { changed.type = ClipType::code; }),
-                                Change([](ClipItem& changed) { changed.content = u"cafe"_s; }),
-                                Change([](ClipItem& changed) { changed.sourceApp.reset(); }),
-                                Change([](ClipItem& changed) { changed.sourceApp = u"cafe"_s; }),
-                                Change([](ClipItem& changed) { changed.bundleID = QString(); }), // not absent
-                                Change([](ClipItem& changed) { changed.createdAt = 1.5000001; }),
-                                Change([](ClipItem& changed) { changed.isPinned = true; })}) {
-        other = item;
-        change(other);
-        QVERIFY(other != item);
-    }
+    const auto [id, type, content, app, bundleID, createdAt, isPinned] = item;
+    for (const ClipItem& different : {ClipItem{QUuid(), type, content, app, bundleID, createdAt, isPinned},
+                                      {id, ClipType::code, content, app, bundleID, createdAt, isPinned},
+                                      {id, type, u"cafe"_s, app, bundleID, createdAt, isPinned},
+                                      {id, type, content, u"cafe"_s, bundleID, createdAt, isPinned},
+                                      {id, type, content, app, QString(), createdAt, isPinned}, // which is not absent
+                                      {id, type, content, app, bundleID, 1.5000001, isPinned},
+                                      {id, type, content, app, bundleID, createdAt, true}})
+        QVERIFY(different != item);
 }
 
 void ClipItemTest::times()

@@ -206,12 +206,11 @@ void HistoryFileTest::rewritesALargeFileSeldom()
     QVERIFY(disk.load().items().isEmpty());
     const QList<ClipItem> small{entry(QString(1 << 20, u'x'))};
     const QList<ClipItem> large{entry(QString((1 << 20) + 1, u'x'))};
-    const HistoryOperation put{1, HistoryOperation::Put{entry(QString(100'000, u'y'))}};
     QCOMPARE(disk.save(large), std::nullopt);
-    disk.append({put, put}, large);
-    QVERIFY(!disk.isSaveDue());
-    disk.append({put}, large);
-    QVERIFY(disk.isSaveDue());
+    for (const bool isDue : {false, true}) {
+        disk.append({{1, HistoryOperation::Put{entry(QString(200'000, u'y'))}}}, large);
+        QCOMPARE(disk.isSaveDue(), isDue);
+    }
     QCOMPARE(disk.save(), std::nullopt);
     QVERIFY(!disk.isForgettingDue());
     disk.append({{1, HistoryOperation::Remove{{small[0].id}}}}, small);

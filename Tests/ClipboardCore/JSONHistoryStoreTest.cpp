@@ -230,10 +230,8 @@ private slots:
     void cleanup() { m_folder.checkOpenFiles(); }
     void doesWhatTheModelDoes();
     void tornJournalIsAnEarlierState();
-    void newEntryIsNotBeforeTheNewest();
+    void times();
     void forgetsPicturesThatAreGone();
-    void savesOnceForABurst();
-    void refusesTimesThatAreNoNumbers();
 };
 
 void JSONHistoryStoreTest::doesWhatTheModelDoes()
@@ -273,7 +271,7 @@ void JSONHistoryStoreTest::tornJournalIsAnEarlierState()
     QCOMPARE(earlier, 0);
 }
 
-void JSONHistoryStoreTest::newEntryIsNotBeforeTheNewest()
+void JSONHistoryStoreTest::times()
 {
     JSONHistoryStore store(m_folder.path(), 500, never);
     const double now = store.timeOfNewEntry();
@@ -281,6 +279,9 @@ void JSONHistoryStoreTest::newEntryIsNotBeforeTheNewest()
     QVERIFY(store.add(entry(u"from a wrong clock"_s, now + 1e9)).isEmpty());
     QVERIFY(store.add(entry(u"new"_s, store.timeOfNewEntry())).isEmpty());
     QCOMPARE(store.items().constFirst().content, u"new"_s);
+    QVERIFY(store.add(entry(u"no number"_s, qQNaN())).isEmpty());
+    QVERIFY(store.save().has_value());
+    QVERIFY(!QFile::exists(m_folder.path()));
 }
 
 void JSONHistoryStoreTest::forgetsPicturesThatAreGone()
@@ -295,28 +296,6 @@ void JSONHistoryStoreTest::forgetsPicturesThatAreGone()
         store.saveAsync();
     }
     QCOMPARE(contents(m_folder.saved()), QStringList({u"/pinned.png"_s, there}));
-}
-
-void JSONHistoryStoreTest::savesOnceForABurst()
-{
-    JSONHistoryStore store(m_folder.path(), 500, 0.3);
-    for (const ClipItem& item : {entry(u"0"_s, 0), entry(u"1"_s, 1), entry(u"2"_s, 2)}) {
-        QVERIFY(store.add(item).isEmpty());
-        store.saveAsync();
-    }
-    QVERIFY(store.add(entry(u"later"_s, 99)).isEmpty()); // than the last call: no part of what it saves
-    QVERIFY(!QFile::exists(m_folder.path()));
-    QTRY_VERIFY(QFile::exists(m_folder.path()));
-    QTRY_COMPARE(QFile(m_folder.journal()).size(), 0);
-    QCOMPARE(contents(m_folder.saved()), QStringList({u"2"_s, u"1"_s, u"0"_s}));
-}
-
-void JSONHistoryStoreTest::refusesTimesThatAreNoNumbers()
-{
-    JSONHistoryStore store(m_folder.path(), 500, never);
-    QVERIFY(store.add(entry(u"a"_s, qQNaN())).isEmpty());
-    QVERIFY(store.save().has_value());
-    QVERIFY(!QFile::exists(m_folder.path()));
 }
 
 QTEST_GUILESS_MAIN(JSONHistoryStoreTest)

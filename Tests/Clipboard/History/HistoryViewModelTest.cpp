@@ -17,37 +17,31 @@ private slots:
     void writesEachTypeInItsForm();
     void tellsAboutVanishedFiles();
     void pastesThenCloses();
-    void leavesTheKeyToTheUserWithoutTrust();
-    void pasteServiceEndsBeforeItsAnswer();
+    void pasteServiceLeavesTheKeyToTheUserWithoutTrust();
     void takesRemovalsBack();
     void keepsPicturesForAsLongAsTheyMayComeBack();
     void recordsWhatIsMarkedAndCopied();
     void annotatesPicturesOnly();
-    void addsWhatTheEditorMade();
     void actionsOutliveTheirEntry();
 };
 
 void HistoryViewModelTest::writesEachTypeInItsForm()
 {
     ViewModelFixture f;
-    const QString picture = f.folder.filePath(u"p.png"_s);
-    const QString oddlyNamed = f.folder.filePath(u"ü #%20?.txt"_s);
-    for (const QString& path : {picture, oddlyNamed})
-        QVERIFY(QFile(path).open(QIODevice::WriteOnly));
+    const QString oddlyNamed = f.folder.filePath(u"ü #%20?.png"_s);
+    QVERIFY(QFile(oddlyNamed).open(QIODevice::WriteOnly));
     f.fill({ViewModelFixture::item(ClipType::text, u" padded \n"_s),
-            ViewModelFixture::item(ClipType::code, u"a();\r\n"_s), ViewModelFixture::item(ClipType::image, picture),
-            ViewModelFixture::item(ClipType::file, oddlyNamed)});
+            ViewModelFixture::item(ClipType::image, oddlyNamed), ViewModelFixture::item(ClipType::file, oddlyNamed)});
     const QList<ClipItem> items = f.store.items();
     for (const ClipItem& item : items) {
         f.model.copy(item);
         QCOMPARE(f.toasts.last(), u"Copied "_s + item.snippet());
     }
-    QCOMPARE(f.pasteboard.writes.size(), 4);
-    QCOMPARE(f.ownChanges, 4);
+    QCOMPARE(f.pasteboard.writes.size(), 3);
+    QCOMPARE(f.ownChanges, 3);
     QCOMPARE(f.pasteboard.writes[0].string, " padded \n"_ba);
-    QCOMPARE(f.pasteboard.writes[1].string, "a();\r\n"_ba);
-    QCOMPARE(f.pasteboard.pngFiles, QStringList{picture});
-    QCOMPARE(f.pasteboard.writes[3].fileURLs, QList{QUrl::fromLocalFile(oddlyNamed)});
+    QCOMPARE(f.pasteboard.pngFiles, QStringList{oddlyNamed});
+    QCOMPARE(f.pasteboard.writes[2].fileURLs, QList{QUrl::fromLocalFile(oddlyNamed)});
 }
 
 void HistoryViewModelTest::tellsAboutVanishedFiles()
@@ -93,32 +87,24 @@ void HistoryViewModelTest::pastesThenCloses()
     }
 }
 
-void HistoryViewModelTest::leavesTheKeyToTheUserWithoutTrust()
-{
-    ViewModelFixture f;
-    f.keystrokes.trusted = false;
-    f.pasteService.pasteAfterClose(u"“x”"_s);
-    QCOMPARE(f.toasts, QStringList{u"Copied “x” — press ⌘V to paste"_s});
-    QCOMPARE(f.keystrokes.trustRequests, 1);
-    // The key of a later paste would come after that of this one.
-    f.keystrokes.trusted = true;
-    f.pasteService.pasteAfterClose(u"“y”"_s);
-    QTRY_VERIFY(f.keystrokes.pastes > 0);
-    QCOMPARE(f.keystrokes.pastes, 1);
-}
-
-void HistoryViewModelTest::pasteServiceEndsBeforeItsAnswer()
+void HistoryViewModelTest::pasteServiceLeavesTheKeyToTheUserWithoutTrust()
 {
     FakeKeystrokeSender keystrokes;
     keystrokes.finishesAtOnce = false;
+    keystrokes.trusted = false;
     QStringList toasts;
-    {
-        PasteService service(keystrokes, [&toasts](const QString& text) { toasts.append(text); });
-        service.pasteAfterClose(u"“x”"_s);
-        QTRY_COMPARE(keystrokes.pastes, 1);
-    }
+    auto service = std::make_unique<PasteService>(keystrokes, [&](const QString& text) { toasts.append(text); });
+    service->pasteAfterClose(u"“x”"_s);
+    QCOMPARE(toasts, QStringList{u"Copied “x” — press ⌘V to paste"_s});
+    QCOMPARE(keystrokes.trustRequests, 1);
+    // The key of a later paste would come after that of this one.
+    keystrokes.trusted = true;
+    service->pasteAfterClose(u"“y”"_s);
+    QTRY_VERIFY(keystrokes.pastes > 0);
+    QCOMPARE(keystrokes.pastes, 1);
+    service.reset();
     keystrokes.finishPastes();
-    QVERIFY(toasts.isEmpty());
+    QCOMPARE(toasts.size(), 1); // the answer comes too late for one
 }
 
 void HistoryViewModelTest::takesRemovalsBack()
@@ -179,26 +165,19 @@ void HistoryViewModelTest::annotatesPicturesOnly()
     ViewModelFixture f;
     const QString picture = f.folder.filePath(u"p.png"_s);
     QVERIFY(QImage(3, 2, QImage::Format_RGB32).save(picture));
-    f.fill({ViewModelFixture::item(ClipType::image, picture), ViewModelFixture::item(ClipType::file, picture)});
+    ClipItem from = ViewModelFixture::item(ClipType::image, picture);
+    from.sourceApp = u"Shot"_s;
+    from.isPinned = true;
+    f.fill({from, ViewModelFixture::item(ClipType::file, picture)});
     QList<QSize> opened;
     f.model.onAnnotate = [&](const ClipItem&, const QImage& image) { opened.append(image.size()); };
-
     f.model.annotate(f.entry(1));
     f.model.annotate(f.entry(0));
     QVERIFY(opened.isEmpty()); // decoded elsewhere
     QTRY_COMPARE(opened, QList{QSize(3, 2)});
-}
-
-void HistoryViewModelTest::addsWhatTheEditorMade()
-{
-    ViewModelFixture f;
-    ClipItem from = ViewModelFixture::item(ClipType::image, u"/old.png"_s);
-    from.sourceApp = u"Shot"_s;
-    from.isPinned = true;
-    f.fill({from});
 
     const auto id = f.model.addAnnotateResult(u"/new.png"_s, f.entry(0));
-    const ClipItem added = f.model.items().last(); // behind the pinned one
+    const ClipItem added = f.model.items().at(1); // behind the pinned one
     QCOMPARE(id, added.id);
     QCOMPARE(added.content.toString(), u"/new.png"_s);
     QCOMPARE(added.sourceApp, u"Shot"_s);
