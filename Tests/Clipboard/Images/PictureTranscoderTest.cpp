@@ -1,9 +1,7 @@
 #include "PictureTranscoder.h"
+#include "EncodedPicture.h"
 
-#include <QBuffer>
 #include <QColorSpace>
-#include <QImage>
-#include <QImageWriter>
 #include <QTest>
 
 #include <spng.h>
@@ -11,18 +9,10 @@
 #include <array>
 
 using namespace Clipboard;
+using namespace Clipboard::Testing;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QByteArray encoded(const QImage& image, const char* format)
-{
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    QImageWriter(&buffer, format).write(image);
-    return bytes;
-}
 
 /// A picture in which every pixel differs from its neighbours.
 QImage pattern(QImage::Format format)
@@ -84,46 +74,38 @@ class PictureTranscoderTest final : public QObject
 {
     Q_OBJECT
 private slots:
-    void keepsEveryPixel_data();
     void keepsEveryPixel();
     void dropsWhatIsNotThePicture();
     void keepsTheColourSpace();
-    void refuses_data();
     void refuses();
 };
 
-void PictureTranscoderTest::keepsEveryPixel_data()
-{
-    QTest::addColumn<QImage>("image");
-    QTest::addColumn<QByteArray>("format");
-
-    QTest::newRow("png") << pattern(QImage::Format_RGB32) << QByteArray("png");
-    QTest::newRow("png with alpha") << pattern(QImage::Format_ARGB32) << QByteArray("png");
-    QTest::newRow("png, 16 bits a channel") << pattern(QImage::Format_RGBA64) << QByteArray("png");
-    QTest::newRow("png, one bit") << pattern(QImage::Format_Mono) << QByteArray("png");
-    QTest::newRow("png, palette with alpha") << indexed() << QByteArray("png");
-    QTest::newRow("tiff") << pattern(QImage::Format_RGB32) << QByteArray("tiff");
-    QTest::newRow("tiff with alpha") << pattern(QImage::Format_ARGB32) << QByteArray("tiff");
-    QTest::newRow("tiff, 16 bits a channel") << pattern(QImage::Format_RGBA64) << QByteArray("tiff");
-}
-
 void PictureTranscoderTest::keepsEveryPixel()
 {
-    QFETCH(QImage, image);
-    QFETCH(QByteArray, format);
-    const QByteArray picture = encoded(image, format.constData());
-    const QImage expected = QImage::fromData(picture);
-    const auto comparable = expected.depth() > 32 ? QImage::Format_RGBA64 : QImage::Format_RGBA8888;
-
-    QVERIFY(!expected.isNull());
-    std::stop_source hurry;
-    for (int i = 0; i < 2; ++i) {
-        const std::optional<QByteArray> png = PictureTranscoder::toPNG(picture, hurry.get_token());
-        QVERIFY(png);
-        QCOMPARE(QImage::fromData(*png).convertToFormat(comparable), expected.convertToFormat(comparable));
-        if (format == "png")
-            QCOMPARE(png->mid(16, 10), picture.mid(16, 10)); // size, bit depth and colour type
-        hurry.request_stop();                                // the second time
+    const std::pair<QImage, const char*> pictures[] = {
+        {pattern(QImage::Format_RGB32), "png"},
+        {pattern(QImage::Format_ARGB32), "png"},
+        {pattern(QImage::Format_RGBA64), "png"},
+        {pattern(QImage::Format_Mono), "png"},
+        {indexed(), "png"},
+        {pattern(QImage::Format_RGB32), "tiff"},
+        {pattern(QImage::Format_ARGB32), "tiff"},
+        {pattern(QImage::Format_RGBA64), "tiff"},
+    };
+    for (const auto& [image, format] : pictures) {
+        const QByteArray picture = encoded(image, format);
+        const QImage expected = QImage::fromData(picture);
+        QVERIFY(!expected.isNull());
+        const auto comparable = expected.depth() > 32 ? QImage::Format_RGBA64 : QImage::Format_RGBA8888;
+        std::stop_source hurry;
+        for (int i = 0; i < 2; ++i) {
+            const std::optional<QByteArray> png = PictureTranscoder::toPNG(picture, hurry.get_token());
+            QVERIFY(png);
+            QCOMPARE(QImage::fromData(*png).convertToFormat(comparable), expected.convertToFormat(comparable));
+            if (format == "png"_ba)
+                QCOMPARE(png->mid(16, 10), picture.mid(16, 10)); // size, bit depth and colour type
+            hurry.request_stop();                                // the second time
+        }
     }
 }
 
@@ -142,8 +124,8 @@ void PictureTranscoderTest::keepsTheColourSpace()
 {
     QImage image = pattern(QImage::Format_RGB32);
     image.setColorSpace(QColorSpace::DisplayP3);
-    const QByteArray png = PictureTranscoder::toPNG(encoded(image, "png")).value_or(QByteArray());
-    QCOMPARE(QImage::fromData(png).colorSpace(), QImage::fromData(encoded(image, "png")).colorSpace());
+    const QByteArray png = PictureTranscoder::toPNG(encoded(image)).value_or(QByteArray());
+    QCOMPARE(QImage::fromData(png).colorSpace(), QImage::fromData(encoded(image)).colorSpace());
     QVERIFY(QImage::fromData(png).colorSpace() != QColorSpace(QColorSpace::SRgb));
 
     const QByteArray fromTIFF = PictureTranscoder::toPNG(encoded(image, "tiff")).value_or(QByteArray());
@@ -151,26 +133,22 @@ void PictureTranscoderTest::keepsTheColourSpace()
     QCOMPARE(QImage::fromData(fromTIFF).pixelColor(20, 10), converted.pixelColor(20, 10));
 }
 
-void PictureTranscoderTest::refuses_data()
-{
-    QTest::addColumn<QByteArray>("picture");
-
-    const QByteArray png = encoded(pattern(QImage::Format_RGB32), "png");
-    QByteArray flipped = png;
-    flipped[flipped.size() / 2] = char(flipped.at(flipped.size() / 2) ^ 0x55);
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("another format") << encoded(pattern(QImage::Format_RGB32), "bmp");
-    QTest::newRow("truncated pixels") << png.first(png.size() * 2 / 3);
-    QTest::newRow("damaged pixels") << flipped;
-    QTest::newRow("truncated tiff") << encoded(pattern(QImage::Format_RGB32), "tiff").first(100);
-    QTest::newRow("bomb: 40 GB announced") << announcement;
-    QTest::newRow("nothing behind the header") << png.first(41);
-}
-
 void PictureTranscoderTest::refuses()
 {
-    QFETCH(QByteArray, picture);
-    QCOMPARE(PictureTranscoder::toPNG(picture), std::nullopt);
+    const QByteArray png = encoded(pattern(QImage::Format_RGB32));
+    QByteArray flipped = png;
+    flipped[flipped.size() / 2] = char(flipped.at(flipped.size() / 2) ^ 0x55);
+    const QByteArray pictures[] = {
+        {},
+        encoded(pattern(QImage::Format_RGB32), "bmp"),
+        png.first(png.size() * 2 / 3),
+        flipped,
+        encoded(pattern(QImage::Format_RGB32), "tiff").first(100),
+        announcement,
+        png.first(41), // nothing behind the header
+    };
+    for (const QByteArray& picture : pictures)
+        QCOMPARE(PictureTranscoder::toPNG(picture), std::nullopt);
 }
 
 QTEST_GUILESS_MAIN(PictureTranscoderTest)

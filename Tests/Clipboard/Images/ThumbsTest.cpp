@@ -1,4 +1,5 @@
 #include "Thumbs.h"
+#include "EncodedPicture.h"
 #include "FakeWorkspace.h"
 #include "IconCache.h"
 #include "ImageBlobs.h"
@@ -6,13 +7,13 @@
 #include "ThumbFiles.h"
 
 #include <QFileInfo>
-#include <QImage>
 #include <QPixmap>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
 using namespace Clipboard;
+using namespace Clipboard::Testing;
 using namespace Qt::StringLiterals;
 
 class ThumbsTest final : public QObject
@@ -20,9 +21,7 @@ class ThumbsTest final : public QObject
     Q_OBJECT
 private slots:
     void fitsTheLargerSide();
-    void turnsPicturesUpright();
     void forgetsFailuresWhenTold();
-    void smallCopyStandsForThePicture_data();
     void smallCopyStandsForThePicture();
     void smallCopyGoesWithItsPicture();
     void readsWhatWasAskedForLastFirst();
@@ -32,10 +31,8 @@ private slots:
 private:
     [[nodiscard]] QString picture(const QString& name, const QSize& size)
     {
-        QImage image(size, QImage::Format_RGB32);
-        image.fill(Qt::red);
         QString path = m_folder.filePath(name);
-        image.save(path);
+        filled(size, Qt::red).save(path);
         return path;
     }
     static Thumbs::Thumb loaded(Thumbs& thumbs, const QString& path, int maxPixel)
@@ -60,27 +57,13 @@ void ThumbsTest::fitsTheLargerSide()
         QCOMPARE(thumb.phase, Thumbs::Phase::loaded);
         QCOMPARE(thumb.image.size(), expected);
     }
-}
 
-void ThumbsTest::turnsPicturesUpright()
-{
-    QImage image(20, 10, QImage::Format_RGB32);
-    image.fill(Qt::blue);
-    const QString path = m_folder.filePath(u"turned.jpg"_s);
-    QVERIFY(image.save(path));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadWrite));
-    QByteArray jpeg = file.readAll();
     // An APP1 segment with one EXIF entry: orientation 6, a quarter turn.
-    const QByteArray exif = QByteArray::fromHex("ffe10022457869660000"
-                                                "4d4d002a00000008000101120003000000010006000000000000");
-    jpeg.insert(2, exif);
-    file.seek(0);
-    file.write(jpeg);
-    file.close();
-
-    Thumbs thumbs;
-    QCOMPARE(loaded(thumbs, path, 100).image.size(), QSize(10, 20));
+    QByteArray turned = encoded(filled({20, 10}, Qt::blue), "jpg");
+    turned.insert(2, QByteArray::fromHex("ffe100224578696600004d4d002a00000008000101120003000000010006000000000000"));
+    QFile file(m_folder.filePath(u"turned.jpg"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(turned) == turned.size() && file.flush());
+    QCOMPARE(loaded(thumbs, file.fileName(), 100).image.size(), QSize(10, 20));
 }
 
 void ThumbsTest::forgetsFailuresWhenTold()
@@ -94,36 +77,25 @@ void ThumbsTest::forgetsFailuresWhenTold()
     QCOMPARE(loaded(thumbs, path, 50).phase, Thumbs::Phase::loaded);
 }
 
-void ThumbsTest::smallCopyStandsForThePicture_data()
-{
-    QTest::addColumn<QSize>("copy");
-    QTest::addColumn<QColor>("shown");
-
-    QTest::newRow("at hand") << QSize(696, 348) << QColor(Qt::blue);
-    QTest::newRow("damaged") << QSize() << QColor(Qt::red);
-    QTest::newRow("of another size") << QSize(100, 50) << QColor(Qt::red);
-}
-
 void ThumbsTest::smallCopyStandsForThePicture()
 {
-    QFETCH(QSize, copy);
-    QFETCH(QColor, shown);
-    QImage image(1000, 500, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    const QString path = ImageBlobs::write(image, m_folder.filePath(u"images"_s)).value_or(QString());
-    const QString copyPath = ThumbFiles::path(path);
-    QVERIFY(QFile::exists(copyPath));
-    QImage other(copy.isValid() ? copy : QSize(1, 1), QImage::Format_RGB32);
-    other.fill(Qt::blue);
-    QVERIFY(other.save(copyPath, "png"));
-    if (!copy.isValid())
-        QVERIFY(QFile::resize(copyPath, 40));
-    Thumbs thumbs;
-    const Thumbs::Thumb preview = loaded(thumbs, path, 348);
-    QCOMPARE(preview.image.size(), QSize(348, 174));
-    QCOMPARE(preview.image.pixelColor(9, 9), shown);
-    QCOMPARE(QImage(copyPath).size(), QSize(696, 348));                          // made again where it was no good
-    QCOMPARE(loaded(thumbs, path, 870).image.pixelColor(9, 9), QColor(Qt::red)); // more than the copy has
+    // Nothing for a damaged one.
+    for (const QSize copy : {QSize(696, 348), QSize(), QSize(100, 50)}) {
+        const QString path =
+            ImageBlobs::write(filled({1000, 500}, Qt::red), m_folder.filePath(u"images"_s)).value_or(QString());
+        const QString copyPath = ThumbFiles::path(path);
+        QVERIFY(QFile::exists(copyPath));
+        QVERIFY(filled(copy.expandedTo({1, 1}), Qt::blue).save(copyPath, "png"));
+        if (!copy.isValid())
+            QVERIFY(QFile::resize(copyPath, 40));
+        Thumbs thumbs;
+        const Thumbs::Thumb preview = loaded(thumbs, path, 348);
+        QCOMPARE(preview.image.size(), QSize(348, 174));
+        QCOMPARE(preview.image.pixelColor(9, 9), QColor(copy.width() == 696 ? Qt::blue : Qt::red));
+        QCOMPARE(QImage(copyPath).size(), QSize(696, 348)); // made again where it was no good
+        // More than the copy has.
+        QCOMPARE(loaded(thumbs, path, 870).image.pixelColor(9, 9), QColor(Qt::red));
+    }
 }
 
 void ThumbsTest::smallCopyGoesWithItsPicture()
