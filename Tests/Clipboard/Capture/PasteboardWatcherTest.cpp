@@ -1,12 +1,12 @@
 #include "PasteboardWatcher.h"
+#include "EncodedPicture.h"
 #include "Fakes.h"
 #include "History/JSONHistoryStore.h"
+#include "Rows.h"
 
-#include <QBuffer>
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
-#include <QImage>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -20,15 +20,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
-QByteArray picture(int width, const char* format = "png")
+QByteArray picture(int width)
 {
-    QImage image(width, 40, QImage::Format_RGB32);
-    image.fill(Qt::green);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, format);
-    return bytes;
+    return encoded(filled({width, 40}, Qt::green));
 }
 
 FakePasteboard::Content text(const QByteArray& utf8, const QSet<QString>& types = {u"UTF8_STRING"_s})
@@ -70,11 +64,9 @@ class PasteboardWatcherTest final : public QObject
 {
     Q_OBJECT
 private slots:
-    void prefersFilesThenPicturesThenText_data();
     void prefersFilesThenPicturesThenText();
     void neverReadsMarkedCopies();
     void keepsTextsAsTheyAre();
-    void notesTheSource();
     void ignoresTheStartAndItsOwn();
     void mergesTheSameCopy();
     void keepsTheOrderOfTheCopies();
@@ -84,38 +76,33 @@ private slots:
     void pollsWhereNobodyNotifies();
 };
 
-void PasteboardWatcherTest::prefersFilesThenPicturesThenText_data()
-{
-    QTest::addColumn<FakePasteboard::Content>("content");
-    QTest::addColumn<std::optional<ClipType>>("type");
-    QTest::addColumn<QString>("entry"); // the content; ".png" for a stored picture
-
-    const QList<QUrl> files{QUrl(u"file:///a/b%20c.txt"_s), QUrl(u"file:///second"_s), QUrl(u"file:///third"_s)};
-    const QByteArray png = picture(10);
-    const QByteArray tiff = picture(10, "tiff");
-    using Type = std::optional<ClipType>;
-    QTest::newRow("a file manager's copy")
-        << FakePasteboard::Content{{}, files, png, tiff, "b c.txt"} << Type(ClipType::file) << u"/a/b c.txt"_s;
-    QTest::newRow("a picture with text") << FakePasteboard::Content{{}, {}, png, {}, "caption"} << Type(ClipType::image)
-                                         << u".png"_s;
-    QTest::newRow("a TIFF") << FakePasteboard::Content{{}, {}, {}, tiff, {}} << Type(ClipType::image) << u".png"_s;
-    QTest::newRow("a link") << text("https://a.example/x") << Type(ClipType::link) << u"https://a.example/x"_s;
-    QTest::newRow("nothing readable") << FakePasteboard::Content{{u"x-odd"_s}, {}, {}, {}, {}} << Type() << QString();
-}
-
 void PasteboardWatcherTest::prefersFilesThenPicturesThenText()
 {
-    QFETCH(FakePasteboard::Content, content);
-    QFETCH(std::optional<ClipType>, type);
-    QFETCH(QString, entry);
-    Fixture f;
-    f.pasteboard.copyFromOutside(content);
-    QTRY_COMPARE(f.store.items().size(), type ? 1 : 0);
-    QCOMPARE(f.changes, type ? 1 : 0);
-    if (type) {
-        QCOMPARE(f.store.items().first().type, *type);
-        QVERIFY(f.stored().first().endsWith(entry));
-    }
+    using Content = FakePasteboard::Content;
+    using Type = std::optional<ClipType>;
+    // The entry is the content, or its end.
+    const auto check = [](const char* /*name*/, const Content& content, Type type, const QString& entry) {
+        Fixture f;
+        f.workspace.frontmost = Workspace::Application{u"Notes"_s, u"org.notes"_s};
+        f.pasteboard.copyFromOutside(content);
+        f.workspace.frontmost = std::nullopt; // who is in front later has not copied it
+        QTRY_COMPARE(f.store.items().size(), type ? 1 : 0);
+        QCOMPARE(f.changes, type ? 1 : 0);
+        for (const ClipItem& item : f.store.items()) {
+            QCOMPARE(item.type, *type);
+            QVERIFY(item.content.toString().endsWith(entry));
+            QCOMPARE(item.sourceApp, u"Notes"_s);
+            QCOMPARE(item.bundleID, u"org.notes"_s);
+        }
+    };
+    const QList<QUrl> files{QUrl(u"file:///a/b%20c.txt"_s), QUrl(u"file:///second"_s), QUrl(u"file:///third"_s)};
+    const QByteArray png = picture(10);
+    const QByteArray tiff = encoded(filled({10, 40}, Qt::green), "tiff");
+    checkRows(+check, {{"a file manager's copy", {{}, files, png, tiff, "b c.txt"}, ClipType::file, u"/a/b c.txt"_s},
+                       {"a picture with text", {{}, {}, png, {}, "caption"}, ClipType::image, u".png"_s},
+                       {"a TIFF", {{}, {}, {}, tiff, {}}, ClipType::image, u".png"_s},
+                       {"a link", text("https://a.example/x"), ClipType::link, u"https://a.example/x"_s},
+                       {"nothing readable", {{u"x-odd"_s}, {}, {}, {}, {}}, {}, {}}});
 }
 
 void PasteboardWatcherTest::neverReadsMarkedCopies()
@@ -143,22 +130,6 @@ void PasteboardWatcherTest::keepsTextsAsTheyAre()
     for (const ClipItem& item : f.store.items())
         QCOMPARE(item.content.utf8(), texts.takeLast());
     QVERIFY(texts.isEmpty());
-}
-
-void PasteboardWatcherTest::notesTheSource()
-{
-    Fixture f;
-    f.workspace.frontmost = Workspace::Application{u"Notes"_s, u"org.notes"_s};
-    f.pasteboard.copyTextFromOutside("known");
-    f.workspace.frontmost = Workspace::Application{std::nullopt, u"xterm"_s};
-    f.pasteboard.copyTextFromOutside("half known");
-    f.workspace.frontmost = std::nullopt;
-    f.pasteboard.copyTextFromOutside("unknown");
-
-    QCOMPARE(f.stored(), (QStringList{u"unknown"_s, u"half known"_s, u"known"_s}));
-    QVERIFY(!f.store.items().at(0).sourceApp && !f.store.items().at(0).bundleID);
-    QCOMPARE(f.store.items().at(1).bundleID, u"xterm"_s);
-    QCOMPARE(f.store.items().at(2).sourceApp, u"Notes"_s);
 }
 
 void PasteboardWatcherTest::ignoresTheStartAndItsOwn()

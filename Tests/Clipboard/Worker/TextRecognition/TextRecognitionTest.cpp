@@ -1,7 +1,7 @@
-#include <QBuffer>
+#include "EncodedPicture.h"
+
 #include <QFile>
 #include <QFontMetrics>
-#include <QImage>
 #include <QPainter>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -9,6 +9,7 @@
 
 #include <tuple>
 
+using namespace Clipboard::Testing;
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -54,7 +55,6 @@ class TextRecognitionTest final : public QObject
     Q_OBJECT
 private slots:
     void reads();
-    void readsTheLanguageOfTheUser();
     void refuses();
 
 private:
@@ -76,13 +76,9 @@ void TextRecognitionTest::reads()
         QCOMPARE(run.output, text + u'\n');
         QCOMPARE(run.exitCode, 0);
     }
-}
-
-void TextRecognitionTest::readsTheLanguageOfTheUser()
-{
-    const QString text = u"Schöne Grüße aus Österreich"_s;
-    QVERIFY(rendered(text, 24, Qt::black, Qt::white).save(m_picture));
-    QCOMPARE(runWorker({u"recognize"_s, m_picture}, u"de_DE.UTF-8"_s).output, text + u'\n');
+    const QString german = u"Schöne Grüße aus Österreich"_s;
+    QVERIFY(rendered(german, 24, Qt::black, Qt::white).save(m_picture));
+    QCOMPARE(runWorker({u"recognize"_s, m_picture}, u"de_DE.UTF-8"_s).output, german + u'\n');
 }
 
 void TextRecognitionTest::refuses()
@@ -90,16 +86,11 @@ void TextRecognitionTest::refuses()
     // Eight bits a channel with alpha, 100,000 × 100,000: 40 GB of pixels, and none of them there.
     const QByteArray announcement = QByteArray::fromHex("89504e470d0a1a0a0000000d49484452000186a0000186a00806000000"
                                                         "a8520bc8000000004944415435af061e");
-    QByteArray bomb; // 144 million pixels in a few kilobytes
-    QBuffer buffer(&bomb);
-    buffer.open(QIODevice::WriteOnly);
     QImage large(12'000, 12'000, QImage::Format_Mono);
     large.fill(1);
-    large.save(&buffer, "png");
+    const QByteArray bomb = encoded(large); // 144 million pixels in a few kilobytes
 
-    QImage dot(1, 1, QImage::Format_ARGB32);
-    dot.fill(Qt::transparent);
-    QVERIFY(dot.save(m_picture));
+    QVERIFY(filled({1, 1}, Qt::white).save(m_picture));
     QCOMPARE(runWorker({u"recognize"_s, m_picture}).exitCode, 0); // there is no text in it
 
     QCOMPARE(runWorker({u"recognize"_s, m_folder.filePath(u"missing"_s)}).exitCode, 1);
