@@ -1,10 +1,14 @@
+#include "Annotation/AnnotationMeasures.h"
 #include "AnnotationFakes.h"
 #include "Rows.h"
 
+#include <QRegularExpression>
 #include <QTest>
 
 using namespace ClipboardCore;
 using namespace Qt::StringLiterals;
+using AnnotationFakes::PlainPicture;
+using AnnotationFakes::RecordingContext;
 using Tool = AnnotationTool;
 
 namespace {
@@ -85,6 +89,14 @@ void perform(AnnotationSession& session, const QString& word)
     operations.at(word.section(u':', 0, 0))();
 }
 
+/// What drawing the marks asks of the context, without the states that it saves and the transform around it all.
+QStringList marksDrawn(const AnnotationSession& session, const QRectF& region)
+{
+    RecordingContext context;
+    session.drawAnnotations(context, region, 1, nullptr);
+    return context.calls().mid(4).filter(QRegularExpression(u"^(?!save|restore)"_s));
+}
+
 } // namespace
 
 class AnnotationSessionTest final : public QObject
@@ -95,7 +107,12 @@ private slots:
     void selects();
     void hits();
     void staysInsideThePicture();
-    void crops();
+    void draws();
+    void drawsPixelatedAreasFirst();
+    void skipsWhatIsElsewhere();
+    void flattensTheCrop();
+    void flattensNothingRatherThanWhatWasCovered();
+    void measuresByTheLongestSide();
 };
 
 void AnnotationSessionTest::records()
@@ -207,21 +224,104 @@ void AnnotationSessionTest::staysInsideThePicture()
         });
 }
 
-void AnnotationSessionTest::crops()
+void AnnotationSessionTest::draws()
 {
     checkRows(
-        +[](const char*, const QRectF& wanted, const QRectF& expected) {
+        +[](const char*, Tool tool, QPointF from, QPointF to, const QString& expected) {
             auto session = AnnotationFakes::session();
-            session.setCrop(wanted);
-            QCOMPARE(session.crop(), expected);
+            if (to.isNull())
+                click(session, tool, from, u"abc\nd"_s);
+            else
+                drag(session, tool, from, to);
+            QCOMPARE(marksDrawn(session, session.pictureBounds()).join(u", "), expected);
         },
         {
-            {"whole pixels", {10.5, 10.4, 20, 20}, {11, 10, 20, 20}},
-            {"backwards", {50, 60, -20, -30}, {30, 30, 20, 30}},
-            {"right of the picture", {300, 20, 40, 40}, {199, 20, 1, 40}},
-            {"empty", {70, 70, 0, 0}, {70, 70, 1, 1}},
-            {"within the last pixel", {199.6, 99.6, 0.1, 0.1}, {199, 99, 1, 1}},
+            {"arrow",
+             Tool::arrow,
+             {10, 50},
+             {110, 50},
+             u"strokeLine red 4 round 10 50 94.6 50, fillPolygon red 110 50 88 61 88 39"_s},
+            {"arrow shorter than its head",
+             Tool::arrow,
+             {50, 60},
+             {50, 50},
+             u"strokeLine red 4 round 50 60 50 57, fillPolygon red 50 50 55 60 45 60"_s},
+            {"rectangle drawn backwards", Tool::rectangle, {60, 50}, {20, 10}, u"stroke red 4 20,10+40x40"_s},
+            {"highlight", Tool::highlighter, {20, 10}, {60, 50}, u"alpha 0.4, fill red 20,10+40x40"_s},
+            {"pixelate", Tool::pixelate, {21, 11}, {60, 50}, u"clip 21,11+39x39, picture 10 5 0,0+200x100 blocks"_s},
+            // Digits 15.4 high: half as wide, three quarters of it above the baseline.
+            {"counter",
+             Tool::counter,
+             {50, 40},
+             {},
+             u"fillEllipse red 36,26+28x28, translate 50 40, scale 1 1, text 1 15.4 white -3.85 5.775"_s},
+            {"text of two lines",
+             Tool::text,
+             {10, 20},
+             {},
+             u"fillRounded red 10,20+46x53 6, text abc 20 white 18 39, text d 20 white 18 61.5"_s},
         });
+}
+
+void AnnotationSessionTest::drawsPixelatedAreasFirst()
+{
+    auto session = AnnotationFakes::session();
+    drag(session, Tool::rectangle, {10, 10}, {50, 50});
+    drag(session, Tool::pixelate, {20, 20}, {60, 60});
+    session.setColor(AnnotationPalette::blue);
+    drag(session, Tool::rectangle, {30, 30}, {70, 70});
+    drag(session, Tool::pixelate, {40, 40}, {80, 80});
+    QCOMPARE(session.drawOrder(), QList<qsizetype>({1, 3, 0, 2}));
+    QCOMPARE(marksDrawn(session, session.pictureBounds()).filter(QRegularExpression(u"^(clip|stroke)"_s)),
+             QStringList({u"clip 20,20+40x40"_s, u"clip 40,40+40x40"_s, u"stroke red 4 10,10+40x40"_s,
+                          u"stroke blue 4 30,30+40x40"_s}));
+}
+
+void AnnotationSessionTest::skipsWhatIsElsewhere()
+{
+    auto session = AnnotationFakes::session();
+    drag(session, Tool::rectangle, {10, 10}, {50, 50});
+    QVERIFY(!marksDrawn(session, {52, 0, 10, 10}).isEmpty()); // a stroke of 4 reaches 52, its blur 53
+    QVERIFY(marksDrawn(session, {53, 0, 10, 10}).isEmpty());
+    click(session, Tool::text, {110, 60}, u"a\nÅ"_s);
+    QVERIFY(marksDrawn(session, {110, 20, 20, 20}).isEmpty());
+    session.beginEditing(1);
+    session.setText(u"Å\na"_s); // 40 above the baseline, at 79
+    QVERIFY(!marksDrawn(session, {110, 20, 20, 20}).isEmpty());
+}
+
+void AnnotationSessionTest::flattensTheCrop()
+{
+    auto session = AnnotationFakes::session();
+    session.setCrop({30, 20, 60, 50});
+    drag(session, Tool::rectangle, {10, 10}, {50, 50});
+    drag(session, Tool::rectangle, {150, 10}, {180, 50}); // cut away
+    const auto flat = std::dynamic_pointer_cast<const PlainPicture>(session.flatten());
+    QCOMPARE(flat->size(), QSize(60, 50));
+    QCOMPARE(flat->calls().mid(1, 4), QStringList({u"scale 1 1"_s, u"translate -30 -20"_s, u"clip 30,20+60x50"_s,
+                                                   u"picture 200 100 0,0+200x100 smooth"_s}));
+    QCOMPARE(flat->calls().filter(u"stroke"_s), QStringList{u"stroke red 4 10,10+40x40"_s});
+    QCOMPARE(flat->calls().count(u"save"_s), flat->calls().count(u"restore"_s));
+}
+
+void AnnotationSessionTest::flattensNothingRatherThanWhatWasCovered()
+{
+    for (const int contexts : {0, 1, 2}) {
+        auto session = AnnotationFakes::session();
+        drag(session, Tool::pixelate, {10, 10}, {50, 50});
+        dynamic_cast<const PlainPicture&>(*session.picture()).contextsLeft = contexts;
+        QCOMPARE(session.flatten() != nullptr, contexts == 2); // the blocks, and the result
+    }
+}
+
+void AnnotationSessionTest::measuresByTheLongestSide()
+{
+    const auto layout = std::make_shared<AnnotationFakes::BlockLayout>();
+    const Annotation mark{Annotation::Kind::text, {}, {}, {}, AnnotationSize::small, {}};
+    QCOMPARE(AnnotationMeasures({3000, 4000}, layout).strokeWidth(mark), 8.0);
+    QCOMPARE(AnnotationMeasures({1250, 10}, layout).strokeWidth(mark), 3.0); // half a pixel counts
+    for (const auto& [side, block] : {std::pair(2049, 20), {2050, 21}})
+        QCOMPARE(AnnotationMeasures({side, 1}, layout).pixelateBlockSize(), block);
 }
 
 QTEST_APPLESS_MAIN(AnnotationSessionTest)

@@ -34,7 +34,6 @@ private slots:
     void everyCodePointEqualsItsForms();
     void agreesWithNormalization();
     void repairsBytes();
-    void tellsASCII();
     void whiteSpace();
     void charactersAreThoseOfPerl();
     void charactersAreBounded();
@@ -93,18 +92,6 @@ void CanonicalTextTest::repairsBytes()
     QCOMPARE(Utf8Text::fromUtf8(kept).toString().toUtf8(), kept);
     QCOMPARE(Utf8Text::fromUtf8(mark + "\xFF").utf8(), mark + replacement);
     QCOMPARE(Utf8Text::fromUtf8("a\xF0\x9F\x98").utf8(), "a" + replacement.repeated(3));
-}
-
-/// Wherever the one other sign stands, and with another one right before and behind what is looked at.
-void CanonicalTextTest::tellsASCII()
-{
-    const QByteArray plain(600, 'x');
-    for (qsizetype at = 0; at < plain.size(); ++at) {
-        const QByteArray text = "\u00E9" + plain.first(at) + "\u00E9" + plain.sliced(at);
-        const QByteArrayView tail = QByteArrayView(text).sliced(2);
-        QVERIFY(!Utf8::isASCII(tail) && Utf8::isASCII(tail.first(at)) && Utf8::isASCII(tail.sliced(at + 2)));
-        QCOMPARE(Utf8::asciiLength(tail), at);
-    }
 }
 
 void CanonicalTextTest::whiteSpace()

@@ -1,10 +1,7 @@
 #include "History/ClipItem.h"
 #include "History/TypeDetector.h"
 
-#include <QDateTime>
 #include <QTest>
-
-#include <cmath>
 
 using namespace ClipboardCore;
 using namespace Qt::StringLiterals;
@@ -27,7 +24,6 @@ class ClipItemTest final : public QObject
 private slots:
     void snippet();
     void equality();
-    void times();
     void isAColor();
     void isALink();
     void isCode();
@@ -67,12 +63,6 @@ void ClipItemTest::equality()
                                       {id, type, content, app, bundleID, 1.5000001, isPinned},
                                       {id, type, content, app, bundleID, createdAt, true}})
         QVERIFY(different != item);
-}
-
-void ClipItemTest::times()
-{
-    const QDateTime epoch(QDate(2001, 1, 1), QTime(0, 0), Qt::UTC);
-    QVERIFY(std::abs(currentTime() - double(epoch.secsTo(QDateTime::currentDateTimeUtc()))) < 3600);
 }
 
 void ClipItemTest::isAColor()

@@ -1,10 +1,10 @@
 #include "Support/SerialQueue.h"
 
+#include <QSemaphore>
 #include <QTest>
 
 #include <array>
 #include <atomic>
-#include <mutex>
 #include <thread>
 
 using namespace ClipboardCore;
@@ -13,25 +13,11 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// What ran, in order; used from two threads.
-struct Log
+/// Appends to what is read only after the last of the tasks.
+SerialQueue::Task append(QList<int>& ran, int number)
 {
-    SerialQueue::Task task(int number)
-    {
-        return [this, number] {
-            const std::lock_guard lock(mutex);
-            all.append(number);
-        };
-    }
-    QList<int> numbers()
-    {
-        const std::lock_guard lock(mutex);
-        return all;
-    }
-
-    std::mutex mutex;
-    QList<int> all;
-};
+    return [&ran, number] { ran.append(number); };
+}
 
 } // namespace
 
@@ -47,34 +33,37 @@ private slots:
 
 void SerialQueueTest::runsWhenDueUnlessCancelled()
 {
-    Log log;
+    QList<int> ran;
+    QSemaphore done;
     SerialQueue queue("test");
-    queue.async(log.task(3), 60ms);
-    queue.async(log.task(2), 30ms);
-    queue.async(log.task(1));
-    const auto cancelled = queue.async(log.task(9), 20ms);
+    queue.async([&done] { done.release(); }, 90ms);
+    queue.async(append(ran, 3), 60ms);
+    queue.async(append(ran, 2), 30ms);
+    queue.async(append(ran, 1));
+    const auto cancelled = queue.async(append(ran, 9), 20ms);
     queue.cancel(cancelled);
-    QTRY_COMPARE(log.numbers(), QList<int>({1, 2, 3}));
+    done.acquire();
+    QCOMPARE(ran, QList<int>({1, 2, 3}));
     queue.cancel(cancelled); // again, and too late: nothing
 }
 
 void SerialQueueTest::drainWaitsForRunningAndDueTasksAlone()
 {
-    Log log;
+    QList<int> ran;
     SerialQueue queue("test");
     queue.drain(); // nothing to wait for
-    queue.async(log.task(9), 1h);
+    queue.async(append(ran, 9), 1h);
     queue.async([] { std::this_thread::sleep_for(50ms); });
-    queue.async(log.task(1));
+    queue.async(append(ran, 1));
     queue.drain();
-    QCOMPARE(log.numbers(), QList<int>({1}));
+    QCOMPARE(ran, QList<int>({1}));
 }
 
 void SerialQueueTest::destructionWaitsForTheRunningTask()
 {
     std::atomic<bool> isStarted = false;
     std::atomic<bool> isDone = false;
-    Log log;
+    QList<int> ran;
     {
         SerialQueue queue("test");
         queue.async([&] {
@@ -82,12 +71,12 @@ void SerialQueueTest::destructionWaitsForTheRunningTask()
             std::this_thread::sleep_for(50ms);
             isDone = true;
         });
-        queue.async(log.task(1));
+        queue.async(append(ran, 1));
         while (!isStarted)
             std::this_thread::yield();
     }
     QVERIFY(isDone);
-    QVERIFY(log.numbers().isEmpty());
+    QVERIFY(ran.isEmpty());
 }
 
 void SerialQueueTest::takesTasksFromManyThreads()

@@ -43,7 +43,6 @@ private slots:
     void offers();
     void copies();
     void asksFor();
-    void dateIsInTheTimeZoneOfThatMoment();
     void indentationIsBounded();
 };
 
@@ -138,19 +137,6 @@ void SmartActionsTest::asksFor()
     asks(ClipType::image, picture, u"Copy text (OCR)"_s, Kind::recognizeText, u"Reading text …"_s);
     asks(ClipType::image, picture, u"Save to Desktop"_s, Kind::copyFileToDesktop, u"Saved “%1 b.png” to Desktop"_s);
     asks(ClipType::file, u"/a"_s, u"Reveal in Finder"_s, Kind::revealInFinder, u"Revealing in Finder …"_s);
-}
-
-void SmartActionsTest::dateIsInTheTimeZoneOfThatMoment()
-{
-    const QByteArray before = qgetenv("TZ");
-    qputenv("TZ", "Asia/Kolkata");
-    const QList<SmartAction> list = actions(ClipType::text, u"1700000000123"_s);
-    qputenv("TZ", "Europe/Berlin");
-    const QList<SmartAction> later = actions(ClipType::text, u"1700000000123"_s);
-    const QString first = list.front().run().effect.payload.toString();
-    qputenv("TZ", before);
-    QCOMPARE(first, u"2023-11-15T03:43:20+05:30"_s);
-    QCOMPARE(later.front().run().toast, u"Copied 2023-11-14T23:13:20+01:00"_s);
 }
 
 /// A few hundred kilobytes can ask for gigabytes of indentation.

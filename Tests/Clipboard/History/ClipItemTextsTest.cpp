@@ -5,9 +5,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <cstring>
-#include <sys/mman.h>
-
 using namespace Clipboard;
 using namespace ClipboardCore;
 using namespace Qt::StringLiterals;
@@ -18,7 +15,6 @@ class ClipItemTextsTest final : public QObject
 private slots:
     void titlesRows();
     void titlesPicturesByTheirSize();
-    void titlesHugeTextsAtOnce();
     void speaksAndSaysTheAge();
 };
 
@@ -49,20 +45,6 @@ void ClipItemTextsTest::titlesPicturesByTheirSize()
     QCOMPARE(rowTitle(item), u"1,920 × 3"_s);
     QVERIFY(QFile::remove(path));
     QCOMPARE(rowTitle(item), u"1,920 × 3"_s); // remembered
-}
-
-void ClipItemTextsTest::titlesHugeTextsAtOnce()
-{
-    // Only its beginning may be read: the rest would end the process.
-    constexpr size_t size = 50'000'000;
-    constexpr size_t readable = 65'536;
-    void* memory = mmap(nullptr, size, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    QVERIFY(mprotect(memory, readable, PROT_READ | PROT_WRITE) == 0);
-    std::memset(memory, 'x', readable);
-    const auto bytes = QByteArray::fromRawData(static_cast<const char*>(memory), size);
-    const ClipItem item{QUuid(), ClipType::text, Utf8Text::fromValidUtf8(bytes), {}, {}, 0, false};
-    QCOMPARE(rowTitle(item), QString(200, u'x'));
-    munmap(memory, size);
 }
 
 void ClipItemTextsTest::speaksAndSaysTheAge()
