@@ -15,7 +15,7 @@ public:
     }
 
     /// An object or an array with white space in all places, numbers of any length and every kind of escape.
-    [[nodiscard]] QByteArray json() { return space() + (number(2) == 0 ? jsonObject(0) : jsonArray(0)) + space(); }
+    [[nodiscard]] QByteArray json() { return space() + jsonContainer(0) + space(); }
     /// An element and what is in it, in the way xmllint writes it but for white space between elements; in elements
     /// with text of their own there is none.
     [[nodiscard]] QByteArray xml() { return element(0, true); }
@@ -44,36 +44,22 @@ private:
 
     QByteArray jsonValue(int depth)
     {
-        switch (number(depth < deepestNesting ? 7 : 4)) {
-        case 0:
-            return pick({"true", "false", "null"});
-        case 1:
-            return jsonString();
-        case 2:
-        case 3:
-            return jsonNumber();
-        case 4:
-            return jsonArray(depth + 1);
-        default:
-            return jsonObject(depth + 1);
+        const size_t kind = number(depth < deepestNesting ? 7 : 4);
+        if (kind > 3)
+            return jsonContainer(depth + 1);
+        return kind == 0 ? pick({"true", "false", "null"}) : kind == 1 ? jsonString() : jsonNumber();
+    }
+
+    /// An object, or an array.
+    QByteArray jsonContainer(int depth)
+    {
+        const QByteArray open = pick({"{", "["});
+        QByteArray result = open + space();
+        for (size_t elements = number(6), at = 0; at < elements; ++at) {
+            const QByteArray key = open == "{" ? jsonString() + space() + ":" + space() : QByteArray();
+            result += (at > 0 ? "," : "") + space() + key + jsonValue(depth) + space();
         }
-    }
-
-    QByteArray jsonObject(int depth)
-    {
-        QByteArray result = "{" + space();
-        for (size_t members = number(6), at = 0; at < members; ++at)
-            result +=
-                (at > 0 ? "," : "") + space() + jsonString() + space() + ":" + space() + jsonValue(depth) + space();
-        return result + "}";
-    }
-
-    QByteArray jsonArray(int depth)
-    {
-        QByteArray result = "[" + space();
-        for (size_t elements = number(6), at = 0; at < elements; ++at)
-            result += (at > 0 ? "," : "") + space() + jsonValue(depth) + space();
-        return result + "]";
+        return result + (open == "{" ? "}" : "]");
     }
 
     QByteArray jsonString()

@@ -119,9 +119,6 @@ void HistoryViewModelTest::takesRemovalsBack()
     QVERIFY(f.model.undoRemoval() && f.model.undoRemoval() && !f.model.undoRemoval());
     QCOMPARE(f.stored(), (QStringList{u"c"_s, u"a"_s, u"b"_s}));
     QCOMPARE(f.selected(), u"a"_s);
-    f.model.remove(f.entry(0));
-    f.model.forgetRemoved();
-    QVERIFY(!f.model.undoRemoval());
 }
 
 void HistoryViewModelTest::keepsPicturesForAsLongAsTheyMayComeBack()
@@ -141,6 +138,7 @@ void HistoryViewModelTest::keepsPicturesForAsLongAsTheyMayComeBack()
     QVERIFY(f.model.undoRemoval());
     (void)f.store.add(pictures.at(1));
     f.model.forgetRemoved();
+    QVERIFY(!f.model.undoRemoval());
     QCOMPARE(files(), (QStringList{u"brought back.png"_s, u"copied again.png"_s}));
 }
 

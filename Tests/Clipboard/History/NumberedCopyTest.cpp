@@ -36,8 +36,7 @@ class NumberedCopyTest final : public QObject
 
 private slots:
     void init();
-    void names();
-    void copiesContentAndMode();
+    void copiesUnderFreeNames();
     void replacesNothingWhenManyCopyAtOnce();
     void failures();
     void leavesNothingOnAFullDisk();
@@ -60,8 +59,18 @@ void NumberedCopyTest::init()
         QVERIFY(QDir(m_folder->path()).mkdir(name));
 }
 
-void NumberedCopyTest::names()
+void NumberedCopyTest::copiesUnderFreeNames()
 {
+    // A link that leads nowhere is in the way as well, and is not followed.
+    QVERIFY(QFile::link(m_folder->filePath(u"elsewhere"_s), desktop() + u"/linked"_s));
+    write(source(u"linked"_s), QByteArray("0123456789abcdef").repeated(100'000) + "odd");
+    QVERIFY(QFile::setPermissions(source(u"linked"_s), QFile::ReadOwner | QFile::WriteOwner));
+    const QString copy = desktop() + u"/linked 2"_s;
+    QCOMPARE(copyNumbered(source(u"linked"_s), desktop()), copy);
+    QVERIFY(read(copy) == read(source(u"linked"_s)));
+    QVERIFY(!(QFile::permissions(copy) & (QFile::ReadGroup | QFile::ReadOther)));
+    QVERIFY(!QFile::exists(m_folder->filePath(u"elsewhere"_s)));
+
     const QList<QStringList> names{
         {u"shot.png"_s, u"shot 2.png"_s, u"shot 3.png"_s},
         {u".name"_s, u".name 2"_s},
@@ -75,21 +84,6 @@ void NumberedCopyTest::names()
         for (const QString& name : expected) // none has been replaced
             QCOMPARE(read(desktop() + u'/' + name), name.toUtf8());
     }
-}
-
-void NumberedCopyTest::copiesContentAndMode()
-{
-    const QByteArray content = QByteArray("0123456789abcdef").repeated(100'000) + "odd";
-    write(source(u"a"_s), content);
-    QVERIFY(QFile::setPermissions(source(u"a"_s), QFile::ReadOwner | QFile::WriteOwner));
-    // A link that leads nowhere is in the way as well, and is not followed.
-    QVERIFY(QFile::link(m_folder->filePath(u"elsewhere"_s), desktop() + u"/a"_s));
-
-    const QString copy = desktop() + u"/a 2"_s;
-    QCOMPARE(copyNumbered(source(u"a"_s), desktop()), copy);
-    QVERIFY(read(copy) == content);
-    QVERIFY(!(QFile::permissions(copy) & (QFile::ReadGroup | QFile::ReadOther)));
-    QVERIFY(!QFile::exists(m_folder->filePath(u"elsewhere"_s)));
 }
 
 void NumberedCopyTest::replacesNothingWhenManyCopyAtOnce()
