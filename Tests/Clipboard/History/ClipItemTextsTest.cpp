@@ -49,10 +49,7 @@ void ClipItemTextsTest::titlesPicturesByTheirSize()
 
 void ClipItemTextsTest::speaksAndSaysTheAge()
 {
-    ClipItem item{QUuid(), ClipType::text, u"hello world"_s, {}, {}, 1000, false};
-    QCOMPARE(accessibilityLabel(item, 1300), u"Text, hello world, copied 5m"_s);
-    item.sourceApp = u"Notes"_s;
-    item.isPinned = true;
+    const ClipItem item{QUuid(), ClipType::text, u"hello world"_s, u"Notes"_s, {}, 1000, true};
     QCOMPARE(accessibilityLabel(item, 1300), u"Text, hello world, from Notes, copied 5m, pinned"_s);
     QCOMPARE(ageLabel(item, qQNaN()) + ageLabel(item, 0), u"just nowjust now"_s);
     QCOMPARE(ageLabel(item, 1000 + 3599.9), u"59m ago"_s);

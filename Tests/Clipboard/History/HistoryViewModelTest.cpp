@@ -154,7 +154,6 @@ void HistoryViewModelTest::recordsWhatIsMarkedAndCopied()
     QCOMPARE(f.entry(0).type, ClipType::link);
     QCOMPARE(f.entry(0).sourceApp, u"Notes"_s);
     f.model.copyMarked(u" \n"_s, std::nullopt);
-    QCOMPARE(f.pasteboard.writes.last().string, QByteArray(" \n"));
     QCOMPARE(f.stored().size(), 2);
 }
 

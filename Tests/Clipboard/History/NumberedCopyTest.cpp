@@ -35,7 +35,12 @@ class NumberedCopyTest final : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
+    void init()
+    {
+        m_folder.emplace();
+        for (const QString& name : {u"source"_s, u"desktop"_s})
+            QVERIFY(QDir(m_folder->path()).mkdir(name));
+    }
     void copiesUnderFreeNames();
     void replacesNothingWhenManyCopyAtOnce();
     void failures();
@@ -51,13 +56,6 @@ private:
 
     std::optional<QTemporaryDir> m_folder;
 };
-
-void NumberedCopyTest::init()
-{
-    m_folder.emplace();
-    for (const QString& name : {u"source"_s, u"desktop"_s})
-        QVERIFY(QDir(m_folder->path()).mkdir(name));
-}
 
 void NumberedCopyTest::copiesUnderFreeNames()
 {

@@ -19,20 +19,6 @@ KeyEvent command(KeyCode code, const QString& characters = {})
     return {code, true, false, false, false, characters};
 }
 
-/// Two filter chips above three rows, two buttons and an action chip to their right.
-void layOut(ViewModelFixture& f)
-{
-    f.model.frames = {
-        {FocusKey::chip(std::nullopt), {0, 0, 40, 20}},
-        {FocusKey::chip(ClipType::text), {50, 0, 40, 20}},
-        {FocusKey::row(f.entry(0).id), {0, 40, 200, 40}},
-        {FocusKey::row(f.entry(1).id), {0, 80, 200, 40}},
-        {FocusKey::row(f.entry(2).id), {0, 120, 200, 40}},
-        {FocusKey::button(ItemAction::paste), {220, 40, 60, 20}},
-        {FocusKey::button(ItemAction::copy), {290, 40, 60, 20}},
-    };
-}
-
 } // namespace
 
 class PanelKeysTest final : public QObject
@@ -48,7 +34,16 @@ void PanelKeysTest::hopsBetweenRegions()
 {
     ViewModelFixture f;
     f.fillTexts({u"a"_s, u"b"_s, u"c"_s});
-    layOut(f);
+    // Two filter chips above three rows, two buttons to their right.
+    f.model.frames = {
+        {FocusKey::chip(std::nullopt), {0, 0, 40, 20}},
+        {FocusKey::chip(ClipType::text), {50, 0, 40, 20}},
+        {FocusKey::row(f.entry(0).id), {0, 40, 200, 40}},
+        {FocusKey::row(f.entry(1).id), {0, 80, 200, 40}},
+        {FocusKey::row(f.entry(2).id), {0, 120, 200, 40}},
+        {FocusKey::button(ItemAction::paste), {220, 40, 60, 20}},
+        {FocusKey::button(ItemAction::copy), {290, 40, 60, 20}},
+    };
     const PanelFocusTarget list;
     const PanelFocusTarget copy = FocusKey::button(ItemAction::copy);
     const auto hop = [&f](KeyCode key, const PanelFocusTarget& to) {
