@@ -13,8 +13,7 @@ class AccessibilityJourneyTest final : public JourneyTest
     Q_OBJECT
 
 private slots:
-    void saysWhatIsThere();
-    void saysWhereTheFocusGoes();
+    void saysWhatIsThereAndWhereTheFocusGoes();
     void selectsFiltersAndPastesOnRequest();
     void opensTheSheetAsADialog();
 
@@ -88,7 +87,7 @@ qsizetype AccessibilityJourneyTest::rows() const
     return std::ranges::count(all, u"list item"_s, &Element::role);
 }
 
-void AccessibilityJourneyTest::saysWhatIsThere()
+void AccessibilityJourneyTest::saysWhatIsThereAndWhereTheFocusGoes()
 {
     QCOMPARE(rows(), 3);
     const Element row = find("list item", "Text, the last note, copied ");
@@ -108,10 +107,7 @@ void AccessibilityJourneyTest::saysWhatIsThere()
     find("label", "the last note"); // the preview
     for (const Element& element : m_client->elements())
         QVERIFY2(!element.is(AssistiveClient::focusable) || !element.name.isEmpty(), qPrintable(element.role));
-}
 
-void AccessibilityJourneyTest::saysWhereTheFocusGoes()
-{
     press("Down");
     expectHeard("focused list item Links, https://example.org/tides");
     QVERIFY(find("list item", "Links").is(AssistiveClient::focused));

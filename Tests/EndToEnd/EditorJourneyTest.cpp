@@ -1,7 +1,7 @@
+#include "EncodedPicture.h"
 #include "JourneyTest.h"
 
-#include <QBuffer>
-#include <QImage>
+#include <QPainter>
 
 using namespace Qt::StringLiterals;
 using namespace Clipboard::Testing;
@@ -16,22 +16,9 @@ constexpr QRgb blue = 0xff007aff;
 
 QImage picture()
 {
-    QImage image(pictureSize, QImage::Format_RGB32);
-    image.fill(frameColor);
-    for (int y = 2; y < image.height() - 2; ++y) {
-        for (int x = 2; x < image.width() - 2; ++x)
-            image.setPixel(x, y, ground);
-    }
+    QImage image = filled(pictureSize, frameColor);
+    QPainter(&image).fillRect(image.rect().adjusted(2, 2, -2, -2), ground);
     return image;
-}
-
-QByteArray pngOf(const QImage& image)
-{
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QBuffer::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes;
 }
 
 QRect extentOf(const QImage& image, QRgb color, const QRect& within)
@@ -81,7 +68,7 @@ private:
 /// Each function begins with the plain picture as the newest entry.
 void EditorJourneyTest::arrive()
 {
-    copy(pngOf(picture()), asPicture);
+    copy(encoded(picture()), asPicture);
     m_entries = std::max<qsizetype>(m_entries, 1);
 }
 

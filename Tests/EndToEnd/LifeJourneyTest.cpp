@@ -1,5 +1,6 @@
 #include "ForeignClient.h"
 #include "JourneyTest.h"
+#include "Rows.h"
 
 using namespace Qt::StringLiterals;
 using namespace Clipboard::Testing;
@@ -10,31 +11,27 @@ class LifeJourneyTest final : public JourneyTest
     Q_OBJECT
 
 private slots:
-    void endsCleanlyWithThePanelOpen_data();
     void endsCleanlyWithThePanelOpen();
     void aSecondStartOpensThePanelOfTheFirst();
-    void aSecondStartThatReachesNobodyEnds_data();
     void aSecondStartThatReachesNobodyEnds();
-    void answersWithoutADisplay_data();
     void answersWithoutADisplay();
-};
 
-void LifeJourneyTest::endsCleanlyWithThePanelOpen_data()
-{
-    QTest::addColumn<int>("signal");
-    QTest::newRow("SIGTERM") << SIGTERM;
-    QTest::newRow("SIGINT") << SIGINT;
-    QTest::newRow("SIGHUP") << SIGHUP;
-}
+private:
+    void answers(const char* name, const QStringList& environment, const QStringList& arguments, int exitCode,
+                 const QByteArray& answer);
+};
 
 void LifeJourneyTest::endsCleanlyWithThePanelOpen()
 {
-    QFETCH(int, signal);
-    callUp();
-    ForeignClient neighbour(session());
-    neighbour.copyText("just copied");
-    endTessaly(signal);
-    QCOMPARE(contents(), QStringList{u"just copied"_s}); // although it may not have been read yet
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        callUp();
+        ForeignClient neighbour(session());
+        const QByteArray copied = "just copied " + QByteArray::number(signal);
+        neighbour.copyText(copied);
+        endTessaly(signal);
+        QCOMPARE(newest().content, QString::fromLatin1(copied)); // although it may not have been read yet
+        startTessaly();
+    }
 }
 
 void LifeJourneyTest::aSecondStartOpensThePanelOfTheFirst()
@@ -49,47 +46,33 @@ void LifeJourneyTest::aSecondStartOpensThePanelOfTheFirst()
     startTessaly();
 }
 
-void LifeJourneyTest::aSecondStartThatReachesNobodyEnds_data()
+void LifeJourneyTest::answers(const char* /*name*/, const QStringList& environment, const QStringList& arguments,
+                              int exitCode, const QByteArray& answer)
 {
-    QTest::addColumn<bool>("isElsewhere");
-    QTest::addColumn<QByteArray>("reason");
-    QTest::newRow("no session bus") << false << QByteArray("there is no session bus");
-    QTest::newRow("another display") << true << QByteArray("on the display ");
+    const VirtualSession::Result result =
+        session().run(u"env"_s, environment + QStringList{tessaly().program()} + arguments);
+    QCOMPARE(result.exitCode, exitCode);
+    QVERIFY2((result.output + result.errors).contains(answer), (result.output + result.errors).constData());
 }
 
 void LifeJourneyTest::aSecondStartThatReachesNobodyEnds()
 {
-    QFETCH(bool, isElsewhere);
-    QFETCH(QByteArray, reason);
     const VirtualSession elsewhere({.windowManager = false});
-    const QStringList change = isElsewhere ? QStringList{u"DISPLAY="_s + elsewhere.display()}
-                                           : QStringList{u"-u"_s, u"DBUS_SESSION_BUS_ADDRESS"_s};
-    const VirtualSession::Result second = session().run(u"env"_s, change + QStringList{tessaly().program()});
-    QCOMPARE(second.exitCode, 3);
-    QVERIFY2(second.errors.contains(reason), second.errors.constData());
+    const QStringList withoutBus{u"-u"_s, u"DBUS_SESSION_BUS_ADDRESS"_s};
+    checkRows(this, &LifeJourneyTest::answers,
+              {{"no session bus", withoutBus, {}, 3, "there is no session bus"},
+               {"another display", {u"DISPLAY="_s + elsewhere.display()}, {}, 3, "on the display "}});
     QVERIFY(tessaly().isRunning());
     QVERIFY(!tessaly().panel());
 }
 
-void LifeJourneyTest::answersWithoutADisplay_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<int>("exitCode");
-    QTest::addColumn<QByteArray>("answer");
-    QTest::newRow("version") << QStringList{u"--version"_s} << 0 << QByteArray("Tessaly ");
-    QTest::newRow("help") << QStringList{u"--help"_s} << 0 << QByteArray("Usage: tessaly");
-    QTest::newRow("start") << QStringList() << 1 << QByteArray("no display");
-}
-
 void LifeJourneyTest::answersWithoutADisplay()
 {
-    QFETCH(QStringList, arguments);
-    QFETCH(int, exitCode);
-    QFETCH(QByteArray, answer);
-    const VirtualSession::Result result =
-        session().run(u"env"_s, QStringList{u"-u"_s, u"DISPLAY"_s, tessaly().program()} + arguments);
-    QCOMPARE(result.exitCode, exitCode);
-    QVERIFY2((result.output + result.errors).contains(answer), (result.output + result.errors).constData());
+    const QStringList withoutDisplay{u"-u"_s, u"DISPLAY"_s};
+    checkRows(this, &LifeJourneyTest::answers,
+              {{"version", withoutDisplay, {u"--version"_s}, 0, "Tessaly "},
+               {"help", withoutDisplay, {u"--help"_s}, 0, "Usage: tessaly"},
+               {"start", withoutDisplay, {}, 1, "no display"}});
 }
 
 QTEST_GUILESS_MAIN(LifeJourneyTest)

@@ -18,11 +18,9 @@ public:
 private slots:
     void pastesIntoATerminal();
     void pastesIntoAnEditor();
-    void closesAndGivesTheFocusBack_data();
     void closesAndGivesTheFocusBack();
     void tellsThatAFileIsGone();
-    void trayIconTogglesThePanel();
-    void quitsFromTheMenu();
+    void trayIconHasThePanelAndTheMenu();
     void opensWhereTheUserWorks();
 
 private:
@@ -61,30 +59,22 @@ void PasteJourneyTest::pastesIntoAnEditor()
     expectFile(document, "beta");
 }
 
-void PasteJourneyTest::closesAndGivesTheFocusBack_data()
-{
-    QTest::addColumn<QByteArray>("key"); // none: a click into the terminal
-
-    QTest::newRow("Escape") << QByteArray("Escape");
-    QTest::newRow("the hot key again") << QByteArray("super+shift+v");
-    QTest::newRow("a click outside") << QByteArray();
-}
-
 void PasteJourneyTest::closesAndGivesTheFocusBack()
 {
-    QFETCH(const QByteArray, key);
-
     openTerminal();
-    callUp();
-    if (key.isEmpty())
-        click({100, 790});
-    else
-        press(key);
-    expectNoPanel();
-    expectFront("the terminal");
-    type("here\n");
-    expectFile(typedFile(), "here\n");
-    callUp(); // and it comes back
+    QByteArray lines;
+    for (const char* key : {"Escape", "super+shift+v", ""}) {
+        callUp();
+        if (*key == 0)
+            click({100, 790}); // into the terminal
+        else
+            press(key);
+        expectNoPanel();
+        expectFront("the terminal");
+        type("here\n");
+        lines += "here\n";
+        expectFile(typedFile(), lines);
+    }
 }
 
 void PasteJourneyTest::tellsThatAFileIsGone()
@@ -100,7 +90,7 @@ void PasteJourneyTest::tellsThatAFileIsGone()
     expectClipboard("file://" + path.toUtf8(), asFiles); // was not touched
 }
 
-void PasteJourneyTest::trayIconTogglesThePanel()
+void PasteJourneyTest::trayIconHasThePanelAndTheMenu()
 {
     clickTrayIcon(1);
     expectPanel();
@@ -110,10 +100,7 @@ void PasteJourneyTest::trayIconTogglesThePanel()
     QVERIFY(panel.top() >= tessaly().trayIcon()->geometry.center().y());
     clickTrayIcon(1);
     expectNoPanel();
-}
 
-void PasteJourneyTest::quitsFromTheMenu()
-{
     const auto menuIsOpen = [this] { return tessaly().windows().size() == 2; }; // and the icon
     session().run(u"xdotool"_s, {u"keydown"_s, u"ctrl"_s});
     clickTrayIcon(1); // with Control as good as the other button

@@ -1,5 +1,6 @@
 #include "JourneyTest.h"
 #include "LoopbackServer.h"
+#include "Rows.h"
 
 #include <QDir>
 #include <QFile>
@@ -20,7 +21,6 @@ public:
     }
 
 private slots:
-    void copiesText_data();
     void copiesText();
     void copiesACode();
     void copiesAMarkdownLink();
@@ -33,6 +33,8 @@ private:
     void arrive() override;
     void leave() override;
     void conclude() override;
+    void copies(const char* name, const QByteArray& copied, const QString& target, const QByteArray& keys,
+                const QByteArray& expected, const QString& notice);
     void copyOnce(const QByteArray& content, const QString& target = asText, Where where = Where::current());
     /// Runs an action of the newest entry: by its place in the list ("ctrl+2") or else by its name.
     void act(const QByteArray& keys, Where where = Where::current());
@@ -92,36 +94,24 @@ QByteArray SmartActionsJourneyTest::render(const QStringList& drawing)
     return session().run(u"convert"_s, drawing + QStringList{u"png:-"_s}).output;
 }
 
-void SmartActionsJourneyTest::copiesText_data()
+void SmartActionsJourneyTest::copies(const char* /*name*/, const QByteArray& copied, const QString& target,
+                                     const QByteArray& keys, const QByteArray& expected, const QString& notice)
 {
-    QTest::addColumn<QByteArray>("copied");
-    QTest::addColumn<QString>("target");
-    QTest::addColumn<QByteArray>("keys");
-    QTest::addColumn<QByteArray>("expected");
-    QTest::addColumn<QString>("notice");
-
-    QTest::newRow("by its name") << QByteArray("ZsO8ciBkaWNo") << asText << QByteArray("base64")
-                                 << QByteArray("f\xc3\xbcr dich") << u"Decoded “für dich”"_s;
-    QTest::newRow("by its place") << QByteArray("#FF8000") << asText << QByteArray("ctrl+2")
-                                  << QByteArray("hsl(30, 100%, 50%)") << u"Copied hsl(30, 100%, 50%)"_s;
-    QTest::newRow("the time zone") << QByteArray("1700000000") << asText << QByteArray("date")
-                                   << QByteArray("2023-11-14T22:13:20Z") << u"Copied 2023-11-14T22:13:20Z"_s;
-    QTest::newRow("of a file") << QByteArray("file:///tmp/it's%20mine.txt") << asFiles << QByteArray("shell")
-                               << QByteArray(R"('/tmp/it'\''s mine.txt')") << u"Copied shell-safe path"_s;
-}
-
-void SmartActionsJourneyTest::copiesText()
-{
-    QFETCH(const QByteArray, copied);
-    QFETCH(const QString, target);
-    QFETCH(const QByteArray, keys);
-    QFETCH(const QByteArray, expected);
-    QFETCH(const QString, notice);
-
     copyOnce(copied, target);
     act(keys);
     expectNotice(notice);
     expectClipboard(expected);
+    leave();
+}
+
+void SmartActionsJourneyTest::copiesText()
+{
+    checkRows(
+        this, &SmartActionsJourneyTest::copies,
+        {{"by its name", "ZsO8ciBkaWNo", asText, "base64", "f\xc3\xbcr dich", u"Decoded “für dich”"_s},
+         {"the time zone", "1700000000", asText, "date", "2023-11-14T22:13:20Z", u"Copied 2023-11-14T22:13:20Z"_s},
+         {"of a file", "file:///tmp/it's%20mine.txt", asFiles, "shell", R"('/tmp/it'\''s mine.txt')",
+          u"Copied shell-safe path"_s}});
 }
 
 void SmartActionsJourneyTest::copiesACode()

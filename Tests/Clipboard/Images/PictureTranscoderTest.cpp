@@ -64,10 +64,6 @@ QByteArray encodedByHand(bool interlaced)
     return bytes;
 }
 
-/// The header of a picture of 100,000 × 100,000 with eight bits a channel and alpha, and nothing behind it.
-const QByteArray announcement = QByteArray::fromHex("89504e470d0a1a0a0000000d49484452000186a0000186a00806000000"
-                                                    "a8520bc8000000004944415435af061e");
-
 } // namespace
 
 class PictureTranscoderTest final : public QObject

@@ -38,7 +38,6 @@ private slots:
     void muteOwnerIsOvertaken();
     void lateReplyIsNotTakenForAnother();
     void abandonedOwnerComesToItsEnd();
-    void contentAtTheStartIsNoChange();
 
 private:
     void reads(const char* name, const Answers& answers, const QByteArray& content);
@@ -188,18 +187,6 @@ void SelectionReadingTest::abandonedOwnerComesToItsEnd()
     QVERIFY(VirtualSession::waitUntil(
         [&] { return !m_log->snapshots().empty() && m_log->snapshots().back().content.text == "next"; }));
     QVERIFY(VirtualSession::waitUntil([&] { return xclip.state() == QProcess::NotRunning; }));
-}
-
-void SelectionReadingTest::contentAtTheStartIsNoChange()
-{
-    m_log.reset();
-    ForeignClient owner(display());
-    owner.copyText("before");
-    startEngine();
-    QVERIFY(VirtualSession::waitUntil([&] { return owner.asked().contains("UTF8_STRING"); }));
-    ForeignClient next(display());
-    next.copyText("after");
-    QCOMPARE(summary(m_log->waitForSnapshot()), "text after");
 }
 
 QTEST_GUILESS_MAIN(SelectionReadingTest)

@@ -6,6 +6,16 @@
 
 namespace Clipboard::Testing {
 
+/// Makes the session this process's own desktop.
+inline void enter(const VirtualSession& session)
+{
+    if (!session.failure().isEmpty())
+        qFatal("%s", qPrintable(session.failure()));
+    const auto& environment = session.environment();
+    for (const QString& name : environment.keys())
+        qputenv(name.toLatin1().constData(), environment.value(name).toLocal8Bit());
+}
+
 /// Functions that share a session without a window manager.
 class SessionTest : public QObject
 {

@@ -2,7 +2,7 @@
 #include "FrontWindow.h"
 #include "PlatformLoader.h"
 #include "Rows.h"
-#include "VirtualSession.h"
+#include "SessionTest.h"
 #include "X11Session.h"
 
 #include <QFile>
@@ -70,13 +70,13 @@ private:
     void pastesInto(const char* name, const QString& windowClass, const QString& heldKeys, const QStringList& layout);
     void closePrograms();
     void xdotool(const QString& arguments);
-    /// An xterm that writes what is typed or pasted into the file, line by line.
-    xcb_window_t startXterm(const QString& windowClass, const QString& file = u"typed"_s);
+    /// An xterm that writes what is typed or pasted into the file of its name, line by line.
+    xcb_window_t startXterm(const QString& windowClass);
     [[nodiscard]] bool isInFront(xcb_window_t window);
     [[nodiscard]] bool waitForActive(xcb_window_t window);
     /// Handles what the server has said so far.
     void catchUp();
-    [[nodiscard]] QByteArray typed(const QString& file = u"typed"_s) const;
+    [[nodiscard]] QByteArray typed(const QString& windowClass) const;
     [[nodiscard]] Workspace::Application frontmost() const
     {
         return m_platform.workspace->frontmostApplication().value_or(Workspace::Application());
@@ -121,8 +121,8 @@ void X11DesktopTest::closePrograms()
     for (QProcess* program : std::as_const(m_programs))
         m_session.kill(*program);
     m_programs.clear();
-    for (const QString& file : {u"typed"_s, u"second"_s})
-        QFile::remove(m_session.homePath(file));
+    for (const QString& name : {u"First"_s, u"Second"_s, u"XTerm"_s, u"kitty"_s, u"Program"_s})
+        QFile::remove(m_session.homePath(name));
 }
 
 void X11DesktopTest::xdotool(const QString& arguments)
@@ -130,16 +130,16 @@ void X11DesktopTest::xdotool(const QString& arguments)
     QCOMPARE(m_session.run(u"xdotool"_s, arguments.split(u' ')).exitCode, 0);
 }
 
-xcb_window_t X11DesktopTest::startXterm(const QString& windowClass, const QString& file)
+xcb_window_t X11DesktopTest::startXterm(const QString& windowClass)
 {
-    const QString command = u"cat > %1"_s.arg(m_session.homePath(file));
+    const QString command = u"cat > %1"_s.arg(m_session.homePath(windowClass));
     m_programs.append(&m_session.start(
         u"xterm"_s, {u"-T"_s, windowClass, u"-class"_s, windowClass, u"-e"_s, u"sh"_s, u"-c"_s, command}));
     xcb_window_t window = XCB_WINDOW_NONE;
     const auto isOpen = [&] {
         for (const Desktop::Window& candidate : m_session.desktop().windowsOf("xterm"))
             window = candidate.title == windowClass ? candidate.id : window;
-        return window != XCB_WINDOW_NONE && QFile::exists(m_session.homePath(file));
+        return window != XCB_WINDOW_NONE && QFile::exists(m_session.homePath(windowClass));
     };
     if (!QTest::qWaitFor(isOpen, VirtualSession::defaultTimeout))
         return XCB_WINDOW_NONE;
@@ -166,9 +166,9 @@ void X11DesktopTest::catchUp()
     QCoreApplication::processEvents();
 }
 
-QByteArray X11DesktopTest::typed(const QString& name) const
+QByteArray X11DesktopTest::typed(const QString& windowClass) const
 {
-    QFile file(m_session.homePath(name));
+    QFile file(m_session.homePath(windowClass));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
@@ -221,7 +221,7 @@ void X11DesktopTest::frontmostApplicationIsNotOurs()
 void X11DesktopTest::pastesIntoNeither(const char* /*name*/, bool isGone)
 {
     const auto first = startXterm(u"First"_s);
-    const auto second = startXterm(u"Second"_s, u"second"_s);
+    const auto second = startXterm(u"Second"_s);
     QVERIFY(first != XCB_WINDOW_NONE && second != XCB_WINDOW_NONE);
     m_observer->activate(first);
     QVERIFY(waitForActive(first));
@@ -238,8 +238,8 @@ void X11DesktopTest::pastesIntoNeither(const char* /*name*/, bool isGone)
     QCOMPARE(paste(), PasteResult::notSent);
     QVERIFY(waitForActive(second));
     xdotool(u"key Return"_s);
-    QTRY_COMPARE(typed(u"second"_s), QByteArray("\n"));
-    QCOMPARE(typed(), QByteArray());
+    QTRY_COMPARE(typed(u"Second"_s), QByteArray("\n"));
+    QCOMPARE(typed(u"First"_s), QByteArray());
     closePrograms();
 }
 
@@ -261,7 +261,7 @@ void X11DesktopTest::pastesInto(const char* /*name*/, const QString& windowClass
     m_platform.pasteboard->setString("pasted\n");
     hidePanel();
     QCOMPARE(paste(), PasteResult::sent);
-    QTRY_COMPARE(typed(), QByteArray("pasted\n"));
+    QTRY_COMPARE(typed(windowClass), QByteArray("pasted\n"));
     closePrograms();
 }
 
@@ -342,14 +342,7 @@ void X11DesktopTest::keyboardGoesBackWithoutAWindowManager()
 int main(int argc, char** argv)
 {
     VirtualSession session;
-    if (!session.failure().isEmpty()) {
-        qCritical().noquote() << session.failure();
-        return 1;
-    }
-    // The session is this process's desktop too.
-    const auto environment = session.environment();
-    for (const QString& name : environment.keys())
-        qputenv(name.toLatin1().constData(), environment.value(name).toLocal8Bit());
+    enter(session);
     qputenv("QT_QPA_PLATFORM", "xcb");
 
     // A terminal that pastes as the common ones do, and a program that pastes as most do.

@@ -16,7 +16,6 @@ private slots:
     void init();
     void cleanup();
     void eachCopyIsSeenInItsTurn();
-    void passwordHintsConceal();
     void ownWriteIsThereAtOnceAndSilent();
     void copyHeardOfAfterAWriteDoesNotReplaceIt();
     void tellsOfALostConnection();
@@ -61,22 +60,6 @@ void X11PasteboardTest::eachCopyIsSeenInItsTurn()
     m_pasteboard->settle(20s);
     QCOMPARE(seen, copied);
     QCOMPARE(counts.size(), copied.size());
-}
-
-void X11PasteboardTest::passwordHintsConceal()
-{
-    ForeignClient owner(display());
-    const QString concealed = u"org.nspasteboard.ConcealedType"_s;
-    const QString transient = u"org.nspasteboard.TransientType"_s;
-    for (const auto& [marker, type] :
-         {std::pair("x-kde-passwordManagerHint", concealed), std::pair("text/x-kde-passwordManagerHint", concealed),
-          std::pair("org.nspasteboard.TransientType", transient)}) {
-        owner.copy({{marker, {.bytes = "secret"}}, {"UTF8_STRING", {.bytes = "hunter2"}}});
-        m_pasteboard->settle(20s);
-        QVERIFY2(m_pasteboard->types().contains(type), marker);
-        QCOMPARE(m_pasteboard->string(), std::nullopt);
-        QCOMPARE(owner.asked(), QByteArrayList{"TARGETS"});
-    }
 }
 
 void X11PasteboardTest::ownWriteIsThereAtOnceAndSilent()

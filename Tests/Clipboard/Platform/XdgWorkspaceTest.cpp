@@ -1,5 +1,5 @@
 #include "NullWorkspace.h"
-#include "VirtualSession.h"
+#include "SessionTest.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -137,13 +137,7 @@ void XdgWorkspaceTest::findsTheDesktop()
 int main(int argc, char** argv)
 {
     const VirtualSession session({.windowManager = false});
-    if (!session.failure().isEmpty()) {
-        qCritical().noquote() << session.failure();
-        return 1;
-    }
-    const auto& environment = session.environment();
-    for (const QString& name : {u"HOME"_s, u"XDG_RUNTIME_DIR"_s, u"DBUS_SESSION_BUS_ADDRESS"_s})
-        qputenv(name.toLatin1().constData(), environment.value(name).toLocal8Bit());
+    enter(session);
     qunsetenv("XDG_CONFIG_HOME");
 
     // First in the path; notes what it is given.

@@ -22,4 +22,8 @@ inline QByteArray encoded(const QImage& image, const char* format = "png")
     return bytes;
 }
 
+/// The header of a picture of 100,000 × 100,000 with eight bits a channel and alpha: 40 GB, and nothing behind it.
+inline const QByteArray announcement =
+    QByteArray::fromHex("89504e470d0a1a0a0000000d49484452000186a0000186a00806000000a8520bc8000000004944415435af061e");
+
 } // namespace Clipboard::Testing
