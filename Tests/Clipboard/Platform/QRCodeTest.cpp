@@ -1,37 +1,24 @@
 #include "QRCode.h"
 
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Clipboard;
-using namespace Qt::StringLiterals;
 
-/// A code of the longest text is read back by another program.
 class QRCodeTest final : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void readsBackAsMuchAsACodeHolds();
+    void holdsOnlySoMuch();
     void blackOnWhiteInAQuietZone();
 };
 
-void QRCodeTest::readsBackAsMuchAsACodeHolds()
+void QRCodeTest::holdsOnlySoMuch()
 {
-    const QByteArray bytes(2331, '%');
-    const std::optional<QImage> code = QRCode::image(bytes);
-    QVERIFY(code);
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(u"code.png"_s);
-    QVERIFY(code->save(path));
-
-    QProcess reader;
-    reader.start(u"zbarimg"_s, {u"--quiet"_s, u"--raw"_s, u"--oneshot"_s, u"-Sbinary"_s, path});
-    QVERIFY2(reader.waitForFinished(), qPrintable(reader.errorString()));
-    QCOMPARE(reader.readAllStandardOutput(), bytes);
+    const QByteArray longest(2331, '%');
+    QCOMPARE(QRCode::image(longest).value_or(QImage()).width(), 1850); // version 40 has 177 modules a side
+    QVERIFY(!QRCode::image(longest + 'a'));
     QVERIFY(!QRCode::image({}));
-    QVERIFY(!QRCode::image(bytes + 'a'));
 }
 
 void QRCodeTest::blackOnWhiteInAQuietZone()
