@@ -1,4 +1,4 @@
-#include "EngineWithLog.h"
+#include "EngineTest.h"
 #include "Rows.h"
 
 using namespace Clipboard;
@@ -8,7 +8,7 @@ using Answers = QHash<QByteArray, ForeignClient::Answer>;
 using Manner = ForeignClient::Answer::Manner;
 
 /// What becomes of a program's content when it ends, gives it up, or asks for it to be kept.
-class SelectionKeepingTest final : public SelectionTest
+class SelectionKeepingTest final : public EngineTest
 {
     Q_OBJECT
 private slots:
@@ -60,7 +60,7 @@ void SelectionKeepingTest::unreadContentDoesNotOutlive()
     owner.copy({{"UTF8_STRING", {.bytes = numbers(400'000), .manner = Manner::StallInTheMiddle}}});
     QVERIFY(VirtualSession::waitUntil([&] { return owner.asked().contains("UTF8_STRING"); }));
     owner.die();
-    QVERIFY(m_log->waitForSnapshot().types.isEmpty());
+    QVERIFY(waitForSnapshot().types.isEmpty());
     QCOMPARE(m_session->selectionOwner("CLIPBOARD"), 0U);
 }
 
@@ -69,7 +69,6 @@ void SelectionKeepingTest::managerRefusesWhatItCannotRead()
     const Answers secret{{"secret/marker", {.bytes = "secret"}}, {"UTF8_STRING", {.bytes = "hunter2"}}};
     for (const Answers& answers : {secret, Answers{{"UTF8_STRING", {.manner = Manner::Mute}}}}) {
         startEngine(std::chrono::seconds(20), std::chrono::milliseconds(1));
-        QVERIFY(waitForManager());
         ForeignClient owner(display());
         owner.copy(answers);
         QVERIFY(!owner.save());
@@ -78,23 +77,23 @@ void SelectionKeepingTest::managerRefusesWhatItCannotRead()
 
 void SelectionKeepingTest::contentIsLeftWithAnotherManager()
 {
-    m_log.reset();
+    m_engine.reset();
     ForeignClient other(display(), "CLIPBOARD_MANAGER");
     other.copy({{"SAVE_TARGETS", {.manner = Manner::Late}}});
     startEngine();
-    m_log->engine->own(formsOfText("ours"));
-    auto left = m_log->engine->handOver();
+    m_engine->own(formsOfText("ours"));
+    auto left = m_engine->handOver();
     QVERIFY(VirtualSession::waitUntil([&] { return other.asked().contains("SAVE_TARGETS"); }));
     QVERIFY(other.ownsSelection());
     // It fetches the content before it answers.
-    QCOMPARE(ForeignClient(display()).convert("UTF8_STRING")->bytes, QByteArray("ours"));
+    QCOMPARE(pasted(), QByteArray("ours"));
     other.answerLate();
     left.wait();
 
     ForeignClient heir(display());
     heir.copyText("ours"); // which is no copy
-    m_log->engine->settled().wait();
-    QVERIFY(m_log->snapshots().empty());
+    m_engine->settled().wait();
+    QVERIFY(snapshots().empty());
 }
 
 QTEST_GUILESS_MAIN(SelectionKeepingTest)

@@ -1,4 +1,4 @@
-#include "EngineWithLog.h"
+#include "EngineTest.h"
 #include "Rows.h"
 #include "Xcb.h"
 
@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 using Forms = QList<QPair<QByteArray, QByteArray>>;
 
 /// What other programs get of the content that the engine owns.
-class SelectionOwningTest final : public SelectionTest
+class SelectionOwningTest final : public EngineTest
 {
     Q_OBJECT
 private slots:
@@ -34,17 +34,13 @@ private:
     void offers(const char* name, const SelectionForms& forms, const Forms& received);
     /// Puts the content on the clipboard, and on the primary selection, and waits until it is there.
     void own(const SelectionForms& forms, bool primaryToo = false);
-    [[nodiscard]] QByteArray pasted(const QByteArray& target, const QByteArray& selection = "CLIPBOARD") const
-    {
-        return ForeignClient(display(), selection).convert(target).value_or(ForeignClient::Received()).bytes;
-    }
 };
 
 void SelectionOwningTest::own(const SelectionForms& forms, bool primaryToo)
 {
-    m_log->engine->own(forms);
+    m_engine->own(forms);
     std::promise<void> done;
-    m_log->engine->afterWrites(primaryToo, [&](bool) { done.set_value(); });
+    m_engine->afterWrites(primaryToo, [&](bool) { done.set_value(); });
     done.get_future().wait();
 }
 
@@ -139,7 +135,7 @@ void SelectionOwningTest::readerFinishesAfterTheLoss()
 
     ForeignClient other(display());
     other.copyText("other");
-    QCOMPARE(m_log->waitForSnapshot().text, QByteArray("other"));
+    QCOMPARE(waitForSnapshot().text, QByteArray("other"));
 
     for (auto piece = reader.nextPiece(); piece && !piece->isEmpty(); piece = reader.nextPiece())
         received += *piece;
@@ -193,24 +189,23 @@ void SelectionOwningTest::lostConnectionIsMadeAnew()
 {
     for (const auto cutBy : {&xcb_kill_client, &xcb_destroy_window}) {
         startEngine();
-        QVERIFY(waitForManager());
         const auto cut = [&] {
             cutBy(m_session->connection(), m_session->selectionOwner("CLIPBOARD_MANAGER"));
             Xcb::synchronize(m_session->connection());
         };
         own(formsOfText("ours"));
         cut();
-        QVERIFY(waitForManager());
-        QCOMPARE(pasted("UTF8_STRING"), QByteArray("ours"));
+        waitForManager();
+        QCOMPARE(pasted(), QByteArray("ours"));
 
         ForeignClient owner(display());
         owner.copyText("theirs");
-        QCOMPARE(m_log->waitForSnapshot().text, QByteArray("theirs"));
+        QCOMPARE(waitForSnapshot().text, QByteArray("theirs"));
         cut(); // what was there before is no change
-        QVERIFY(waitForManager());
+        waitForManager();
         cut();
         owner.copyText("meanwhile");
-        QCOMPARE(m_log->waitForSnapshot(2).text, QByteArray("meanwhile"));
+        QCOMPARE(waitForSnapshot(2).text, QByteArray("meanwhile"));
     }
 }
 

@@ -1,4 +1,4 @@
-#include "EngineWithLog.h"
+#include "EngineTest.h"
 #include "Rows.h"
 
 using namespace Clipboard;
@@ -28,7 +28,7 @@ QByteArray summary(const SelectionContent& content)
 } // namespace
 
 /// What the engine makes of the owners that it meets: fair, old, slow, lying and dying ones.
-class SelectionReadingTest final : public SelectionTest
+class SelectionReadingTest final : public EngineTest
 {
     Q_OBJECT
 private slots:
@@ -51,13 +51,13 @@ void SelectionReadingTest::reads(const char* /*name*/, const Answers& answers, c
     startEngine(isGivenUp ? 500ms : 20s);
     ForeignClient owner(display());
     owner.copy(answers);
-    QCOMPARE(summary(m_log->waitForSnapshot()), content);
-    QCOMPARE(m_log->snapshots().size(), 1U);
+    QCOMPARE(summary(waitForSnapshot()), content);
+    QCOMPARE(snapshots().size(), 1U);
 
     // Whatever it did, the next copy is read as ever.
     ForeignClient next(display());
     next.copyText("next");
-    QCOMPARE(summary(m_log->waitForSnapshot(2)), "text next");
+    QCOMPARE(summary(waitForSnapshot(2)), "text next");
 }
 
 void SelectionReadingTest::firstContentWorthHaving()
@@ -132,14 +132,14 @@ void SelectionReadingTest::secretsAreNeverAskedFor()
 {
     ForeignClient owner(display());
     owner.copy({{"UTF8_STRING", {.bytes = "hunter2"}}, {"secret/marker", {.bytes = "secret"}}});
-    const auto content = m_log->waitForSnapshot();
+    const auto content = waitForSnapshot();
     QCOMPARE(summary(content), "nothing");
     QVERIFY(content.types.contains(QStringLiteral("secret/marker")));
     QCOMPARE(owner.asked(), QList<QByteArray>{"TARGETS"});
 
     // Nor does it outlive its owner.
     owner.die();
-    QCOMPARE(summary(m_log->waitForSnapshot(2)), "nothing");
+    QCOMPARE(summary(waitForSnapshot(2)), "nothing");
     QCOMPARE(m_session->selectionOwner("CLIPBOARD"), 0U);
 }
 
@@ -151,8 +151,8 @@ void SelectionReadingTest::muteOwnerIsOvertaken()
 
     ForeignClient next(display());
     next.copyText("next");
-    QCOMPARE(summary(m_log->waitForSnapshot()), "text next"); // the mute one's time-out would be a change before it
-    QCOMPARE(m_log->snapshots().size(), 1U);
+    QCOMPARE(summary(waitForSnapshot()), "text next"); // the mute one's time-out would be a change before it
+    QCOMPARE(snapshots().size(), 1U);
 }
 
 void SelectionReadingTest::lateReplyIsNotTakenForAnother()
@@ -170,8 +170,8 @@ void SelectionReadingTest::lateReplyIsNotTakenForAnother()
         }
         (slow.*lateReply)();
         next.answerLate();
-        QCOMPARE(summary(m_log->waitForSnapshot()), "text next");
-        QCOMPARE(m_log->snapshots().size(), 1U);
+        QCOMPARE(summary(waitForSnapshot()), "text next");
+        QCOMPARE(snapshots().size(), 1U);
     }
 }
 
@@ -184,8 +184,8 @@ void SelectionReadingTest::abandonedOwnerComesToItsEnd()
     QVERIFY(VirtualSession::waitUntil([&] { return m_session->selectionOwner("CLIPBOARD") != 0; }));
     ForeignClient next(display());
     next.copyText("next");
-    QVERIFY(VirtualSession::waitUntil(
-        [&] { return !m_log->snapshots().empty() && m_log->snapshots().back().content.text == "next"; }));
+    QVERIFY(
+        VirtualSession::waitUntil([&] { return !snapshots().empty() && snapshots().back().content.text == "next"; }));
     QVERIFY(VirtualSession::waitUntil([&] { return xclip.state() == QProcess::NotRunning; }));
 }
 

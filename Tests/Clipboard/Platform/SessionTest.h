@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ForeignClient.h"
 #include "VirtualSession.h"
 
 #include <QTest>
@@ -22,6 +23,12 @@ class SessionTest : public QObject
     Q_OBJECT
 protected:
     [[nodiscard]] QByteArray display() const { return m_session->display().toLatin1(); }
+    /// What another program gets.
+    [[nodiscard]] QByteArray pasted(const QByteArray& target = "UTF8_STRING",
+                                    const QByteArray& selection = "CLIPBOARD") const
+    {
+        return ForeignClient(display(), selection).convert(target).value_or(ForeignClient::Received()).bytes;
+    }
 
     std::unique_ptr<VirtualSession> m_session;
 

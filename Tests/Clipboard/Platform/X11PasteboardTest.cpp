@@ -1,5 +1,5 @@
 #include "X11Pasteboard.h"
-#include "EngineWithLog.h"
+#include "SessionTest.h"
 
 #include <QSignalSpy>
 
@@ -9,23 +9,18 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 /// The port's promises, kept by the adapter over a real server.
-class X11PasteboardTest final : public SelectionTest
+class X11PasteboardTest final : public SessionTest
 {
     Q_OBJECT
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { m_pasteboard.reset(); }
     void eachCopyIsSeenInItsTurn();
     void ownWriteIsThereAtOnceAndSilent();
     void copyHeardOfAfterAWriteDoesNotReplaceIt();
     void tellsOfALostConnection();
 
 private:
-    [[nodiscard]] QByteArray pastedElsewhere() const
-    {
-        return ForeignClient(display()).convert("UTF8_STRING").value_or(ForeignClient::Received()).bytes;
-    }
-
     std::unique_ptr<X11Pasteboard> m_pasteboard;
 };
 
@@ -33,11 +28,6 @@ void X11PasteboardTest::init()
 {
     m_pasteboard = X11Pasteboard::create(display());
     QVERIFY(m_pasteboard);
-}
-
-void X11PasteboardTest::cleanup()
-{
-    m_pasteboard.reset();
 }
 
 void X11PasteboardTest::eachCopyIsSeenInItsTurn()
@@ -76,7 +66,7 @@ void X11PasteboardTest::ownWriteIsThereAtOnceAndSilent()
     QCOMPARE(m_pasteboard->changeCount(), after);
     QVERIFY(!m_pasteboard->setPNGFile(m_session->homePath(u"gone.png"_s)));
     QCOMPARE(m_pasteboard->changeCount(), after);
-    QCOMPARE(pastedElsewhere(), QByteArray("ours"));
+    QCOMPARE(pasted(), QByteArray("ours"));
 
     ForeignClient owner(display());
     owner.copyText("theirs");
@@ -96,7 +86,7 @@ void X11PasteboardTest::copyHeardOfAfterAWriteDoesNotReplaceIt()
     QTRY_COMPARE(seen, QByteArray("theirs"));
     QCOMPARE(m_pasteboard->string(), QByteArray("ours"));
     m_pasteboard->settle(20s);
-    QCOMPARE(pastedElsewhere(), QByteArray("ours"));
+    QCOMPARE(pasted(), QByteArray("ours"));
 }
 
 void X11PasteboardTest::tellsOfALostConnection()

@@ -1,11 +1,9 @@
 #pragma once
 
-#include "ForeignClient.h"
 #include "SelectionEngine.h"
 #include "SessionTest.h"
 
 #include <QDir>
-#include <QTest>
 
 #include <mutex>
 
@@ -22,15 +20,18 @@ inline QByteArray numbers(qsizetype size)
     return bytes;
 }
 
-/// A selection engine and every snapshot that it published.
-class EngineWithLog final
+/// Functions that each have an engine of their own, and every snapshot that it published.
+class EngineTest : public SessionTest
 {
-public:
-    explicit EngineWithLog(const QString& display, std::chrono::milliseconds stepTimeout = std::chrono::seconds(20),
-                           std::chrono::milliseconds saveHold = std::chrono::seconds(20))
+    Q_OBJECT
+protected:
+    void startEngine(std::chrono::milliseconds stepTimeout = std::chrono::seconds(20),
+                     std::chrono::milliseconds saveHold = std::chrono::seconds(20))
     {
+        m_engine.reset();
+        m_snapshots.clear();
         X11::SelectionEngine::Options options;
-        options.display = display.toLatin1();
+        options.display = display();
         options.selections.reading.secretTargets = {QStringLiteral("secret/marker")};
         options.selections.reading.hostName = "thishost";
         options.selections.reading.stepTimeout = stepTimeout;
@@ -42,9 +43,14 @@ public:
             if (!snapshot.isInitial)
                 m_snapshots.push_back(snapshot);
         };
-        engine = X11::SelectionEngine::start(options);
+        m_engine = X11::SelectionEngine::start(options);
+        QVERIFY(m_engine);
+        waitForManager();
     }
-
+    void waitForManager() const
+    {
+        QVERIFY(VirtualSession::waitUntil([this] { return m_session->selectionOwner("CLIPBOARD_MANAGER") != 0; }));
+    }
     /// All changes so far; the content at the start is none.
     [[nodiscard]] std::vector<SelectionSnapshot> snapshots()
     {
@@ -60,49 +66,26 @@ public:
     }
 
 private:
+    static uint openFiles() { return QDir(QStringLiteral("/proc/self/fd")).count(); }
+
+    uint m_openFiles = 0;
     std::mutex m_mutex;
     std::vector<SelectionSnapshot> m_snapshots;
 
-public:
-    std::unique_ptr<X11::SelectionEngine> engine; // last: it calls back until it is gone
-};
-
-/// Functions that each have an engine of their own.
-class SelectionTest : public SessionTest
-{
-    Q_OBJECT
 protected:
-    void startEngine(std::chrono::milliseconds stepTimeout = std::chrono::seconds(20),
-                     std::chrono::milliseconds saveHold = std::chrono::seconds(20))
-    {
-        m_log.reset();
-        m_log = std::make_unique<EngineWithLog>(m_session->display(), stepTimeout, saveHold);
-        QVERIFY(m_log->engine);
-    }
-    [[nodiscard]] bool waitForManager() const
-    {
-        return VirtualSession::waitUntil([this] { return m_session->selectionOwner("CLIPBOARD_MANAGER") != 0; });
-    }
-
-    std::unique_ptr<EngineWithLog> m_log;
+    std::unique_ptr<X11::SelectionEngine> m_engine; // last: it calls back until it is gone
 
 private slots:
     void init()
     {
         m_openFiles = openFiles();
         startEngine();
-        QVERIFY(waitForManager());
     }
     void cleanup()
     {
-        m_log.reset();
+        m_engine.reset();
         QVERIFY(openFiles() <= m_openFiles);
     }
-
-private:
-    static uint openFiles() { return QDir(QStringLiteral("/proc/self/fd")).count(); }
-
-    uint m_openFiles = 0;
 };
 
 } // namespace Clipboard::Testing
