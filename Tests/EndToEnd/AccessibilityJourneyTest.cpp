@@ -35,7 +35,6 @@ void AccessibilityJourneyTest::prepare()
 {
     session().setEnvironment(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, u"1"_s);
     m_client = std::make_unique<AssistiveClient>(session().environment().value(u"DBUS_SESSION_BUS_ADDRESS"_s));
-    QVERIFY2(m_client->failure().isEmpty(), qPrintable(m_client->failure()));
 }
 
 void AccessibilityJourneyTest::arrive()

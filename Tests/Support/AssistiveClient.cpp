@@ -28,7 +28,6 @@ constexpr QLatin1String accessible("org.a11y.atspi.Accessible");
 constexpr QLatin1String actions("org.a11y.atspi.Action");
 constexpr QLatin1String objectEvents("org.a11y.atspi.Event.Object");
 constexpr QLatin1String properties("org.freedesktop.DBus.Properties");
-constexpr QLatin1String registry("org.a11y.atspi.Registry");
 
 const QString sessionConnection = u"session of the assistive client"_s;
 const QString accessibilityConnection = u"accessibility bus of the assistive client"_s;
@@ -47,10 +46,8 @@ QString accessibilityBus(const QString& sessionBus)
 AssistiveClient::AssistiveClient(const QString& sessionBus)
     : m_bus(QDBusConnection::connectToBus(accessibilityBus(sessionBus), accessibilityConnection))
 {
-    if (!m_bus.isConnected()) {
-        m_failure = u"There is no accessibility bus: %1"_s.arg(m_bus.lastError().message());
-        return;
-    }
+    if (!m_bus.isConnected())
+        qFatal("There is no accessibility bus: %s", qPrintable(m_bus.lastError().message()));
     m_bus.connect({}, {}, objectEvents, u"StateChanged"_s, this, SLOT(stateChanged(QDBusMessage)));
     // Programs say only what somebody asked for.
     ask(registry, u"/org/a11y/atspi/registry"_s, registry, u"RegisterEvent"_s, {u"object:state-changed:"_s});
@@ -84,22 +81,15 @@ AssistiveClient::Element AssistiveClient::element(const QString& service, const 
     return element;
 }
 
-void AssistiveClient::collect(const QString& service, const QString& path, QList<Element>& found) const
+QList<AssistiveClient::Element> AssistiveClient::elements(const QString& service, const QString& path) const
 {
+    QList<Element> found;
     const auto children = qdbus_cast<QList<Reference>>(ask(service, path, accessible, u"GetChildren"_s));
     for (const Reference& child : children) {
         const Element seen = element(child.service, child.path.path());
-        if (!seen.is(showing))
-            continue;
-        found.append(seen);
-        collect(child.service, child.path.path(), found);
+        if (seen.is(showing))
+            found += QList{seen} + elements(child.service, child.path.path());
     }
-}
-
-QList<AssistiveClient::Element> AssistiveClient::elements() const
-{
-    QList<Element> found;
-    collect(registry, u"/org/a11y/atspi/accessible/root"_s, found);
     return found;
 }
 

@@ -34,11 +34,10 @@ public:
     ~AssistiveClient() override;
     Q_DISABLE_COPY_MOVE(AssistiveClient)
 
-    /// Why nothing can be seen; empty when all is well.
-    [[nodiscard]] const QString& failure() const { return m_failure; }
-
-    /// Every element of every program that is on the screen, parents before their children.
-    [[nodiscard]] QList<Element> elements() const;
+    /// Every element below that one, or of every program, that is on the screen, parents before their children.
+    [[nodiscard]] QList<Element>
+    elements(const QString& service = registry,
+             const QString& path = QStringLiteral("/org/a11y/atspi/accessible/root")) const;
     /// Does what the element offers under that name. False when it offers no such thing.
     [[nodiscard]] bool perform(const Element& element, const QString& action) const;
 
@@ -50,13 +49,13 @@ private slots: // by name, as a bus signal needs it
     void stateChanged(const QDBusMessage& message);
 
 private:
+    static constexpr QLatin1String registry{"org.a11y.atspi.Registry"};
+
     QVariant ask(const QString& service, const QString& path, const QString& interface, const QString& method,
                  const QVariantList& arguments = {}) const;
     [[nodiscard]] Element element(const QString& service, const QString& path) const;
-    void collect(const QString& service, const QString& path, QList<Element>& found) const;
 
     QDBusConnection m_bus;
-    QString m_failure;
     QStringList m_heard;
 };
 

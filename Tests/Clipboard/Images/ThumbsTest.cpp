@@ -1,6 +1,6 @@
 #include "Thumbs.h"
 #include "EncodedPicture.h"
-#include "FakeWorkspace.h"
+#include "Fakes.h"
 #include "IconCache.h"
 #include "ImageBlobs.h"
 #include "ImageDimensions.h"

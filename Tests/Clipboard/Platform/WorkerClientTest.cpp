@@ -41,11 +41,10 @@ private:
     void linesOf(const char* name, const QByteArray& script, std::chrono::milliseconds limit,
                  const QStringList& expected);
     void titleOf(const char* name, const QByteArray& script, const std::optional<QString>& expected);
-    /// A program that is this shell script; none for an empty one. "$folder" is a folder of its own.
+    /// A program that is this shell script. "$folder" is a folder of its own.
     QString standIn(const QByteArray& script);
     /// The answer; nothing when it came at once, twice or never.
-    std::optional<QStringList> recognize(const QString& program, std::chrono::milliseconds limit = noHurry,
-                                         const QString& picture = u"/a picture.png"_s);
+    std::optional<QStringList> recognize(const QString& program, std::chrono::milliseconds limit = noHurry);
 
     std::unique_ptr<QTemporaryDir> m_folder;
 };
@@ -58,8 +57,6 @@ void WorkerClientTest::init()
 
 QString WorkerClientTest::standIn(const QByteArray& script)
 {
-    if (script.isEmpty())
-        return m_folder->filePath(u"missing"_s);
     QFile file(m_folder->filePath(u"worker"_s));
     if (!file.open(QIODevice::WriteOnly))
         qFatal("The stand-in cannot be written");
@@ -70,12 +67,11 @@ QString WorkerClientTest::standIn(const QByteArray& script)
     return file.fileName();
 }
 
-std::optional<QStringList> WorkerClientTest::recognize(const QString& program, std::chrono::milliseconds limit,
-                                                       const QString& picture)
+std::optional<QStringList> WorkerClientTest::recognize(const QString& program, std::chrono::milliseconds limit)
 {
     WorkerTextRecognizer recognizer(program, limit);
     QList<QStringList> answers;
-    recognizer.recognize(picture, [&](const QStringList& lines) { answers.append(lines); });
+    recognizer.recognize(u"/a picture.png"_s, [&](const QStringList& lines) { answers.append(lines); });
     const bool isTooEarly = !answers.isEmpty();
     // Who has no child left has heard all that there is to hear of it.
     const auto hasNoChild = [] {
@@ -111,7 +107,6 @@ void WorkerClientTest::readsLines()
                {"half a character", R"(printf 'gr\303')", noHurry, {}},
                {"without end", "exec yes", noHurry, {}},
                {"complains without end", "exec yes >&2", soon, {}},
-               {"is missing", "", noHurry, {}},
                {"no program", "#!/does/not/exist", noHurry, {}},
                {"leaves a program behind", "sleep 25 & echo text", noHurry, {u"text"_s}}});
 }

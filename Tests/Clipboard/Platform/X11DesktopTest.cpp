@@ -61,7 +61,6 @@ private slots:
     void frontmostApplicationIsNotOurs();
     void pastesIntoNoOtherWindow();
     void pastesIntoTerminals();
-    void utilityWindowStaysOutOfTaskBars();
     void compositorComesAndGoes();
     void keyboardGoesBackWithoutAWindowManager();
 
@@ -69,19 +68,16 @@ private:
     void pastesIntoNeither(const char* name, bool isGone);
     void pastesInto(const char* name, const QString& windowClass, const QString& heldKeys, const QStringList& layout);
     void closePrograms();
-    void xdotool(const QString& arguments);
     /// An xterm that writes what is typed or pasted into the file of its name, line by line.
     xcb_window_t startXterm(const QString& windowClass);
     [[nodiscard]] bool isInFront(xcb_window_t window);
     [[nodiscard]] bool waitForActive(xcb_window_t window);
-    /// Handles what the server has said so far.
-    void catchUp();
     [[nodiscard]] QByteArray typed(const QString& windowClass) const;
     [[nodiscard]] Workspace::Application frontmost() const
     {
         return m_platform.workspace->frontmostApplication().value_or(Workspace::Application());
     }
-    /// What the panel does: shows a window over the one in front, which is remembered.
+    /// What the panel does: shows a window over the one in front, which is remembered, and in no task bar.
     void showPanel();
     void hidePanel();
     /// What has become of a paste; nothing if it never ended.
@@ -125,11 +121,6 @@ void X11DesktopTest::closePrograms()
         QFile::remove(m_session.homePath(name));
 }
 
-void X11DesktopTest::xdotool(const QString& arguments)
-{
-    QCOMPARE(m_session.run(u"xdotool"_s, arguments.split(u' ')).exitCode, 0);
-}
-
 xcb_window_t X11DesktopTest::startXterm(const QString& windowClass)
 {
     const QString command = u"cat > %1"_s.arg(m_session.homePath(windowClass));
@@ -160,12 +151,6 @@ bool X11DesktopTest::waitForActive(xcb_window_t window)
     return QTest::qWaitFor([&] { return isInFront(window); }, 20'000);
 }
 
-void X11DesktopTest::catchUp()
-{
-    m_observer->connection().synchronize();
-    QCoreApplication::processEvents();
-}
-
 QByteArray X11DesktopTest::typed(const QString& windowClass) const
 {
     QFile file(m_session.homePath(windowClass));
@@ -177,7 +162,12 @@ void X11DesktopTest::showPanel()
     m_platform.windows->rememberFrontWindow();
     m_panel.show();
     m_platform.windows->activate(&m_panel);
-    QVERIFY(waitForActive(static_cast<xcb_window_t>(m_panel.winId())));
+    const auto window = static_cast<xcb_window_t>(m_panel.winId());
+    QVERIFY(waitForActive(window));
+    auto& connection = m_observer->connection();
+    const auto states = connection.words(window, connection.atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 100);
+    for (const char* name : {"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER", "_NET_WM_STATE_ABOVE"})
+        QVERIFY2(std::ranges::find(states, connection.atom(name)) != states.end(), name);
 }
 
 void X11DesktopTest::hidePanel()
@@ -202,7 +192,8 @@ void X11DesktopTest::frontmostApplicationIsNotOurs()
     QVERIFY(!m_platform.workspace->applicationIcon(u"Elsewhere"_s).isNull());
     QVERIFY(m_platform.workspace->applicationIcon(u"nothing.that.exists"_s).isNull());
     showPanel();
-    catchUp();
+    m_observer->connection().synchronize();
+    QCoreApplication::processEvents(); // all that the server has said so far
     QCOMPARE(frontmost().name, u"Elsewhere"_s);
 
     // Installed meanwhile, it is known when it comes to the front again.
@@ -237,7 +228,7 @@ void X11DesktopTest::pastesIntoNeither(const char* /*name*/, bool isGone)
     hidePanel();
     QCOMPARE(paste(), PasteResult::notSent);
     QVERIFY(waitForActive(second));
-    xdotool(u"key Return"_s);
+    m_session.desktop().press({u"Return"_s});
     QTRY_COMPARE(typed(u"Second"_s), QByteArray("\n"));
     QCOMPARE(typed(u"First"_s), QByteArray());
     closePrograms();
@@ -257,7 +248,7 @@ void X11DesktopTest::pastesInto(const char* /*name*/, const QString& windowClass
     QVERIFY(startXterm(windowClass) != XCB_WINDOW_NONE);
     showPanel();
     for (const QString& key : heldKeys.split(u' ', Qt::SkipEmptyParts))
-        xdotool(u"keydown "_s + key);
+        QCOMPARE(m_session.run(u"xdotool"_s, {u"keydown"_s, key}).exitCode, 0);
     m_platform.pasteboard->setString("pasted\n");
     hidePanel();
     QCOMPARE(paste(), PasteResult::sent);
@@ -274,22 +265,6 @@ void X11DesktopTest::pastesIntoTerminals()
                {"no Insert key", u"XTerm"_s, {}, {u"xmodmap"_s, u"-e"_s, u"keysym Insert = NoSymbol"_s}},
                {"another terminal, Dvorak", u"kitty"_s, {}, {u"setxkbmap"_s, u"dvorak"_s}},
                {"no Latin letters", u"Program"_s, {}, {u"setxkbmap"_s, u"ru"_s}}});
-}
-
-void X11DesktopTest::utilityWindowStaysOutOfTaskBars()
-{
-    auto& connection = m_observer->connection();
-    const auto window = openWindow(connection);
-    QVERIFY(waitForActive(window));
-    for (int round = 0; round < 3; ++round) {
-        showPanel();
-        const auto states = connection.words(static_cast<xcb_window_t>(m_panel.winId()),
-                                             connection.atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 100);
-        for (const char* name : {"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER", "_NET_WM_STATE_ABOVE"})
-            QVERIFY2(std::ranges::find(states, connection.atom(name)) != states.end(), name);
-        hidePanel();
-        QVERIFY(waitForActive(window));
-    }
 }
 
 void X11DesktopTest::compositorComesAndGoes()

@@ -56,20 +56,10 @@ LoopbackServer::~LoopbackServer()
     m_thread.wait();
 }
 
-LoopbackServer::Reply LoopbackServer::redirect(const QByteArray& location, const QByteArray& status)
-{
-    return {.body = {}, .status = status, .headers = "Location: " + location + "\r\n"};
-}
-
 void LoopbackServer::answer(const QByteArray& path, const Reply& reply)
 {
     const QMutexLocker lock(&m_mutex);
     m_replies.insert(path, reply);
-}
-
-void LoopbackServer::hang(const QByteArray& path)
-{
-    answer(path, {.body = {}, .status = {}, .headers = {}});
 }
 
 QUrl LoopbackServer::url(const QByteArray& path) const
@@ -77,7 +67,7 @@ QUrl LoopbackServer::url(const QByteArray& path) const
     return m_root.resolved(QUrl::fromEncoded(path));
 }
 
-QList<LoopbackServer::Request> LoopbackServer::requests() const
+QByteArrayList LoopbackServer::requests() const
 {
     const QMutexLocker lock(&m_mutex);
     return m_requests;
@@ -91,7 +81,7 @@ void LoopbackServer::serve(QTcpSocket& socket)
         if (isAnswered || !head.contains("\r\n\r\n"))
             return;
         isAnswered = true;
-        const Reply reply = replyTo({head.split(' ').value(1), head});
+        const Reply reply = replyTo(head);
         if (reply.status.isEmpty())
             return; // it is to hang
         socket.write("HTTP/1.1 " + reply.status + "\r\n" + reply.headers + lengthOf(reply) +
@@ -114,11 +104,11 @@ void LoopbackServer::send(QTcpSocket& socket, const Reply& reply, qsizetype from
         socket.disconnectFromHost();
 }
 
-LoopbackServer::Reply LoopbackServer::replyTo(const Request& request)
+LoopbackServer::Reply LoopbackServer::replyTo(const QByteArray& request)
 {
     const QMutexLocker lock(&m_mutex);
     m_requests.append(request);
-    return m_replies.value(request.path, {.body = "<title>Not here</title>", .status = "404 Not Found"});
+    return m_replies.value(request.split(' ').value(1), {.body = "<title>Not here</title>", .status = "404 Not Found"});
 }
 
 } // namespace Clipboard::Testing

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <QByteArray>
+#include <QByteArrayList>
 #include <QHash>
-#include <QList>
 #include <QMutex>
 #include <QSslConfiguration>
 #include <QTcpServer>
@@ -22,7 +21,7 @@ class LoopbackServer final
 public:
     struct Reply
     {
-        QByteArray body;
+        QByteArray body{};
         QByteArray status = "200 OK";
         QByteArray headers = "Content-Type: text/html; charset=utf-8\r\n"; ///< each line with its end
 
@@ -33,12 +32,6 @@ public:
         std::chrono::milliseconds pause{0};
     };
 
-    struct Request
-    {
-        QByteArray path;
-        QByteArray head; ///< the request line and the header lines as they came
-    };
-
     /// Serves https when `encryption` is given.
     explicit LoopbackServer(const std::optional<QSslConfiguration>& encryption = {});
     ~LoopbackServer();
@@ -46,26 +39,29 @@ public:
     LoopbackServer& operator=(const LoopbackServer&) = delete;
 
     /// An answer that leads to another place.
-    [[nodiscard]] static Reply redirect(const QByteArray& location, const QByteArray& status = "302 Found");
+    [[nodiscard]] static Reply redirect(const QByteArray& location, const QByteArray& status = "302 Found")
+    {
+        return {.status = status, .headers = "Location: " + location + "\r\n"};
+    }
 
     void answer(const QByteArray& path, const Reply& reply);
 
     /// Takes the connection and never says anything.
-    void hang(const QByteArray& path);
+    void hang(const QByteArray& path) { answer(path, {.status = {}}); }
 
     [[nodiscard]] QUrl url(const QByteArray& path) const;
 
-    /// What has been asked so far, in order.
-    [[nodiscard]] QList<Request> requests() const;
+    /// What has been asked so far, in order: the request line and the header lines as they came.
+    [[nodiscard]] QByteArrayList requests() const;
 
 private:
     void serve(QTcpSocket& socket);
     void send(QTcpSocket& socket, const Reply& reply, qsizetype from) const;
-    [[nodiscard]] Reply replyTo(const Request& request);
+    [[nodiscard]] Reply replyTo(const QByteArray& request);
 
     mutable QMutex m_mutex;
     QHash<QByteArray, Reply> m_replies;
-    QList<Request> m_requests;
+    QByteArrayList m_requests;
     QUrl m_root;
     QThread m_thread;
     std::unique_ptr<QTcpServer> m_server; ///< lives on the thread
