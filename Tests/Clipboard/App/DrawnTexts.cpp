@@ -1,6 +1,6 @@
 #include "DrawnTexts.h"
 
-#include <QPaintDevice>
+#include <QImage>
 #include <QPaintEngine>
 #include <QPainter>
 #include <QWidget>
@@ -32,43 +32,20 @@ public:
     QList<DrawnText> texts;
 };
 
-class Canvas final : public QPaintDevice
+class Canvas final : public QImage
 {
 public:
-    explicit Canvas(const QSize& size)
-        : m_size(size)
-    {
-    }
+    using QImage::QImage;
     [[nodiscard]] QPaintEngine* paintEngine() const override { return &recorder; }
 
     mutable Recorder recorder;
-
-protected:
-    [[nodiscard]] int metric(PaintDeviceMetric metric) const override
-    {
-        switch (metric) {
-        case PdmWidth:
-            return m_size.width();
-        case PdmHeight:
-            return m_size.height();
-        case PdmDevicePixelRatio:
-            return 1;
-        case PdmDevicePixelRatioScaled:
-            return QPaintDevice::metric(metric);
-        default:
-            return 96; // dots per inch
-        }
-    }
-
-private:
-    QSize m_size;
 };
 
 } // namespace
 
 QList<DrawnText> drawnTexts(QWidget& widget)
 {
-    Canvas canvas(widget.size());
+    Canvas canvas(widget.size(), QImage::Format_RGB32);
     widget.render(&canvas, {}, {}, QWidget::DrawChildren);
     return canvas.recorder.texts;
 }

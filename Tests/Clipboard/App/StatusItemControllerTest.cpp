@@ -107,31 +107,17 @@ class StatusItemControllerTest final : public QObject
 {
     Q_OBJECT
 private slots:
-    void opensAndClosesByTheHotKey();
-    void opensAndClosesByTheTray();
+    void opensAndCloses();
     void tellsWhatDoesNotWork();
     void pastesWithoutCapturingIt();
     void opensAfterTheLaunchWhenAsked();
-    void clearsTheHistoryOnConsent_data();
-    void clearsTheHistoryOnConsent();
-    void tellsOfItself();
+    void answersTheMenu();
     void annotatesAndComesBack();
-    void sweepsPicturesNobodyKnows_data();
     void sweepsPicturesNobodyKnows();
     void quitsFromTheMenu();
 };
 
-void StatusItemControllerTest::opensAndClosesByTheHotKey()
-{
-    const Fixture f({u"old"_s});
-    QCOMPARE(f.hotKey->grabs, 1);
-    for (const bool open : {true, false, true}) {
-        f.hotKey->press();
-        QCOMPARE(Fixture::panelIsOpen(), open);
-    }
-}
-
-void StatusItemControllerTest::opensAndClosesByTheTray()
+void StatusItemControllerTest::opensAndCloses()
 {
     const Fixture f({u"old"_s});
     QTRY_VERIFY(!f.tray().icon().isNull());
@@ -149,7 +135,11 @@ void StatusItemControllerTest::opensAndClosesByTheTray()
     click(QSystemTrayIcon::MiddleClick, true);
     click(QSystemTrayIcon::DoubleClick, false);
     click(QSystemTrayIcon::Context, false);
-    click(QSystemTrayIcon::Trigger, true);
+    f.hotKey->press();
+    QVERIFY(Fixture::panelIsOpen());
+    f.hotKey->press();
+    QVERIFY(!Fixture::panelIsOpen());
+    f.hotKey->press();
     Fixture::window<DarkMenu>()->popup({0, 0});
     QVERIFY(!Fixture::panelIsOpen());
 }
@@ -197,50 +187,26 @@ void StatusItemControllerTest::opensAfterTheLaunchWhenAsked()
     QTRY_VERIFY_WITH_TIMEOUT(Fixture::panelIsOpen(), 2000);
 }
 
-void StatusItemControllerTest::clearsTheHistoryOnConsent_data()
+void StatusItemControllerTest::answersTheMenu()
 {
-    QTest::addColumn<bool>("consent");
-    QTest::newRow("Clear") << true;
-    QTest::newRow("Cancel") << false;
-}
-
-void StatusItemControllerTest::clearsTheHistoryOnConsent()
-{
-    QFETCH(bool, consent);
     const Fixture f({u"a"_s, u"b"_s});
-    Fixture::chooseFromMenu(u"Clear History…"_s);
-    auto* dialog = Fixture::window<ClearHistoryDialog>();
-    if (dialog == nullptr)
-        QFAIL("no question is asked");
-    QVERIFY(dialog->isVisible());
-    QCOMPARE(f.saved().size(), 2); // nothing happens before the answer
-    if (consent)
-        dialog->accept();
-    else
-        dialog->reject();
-    QCOMPARE(f.saved().size(), consent ? 0 : 2);
-    QTRY_VERIFY(!Fixture::window<ClearHistoryDialog>());
-}
-
-void StatusItemControllerTest::tellsOfItself()
-{
-    const Fixture f;
     Fixture::chooseFromMenu(u"About Tessaly"_s);
-    const auto* dialog = Fixture::window<AboutDialog>();
-    QVERIFY(dialog && dialog->isVisible());
+    const auto* about = Fixture::window<AboutDialog>();
+    QVERIFY(about && about->isVisible());
+    for (const auto answer : {&QDialog::reject, &QDialog::accept}) {
+        Fixture::chooseFromMenu(u"Clear History…"_s);
+        auto* question = Fixture::window<ClearHistoryDialog>();
+        QVERIFY(question && question->isVisible());
+        QCOMPARE(f.saved().size(), 2); // nothing happens before the answer
+        (question->*answer)();
+        QCOMPARE(f.saved().size(), answer == &QDialog::reject ? 2 : 0);
+        QTRY_VERIFY(!Fixture::window<ClearHistoryDialog>());
+    }
 }
 
-void StatusItemControllerTest::sweepsPicturesNobodyKnows_data()
-{
-    QTest::addColumn<QByteArray>("history");
-    QTest::newRow("as the history knows all of them") << "[]"_ba;
-    QTest::newRow("but not when it cannot be read, and says so once") << "["_ba;
-}
-
+/// But not while the history cannot be read, nor in the next run: the file that is kept may name the picture.
 void StatusItemControllerTest::sweepsPicturesNobodyKnows()
 {
-    QFETCH(QByteArray, history);
-    const bool isReadable = history == "[]";
     Fixture f;
     f.controller.reset();
     const auto write = [&f](const QString& name, const QByteArray& content) {
@@ -248,24 +214,27 @@ void StatusItemControllerTest::sweepsPicturesNobodyKnows()
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
         QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(-120), QFile::FileModificationTime));
     };
+    const QString orphan = f.folder.filePath(u"images/orphan.png"_s);
     QVERIFY(QDir(f.folder.path()).mkpath(u"images"_s));
     write(u"images/orphan.png"_s, {});
-    write(u"history.json"_s, history);
+    write(u"history.json"_s, "[");
     for (const QString& notice : {u"The history could not be read; it is kept as history.json.bad. "_s, QString()}) {
         f.start({});
         f.controller->show();
         const auto* footer = Fixture::window<FloatingPanel>()->findChild<PanelFooter*>();
-        QCOMPARE(footer->accessibleName(), (isReadable ? QString() : notice) + u"0 item"_s);
+        QCOMPARE(footer->accessibleName(), notice + u"0 item"_s);
         f.controller->togglePanel();
         f.controller->show();
-        QCOMPARE(footer->accessibleName(), u"0 item"_s);
+        QCOMPARE(footer->accessibleName(), u"0 item"_s); // it is told once
+        f.controller.reset();                            // ends the sweep, if there is one
         write(u"history.json"_s, "[]");
-        f.controller.reset(); // ends the sweep, if there is one
-        if (isReadable)       // in the next run as well: the file that is kept may name the picture
-            break;
-        write(u"history.json.bad"_s, history);
+        write(u"history.json.bad"_s, "[");
     }
-    QCOMPARE(QFile::exists(f.folder.filePath(u"images/orphan.png"_s)), !isReadable);
+    QVERIFY(QFile::exists(orphan));
+    QVERIFY(QFile::remove(f.historyFile() + u".bad"_s));
+    f.start({});
+    f.controller.reset();
+    QVERIFY(!QFile::exists(orphan));
 }
 
 void StatusItemControllerTest::annotatesAndComesBack()
