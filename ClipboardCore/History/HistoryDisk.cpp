@@ -218,6 +218,12 @@ bool HistoryDisk::isSaveDue() const
     return m_lastGap > m_saved || sizeOf(m_items) <= smallFile || m_journal.end() > m_file.size / journalShare;
 }
 
+bool HistoryDisk::hasLargeJournal() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_journal.end() > std::max(smallFile, m_file.size / journalShare);
+}
+
 bool HistoryDisk::isForgettingDue() const
 {
     const std::lock_guard lock(m_mutex);

@@ -37,6 +37,9 @@ public:
 
     /// True when the file should be written: it is small, the journal has become large beside it, or lacks something.
     [[nodiscard]] bool isSaveDue() const;
+    /// True when the journal has grown large beside the file, as after a program that was killed again and again before
+    /// it could save.
+    [[nodiscard]] bool hasLargeJournal() const;
     /// True when something that the user removed is still on the disk.
     [[nodiscard]] bool isForgettingDue() const;
     /// Writes the file as of the last append() or, with `items`, as of now, and empties the journal. Nothing on

@@ -147,6 +147,8 @@ EntryList HistorySaver::load()
     EntryList entries = d->disk.load();
     if (d->disk.isForgettingDue())
         d->io.async([this] { d->forgetSoon(); });
+    if (d->disk.hasLargeJournal())
+        d->io.async([this] { static_cast<void>(d->save()); }, d->delay);
     return entries;
 }
 

@@ -97,6 +97,7 @@ private slots:
     void survivesAFullDisk();
     void writersTakeTurns();
     void somethingElseInPlaceOf();
+    void aLargeJournalGoesIntoTheFile();
     void losesNothingWhenKilled();
 };
 
@@ -309,6 +310,19 @@ void HistoryFileTest::somethingElseInPlaceOf()
             QCOMPARE(files(), QStringList{u"history.json"_s});
         }
     }
+}
+
+/// Programs that are killed before they save leave ever more of it.
+void HistoryFileTest::aLargeJournalGoesIntoTheFile()
+{
+    {
+        JSONHistoryStore store(path(), 500, never);
+        QVERIFY(store.add(entry(QString(1'200'000, u'a'))).isEmpty());
+        store.saveAsync();
+    }
+    const JSONHistoryStore store(path(), 500, 0);
+    QTRY_COMPARE(QFile(journal()).size(), 0);
+    QCOMPARE(HistoryCoding::decode(contentOf(path())), store.items());
 }
 
 void HistoryFileTest::losesNothingWhenKilled()
