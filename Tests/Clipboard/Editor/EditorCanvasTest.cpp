@@ -74,18 +74,6 @@ void checkKeys(const char* keys, const QString& state, const QRect& area, QRgb c
         QCOMPARE(result.pixel(area.left() + 1, area.center().y()), color);
 }
 
-/// Over a place, a rectangle from 100|100 to 200|200 being selected.
-void checkCursor(const char* /*name*/, const QString& tool, QPointF at, Qt::CursorShape shape)
-{
-    EditorFixture f;
-    f.openWithMark();
-    f.keys(tool);
-    QTest::mouseMove(f.canvas(), f.place(at));
-    QCOMPARE(f.canvas()->cursor().shape(), shape);
-    QTest::mousePress(f.canvas(), Qt::LeftButton, {}, f.place(at));
-    QCOMPARE(f.canvas()->cursor().shape(), shape == Qt::OpenHandCursor ? Qt::ClosedHandCursor : shape);
-}
-
 /// What keys make of a label with two lines.
 void checkTyping(const char* keys, const QString& text, const QString& copied)
 {
@@ -112,12 +100,12 @@ void EditorCanvasTest::keysChangeTheMark()
                           {"Left Ctrl+Z Ctrl+Y Ctrl+Z Ctrl+Shift+Z", drawn, as.translated(-1, 0), red},
                           {"Alt+Backspace", drawn, {}, red},
                           {"Delete Ctrl+Z", drawn + u" redo"_s, as, red},
-                          {"2 4", u"rectangle blue medium 100 undo"_s, as, 0xff007aff},
+                          {"2 4 H", u"highlighter blue medium 100 undo"_s, as, 0xff007aff},
                           {"3 ] ]", u"rectangle green large 100 undo"_s, {96, 96, 108, 108}, 0xff33c759},
-                          {"[ [", u"rectangle red small 100 undo"_s, {99, 99, 102, 102}, red},
+                          {"[ [ P", u"pixelate red small 100 undo"_s, {99, 99, 102, 102}, red},
                           {"7 Alt+Left Ctrl+4 Alt+N Ctrl+Backspace", drawn, as, red},
                           {"Ctrl++ Ctrl+= Ctrl+-", u"rectangle red medium 125 undo"_s, as, red},
-                          {"Ctrl++ Ctrl+0 H Shift+N", u"counter red medium 100 undo"_s, as, red},
+                          {"Ctrl++ Ctrl+0 Shift+N", u"counter red medium 100 undo"_s, as, red},
                           {"Ctrl++ Ctrl+1 A", u"arrow red medium 100 undo"_s, as, red}});
 }
 
@@ -125,13 +113,10 @@ void EditorCanvasTest::viewKeepsThePicture()
 {
     CanvasViewport view;
     view.setCanvas({1120, 672}, 1);
-    for (const auto& [picture, shown] :
-         {std::pair(QSize(1600, 1000), QRectF(80, 36, 960, 600)), std::pair(QSize(1, 20000), QRectF(560, 36, 1, 600)),
-          std::pair(QSize(3000, 500), QRectF(36, 249, 1048, 1048 / 6.0))}) {
-        view.setPicture(picture);
-        QVERIFY((view.pictureRect().center() - shown.center()).manhattanLength() < 1);
-        QCOMPARE(view.pictureRect().width(), shown.width());
-    }
+    view.setPicture({1, 20000});
+    QCOMPARE(view.pictureRect(), QRectF(560, 36, 1, 600));
+    view.setPicture({3000, 500});
+    QCOMPARE(view.pictureRect().width(), 1120.0 - 72);
     const QPointF pointer(500, 400);
     for (const auto& [factor, scale] : {std::pair(1e9, 16.0), std::pair(1e-9, view.scale())}) {
         view.zoomBy(factor, pointer);
@@ -208,8 +193,7 @@ void EditorCanvasTest::showsTheCrop()
     f.drag({0, 150}, {100, 150});
     QCOMPARE(f.colorAt({50, 75}), shaded);
     QCOMPARE(f.colorAt({102, 75}), ground);
-    const QList<QPointF> frameAndGrips{{100, 75}, {101, 150}, {101, 10}, {110, 1}, {398, 10}, {390, 298}, {250, 298}};
-    for (const QPointF place : frameAndGrips)
+    for (const QPointF place : QList<QPointF>{{100, 75}, {101, 150}, {110, 1}, {398, 10}, {390, 298}}) // frame, grips
         QCOMPARE(f.colorAt(place), QColor(Qt::white));
     f.keys(u"A"_s);
     QCOMPARE(f.colorAt({50, 75}), shaded);
@@ -218,16 +202,24 @@ void EditorCanvasTest::showsTheCrop()
 
 void EditorCanvasTest::cursorTellsWhatAPressDoes()
 {
-    checkRows(checkCursor, {{"draws", u"A"_s, {300, 250}, Qt::CrossCursor},
-                            {"types", u"T"_s, {300, 250}, Qt::IBeamCursor},
-                            {"moves a mark", u"T"_s, {150, 100}, Qt::SizeAllCursor},
-                            {"pulls at a handle", u"T"_s, {200, 200}, Qt::CrossCursor},
-                            {"outside", u"A"_s, {-20, 250}, Qt::ArrowCursor},
-                            {"moves the crop", u"C"_s, {300, 250}, Qt::OpenHandCursor},
-                            {"right", u"C"_s, {392, 150}, Qt::SizeHorCursor},
-                            {"bottom", u"C"_s, {200, 308}, Qt::SizeVerCursor},
-                            {"top right", u"C"_s, {400, 0}, Qt::SizeBDiagCursor},
-                            {"bottom right", u"C"_s, {400, 300}, Qt::SizeFDiagCursor}});
+    EditorFixture f;
+    f.openWithMark();
+    for (const auto& [tool, at, shape] : {std::tuple(u"T"_s, QPointF(150, 100), Qt::SizeAllCursor), // the mark
+                                          std::tuple(u"T"_s, QPointF(200, 200), Qt::CrossCursor),   // its handle
+                                          std::tuple(u"T"_s, QPointF(300, 250), Qt::IBeamCursor),
+                                          std::tuple(u"A"_s, QPointF(300, 250), Qt::CrossCursor),
+                                          std::tuple(u"A"_s, QPointF(-20, 250), Qt::ArrowCursor),
+                                          std::tuple(u"C"_s, QPointF(392, 150), Qt::SizeHorCursor),
+                                          std::tuple(u"C"_s, QPointF(200, 308), Qt::SizeVerCursor),
+                                          std::tuple(u"C"_s, QPointF(400, 0), Qt::SizeBDiagCursor),
+                                          std::tuple(u"C"_s, QPointF(400, 300), Qt::SizeFDiagCursor),
+                                          std::tuple(u"C"_s, QPointF(300, 250), Qt::OpenHandCursor)}) {
+        f.keys(tool);
+        QTest::mouseMove(f.canvas(), f.place(at));
+        QCOMPARE(f.canvas()->cursor().shape(), shape);
+    }
+    QTest::mousePress(f.canvas(), Qt::LeftButton, {}, f.place({300, 250}));
+    QCOMPARE(f.canvas()->cursor().shape(), Qt::ClosedHandCursor);
 }
 
 void EditorCanvasTest::toolbarFitsNarrowWindows()
@@ -280,8 +272,8 @@ void EditorCanvasTest::labelTakesClicks()
     const QPoint beyond(label->width() - 2, label->height() / 2);
     QTest::mousePress(label, Qt::LeftButton, {}, first);
     QTest::mouseMove(label, beyond);
-    QTest::mouseRelease(label, Qt::LeftButton, {}, beyond);
     QCOMPARE(selected(), u"two words"_s);
+    QTest::mouseRelease(label, Qt::LeftButton, {}, beyond);
     QTest::mouseClick(label, Qt::LeftButton, {}, beyond);
     QCOMPARE(selected(), QString());
     QTest::mouseClick(label, Qt::LeftButton, Qt::ShiftModifier, first);

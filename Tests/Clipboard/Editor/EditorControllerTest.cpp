@@ -22,7 +22,6 @@ private slots:
     void unchangedPictureIsNotWrittenAgain();
     void failureLosesNothing();
     void asksBeforeItDiscards();
-    void nextDocumentWaitsForTheAnswer();
     void hearsNothingWhileItLeaves();
     void losesNothingWhenTheProgramEnds();
     void savesWhereTheUserWants();
@@ -109,14 +108,10 @@ void EditorControllerTest::failureLosesNothing()
 void EditorControllerTest::asksBeforeItDiscards()
 {
     checkRows(checkAnswer, {{"Return", true}, {"Escape", false}, {"Tab Return", false}, {"Tab Tab Return", true}});
-}
-
-void EditorControllerTest::nextDocumentWaitsForTheAnswer()
-{
     EditorFixture f;
     f.open();
     f.drag({100, 100}, {200, 200});
-    f.open(plain(Qt::blue));
+    f.open(plain(Qt::blue)); // the next picture waits for the answer
     QTRY_VERIFY(f.child(u"DiscardQuestion"_s));
     f.keys(u"Return"_s);
     QTRY_COMPARE(f.colorAt({150, 150}), QColor(Qt::blue));
