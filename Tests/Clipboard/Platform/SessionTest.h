@@ -32,7 +32,7 @@ protected:
 
     std::unique_ptr<VirtualSession> m_session;
 
-private slots:
+protected slots:
     void initTestCase()
     {
         m_session = std::make_unique<VirtualSession>(VirtualSession::Options{.windowManager = false});

@@ -70,7 +70,6 @@ private:
     void closePrograms();
     /// An xterm that writes what is typed or pasted into the file of its name, line by line.
     xcb_window_t startXterm(const QString& windowClass);
-    [[nodiscard]] bool isInFront(xcb_window_t window);
     [[nodiscard]] bool waitForActive(xcb_window_t window);
     [[nodiscard]] QByteArray typed(const QString& windowClass) const;
     [[nodiscard]] Workspace::Application frontmost() const
@@ -134,21 +133,16 @@ xcb_window_t X11DesktopTest::startXterm(const QString& windowClass)
     };
     if (!QTest::qWaitFor(isOpen, VirtualSession::defaultTimeout))
         return XCB_WINDOW_NONE;
-    if (!isInFront(window))
-        m_observer->activate(window); // it is for the window manager whether a new window gets the keyboard
+    m_observer->activate(window); // it is for the window manager whether a new window gets the keyboard
     return waitForActive(window) ? window : xcb_window_t{XCB_WINDOW_NONE};
 }
 
 /// The server gives the ids of closed windows out again, and the window manager may still call the old one active when
 /// the new one is not yet shown. The focus is the server's own knowledge.
-bool X11DesktopTest::isInFront(xcb_window_t window)
-{
-    return window != XCB_WINDOW_NONE && m_observer->activeWindow() == window && m_observer->focusWindow() == window;
-}
-
 bool X11DesktopTest::waitForActive(xcb_window_t window)
 {
-    return QTest::qWaitFor([&] { return isInFront(window); }, 20'000);
+    return QTest::qWaitFor([&] { return m_observer->activeWindow() == window && m_observer->focusWindow() == window; },
+                           20'000);
 }
 
 QByteArray X11DesktopTest::typed(const QString& windowClass) const

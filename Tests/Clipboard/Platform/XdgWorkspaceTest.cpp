@@ -1,7 +1,6 @@
 #include "NullWorkspace.h"
 #include "SessionTest.h"
 
-#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusContext>
@@ -50,17 +49,12 @@ private:
 } // namespace
 
 /// Folders, default programs and file manager, in a session with a message bus and a stand-in for xdg-open.
-class XdgWorkspaceTest final : public QObject
+class XdgWorkspaceTest final : public SessionTest
 {
     Q_OBJECT
-public:
-    explicit XdgWorkspaceTest(const VirtualSession& session)
-        : m_session(session)
-    {
-    }
-
 private slots:
-    void init() { QFile::remove(m_opened); }
+    void initTestCase();
+    void init() { QFile::remove(m_session->homePath(u"opened"_s)); }
     void opensLinks();
     void asksTheFileManagerOrOpensTheFolder();
     void findsTheDesktop();
@@ -68,14 +62,28 @@ private slots:
 private:
     [[nodiscard]] QByteArray opened() const
     {
-        QFile file(m_opened);
+        QFile file(m_session->homePath(u"opened"_s));
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
-    const VirtualSession& m_session;
-    QString m_opened = m_session.homePath(u"opened"_s);
     NullWorkspace m_workspace;
 };
+
+void XdgWorkspaceTest::initTestCase()
+{
+    SessionTest::initTestCase();
+    enter(*m_session);
+    qunsetenv("XDG_CONFIG_HOME");
+
+    // First in the path; notes what it is given.
+    const QString programs = m_session->homePath(u"bin"_s);
+    QDir().mkpath(programs);
+    QFile opener(programs + u"/xdg-open"_s);
+    QVERIFY(opener.open(QIODevice::WriteOnly));
+    opener.write("#!/bin/sh\nprintf '%s\\n' \"$@\" >> \"$HOME/opened\"\n");
+    opener.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    qputenv("PATH", programs.toLocal8Bit() + ':' + qgetenv("PATH"));
+}
 
 /// One after the other, so that none may open what is none of its business.
 void XdgWorkspaceTest::opensLinks()
@@ -117,38 +125,17 @@ void XdgWorkspaceTest::findsTheDesktop()
 {
     QCOMPARE(m_workspace.desktopFolder(), std::nullopt);
 
-    const QString folder = m_session.homePath(u"Schreibtisch"_s);
-    QDir().mkpath(m_session.homePath(u".config"_s));
-    QFile userFolders(m_session.homePath(u".config/user-dirs.dirs"_s));
+    const QString folder = m_session->homePath(u"Schreibtisch"_s);
+    QDir().mkpath(m_session->homePath(u".config"_s));
+    QFile userFolders(m_session->homePath(u".config/user-dirs.dirs"_s));
     QVERIFY(userFolders.open(QIODevice::WriteOnly));
     userFolders.write("XDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\nXDG_PICTURES_DIR=\"$HOME/\"\n"); // no Pictures
     userFolders.close();
     QCOMPARE(m_workspace.desktopFolder(), std::nullopt);
     QDir().mkpath(folder);
     QCOMPARE(m_workspace.desktopFolder(), folder);
-    QCOMPARE(m_workspace.picturesFolder(), m_session.homePath({}));
+    QCOMPARE(m_workspace.picturesFolder(), m_session->homePath({}));
 }
 
-int main(int argc, char** argv)
-{
-    const VirtualSession session({.windowManager = false});
-    enter(session);
-    qunsetenv("XDG_CONFIG_HOME");
-
-    // First in the path; notes what it is given.
-    const QString programs = session.homePath(u"bin"_s);
-    QDir().mkpath(programs);
-    QFile opener(programs + u"/xdg-open"_s);
-    if (!opener.open(QIODevice::WriteOnly))
-        return 1;
-    opener.write("#!/bin/sh\nprintf '%s\\n' \"$@\" >> \"$HOME/opened\"\n");
-    opener.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    opener.close();
-    qputenv("PATH", programs.toLocal8Bit() + ':' + qgetenv("PATH"));
-
-    const QCoreApplication application(argc, argv);
-    XdgWorkspaceTest test(session);
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_GUILESS_MAIN(XdgWorkspaceTest)
 #include "XdgWorkspaceTest.moc"
