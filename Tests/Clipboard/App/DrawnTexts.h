@@ -1,11 +1,9 @@
 #pragma once
 
-#include <QList>
-#include <QRectF>
-#include <QRegion>
-#include <QString>
-
-class QWidget;
+#include <QImage>
+#include <QPaintEngine>
+#include <QPainter>
+#include <QWidget>
 
 namespace Clipboard::Testing {
 
@@ -17,7 +15,45 @@ struct DrawnText
     QRegion clip; // what of it can be seen
 };
 
+/// Notes the texts and draws nothing.
+class TextRecorder final : public QPaintEngine
+{
+public:
+    TextRecorder()
+        : QPaintEngine(AllFeatures)
+    {
+    }
+    bool begin(QPaintDevice* /*device*/) override { return true; }
+    bool end() override { return true; }
+    void updateState(const QPaintEngineState& /*state*/) override {}
+    void drawPixmap(const QRectF& /*target*/, const QPixmap& /*pixmap*/, const QRectF& /*source*/) override {}
+    void drawPath(const QPainterPath& /*path*/) override {}
+    void drawTextItem(const QPointF& position, const QTextItem& item) override
+    {
+        const QRectF box(position.x(), position.y() - item.ascent(), item.width(), item.ascent() + item.descent());
+        const QTransform place = painter()->deviceTransform();
+        texts.append({item.text(), place.mapRect(box), systemClip()});
+    }
+    [[nodiscard]] Type type() const override { return User; }
+
+    QList<DrawnText> texts;
+};
+
+class TextCanvas final : public QImage
+{
+public:
+    using QImage::QImage;
+    [[nodiscard]] QPaintEngine* paintEngine() const override { return &recorder; }
+
+    mutable TextRecorder recorder;
+};
+
 /// Everything that the widget and its visible children draw as text.
-[[nodiscard]] QList<DrawnText> drawnTexts(QWidget& widget);
+inline QList<DrawnText> drawnTexts(QWidget& widget)
+{
+    TextCanvas canvas(widget.size(), QImage::Format_RGB32);
+    widget.render(&canvas, {}, {}, QWidget::DrawChildren);
+    return canvas.recorder.texts;
+}
 
 } // namespace Clipboard::Testing

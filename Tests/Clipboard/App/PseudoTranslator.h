@@ -13,12 +13,9 @@ public:
     using QTranslator::QTranslator;
 
     [[nodiscard]] bool isEmpty() const override { return false; }
-    [[nodiscard]] QString translate(const char* context, const char* source, const char* disambiguation,
-                                    int number) const override
+    [[nodiscard]] QString translate(const char* /*context*/, const char* source, const char* /*disambiguation*/,
+                                    int /*number*/) const override
     {
-        Q_UNUSED(context)
-        Q_UNUSED(disambiguation)
-        Q_UNUSED(number)
         constexpr double growth = 0.3;
         QString text = QString::fromUtf8(source);
         const bool namesKeys = text.contains(u'⌘') || text == QLatin1String("esc") || text == QLatin1String("Ctrl");
