@@ -26,8 +26,6 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, Reference& refere
 
 constexpr QLatin1String accessible("org.a11y.atspi.Accessible");
 constexpr QLatin1String actions("org.a11y.atspi.Action");
-constexpr QLatin1String objectEvents("org.a11y.atspi.Event.Object");
-constexpr QLatin1String properties("org.freedesktop.DBus.Properties");
 
 const QString sessionConnection = u"session of the assistive client"_s;
 const QString accessibilityConnection = u"accessibility bus of the assistive client"_s;
@@ -37,8 +35,7 @@ QString accessibilityBus(const QString& sessionBus)
     const QDBusConnection session = QDBusConnection::connectToBus(sessionBus, sessionConnection);
     const QDBusMessage question =
         QDBusMessage::createMethodCall(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus"_s, u"GetAddress"_s);
-    const QDBusMessage answer = session.call(question);
-    return answer.arguments().value(0).toString();
+    return session.call(question).arguments().value(0).toString();
 }
 
 } // namespace
@@ -48,7 +45,7 @@ AssistiveClient::AssistiveClient(const QString& sessionBus)
 {
     if (!m_bus.isConnected())
         qFatal("There is no accessibility bus: %s", qPrintable(m_bus.lastError().message()));
-    m_bus.connect({}, {}, objectEvents, u"StateChanged"_s, this, SLOT(stateChanged(QDBusMessage)));
+    m_bus.connect({}, {}, u"org.a11y.atspi.Event.Object"_s, u"StateChanged"_s, this, SLOT(stateChanged(QDBusMessage)));
     // Programs say only what somebody asked for.
     ask(registry, u"/org/a11y/atspi/registry"_s, registry, u"RegisterEvent"_s, {u"object:state-changed:"_s});
 }
@@ -70,7 +67,8 @@ QVariant AssistiveClient::ask(const QString& service, const QString& path, const
 AssistiveClient::Element AssistiveClient::element(const QString& service, const QString& path) const
 {
     const auto text = [&](const QString& property) {
-        const QVariant value = ask(service, path, properties, u"Get"_s, {QString(accessible), property});
+        const QVariant value =
+            ask(service, path, u"org.freedesktop.DBus.Properties"_s, u"Get"_s, {QString(accessible), property});
         return value.value<QDBusVariant>().variant().toString();
     };
     Element element{service, path, ask(service, path, accessible, u"GetRoleName"_s).toString(), text(u"Name"_s),
@@ -106,9 +104,8 @@ bool AssistiveClient::perform(const Element& element, const QString& action) con
 
 void AssistiveClient::stateChanged(const QDBusMessage& message)
 {
-    const bool entered = message.arguments().value(1).toInt() == 1;
-    if (!entered)
-        return;
+    if (message.arguments().value(1).toInt() != 1)
+        return; // left
     const Element source = element(message.service(), message.path());
     m_heard.append(u"%1 %2 %3"_s.arg(message.arguments().value(0).toString(), source.role, source.name));
 }

@@ -167,7 +167,6 @@ void SmartActionRunnerTest::linksInMarkdown()
             Desk desk;
             desk.run(Kind::copyMarkdownLink, QLatin1StringView(link));
             QCOMPARE(desk.pages.links, QList{QUrl(QLatin1StringView(link))});
-            QCOMPARE(desk.pages.limits, QList<std::chrono::milliseconds>{std::chrono::seconds(3)});
             QCOMPARE(desk.standing, QStringList{actionNotice});
             desk.toasts.clear();
             desk.pages.finish(title);

@@ -33,7 +33,6 @@ protected:
         X11::SelectionEngine::Options options;
         options.display = display();
         options.selections.reading.secretTargets = {QStringLiteral("secret/marker")};
-        options.selections.reading.hostName = "thishost";
         options.selections.reading.stepTimeout = stepTimeout;
         options.selections.reading.formTimeout = 4 * stepTimeout;
         options.selections.writeTimeout = stepTimeout;

@@ -3,11 +3,9 @@
 #include "Xcb.h"
 
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <atomic>
 #include <future>
-#include <memory>
 
 using namespace Clipboard;
 using namespace Clipboard::Testing;

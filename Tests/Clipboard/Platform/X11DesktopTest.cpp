@@ -78,7 +78,11 @@ private:
     }
     /// What the panel does: shows a window over the one in front, which is remembered, and in no task bar.
     void showPanel();
-    void hidePanel();
+    void hidePanel()
+    {
+        m_panel.hide();
+        m_platform.windows->restoreFrontWindow();
+    }
     /// What has become of a paste; nothing if it never ended.
     [[nodiscard]] std::optional<PasteResult> paste();
 
@@ -162,12 +166,6 @@ void X11DesktopTest::showPanel()
     const auto states = connection.words(window, connection.atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 100);
     for (const char* name : {"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER", "_NET_WM_STATE_ABOVE"})
         QVERIFY2(std::ranges::find(states, connection.atom(name)) != states.end(), name);
-}
-
-void X11DesktopTest::hidePanel()
-{
-    m_panel.hide();
-    m_platform.windows->restoreFrontWindow();
 }
 
 std::optional<PasteResult> X11DesktopTest::paste()

@@ -35,8 +35,7 @@ public:
     /// Serves https when `encryption` is given.
     explicit LoopbackServer(const std::optional<QSslConfiguration>& encryption = {});
     ~LoopbackServer();
-    LoopbackServer(const LoopbackServer&) = delete;
-    LoopbackServer& operator=(const LoopbackServer&) = delete;
+    Q_DISABLE_COPY_MOVE(LoopbackServer)
 
     /// An answer that leads to another place.
     [[nodiscard]] static Reply redirect(const QByteArray& location, const QByteArray& status = "302 Found")
