@@ -195,7 +195,9 @@ void StatusItemControllerTest::answersTheMenu()
     for (const auto answer : {&QDialog::reject, &QDialog::accept}) {
         Fixture::chooseFromMenu(u"Clear History…"_s);
         auto* question = Fixture::window<ClearHistoryDialog>();
-        QVERIFY(question && question->isVisible());
+        if (question == nullptr)
+            QFAIL("no question is asked");
+        QVERIFY(question->isVisible());
         QCOMPARE(f.saved().size(), 2); // nothing happens before the answer
         (question->*answer)();
         QCOMPARE(f.saved().size(), answer == &QDialog::reject ? 2 : 0);

@@ -314,7 +314,7 @@ void EditorCanvasTest::screenShowsEveryChange()
         return screen.toImage() == f.window()->grab().toImage().convertToFormat(screen.toImage().format());
     };
     for (int i = 0; i < 60; ++i) {
-        const QString key = keys.at(below(static_cast<unsigned>(keys.size())));
+        const QString& key = keys.at(below(static_cast<unsigned>(keys.size())));
         const QPoint from(below(400), below(300));
         f.keys(key);
         f.drag(from, QPoint(below(400), below(300)));
