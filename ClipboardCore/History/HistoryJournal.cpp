@@ -166,9 +166,12 @@ bool HistoryJournal::append(const QList<HistoryOperation>& operations)
     const qint64 start = m_end;
     if (m_end == 0)
         write(JournalCoding::encode(Mark{m_base, 0}));
-    for (const HistoryOperation& operation : operations)
+    for (const HistoryOperation& operation : operations) {
+        if (m_hasFailed)
+            break;
         if (isFinite(operation))
             JournalCoding::encode(operation, deviceID(), [this](QByteArrayView bytes) { write(bytes); });
+    }
     if (!finishWriting(start))
         return false;
     m_lastOperation = m_end;
