@@ -184,9 +184,9 @@ bool HistoryDisk::appendUnwritten()
 {
     QHash<QUuid, Unwritten> gone = m_unwritten;
     QList<HistoryOperation> operations;
-    for (auto item = m_items.crbegin(); item != m_items.crend(); ++item) {
-        if (const auto found = gone.constFind(item->id); found != gone.cend()) {
-            operations.append({found->time, HistoryOperation::Put{*item}});
+    for (qsizetype i = m_items.size(); i-- > 0;) { // the last that is put stands in front
+        if (const auto found = gone.constFind(m_items[i].id); found != gone.cend()) {
+            operations.append({found->time, HistoryOperation::Put{m_items[i]}});
             gone.erase(found);
         }
     }
