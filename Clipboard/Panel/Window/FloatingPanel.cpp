@@ -10,7 +10,6 @@
 #include "Thumbs.h"
 #include "WindowSystem.h"
 
-#include <QApplication>
 #include <QKeyEvent>
 #include <QPaintEvent>
 #include <QPainter>
@@ -85,10 +84,6 @@ void FloatingPanel::open()
     m_open = true;
     startEntrance();
     show();
-    // Closed a moment ago, the window may still count as focused. It would then hear neither that it is active nor, at
-    // a click elsewhere, that it is no more.
-    if (QGuiApplication::focusWindow() == windowHandle())
-        QApplication::setActiveWindow(this);
     raise();
     m_services.windows.activate(windowHandle());
 }
