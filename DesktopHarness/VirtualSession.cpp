@@ -85,8 +85,8 @@ QString VirtualSession::bringUp(const Options& options)
         if (QString failure = startOwner(u"openbox"_s, {u"--sm-disable"_s}, "WM_S0"); !failure.isEmpty()) {
             return failure;
         }
-        if (!mapsWindows()) {
-            return u"The window manager shows no windows."_s;
+        if (!managesWindows()) {
+            return u"The window manager takes no windows in."_s;
         }
     }
     if (options.compositor) {
@@ -103,23 +103,20 @@ QString VirtualSession::bringUp(const Options& options)
     return {};
 }
 
-/// True once a window can be shown: a window manager takes its place before it is ready for the windows of others, and
-/// what they ask for in between is lost.
-bool VirtualSession::mapsWindows() const
+/// True once the window manager takes windows in: it takes its place before it listens for them. One that is mapped in
+/// between is found among those that were there before, which get no focus.
+bool VirtualSession::managesWindows() const
 {
     const xcb_window_t window = xcb_generate_id(m_connection);
     xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, window, Xcb::root(m_connection), 0, 0, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
-    const bool shown = waitUntil([&] {
+    const bool managed = waitUntil([&] {
         xcb_map_window(m_connection, window);
-        const auto cookie = xcb_get_window_attributes(m_connection, window);
-        const Xcb::Pointer<xcb_get_window_attributes_reply_t> attributes(
-            xcb_get_window_attributes_reply(m_connection, cookie, nullptr));
-        return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+        return !Xcb::property(m_connection, window, "WM_STATE").isEmpty(); // set by the window manager alone
     });
     xcb_destroy_window(m_connection, window);
     xcb_flush(m_connection);
-    return shown;
+    return managed;
 }
 
 void VirtualSession::prepareEnvironment()

@@ -89,7 +89,7 @@ private:
     QString startServer(QSize size);
     QString startMessageBus();
     QString startOwner(const QString& program, const QStringList& arguments, const QByteArray& selection);
-    [[nodiscard]] bool mapsWindows() const;
+    [[nodiscard]] bool managesWindows() const;
     void prepareEnvironment();
 
     QTemporaryDir m_home;
