@@ -55,6 +55,7 @@ void PasteJourneyTest::pastesIntoAnEditor()
     callUp();
     click(row(1), 2);
     expectNotice("Pasted “beta”");
+    expectFront(u"*"_s + document); // the text has arrived
     press("ctrl+s");
     expectFile(document, "beta");
 }
@@ -63,7 +64,7 @@ void PasteJourneyTest::closesAndGivesTheFocusBack()
 {
     openTerminal();
     QByteArray lines;
-    for (const char* key : {"", "Escape", "super+shift+v"}) {
+    for (const char* key : {"Escape", "", "super+shift+v"}) {
         callUp();
         if (*key == 0)
             click({100, 790}); // into the terminal

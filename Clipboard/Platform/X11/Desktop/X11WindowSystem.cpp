@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QGuiApplication>
 
+#include <qpa/qwindowsysteminterface.h>
 #include <xcb/xfixes.h>
 
 namespace Clipboard {
@@ -20,6 +21,15 @@ void finishRequestsOfQt()
         return;
     xcb_connection_t* xcb = x11->connection();
     X11::XcbPointer<xcb_get_input_focus_reply_t>(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
+}
+
+/// Qt takes a window that was hidden for the one with the keyboard for another 100 ms, and does not tell it that it is
+/// active when it is shown again within.
+void forgetHiddenFocusWindow()
+{
+    const QWindow* window = QGuiApplication::focusWindow();
+    if (window != nullptr && !window->isVisible())
+        QWindowSystemInterface::handleWindowActivated(nullptr);
 }
 
 /// The screen with the largest part of a rectangle in the server's pixels; null when it is outside of all.
@@ -115,6 +125,7 @@ void X11WindowSystem::activate(QWindow* window)
 
 void X11WindowSystem::restoreFrontWindow()
 {
+    forgetHiddenFocusWindow();
     finishRequestsOfQt();
     m_frontWindow->restore();
 }
