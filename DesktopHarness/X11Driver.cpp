@@ -152,13 +152,28 @@ void X11Driver::collect(xcb_window_t window, const QByteArray& program, QList<Wi
         collect(children[i], program, found);
 }
 
+/// Whether the server sends what is typed to the window or to one inside it.
+bool X11Driver::hasFocus(xcb_window_t window) const
+{
+    const Xcb::Pointer<xcb_get_input_focus_reply_t> focus(
+        xcb_get_input_focus_reply(xcb(), xcb_get_input_focus(xcb()), nullptr));
+    xcb_window_t inside = focus ? focus->focus : xcb_window_t(XCB_WINDOW_NONE);
+    while (inside != window && inside > XCB_INPUT_FOCUS_POINTER_ROOT) {
+        const Xcb::Pointer<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(xcb(), xcb_query_tree(xcb(), inside), nullptr));
+        inside = tree ? tree->parent : xcb_window_t(XCB_WINDOW_NONE);
+    }
+    return inside == window;
+}
+
 std::optional<X11Driver::Window> X11Driver::activeWindow() const
 {
     const QByteArray value = Xcb::property(xcb(), Xcb::root(xcb()), "_NET_ACTIVE_WINDOW");
     xcb_window_t window = XCB_WINDOW_NONE;
     if (value.size() == sizeof window)
         std::memcpy(&window, value.constData(), sizeof window);
-    if (window == XCB_WINDOW_NONE)
+    // The window manager may still call a window active that has been hidden and shown again meanwhile.
+    if (window == XCB_WINDOW_NONE || !hasFocus(window))
         return {};
     return describe(window, false);
 }

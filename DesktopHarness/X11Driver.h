@@ -35,6 +35,7 @@ private:
     void hand(const QStringList& commands);
     void awaitRelease();
     [[nodiscard]] xcb_connection_t* xcb() const;
+    [[nodiscard]] bool hasFocus(xcb_window_t window) const;
     [[nodiscard]] Window describe(xcb_window_t window, bool isUnmanaged) const;
     void collect(xcb_window_t window, const QByteArray& program, QList<Window>& found) const;
 

@@ -166,8 +166,8 @@ void SmartActionsJourneyTest::savesPicturesToTheDesktop()
     QVERIFY(stored.open(QFile::ReadOnly));
     const QByteArray content = stored.readAll();
     act("ctrl+2");
-    act("ctrl+2");
     expectFile(session().homePath(u"Desktop/"_s + name), content);
+    act("ctrl+2");
     expectFile(session().homePath(u"Desktop/"_s + name.chopped(4) + u" 2.png"_s), content);
     act("filename");
     expectClipboard(name.toUtf8());
