@@ -1,6 +1,5 @@
 #include "EditorFixture.h"
 
-#include "DrawnButton.h"
 #include "Rows.h"
 
 #include <QClipboard>
@@ -25,9 +24,7 @@ private slots:
     void viewKeepsThePicture();
     void movesTheView();
     void shiftTakesHoldOfARestingDrag();
-    void showsTheCrop();
     void cursorTellsWhatAPressDoes();
-    void toolbarFitsNarrowWindows();
     void labelTakesKeys();
     void labelTakesClicks();
     void labelComposesWithAnInputMethod();
@@ -183,23 +180,6 @@ void EditorCanvasTest::shiftTakesHoldOfARestingDrag()
     QCOMPARE(f.colorAt({140, 140}), QColor(Qt::white));
 }
 
-void EditorCanvasTest::showsTheCrop()
-{
-    const QColor ground(0, 120, 0);
-    const QColor shaded(5, 52, 7); // 62 % of the shade over it
-    EditorFixture f;
-    f.open(plain(ground));
-    f.keys(u"C"_s);
-    f.drag({0, 150}, {100, 150});
-    QCOMPARE(f.colorAt({50, 75}), shaded);
-    QCOMPARE(f.colorAt({102, 75}), ground);
-    for (const QPointF place : QList<QPointF>{{100, 75}, {101, 150}, {110, 1}, {398, 10}, {390, 298}}) // frame, grips
-        QCOMPARE(f.colorAt(place), QColor(Qt::white));
-    f.keys(u"A"_s);
-    QCOMPARE(f.colorAt({50, 75}), shaded);
-    QCOMPARE(f.colorAt({101, 10}), ground); // without the frame
-}
-
 void EditorCanvasTest::cursorTellsWhatAPressDoes()
 {
     EditorFixture f;
@@ -220,28 +200,6 @@ void EditorCanvasTest::cursorTellsWhatAPressDoes()
     }
     QTest::mousePress(f.canvas(), Qt::LeftButton, {}, f.place({300, 250}));
     QCOMPARE(f.canvas()->cursor().shape(), Qt::ClosedHandCursor);
-}
-
-void EditorCanvasTest::toolbarFitsNarrowWindows()
-{
-    EditorFixture f;
-    f.open();
-    f.window()->setMinimumSize({}); // this screen is smaller than any
-    QList<int> widths;
-    for (const int width : {1100, 880, 1100}) {
-        f.window()->resize(width, 600);
-        const auto* toolbar = f.child(u"EditorToolbar"_s);
-        const auto buttons = toolbar->findChildren<DrawnButton*>();
-        widths.append(buttons.last()->width());
-        int end = 0;
-        for (const DrawnButton* button : buttons) {
-            const QRect place = button->controlRectIn(toolbar);
-            QVERIFY2(place.left() > end && place.right() < width, qPrintable(button->objectName()));
-            end = place.right();
-        }
-    }
-    QVERIFY(widths.at(1) < widths.at(0));
-    QCOMPARE(widths.at(2), widths.at(0));
 }
 
 void EditorCanvasTest::labelTakesKeys()

@@ -1,7 +1,6 @@
 #include "QtGraphics.h"
 #include "Annotation/AnnotationSession.h"
 #include "Pictures.h"
-#include "Rows.h"
 
 #include <QColorSpace>
 #include <QTest>
@@ -15,8 +14,6 @@ class QtGraphicsTest final : public QObject
 {
     Q_OBJECT
 private slots:
-    void marksCoverWhatTheyShould();
-    void counterShowsItsDigitsInTheMiddle();
     void blocksStandOnOneGrid();
     void blocksAreMeansOfPremultipliedPixels();
     void resultIsTheCropAndNothingElse();
@@ -46,52 +43,7 @@ QImage flattened(const AnnotationSession& session)
     return QtPicture::imageOf(*session.flatten());
 }
 
-using Points = QList<QPoint>;
-
-void checkMark(const char* /*name*/, AnnotationTool tool, QPointF from, QPointF to, QRgb color, const Points& inside,
-               const Points& outside)
-{
-    AnnotationSession document = session(plain(Qt::white, {200, 100}), tool);
-    if (to.isNull())
-        document.place(from);
-    else
-        document.place(from, to);
-    const QImage result = flattened(document);
-    for (const QPoint point : inside)
-        QCOMPARE(QColor(result.pixel(point)), QColor(color));
-    for (const QPoint point : outside)
-        QCOMPARE(QColor(result.pixel(point)), QColor(white));
-}
-
 } // namespace
-
-void QtGraphicsTest::marksCoverWhatTheyShould()
-{
-    using enum AnnotationTool;
-    constexpr QRgb highlighted = 0xffffb0ac; // two fifths of red on white, to the painter's precision
-    // The head is 22 long and as wide, the shaft 4. A label without text has a padding of 8 and 4 around one empty
-    // line.
-    checkRows(
-        checkMark,
-        {{"arrow", arrow, {20, 50}, {120, 50}, red, {{60, 51}, {99, 41}}, {{60, 53}, {96, 41}, {110, 41}}},
-         {"short arrow is a head", arrow, {20, 50}, {30, 50}, red, {{21, 47}}, {{21, 43}, {31, 50}}},
-         {"rectangle, from its end", rectangle, {80, 60}, {20, 20}, red, {{18, 40}, {50, 61}}, {{17, 40}, {22, 40}}},
-         {"highlighter", highlighter, {20, 20}, {80, 60}, highlighted, {{20, 20}, {79, 59}}, {{19, 20}, {79, 60}}},
-         {"label", text, {50, 50}, {}, red, {{57, 51}, {51, 60}, {64, 60}}, {{50, 50}, {65, 50}, {49, 60}, {67, 60}}}});
-}
-
-void QtGraphicsTest::counterShowsItsDigitsInTheMiddle()
-{
-    AnnotationSession document = session(plain(Qt::white, {200, 100}), AnnotationTool::counter);
-    for (int i = 0; i < 111; ++i)
-        document.place(QPointF(50, 50)); // the last one, 111, lies on top
-    document.place(QPointF(150, 50));    // 112
-    const QRect disc(136, 36, 28, 28);
-    const QImage result = flattened(document);
-    QRect digits = extentOf(result.copy(disc.adjusted(5, 5, -5, -5)), red).translated(5, 5);
-    QVERIFY(digits.width() >= 16 && digits.width() <= 21); // 70 % of 28
-    QVERIFY(std::abs(digits.center().x() - 13.5) <= 1 && std::abs(digits.center().y() - 13.5) <= 1);
-}
 
 void QtGraphicsTest::blocksStandOnOneGrid()
 {

@@ -24,6 +24,7 @@ struct ViewModelFixture
     std::function<void(const ClipboardCore::SmartActionEffect&)> perform; // when it is more than noted
     int ownChanges = 0;
     int closeRequests = 0;
+    double newest = 1000; // when the first entry is copied; 1 s is between two
 
     PasteService pasteService{keystrokes, [this](const QString& text) { toasts.append(text); }};
     ClipboardCore::JSONHistoryStore store{folder.filePath(QStringLiteral("history.json")), 500, 1000.0};
@@ -52,7 +53,7 @@ struct ViewModelFixture
     /// Adds entries so that the first one given is the newest.
     void fill(const QList<ClipboardCore::ClipItem>& items)
     {
-        double time = 1000;
+        double time = newest;
         for (ClipboardCore::ClipItem item : items) {
             item.createdAt = --time;
             (void)store.add(item);

@@ -24,7 +24,6 @@ class PanelViewTest final : public QObject
 private slots:
     void framesHoldOnlyWhatIsOnScreen();
     void rowsStayPutWhileEntriesArrive();
-    void rowsShowTheirTitles();
     void chipsFilterAndTell();
     void manyEntriesLeaveRoomForAllChips();
     void focusMovesRingAndCaret();
@@ -46,18 +45,6 @@ PreviewButton* button(const PanelFixture& f, ItemAction action)
 {
     const auto buttons = f.view()->findChildren<PreviewButton*>();
     return *std::ranges::find(buttons, action, &PreviewButton::action);
-}
-
-/// What stands out most from the ground in that part of the panel.
-QColor inkIn(const PanelFixture& f, const QRect& part)
-{
-    const QImage image = f.view()->window()->grab(part.translated(f.view()->mapTo(&f.panel, QPoint(0, 0)))).toImage();
-    QColor ink = image.pixelColor(0, 0);
-    for (int i = 0; i < image.width() * image.height(); ++i) {
-        const QColor color = image.pixelColor(i % image.width(), i / image.width());
-        ink = color.lightness() > ink.lightness() ? color : ink;
-    }
-    return ink;
 }
 
 int rowFrames(const PanelFixture& f)
@@ -110,15 +97,6 @@ void PanelViewTest::rowsStayPutWhileEntriesArrive()
     QCOMPARE(f.selected(), selected);
     QCOMPARE(f.frame(FocusKey::row(*f.model.selectedID())), before);
     QCOMPARE(f.colorAt(before.topLeft() + QPoint(4, 22)), QColor(Theme::rowSel));
-}
-
-void PanelViewTest::rowsShowTheirTitles()
-{
-    PanelFixture f;
-    f.fillTexts({u"one"_s, u"two"_s});
-    QVERIFY(f.open());
-    const QRect first = f.frame(FocusKey::row(f.entry(0).id));
-    QCOMPARE(inkIn(f, {first.left() + 44, first.top() + 4, 100, 18}), QColor(Theme::text));
 }
 
 void PanelViewTest::chipsFilterAndTell()

@@ -3,7 +3,6 @@
 #include "OverlayScrollBar.h"
 #include "Painting.h"
 #include "Theme.h"
-#include "TintedIcon.h"
 
 #include <QPainter>
 #include <QScrollBar>
@@ -21,8 +20,6 @@ class DrawingTest final : public QObject
     Q_OBJECT
 private slots:
     void paletteIsReadable();
-    void everyTypeHasADrawing();
-    void textIsElidedToItsLine();
     void textReadsInItsOwnDirection();
     void codeHasNoLigatures();
     void tipStandsBesideItsControl();
@@ -30,24 +27,6 @@ private slots:
 };
 
 namespace {
-
-QImage canvas(const QSize& size, const QColor& ground = Theme::panel)
-{
-    QImage image(size, QImage::Format_ARGB32_Premultiplied);
-    image.fill(ground);
-    return image;
-}
-
-bool contains(const QImage& image, const QColor& color)
-{
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            if (image.pixelColor(x, y) == color)
-                return true;
-        }
-    }
-    return false;
-}
 
 /// As WCAG 2.1 defines it.
 double contrast(const QColor& a, const QColor& b)
@@ -87,30 +66,11 @@ void DrawingTest::paletteIsReadable()
     }
 }
 
-void DrawingTest::everyTypeHasADrawing()
-{
-    for (const auto type : ClipboardCore::allClipTypes) {
-        const QPixmap drawn = tintedPixmap({Theme::typeIcon(type), 24, Theme::accent, 4}, 1.5);
-        QCOMPARE(drawn.size(), QSize(36, 36));
-        QVERIFY2(contains(drawn.toImage(), Theme::accent), rawValue(type).data());
-    }
-}
-
-void DrawingTest::textIsElidedToItsLine()
-{
-    QImage image = canvas({200, 20});
-    QPainter painter(&image);
-    Painting::textLine(painter, {0, 0, 100, 20}, Fonts::body, Theme::text,
-                       u"much too long for the line it is put on"_s);
-    painter.end();
-    QVERIFY(image.copy(0, 0, 100, 20) != canvas({100, 20}));
-    QCOMPARE(image.copy(101, 0, 99, 20), canvas({99, 20}));
-}
-
 void DrawingTest::textReadsInItsOwnDirection()
 {
     const auto drawn = [](const QString& text) {
-        QImage image = canvas({200, 20});
+        QImage image(200, 20, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Theme::panel);
         QPainter painter(&image);
         painter.setLayoutDirection(Qt::LeftToRight); // as a window's is
         Painting::textLine(painter, {0, 0, 200, 20}, Fonts::body, Theme::text, text);
