@@ -82,6 +82,7 @@ void FloatingPanel::open()
     m_services.thumbs.forgetFailures();
     m_view->sync();
     m_open = true;
+    m_isOnScreen = false;
     startEntrance();
     show();
     raise();
@@ -123,7 +124,7 @@ void FloatingPanel::dismiss()
 bool FloatingPanel::event(QEvent* event)
 {
     const bool isDragging = m_view != nullptr && m_view->isDragging();
-    if (event->type() == QEvent::WindowDeactivate && !isDragging)
+    if (event->type() == QEvent::WindowDeactivate && m_isOnScreen && !isDragging)
         dismiss();
     return QWidget::event(event);
 }
@@ -136,6 +137,8 @@ void FloatingPanel::closeEvent(QCloseEvent* event)
 
 bool FloatingPanel::eventFilter(QObject* watched, QEvent* event)
 {
+    if (event->type() == QEvent::Expose)
+        m_isOnScreen = windowHandle()->isExposed();
     if (event->type() == QEvent::KeyPress && handleKey(*static_cast<QKeyEvent*>(event)))
         return true;
     return QWidget::eventFilter(watched, event);

@@ -78,6 +78,7 @@ private:
     PanelView* m_view = nullptr;
     QVariantAnimation* m_entrance = nullptr;
     bool m_open = false;
+    bool m_isOnScreen = false; // until then, a loss of the keyboard is late news of an earlier showing
 };
 
 } // namespace Clipboard

@@ -23,13 +23,12 @@ void finishRequestsOfQt()
     X11::XcbPointer<xcb_get_input_focus_reply_t>(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
 }
 
-/// Qt takes a window that was hidden for the one with the keyboard for another 100 ms, and does not tell it that it is
-/// active when it is shown again within.
-void forgetHiddenFocusWindow()
+/// Qt takes a window that is hidden for the one with the keyboard for another 100 ms, or again when news of an earlier
+/// showing come late, and does not tell it that it is active when it gets the keyboard in its next showing.
+void forgetEarlierFocus(const QWindow& window)
 {
-    const QWindow* window = QGuiApplication::focusWindow();
-    if (window != nullptr && !window->isVisible())
-        QWindowSystemInterface::handleWindowActivated(nullptr);
+    if (QGuiApplication::focusWindow() == &window)
+        QWindowSystemInterface::handleWindowActivated<QWindowSystemInterface::SynchronousDelivery>(nullptr);
 }
 
 /// The screen with the largest part of a rectangle in the server's pixels; null when it is outside of all.
@@ -85,11 +84,17 @@ void X11WindowSystem::prepareUtilityWindow(QWindow* window)
 }
 
 /// A window manager forgets the states of a window that is hidden, so they are written each time before it is shown.
+/// The first exposure tells that the server has shown it: what comes then is of this showing.
 bool X11WindowSystem::eventFilter(QObject* object, QEvent* event)
 {
+    const auto* window = qobject_cast<QWindow*>(object);
+    if (window == nullptr || window->handle() == nullptr)
+        return false;
     if (event->type() == QEvent::Show) {
-        if (const auto* window = qobject_cast<QWindow*>(object); window != nullptr && window->handle() != nullptr)
-            writeStates(*window);
+        m_awaited.insert(window);
+        writeStates(*window);
+    } else if (event->type() == QEvent::Expose && window->isExposed() && m_awaited.remove(window)) {
+        forgetEarlierFocus(*window);
     }
     return false;
 }
@@ -125,7 +130,6 @@ void X11WindowSystem::activate(QWindow* window)
 
 void X11WindowSystem::restoreFrontWindow()
 {
-    forgetHiddenFocusWindow();
     finishRequestsOfQt();
     m_frontWindow->restore();
 }

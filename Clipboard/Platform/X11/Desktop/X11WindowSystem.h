@@ -4,6 +4,8 @@
 #include "WindowSystem.h"
 #include "X11Session.h"
 
+#include <QSet>
+
 #include <memory>
 
 namespace Clipboard {
@@ -32,6 +34,7 @@ private:
     std::shared_ptr<X11::FrontWindow> m_frontWindow;
     xcb_atom_t m_compositorSelection;
     int m_selectionEvent = -1;
+    QSet<const QWindow*> m_awaited; // those that the server is yet to show
     bool m_isCompositing = false;
 };
 
