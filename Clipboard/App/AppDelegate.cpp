@@ -37,9 +37,9 @@ AppDelegate::~AppDelegate()
     runningDelegate = nullptr;
 }
 
-void AppDelegate::showPanel()
+void AppDelegate::announce()
 {
-    m_statusItemController.show();
+    m_statusItemController.announce();
 }
 
 void AppDelegate::willTerminate()

@@ -19,7 +19,8 @@ public:
     AppDelegate(QApplication& application, const QString& dataFolder);
     ~AppDelegate() override;
 
-    void showPanel();
+    /// Lets others find the program.
+    void announce();
 
 private:
     void willTerminate();

@@ -79,6 +79,8 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
     , m_editor(m_imagesDir,
                {*m_platform.windows, m_pasteService, [this](const ToastText& text) { m_toasts.show(text); },
                 [this] { return m_viewModel.copiedText(); }})
+    , m_bus({m_viewModel, m_imagesDir, [this] { togglePanel(); }, [this] { show(); }, [this] { m_panel.dismiss(); },
+             [this] { aim(); }, [this] { m_editor.quit(); }})
 {
     m_housekeeping.setMaxThreadCount(1);
     if (m_store.namesAllPictures())
@@ -190,6 +192,17 @@ void StatusItemController::grabHotKey()
     };
     m_hotKey = std::make_unique<GlobalHotKey>(
         *m_platform.hotKey, [this] { togglePanel(); }, unavailable);
+}
+
+void StatusItemController::announce()
+{
+    QTimer::singleShot(0, &m_bus, &Bus::BusService::announce);
+}
+
+void StatusItemController::aim()
+{
+    if (!m_panel.isVisible()) // an open one remembers what was in front of it
+        m_platform.windows->rememberFrontWindow();
 }
 
 void StatusItemController::show(std::optional<QUuid> selecting)

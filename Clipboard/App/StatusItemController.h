@@ -1,5 +1,6 @@
 #pragma once
 
+#include "BusService.h"
 #include "EditorController.h"
 #include "FloatingPanel.h"
 #include "GlobalHotKey.h"
@@ -36,6 +37,8 @@ public:
     StatusItemController(Platform platform, const QString& dataFolder, QObject* parent = nullptr);
     ~StatusItemController() override;
 
+    /// Makes the program known on the session bus, once the event loop runs.
+    void announce();
     /// Opens the panel with that entry selected, or else the first.
     void show(std::optional<QUuid> selecting = std::nullopt);
     /// Closes an open panel, opens a closed one.
@@ -56,6 +59,7 @@ private:
     void connectEditor();
     void connectStatusItem();
     void grabHotKey();
+    void aim();
     void annotate(const ClipboardCore::ClipItem& item, const QImage& picture);
     void saveCopies();
     void present(std::unique_ptr<QDialog> dialog);
@@ -77,6 +81,7 @@ private:
     bool m_isEditorBehindPanel = false;
     std::unique_ptr<GlobalHotKey> m_hotKey;
     std::unique_ptr<QDialog> m_dialog;
+    Bus::BusService m_bus;
     QThreadPool m_housekeeping;
 };
 

@@ -1,8 +1,9 @@
 #include "AppDelegate.h"
-#include "ApplicationService.h"
+#include "Commands.h"
 #include "InstanceLock.h"
 #include "PrivateFolder.h"
 #include "ProcessSignals.h"
+#include "RunningInstance.h"
 #include "Theme.h"
 #include "Translations.h"
 
@@ -10,6 +11,7 @@
 #include <QStandardPaths>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <malloc.h>
 #include <optional>
@@ -18,15 +20,23 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr const char* helpText =
+constexpr int cannotRun = 1;
+
+constexpr const char* helpBeforeCommands =
     "Usage: tessaly [option]\n"
+    "       tessaly COMMAND [option…] [operand…]\n"
     "Keeps the history of the clipboard. Super+Shift+V opens it; so does starting the program again.\n"
     "\n"
     "  -h, --help     print this help\n"
     "  -v, --version  print the version\n"
     "\n"
-    "Environment:\n"
-    "  CLIPBOARD_SHOW_PANEL  when set, the panel opens right after the start\n";
+    "Commands to the running program; ENTRY is a place in the list from 1, an id, or - for a line of standard input.\n"
+    "'tessaly COMMAND --help' prints the options of one.\n"
+    "\n";
+
+constexpr const char* helpAfterCommands = "\n"
+                                          "Environment:\n"
+                                          "  CLIPBOARD_SHOW_PANEL  when set, the panel opens right after the start\n";
 
 bool isEither(const char* argument, const char* shortForm, const char* longForm)
 {
@@ -41,13 +51,17 @@ std::optional<int> answerAtOnce(int argc, char** argv)
         return 0;
     }
     if (argc == 2 && isEither(argv[1], "-h", "--help")) {
-        std::fputs(helpText, stdout);
+        std::fputs(helpBeforeCommands, stdout);
+        std::fputs(Clipboard::Command::help().toUtf8().constData(), stdout);
+        std::fputs(helpAfterCommands, stdout);
         return 0;
     }
+    if (Clipboard::Command::isMeant(argc, argv))
+        return Clipboard::Command::run(argc, argv);
     if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") &&
         !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         std::fputs("tessaly: there is no display to run on (DISPLAY and WAYLAND_DISPLAY are empty)\n", stderr);
-        return 1;
+        return cannotRun;
     }
     return std::nullopt;
 }
@@ -62,25 +76,40 @@ bool hasUnknownArgument()
     return true;
 }
 
+/// Stands in for the toolkit's own report while it looks for a display: without one it aborts.
+void reportDisplay(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message)
+{
+    if (type == QtFatalMsg) {
+        std::fprintf(stderr, "tessaly: the display cannot be reached (DISPLAY is '%s', WAYLAND_DISPLAY is '%s')\n",
+                     qgetenv("DISPLAY").constData(), qgetenv("WAYLAND_DISPLAY").constData());
+        std::_Exit(cannotRun);
+    }
+    if (type != QtWarningMsg) // of what cannot be reached, one after the other
+        std::fprintf(stderr, "%s\n", qPrintable(message));
+}
+
 /// Where the session offers X11 beside Wayland, the program runs on X11: Wayland tells a program in the background
 /// nothing of copies. The choice is not handed on to the programs that are started from here.
 class DisplayChoice final
 {
 public:
     DisplayChoice()
-        : m_isOurs(!qEnvironmentVariableIsEmpty("DISPLAY") && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        : m_reportBefore(qInstallMessageHandler(&reportDisplay))
+        , m_isOurs(!qEnvironmentVariableIsEmpty("DISPLAY") && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
     {
         if (m_isOurs)
             qputenv("QT_QPA_PLATFORM", "xcb;wayland");
     }
     ~DisplayChoice()
     {
+        qInstallMessageHandler(m_reportBefore);
         if (m_isOurs)
             qunsetenv("QT_QPA_PLATFORM");
     }
     Q_DISABLE_COPY_MOVE(DisplayChoice)
 
 private:
+    QtMessageHandler m_reportBefore;
     bool m_isOurs;
 };
 
@@ -107,7 +136,7 @@ bool isKeptByAnother(const Clipboard::InstanceLock& lock)
 {
     using State = Clipboard::InstanceLock::State;
     return lock.state() == State::heldByAnother ||
-           (lock.state() == State::unsupported && Clipboard::ApplicationService::isAnnounced());
+           (lock.state() == State::unsupported && Clipboard::Bus::RunningInstance::isAnnounced());
 }
 
 /// Has the process that keeps the history open its panel, and tells what became of that. The exit code.
@@ -120,12 +149,12 @@ int leaveToTheRunningOne(const QByteArray& itsDisplay)
     };
     if (!itsDisplay.isEmpty() && itsDisplay != displayName())
         return fail(("on the display " + itsDisplay + "; it is there that its panel opens").constData());
-    switch (Clipboard::ApplicationService::activateRunning()) {
-    case Clipboard::ApplicationService::Answer::noBus:
+    switch (Clipboard::Bus::RunningInstance::activate()) {
+    case Clipboard::Bus::RunningInstance::Answer::noBus:
         return fail("and cannot be asked to open its panel: there is no session bus");
-    case Clipboard::ApplicationService::Answer::noAnswer:
+    case Clipboard::Bus::RunningInstance::Answer::noAnswer:
         return fail("but it does not answer");
-    case Clipboard::ApplicationService::Answer::done:
+    case Clipboard::Bus::RunningInstance::Answer::done:
         break;
     }
     std::fputs("tessaly: already running; its panel opens\n", stderr);
@@ -164,9 +193,6 @@ int main(int argc, char** argv)
     // Not quit(), which asks every window and gives up when one stays.
     QObject::connect(&processSignals, &Clipboard::ProcessSignals::quitRequested, &application,
                      [] { QCoreApplication::exit(); });
-    Clipboard::ApplicationService service;
-    QObject::connect(&service, &Clipboard::ApplicationService::activated, &delegate,
-                     &Clipboard::AppDelegate::showPanel);
-    service.announce();
+    delegate.announce();
     return QApplication::exec();
 }

@@ -203,8 +203,18 @@ void HistoryViewModel::take(const ClipItem& item)
 
 void HistoryViewModel::clearHistory()
 {
+    clear(true);
+}
+
+void HistoryViewModel::clearEverything()
+{
+    clear(false);
+}
+
+void HistoryViewModel::clear(bool keepingPinned)
+{
     assertMainThread();
-    const QList<ClipItem> removed = m_store.removeAll(true);
+    const QList<ClipItem> removed = m_store.removeAll(keepingPinned);
     if (!removed.isEmpty()) {
         m_removed.append(removed);
         m_services.toast(tr("History cleared — ⌘Z in the panel brings it back"));
@@ -254,19 +264,23 @@ void HistoryViewModel::annotate(const ClipItem& item)
     });
 }
 
-std::optional<QUuid> HistoryViewModel::addAnnotateResult(const QString& path, const ClipItem& from)
+std::optional<QUuid> HistoryViewModel::record(const ClipItem& item)
 {
     assertMainThread();
-    const Utf8Text content(path);
-    add({QUuid::createUuid(), ClipType::image, content, from.sourceApp, from.bundleID, m_store.timeOfNewEntry(),
-         false});
-    const auto isResult = [&content](const ClipItem& item) {
-        return item.type == ClipType::image && item.content == content;
+    add(item);
+    const auto holdsIt = [&item](const ClipItem& entry) {
+        return entry.type == item.type && entry.content == item.content;
     };
-    const auto found = std::ranges::find_if(items(), isResult);
+    const auto found = std::ranges::find_if(items(), holdsIt);
     if (found == items().cend())
         return std::nullopt;
     return found->id;
+}
+
+std::optional<QUuid> HistoryViewModel::addAnnotateResult(const QString& path, const ClipItem& from)
+{
+    return record({QUuid::createUuid(), ClipType::image, Utf8Text(path), from.sourceApp, from.bundleID,
+                   m_store.timeOfNewEntry(), false});
 }
 
 void HistoryViewModel::copyMarked(const QString& text, const std::optional<ClipItem>& from)
@@ -312,9 +326,13 @@ QList<SmartAction> HistoryViewModel::smartActions()
 
 void HistoryViewModel::runSmartAction(const SmartAction& action)
 {
+    runSmartAction(action, selectedID());
+}
+
+void HistoryViewModel::runSmartAction(const SmartAction& action, const std::optional<QUuid>& entry)
+{
     assertMainThread();
     // It goes on when its entry is deleted or the panel closed meanwhile: the user has asked for it.
-    const std::optional<QUuid> entry = selectedID();
     m_actions.run(action, entry.value_or(QUuid()),
                   [this, entry](const SmartActionResult& result, ActionUnderWay underWay) {
                       carryOut(result, entry, std::move(underWay));

@@ -64,10 +64,14 @@ public:
     void remove(const ClipboardCore::ClipItem& item);
     /// Removes every entry that is not pinned, in the same way.
     void clearHistory();
+    /// The same with those that are.
+    void clearEverything();
     /// Takes the last removal back that forgetRemoved() has not forgotten. False when there is none.
     bool undoRemoval();
     /// Decodes the picture off the main thread, then calls onAnnotate. Ignores entries of other types.
     void annotate(const ClipboardCore::ClipItem& item);
+    /// Adds an entry that nobody copied; answers the id of the one that holds its content now.
+    std::optional<QUuid> record(const ClipboardCore::ClipItem& item);
     /// Adds the picture file that was made of `from`; answers the id of its entry.
     std::optional<QUuid> addAnnotateResult(const QString& path, const ClipboardCore::ClipItem& from);
 
@@ -81,6 +85,10 @@ public:
     [[nodiscard]] bool areSmartActionsFound() const override { return m_actions.areFound(); }
     /// Runs it off the main thread, then has its effect carried out and shows its notice.
     void runSmartAction(const ClipboardCore::SmartAction& action) override;
+    /// The same with an entry that need not be selected.
+    void runSmartAction(const ClipboardCore::SmartAction& action, const std::optional<QUuid>& entry);
+    /// What can be done with an entry; to be asked on any thread but the main one.
+    [[nodiscard]] const EntryActions::Catalogue& actionCatalogue() const { return m_services.smartActions; }
     /// Whether the selected entry's action of that label is running, or its effect still to be answered.
     [[nodiscard]] bool isUnderWay(const QString& label) const;
     /// The action whose effect is being carried out just now. An effect that is answered later holds it until then.
@@ -103,6 +111,7 @@ private:
     [[nodiscard]] bool writeToPasteboard(const ClipboardCore::ClipItem& item);
     void bump(const ClipboardCore::ClipItem& item);
     void add(const ClipboardCore::ClipItem& item);
+    void clear(bool keepingPinned);
     void take(const ClipboardCore::ClipItem& item);
     void saveAndRefresh();
     void release(const QList<ClipboardCore::ClipItem>& entries);

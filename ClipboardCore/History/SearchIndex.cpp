@@ -51,6 +51,18 @@ QList<qsizetype> allPositions(qsizetype count)
     return positions;
 }
 
+QList<qsizetype> matchVerbatim(const QList<ClipItem>& items, const QByteArray& query)
+{
+    const SearchPattern pattern(query);
+    QList<qsizetype> found;
+    for (qsizetype position = 0; position < items.size(); ++position) {
+        const ClipItem& item = items.at(position);
+        if (pattern.isIn(item.content.utf8()) || (item.sourceApp && pattern.isIn(item.sourceApp->toUtf8())))
+            found.append(position);
+    }
+    return found;
+}
+
 } // namespace
 
 struct SearchIndex::Private
@@ -65,8 +77,6 @@ struct SearchIndex::Private
     /// True when the entry can be searched now. What is small is folded first, what is large in the background.
     bool makeReady(const SearchedTextRef& entry);
     void foldInBackground(const QList<SearchedTextRef>& entries);
-
-    [[nodiscard]] QList<qsizetype> matchVerbatim(const QByteArray& query) const;
 
     QList<ClipItem> items;
     QList<SearchedTextRef> entries; // one for each of `items`
@@ -184,7 +194,7 @@ QList<qsizetype> SearchIndex::match(const QString& query)
     if (query.isEmpty())
         return allPositions(d->items.size());
     if (pattern.folded().isEmpty())
-        return d->matchVerbatim(query.toUtf8());
+        return matchVerbatim(d->items, query.toUtf8());
 
     const bool extendsLast = d->narrowed && pattern.folded().contains(d->narrowed->query);
     const auto candidates = extendsLast ? d->narrowed->candidates : allPositions(d->items.size());
@@ -211,21 +221,26 @@ QList<qsizetype> SearchIndex::match(const QString& query)
     return found;
 }
 
-QList<qsizetype> SearchIndex::Private::matchVerbatim(const QByteArray& query) const
-{
-    const SearchPattern pattern(query);
-    QList<qsizetype> found;
-    for (qsizetype position = 0; position < items.size(); ++position) {
-        const ClipItem& item = items[position];
-        if (pattern.isIn(item.content.utf8()) || (item.sourceApp && pattern.isIn(item.sourceApp->toUtf8())))
-            found.append(position);
-    }
-    return found;
-}
-
 bool SearchIndex::isIncomplete() const
 {
     return d->isIncomplete;
+}
+
+QList<qsizetype> SearchIndex::search(const QList<ClipItem>& items, const QString& query)
+{
+    const SearchPattern pattern(folded(query.toUtf8()));
+    if (query.isEmpty())
+        return allPositions(items.size());
+    if (pattern.folded().isEmpty())
+        return matchVerbatim(items, query.toUtf8());
+    QList<qsizetype> found;
+    for (qsizetype position = 0; position < items.size(); ++position) {
+        const ClipItem& item = items.at(position);
+        if (pattern.isIn(searchable(item.content.utf8())) ||
+            (item.sourceApp && pattern.isIn(folded(item.sourceApp->toUtf8()))))
+            found.append(position);
+    }
+    return found;
 }
 
 QByteArray SearchIndex::folded(const QByteArray& utf8)

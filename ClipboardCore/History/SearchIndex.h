@@ -36,6 +36,9 @@ public:
     /// True when the last match() had to leave out entries that are still being folded.
     [[nodiscard]] bool isIncomplete() const;
 
+    /// What match() finds, for one query and without an index. Folds whatever it has to at once, on any thread.
+    [[nodiscard]] static QList<qsizetype> search(const QList<ClipItem>& items, const QString& query);
+
     /// The form in which texts are compared: canonical decomposition without diacritics, case folded.
     [[nodiscard]] static QByteArray folded(const QByteArray& utf8);
 

@@ -72,7 +72,8 @@ void LifeJourneyTest::answersWithoutADisplay()
     checkRows(this, &LifeJourneyTest::answers,
               {{"version", withoutDisplay, {u"--version"_s}, 0, "Tessaly "},
                {"help", withoutDisplay, {u"--help"_s}, 0, "Usage: tessaly"},
-               {"start", withoutDisplay, {}, 1, "no display"}});
+               {"start", withoutDisplay, {}, 1, "no display"},
+               {"none there", {u"DISPLAY=:987"_s}, {}, 1, "cannot be reached"}});
 }
 
 QTEST_GUILESS_MAIN(LifeJourneyTest)

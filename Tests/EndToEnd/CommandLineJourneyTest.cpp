@@ -1,0 +1,141 @@
+#include "JourneyTest.h"
+#include "Rows.h"
+
+#include <QRegularExpression>
+
+using namespace Qt::StringLiterals;
+using namespace Clipboard::Testing;
+
+/// The commands of the terminal against the running program.
+class CommandLineJourneyTest final : public JourneyTest
+{
+    Q_OBJECT
+
+private slots:
+    void answersCommands();
+    void carriesWhatDoesNotFitIntoAMessage();
+    void opensAndClosesThePanel();
+    void pastesIntoTheWindowInFront();
+    void tellsOfChanges();
+    void tellsWhyNobodyAnswers();
+
+private:
+    void arrive() override;
+    void answers(const char* name, const QStringList& arguments, const QByteArray& input, int exitCode,
+                 const QString& output, const QByteArray& errors);
+};
+
+void CommandLineJourneyTest::arrive()
+{
+    // The name on the bus comes after all else that belongs to a start.
+    expect(u"an answer", [this] { return session().run(tessaly().program(), {u"list"_s}).exitCode == 0; });
+}
+
+void CommandLineJourneyTest::answers(const char* /*name*/, const QStringList& arguments, const QByteArray& input,
+                                     int exitCode, const QString& output, const QByteArray& errors)
+{
+    const VirtualSession::Result result = session().run(tessaly().program(), arguments, input);
+    static const QRegularExpression id(u"[0-9a-f]{8}(-[0-9a-f-]{27})?"_s);
+    QCOMPARE(QString::fromUtf8(result.output).replace(id, u"ID"_s), output);
+    QCOMPARE(result.exitCode, exitCode);
+    QVERIFY2(errors.isEmpty() ? result.errors.isEmpty() : result.errors.contains(errors), result.errors.constData());
+}
+
+void CommandLineJourneyTest::answersCommands()
+{
+    copy("Crème brûlée");
+    copy("https://example.org");
+    const QString link = u"1\tID\tlink\t-\thttps://example.org\n"_s;
+    const QString dessert = u"2\tID\ttext\t-\tCrème brûlée\n"_s;
+    checkRows(this, &CommandLineJourneyTest::answers,
+              {{"all", {u"list"_s}, "", 0, link + dessert, ""},
+               {"of a type", {u"list"_s, u"--type=text"_s}, "", 0, dessert, ""},
+               {"that hold a text", {u"list"_s, u"--search"_s, u"BRULEE"_s}, "", 0, dessert, ""},
+               {"so many", {u"list"_s, u"-n"_s, u"1"_s}, "", 0, link, ""},
+               {"by its place", {u"get"_s, u"2"_s}, "", 0, u"Crème brûlée"_s, ""},
+               {"not in that form", {u"get"_s, u"1"_s, u"--type"_s, u"image/png"_s}, "", 1, {}, "as text/plain only"},
+               {"out of a list", {u"copy"_s, u"-"_s}, "2 Crème\n", 0, {}, ""},
+               {"out of nothing", {u"copy"_s, u"-"_s}, "", 1, {}, "names no entry"},
+               {"from a pipe",
+                {u"add"_s},
+                "\033[31mred\xC2\x9B"
+                "2J\n",
+                0,
+                u"ID\n"_s,
+                ""},
+               {"harmless", {u"list"_s, u"-n"_s, u"1"_s}, "", 0, u"1\tID\ttext\t-\t\uFFFD[31mred\uFFFD2J\n"_s, ""},
+               {"as it came", {u"get"_s, u"1"_s}, "", 0, u"\033[31mred\u009B2J\n"_s, ""},
+               {"no picture", {u"add"_s, u"--type"_s, u"image/png"_s}, "none", 1, {}, "nothing in it"},
+               {"what is possible", {u"actions"_s, u"2"_s}, "", 0, u"Clean whitespace\nSlugify\nQR code\n"_s, ""},
+               {"done", {u"run"_s, u"2"_s, u"slugify"_s}, "", 0, {}, ""},
+               {"impossible", {u"run"_s, u"2"_s, u"fly"_s}, "", 1, {}, "no action 'fly'"},
+               {"kept", {u"pin"_s, u"3"_s}, "", 0, {}, ""},
+               {"pinned ones", {u"list"_s, u"--pinned"_s}, "", 0, u"1\tID\tlink\t*\thttps://example.org\n"_s, ""},
+               {"one less", {u"delete"_s, u"2"_s}, "", 0, {}, ""},
+               {"all others", {u"clear"_s}, "", 0, {}, ""},
+               {"what stays", {u"get"_s, u"1"_s}, "", 0, u"https://example.org"_s, ""},
+               {"not there", {u"get"_s, u"2"_s}, "", 1, {}, "no entry '2'"},
+               {"too little", {u"get"_s}, "", 2, {}, "needs ENTRY"},
+               {"too much", {u"toggle"_s, u"all"_s}, "", 2, {}, "no use for 'all'"},
+               {"no type", {u"list"_s, u"--type"_s, u"x"_s}, "", 2, {}, "no type 'x'"},
+               {"unknown", {u"frobnicate"_s}, "", 2, {}, "unknown command 'frobnicate'"}});
+    expectClipboard("creme-brulee");
+}
+
+void CommandLineJourneyTest::carriesWhatDoesNotFitIntoAMessage()
+{
+    const QByteArray large(3'000'000, 'x');
+    QCOMPARE(session().run(tessaly().program(), {u"add"_s}, large).exitCode, 0);
+    QCOMPARE(session().run(tessaly().program(), {u"get"_s, u"1"_s}).output, large);
+    expectNewest(QString::fromLatin1(large));
+}
+
+void CommandLineJourneyTest::opensAndClosesThePanel()
+{
+    for (const auto& [command, opens] :
+         {std::pair(u"show"_s, true), {u"toggle"_s, false}, {u"toggle"_s, true}, {u"hide"_s, false}}) {
+        answers("", {command}, "", 0, {}, "");
+        opens ? expectPanel() : expectNoPanel();
+    }
+}
+
+void CommandLineJourneyTest::pastesIntoTheWindowInFront()
+{
+    copy("typed by a script\n");
+    openTerminal();
+    answers("", {u"paste"_s, u"1"_s}, "", 0, {}, "");
+    expectFile(typedFile(), "typed by a script\n");
+}
+
+void CommandLineJourneyTest::tellsOfChanges()
+{
+    QProcess& watch = session().start(tessaly().program(), {u"watch"_s});
+    const auto expectLine = [&](const char* part) {
+        expect(QLatin1StringView(part), [&] { return watch.canReadLine(); });
+        const QByteArray line = watch.readLine();
+        QVERIFY2(line.startsWith('{') && line.endsWith("}\n") && line.contains(part), line.constData());
+    };
+    expectLine(R"("event":"watching")");
+    copy("new");
+    expectLine(R"("preview":"new")");
+    answers("", {u"pin"_s, u"1"_s}, "", 0, {}, "");
+    expectLine(R"("event":"changed")");
+    answers("", {u"delete"_s, u"1"_s}, "", 0, {}, "");
+    expectLine(R"("event":"removed")");
+    answers("", {u"quit"_s}, "", 0, {}, "");
+    expect(u"the end of both", [&] { return watch.state() == QProcess::NotRunning && !tessaly().isRunning(); });
+    QCOMPARE(watch.exitCode(), 4);
+}
+
+void CommandLineJourneyTest::tellsWhyNobodyAnswers()
+{
+    ::kill(static_cast<pid_t>(tessaly().processID()), SIGSTOP);
+    answers("", {u"list"_s}, "", 3, {}, "does not answer");
+    ::kill(static_cast<pid_t>(tessaly().processID()), SIGCONT);
+    answers("", {u"list"_s}, "", 0, {}, "");
+    endTessaly();
+    answers("", {u"list"_s}, "", 4, {}, "not running");
+}
+
+QTEST_GUILESS_MAIN(CommandLineJourneyTest)
+#include "CommandLineJourneyTest.moc"
