@@ -23,8 +23,8 @@ void finishRequestsOfQt()
     X11::XcbPointer<xcb_get_input_focus_reply_t>(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
 }
 
-/// Qt takes a window that is hidden for the one with the keyboard for another 100 ms, or again when news of an earlier
-/// showing come late, and does not tell it that it is active when it gets the keyboard in its next showing.
+/// Qt takes a window that was hidden for the one with the keyboard for another 100 ms, and closes a menu that was
+/// opened meanwhile when they are over. A window that is shown again within it does not tell that it is active.
 void forgetEarlierFocus(const QWindow& window)
 {
     if (QGuiApplication::focusWindow() == &window)
@@ -84,7 +84,8 @@ void X11WindowSystem::prepareUtilityWindow(QWindow* window)
 }
 
 /// A window manager forgets the states of a window that is hidden, so they are written each time before it is shown.
-/// The first exposure tells that the server has shown it: what comes then is of this showing.
+/// The first exposure tells that the server has shown it: what is told of the keyboard before is late news of an
+/// earlier showing.
 bool X11WindowSystem::eventFilter(QObject* object, QEvent* event)
 {
     const auto* window = qobject_cast<QWindow*>(object);
@@ -94,6 +95,8 @@ bool X11WindowSystem::eventFilter(QObject* object, QEvent* event)
         m_awaited.insert(window);
         writeStates(*window);
     } else if (event->type() == QEvent::Expose && window->isExposed() && m_awaited.remove(window)) {
+        forgetEarlierFocus(*window);
+    } else if (event->type() == QEvent::Hide) {
         forgetEarlierFocus(*window);
     }
     return false;
