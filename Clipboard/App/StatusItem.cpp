@@ -23,9 +23,21 @@ namespace {
 // From a bare X11 tray to a desktop's panel at twice the usual density.
 constexpr std::array traySizes{16, 22, 24, 32, 44, 48};
 
+constexpr qreal pausedOpacity = 0.45;
+
+/// Two bars at the bottom right, dark around like the drawing.
+void drawPauseSign(QPainter& painter, const QRectF& square)
+{
+    const qreal unit = square.width() / 16;
+    painter.setPen(QPen(Qt::black, unit));
+    painter.setBrush(Theme::warning);
+    for (const qreal x : {8.5, 12.5})
+        painter.drawRect(QRectF(square.x() + x * unit, square.y() + 8 * unit, 2.5 * unit, 7 * unit));
+}
+
 /// The drawing fills most of the square; while the panel is open it stands on a light ground. Panels are light or dark,
 /// and do not say which: a dark rim keeps the drawing visible on both.
-QPixmap trayPixmap(int size, bool highlighted)
+QPixmap trayPixmap(int size, bool highlighted, bool paused)
 {
     constexpr qreal drawingShare = 17.0 / 22.0;
     constexpr qreal rim = 1.0 / 22.0;
@@ -45,16 +57,19 @@ QPixmap trayPixmap(int size, bool highlighted)
     painter.setOpacity(0.35);
     for (const QPointF& offset : {QPointF(-1, 0), QPointF(1, 0), QPointF(0, -1), QPointF(0, 1)})
         drawIcon(painter, square.translated(offset * size * rim), drawing(Qt::black));
-    painter.setOpacity(1);
+    painter.setOpacity(paused ? pausedOpacity : 1);
     drawIcon(painter, square, drawing(Theme::text));
+    painter.setOpacity(1);
+    if (paused)
+        drawPauseSign(painter, square);
     return pixmap;
 }
 
-QIcon trayIcon(bool highlighted)
+QIcon trayIcon(bool highlighted, bool paused)
 {
     QIcon icon;
     for (const int size : traySizes)
-        icon.addPixmap(trayPixmap(size, highlighted));
+        icon.addPixmap(trayPixmap(size, highlighted, paused));
     return icon;
 }
 
@@ -104,13 +119,27 @@ void StatusItem::handleActivation(QSystemTrayIcon::ActivationReason reason)
 
 void StatusItem::show()
 {
-    m_icon.setIcon(trayIcon(false));
+    m_isShown = true;
+    updateIcon();
     m_icon.show();
 }
 
 void StatusItem::setHighlighted(bool highlighted)
 {
-    m_icon.setIcon(trayIcon(highlighted));
+    m_isHighlighted = highlighted;
+    updateIcon();
+}
+
+void StatusItem::setPaused(bool paused)
+{
+    m_isPaused = paused;
+    updateIcon();
+}
+
+void StatusItem::updateIcon()
+{
+    if (m_isShown)
+        m_icon.setIcon(trayIcon(m_isHighlighted, m_isPaused));
 }
 
 void StatusItem::setNotices(const QStringList& notices)

@@ -31,6 +31,8 @@ public:
     void show();
     /// Shows that the panel is open.
     void setHighlighted(bool highlighted);
+    /// Shows that nothing is recorded.
+    void setPaused(bool paused);
     /// What does not work, and why: further lines of the tooltip, and items on top of the menu.
     void setNotices(const QStringList& notices);
     /// In global coordinates; nothing when the tray does not tell.
@@ -48,12 +50,16 @@ signals:
 
 private:
     void buildMenu(bool composited);
+    void updateIcon();
     void handleActivation(QSystemTrayIcon::ActivationReason reason);
 
     LoginItem m_loginItem;
     std::unique_ptr<QMenu> m_menu;
     QAction* m_launchAtLogin = nullptr;
     QList<QAction*> m_noticeActions;
+    bool m_isHighlighted = false;
+    bool m_isPaused = false;
+    bool m_isShown = false;
     QSystemTrayIcon m_icon{this};
 };
 

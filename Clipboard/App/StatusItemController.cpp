@@ -5,15 +5,19 @@
 #include "ImageBlobs.h"
 #include "PanelPlacement.h"
 #include "QRCode.h"
+#include "SessionStatus.h"
 
+#include <QCoreApplication>
 #include <QCursor>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QLocale>
 #include <QScreen>
 #include <QThread>
 #include <QTimer>
 #include <QWindow>
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -44,6 +48,14 @@ constexpr std::chrono::milliseconds resultLimit{2000};
 constexpr std::chrono::milliseconds lateCopyGrace{200};
 
 constexpr const char* showPanelVariable = "CLIPBOARD_SHOW_PANEL";
+
+/// The time of day, and the day when it is another one.
+QString timeText(const QDateTime& time)
+{
+    const QDateTime local = time.toLocalTime();
+    return local.date() == QDate::currentDate() ? QLocale().toString(local.time(), QLocale::ShortFormat)
+                                                : QLocale().toString(local, QLocale::ShortFormat);
+}
 
 QList<PanelPlacement::Screen> currentScreens()
 {
@@ -80,7 +92,7 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
                {*m_platform.windows, m_pasteService, [this](const ToastText& text) { m_toasts.show(text); },
                 [this] { return m_viewModel.copiedText(); }})
     , m_bus({m_viewModel, m_imagesDir, [this] { togglePanel(); }, [this] { show(); }, [this] { m_panel.dismiss(); },
-             [this] { aim(); }, [this] { m_editor.quit(); }})
+             [this] { aim(); }, [this] { m_editor.quit(); }, m_pause, [this] { return status(); }})
 {
     m_housekeeping.setMaxThreadCount(1);
     if (m_store.namesAllPictures())
@@ -91,6 +103,7 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
     connectPanel();
     connectEditor();
     connectStatusItem();
+    connectPause();
     if (qEnvironmentVariableIsSet(showPanelVariable))
         QTimer::singleShot(showAfterLaunch, this, [this] { show(); });
     grabHotKey();
@@ -181,6 +194,36 @@ void StatusItemController::connectStatusItem()
     connect(&m_statusItem, &StatusItem::quitChosen, &m_editor, &EditorController::quit);
     // Talking to the tray takes its time; copies are watched by then.
     QTimer::singleShot(0, &m_statusItem, &StatusItem::show);
+}
+
+void StatusItemController::connectPause()
+{
+    connect(&m_pause, &PauseTimer::changed, this, [this] {
+        const QString id = u"paused"_s;
+        m_watcher.setPaused(m_pause.isPaused());
+        m_statusItem.setPaused(m_pause.isPaused());
+        if (const auto end = m_pause.end())
+            m_notices.raise(id, tr("Recording is paused until %1.").arg(timeText(*end)));
+        else if (m_pause.isPaused())
+            m_notices.raise(id, tr("Recording is paused."));
+        else
+            m_notices.clear(id);
+    });
+}
+
+QVariantMap StatusItemController::status() const
+{
+    const QList<ClipboardCore::ClipItem>& items = m_viewModel.items();
+    QVariantMap skipped;
+    for (const auto& [reason, count] : m_watcher.skipped().asKeyValueRange())
+        skipped.insert(reason, count);
+    return {{u"version"_s, QCoreApplication::applicationVersion()},
+            {u"entries"_s, static_cast<int>(items.size())},
+            {u"pinned"_s, static_cast<int>(std::ranges::count_if(items, &ClipboardCore::ClipItem::isPinned))},
+            {u"paused"_s, m_pause.isPaused()},
+            {u"resumesAt"_s, m_pause.end() ? m_pause.end()->toString(Qt::ISODate) : QString()},
+            {u"skipped"_s, skipped},
+            {u"services"_s, SessionStatus::services(m_platform, m_notices)}};
 }
 
 void StatusItemController::grabHotKey()

@@ -9,6 +9,7 @@
 #include "IconCache.h"
 #include "PasteService.h"
 #include "PasteboardWatcher.h"
+#include "PauseTimer.h"
 #include "PlatformLoader.h"
 #include "ServiceNotices.h"
 #include "SmartActionRunner.h"
@@ -60,6 +61,8 @@ private:
     void connectStatusItem();
     void grabHotKey();
     void aim();
+    void connectPause();
+    [[nodiscard]] QVariantMap status() const;
     void annotate(const ClipboardCore::ClipItem& item, const QImage& picture);
     void saveCopies();
     void present(std::unique_ptr<QDialog> dialog);
@@ -75,6 +78,7 @@ private:
     SmartActionRunner m_smartActions;
     HistoryViewModel m_viewModel;
     PasteboardWatcher m_watcher;
+    PauseTimer m_pause;
     StatusItem m_statusItem;
     FloatingPanel m_panel;
     EditorController m_editor;

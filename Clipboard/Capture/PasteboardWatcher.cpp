@@ -18,6 +18,7 @@
 
 namespace Clipboard {
 
+using namespace Qt::StringLiterals;
 using ClipboardCore::ClipItem;
 using ClipboardCore::ClipType;
 using ClipboardCore::Utf8Text;
@@ -34,6 +35,14 @@ constexpr qsizetype maxInlineTextBytes = qsizetype{1024} * 1024;
 // What waits for its conversion. Nobody copies that much in a second; a program that does so in a loop must not take
 // the machine's memory.
 constexpr qsizetype maxPendingBytes = qsizetype{512} * 1024 * 1024;
+
+/// Under which name a copy counts that asks not to be recorded.
+QString markOf(const QSet<QString>& types)
+{
+    if (types.contains(u"org.nspasteboard.ConcealedType"_s))
+        return u"secret"_s;
+    return types.contains(u"org.nspasteboard.TransientType"_s) ? u"transient"_s : u"generated"_s;
+}
 
 } // namespace
 
@@ -104,8 +113,11 @@ void PasteboardWatcher::poll()
     if (m_pasteboard.changeCount() == m_lastChangeCount)
         return;
     m_lastChangeCount = m_pasteboard.changeCount();
-    if (ClipboardCore::CaptureExclusion::excludes(m_pasteboard.types()))
-        return;
+    const QSet<QString> types = m_pasteboard.types();
+    if (m_isPaused)
+        return skip(u"paused"_s);
+    if (ClipboardCore::CaptureExclusion::excludes(types))
+        return skip(markOf(types));
     const Capture capture = captureNow();
 
     if (const QList<QUrl> files = m_pasteboard.fileURLs(); !files.isEmpty())
@@ -119,6 +131,8 @@ void PasteboardWatcher::poll()
 
     if (const std::optional<QByteArray> text = m_pasteboard.string())
         captureText(*text, capture);
+    else if (!types.isEmpty()) // it was not cleared
+        skip(u"unreadable"_s);
 }
 
 PasteboardWatcher::Capture PasteboardWatcher::captureNow() const
@@ -133,6 +147,8 @@ void PasteboardWatcher::captureText(const QByteArray& utf8, const Capture& captu
     const auto storeIfAny = [this](const std::optional<ClipItem>& item) {
         if (item)
             store(*item);
+        else
+            skip(u"blank"_s);
     };
     if (utf8.size() <= maxInlineTextBytes)
         storeIfAny(make());
@@ -147,7 +163,7 @@ void PasteboardWatcher::capturePicture(const QByteArray& picture, const Capture&
     };
     const auto done = [this, picture, capture, mayRetry](const std::optional<QString>& path) {
         if (!path)
-            return;
+            return skip(u"unreadable"_s);
         // An equal picture's entry may have gone meanwhile, and the file that both share with it.
         if (mayRetry && !QFile::exists(*path))
             return capturePicture(picture, capture, false);
@@ -162,7 +178,7 @@ template <typename Work, typename Done>
 void PasteboardWatcher::convert(QThreadPool& pool, qsizetype bytes, Work work, Done done)
 {
     if (m_pendingBytes + bytes > maxPendingBytes)
-        return;
+        return skip(u"overload"_s);
     ++m_conversions;
     m_pendingBytes += bytes;
     runOffMainThread(pool, this, std::move(work), [this, bytes, done = std::move(done)](const auto& result) {

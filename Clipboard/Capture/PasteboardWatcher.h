@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QDeadlineTimer>
+#include <QMap>
 #include <QObject>
 #include <QString>
 #include <QThreadPool>
@@ -38,6 +39,11 @@ public:
     void start();
     /// The pasteboard's present content is Tessaly's own: not to be captured.
     void markOwnChange();
+    /// While it pauses nothing is captured, not even later.
+    void setPaused(bool isPaused) { m_isPaused = isPaused; }
+    /// How many copies were not recorded since the start, by the reason: "secret", "transient" and "generated" by their
+    /// mark, "paused", "blank", "unreadable" for no content that can be recorded, "overload" for too much at once.
+    [[nodiscard]] const QMap<QString, int>& skipped() const { return m_skipped; }
     struct Limits
     {
         std::chrono::milliseconds reading;
@@ -69,6 +75,7 @@ private:
     template <typename Work, typename Done>
     void convert(QThreadPool& pool, qsizetype bytes, Work work, Done done);
     void waitForConversions(const QDeadlineTimer& deadline);
+    void skip(const QString& reason) { ++m_skipped[reason]; }
     void store(const ClipboardCore::ClipItem& item);
     [[nodiscard]] static ClipboardCore::ClipItem
     makeItem(ClipboardCore::ClipType type, const ClipboardCore::Utf8Text& content, const Capture& capture);
@@ -81,6 +88,8 @@ private:
     QString m_imagesDir;
     qint64 m_lastChangeCount;
     QTimer m_timer;
+    bool m_isPaused = false;
+    QMap<QString, int> m_skipped;
     int m_conversions = 0; // under way or waiting, with this many bytes:
     qsizetype m_pendingBytes = 0;
     std::stop_source m_hurry;

@@ -62,6 +62,10 @@ QList<Definition> definitions()
          Functions::clear},
         {{"actions"_L1, "ENTRY"_L1, 1, 1, {}, "list what can be done with an entry"_L1}, Functions::actions},
         {{"run"_L1, "ENTRY ACTION"_L1, 2, 2, {}, "do that"_L1}, Functions::run},
+        {{"annotate"_L1, "ENTRY"_L1, 1, 1, {}, "open a picture in the editor"_L1}, callingOnEntry(u"Annotate"_s)},
+        {{"pause"_L1, "[DURATION]"_L1, 0, 1, {}, "record nothing, for 45m, 2h or until 'resume'"_L1}, Functions::pause},
+        {{"resume"_L1, ""_L1, 0, 0, {}, "record again"_L1}, calling(u"Resume"_s)},
+        {{"status"_L1, ""_L1, 0, 0, {json}, "what works in this session, and what was skipped"_L1}, Functions::status},
         {{"watch"_L1, ""_L1, 0, 0, {}, "print each change of the history as a line of JSON"_L1}, Functions::watch},
         {{"quit"_L1, ""_L1, 0, 0, {}, "end the program"_L1}, calling(u"Quit"_s)},
     };

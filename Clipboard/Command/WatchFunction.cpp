@@ -25,6 +25,7 @@ ChangePrinter::ChangePrinter(const BusClient& client)
     hear(u"EntryAdded"_s, SLOT(entryAdded(QString, QString)));
     hear(u"EntryChanged"_s, SLOT(entryChanged(QString)));
     hear(u"EntryRemoved"_s, SLOT(entryRemoved(QString)));
+    hear(u"Paused"_s, SLOT(paused(bool)));
 }
 
 Failure ChangePrinter::run()
@@ -47,6 +48,11 @@ void ChangePrinter::entryChanged(const QString& id)
 void ChangePrinter::entryRemoved(const QString& id)
 {
     print({{u"event"_s, u"removed"_s}, {u"id"_s, id}});
+}
+
+void ChangePrinter::paused(bool isPaused)
+{
+    print({{u"event"_s, isPaused ? u"paused"_s : u"resumed"_s}});
 }
 
 void ChangePrinter::printEntry(const QString& event, const QString& id)

@@ -26,6 +26,7 @@ private slots: // by name, as the signals of the bus need it
     void entryAdded(const QString& id, const QString& type);
     void entryChanged(const QString& id);
     void entryRemoved(const QString& id);
+    void paused(bool isPaused);
 
 private:
     void printEntry(const QString& event, const QString& id);

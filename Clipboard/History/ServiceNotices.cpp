@@ -40,6 +40,12 @@ QStringList ServiceNotices::texts() const
     return texts;
 }
 
+QString ServiceNotices::textOf(const QString& id) const
+{
+    const auto known = std::ranges::find(m_notices, id, &Notice::id);
+    return known == m_notices.cend() ? QString() : known->text;
+}
+
 QString ServiceNotices::text() const
 {
     const qsizetype position = shown();

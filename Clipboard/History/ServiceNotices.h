@@ -25,6 +25,8 @@ public:
 
     /// All of them, oldest first.
     [[nodiscard]] QStringList texts() const;
+    /// The text of that one; empty when there is none.
+    [[nodiscard]] QString textOf(const QString& id) const;
     /// The one for the panel: what is said only once comes before what stands, then the latest. Empty for none.
     [[nodiscard]] QString text() const;
     /// The user has seen text().

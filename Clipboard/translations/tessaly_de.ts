@@ -708,6 +708,14 @@ Freie Software unter der MIT-Lizenz.</translation>
 <context>
     <name>Clipboard::StatusItemController</name>
     <message>
+        <source>Recording is paused until %1.</source>
+        <translation>Die Aufzeichnung pausiert bis %1.</translation>
+    </message>
+    <message>
+        <source>Recording is paused.</source>
+        <translation>Die Aufzeichnung pausiert.</translation>
+    </message>
+    <message>
         <source>The history could not be read; it is kept as %1.</source>
         <translation>Der Verlauf war nicht lesbar; er ist als %1 aufbewahrt.</translation>
     </message>
@@ -1032,6 +1040,29 @@ Freie Software unter der MIT-Lizenz.</translation>
     <message>
         <source>Copies are not recorded at the moment: the connection to the display was lost.</source>
         <translation>Kopien werden zurzeit nicht aufgezeichnet: Die Verbindung zur Anzeige ist abgerissen.</translation>
+    </message>
+</context>
+<context>
+    <name>SessionStatus</name>
+    <message>
+        <source>Have your desktop run this on a key of its own: tessaly toggle</source>
+        <translation>Lassen Sie Ihren Desktop dies auf eine eigene Taste hin ausführen: tessaly toggle</translation>
+    </message>
+    <message>
+        <source>There is no tray in this session.</source>
+        <translation>In dieser Sitzung gibt es keinen Bereich für Symbole.</translation>
+    </message>
+    <message>
+        <source>Start Tessaly in a session that offers it.</source>
+        <translation>Starten Sie Tessaly in einer Sitzung, die sie bietet.</translation>
+    </message>
+    <message>
+        <source>Choose an entry, then press the keys for pasting: it is on the clipboard.</source>
+        <translation>Wählen Sie einen Eintrag und drücken Sie dann die Tasten zum Einfügen: Er ist in der Zwischenablage.</translation>
+    </message>
+    <message>
+        <source>Make room on the disk, and see who owns the data folder.</source>
+        <translation>Schaffen Sie Platz auf dem Datenträger und prüfen Sie, wem der Datenordner gehört.</translation>
     </message>
 </context>
 </TS>

@@ -16,6 +16,7 @@ private slots:
     void carriesWhatDoesNotFitIntoAMessage();
     void opensAndClosesThePanel();
     void pastesIntoTheWindowInFront();
+    void pausesAndTellsWhatItSkipped();
     void tellsOfChanges();
     void tellsWhyNobodyAnswers();
 
@@ -107,6 +108,32 @@ void CommandLineJourneyTest::pastesIntoTheWindowInFront()
     expectFile(typedFile(), "typed by a script\n");
 }
 
+void CommandLineJourneyTest::pausesAndTellsWhatItSkipped()
+{
+    copy("before");
+    answers("", {u"pause"_s}, "", 0, {}, "");
+    copyUnrecorded("meanwhile");
+    const auto status = [this](const char* part) {
+        expect(QLatin1StringView(part), [&] {
+            return session().run(tessaly().program(), {u"status"_s, u"--json"_s}).output.contains(part);
+        });
+    };
+    status(R"("skipped":{"paused":1})");
+    status(R"("paused":true,"pinned":0)");
+    status(R"("advice":"","name":"clipboard","reason":"","works":true)");
+    status(R"("reason":"There is no tray in this session.","works":false)");
+    answers("", {u"pause"_s, u"1s"_s}, "", 0, {}, "");
+    status(R"("paused":false)");
+    copy("afterwards");
+    expectHistory({u"afterwards"_s, u"before"_s});
+    checkRows(this, &CommandLineJourneyTest::answers,
+              {{"no unit", {u"pause"_s, u"5"_s}, "", 2, {}, "'5' is no duration"},
+               {"too long", {u"pause"_s, u"8d"_s}, "", 2, {}, "'8d' is no duration"},
+               {"beyond numbers", {u"pause"_s, u"99999999999m"_s}, "", 2, {}, "is no duration"},
+               {"together", {u"pause"_s, u"1h30m"_s}, "", 0, {}, ""}});
+    status(R"("paused":true)");
+}
+
 void CommandLineJourneyTest::tellsOfChanges()
 {
     QProcess& watch = session().start(tessaly().program(), {u"watch"_s});
@@ -122,6 +149,8 @@ void CommandLineJourneyTest::tellsOfChanges()
     expectLine(R"("event":"changed")");
     answers("", {u"delete"_s, u"1"_s}, "", 0, {}, "");
     expectLine(R"("event":"removed")");
+    answers("", {u"pause"_s}, "", 0, {}, "");
+    expectLine(R"("event":"paused")");
     answers("", {u"quit"_s}, "", 0, {}, "");
     expect(u"the end of both", [&] { return watch.state() == QProcess::NotRunning && !tessaly().isRunning(); });
     QCOMPARE(watch.exitCode(), 4);

@@ -4,6 +4,7 @@
 #include "BusNames.h"
 #include "HistoryViewModel.h"
 #include "Introspection.h"
+#include "PauseTimer.h"
 
 #include <QDBusConnection>
 #include <QDBusError>
@@ -55,6 +56,7 @@ void BusService::announce()
     const auto follow = [this] { m_watch.follow(m_program.history.items()); };
     connect(&m_program.history, &HistoryViewModel::itemsChanged, this, follow);
     follow();
+    connect(&m_program.pause, &PauseTimer::changed, this, [this] { tell(u"Paused"_s, {m_program.pause.isPaused()}); });
 
     bus.registerVirtualObject(objectPath, this);
     // In a queue, when a process that is ending still has the name.
@@ -88,6 +90,10 @@ const BusService::Entry* BusService::find(const QDBusMessage& message)
         Entry{own, "Clear"_L1, "b"_L1, &BusService::clear},
         Entry{own, "Actions"_L1, "s"_L1, &BusService::listActions},
         Entry{own, "Run"_L1, "ss"_L1, &BusService::run},
+        Entry{own, "Annotate"_L1, "s"_L1, &BusService::annotate},
+        Entry{own, "Pause"_L1, "u"_L1, &BusService::pause},
+        Entry{own, "Resume"_L1, ""_L1, &BusService::resume},
+        Entry{own, "Status"_L1, ""_L1, &BusService::status},
     };
     const auto isCalled = [&message](const Entry& entry) {
         return entry.name == message.member() &&
@@ -163,6 +169,24 @@ void BusService::hide(const QDBusMessage& message)
 {
     m_program.hide();
     answer(message);
+}
+
+void BusService::pause(const QDBusMessage& message)
+{
+    const uint seconds = message.arguments().constFirst().toUInt();
+    m_program.pause.pause(seconds == 0 ? std::nullopt : std::optional(std::chrono::seconds(seconds)));
+    answer(message);
+}
+
+void BusService::resume(const QDBusMessage& message)
+{
+    m_program.pause.resume();
+    answer(message);
+}
+
+void BusService::status(const QDBusMessage& message)
+{
+    answer(message, {m_program.status()});
 }
 
 void BusService::quit(const QDBusMessage& message)

@@ -14,7 +14,8 @@ class QDBusMessage;
 
 namespace Clipboard {
 class HistoryViewModel;
-}
+class PauseTimer;
+} // namespace Clipboard
 
 namespace Clipboard::Bus {
 
@@ -35,6 +36,8 @@ public:
         /// The window in front is the one that the next paste goes to.
         std::function<void()> aim;
         std::function<void()> quit;
+        PauseTimer& pause;
+        std::function<QVariantMap()> status;
     };
 
     explicit BusService(Program program, QObject* parent = nullptr);
@@ -90,6 +93,10 @@ private:
     void clear(const QDBusMessage& message);
     void listActions(const QDBusMessage& message);
     void run(const QDBusMessage& message);
+    void annotate(const QDBusMessage& message);
+    void pause(const QDBusMessage& message);
+    void resume(const QDBusMessage& message);
+    void status(const QDBusMessage& message);
 
     Program m_program;
     EntryWatch m_watch;

@@ -160,6 +160,15 @@ void BusService::paste(const QDBusMessage& message)
     command(message, &HistoryViewModel::paste);
 }
 
+void BusService::annotate(const QDBusMessage& message)
+{
+    const auto item = named(message);
+    if (item && item->type != ClipType::image)
+        return refuse(message, {Error::noSuchType, u"the entry is no picture"_s});
+    if (item)
+        command(message, &HistoryViewModel::annotate);
+}
+
 void BusService::pin(const QDBusMessage& message)
 {
     const auto item = named(message);

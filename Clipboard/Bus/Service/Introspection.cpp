@@ -44,6 +44,7 @@ constexpr QStringView description = uR"xml(
   <method name="Pin"><arg name="entry" type="s" direction="in"/></method>
   <method name="Unpin"><arg name="entry" type="s" direction="in"/></method>
   <method name="Delete"><arg name="entry" type="s" direction="in"/></method>
+  <method name="Annotate"><arg name="entry" type="s" direction="in"/></method>
   <method name="Clear"><arg name="pinned_too" type="b" direction="in"/></method>
   <method name="Actions">
     <arg name="entry" type="s" direction="in"/>
@@ -53,10 +54,14 @@ constexpr QStringView description = uR"xml(
     <arg name="entry" type="s" direction="in"/>
     <arg name="label" type="s" direction="in"/>
   </method>
+  <method name="Pause"><arg name="seconds" type="u" direction="in"/></method>
+  <method name="Resume"/>
+  <method name="Status"><arg name="status" type="a{sv}" direction="out"/></method>
   <method name="Quit"/>
   <signal name="EntryAdded"><arg name="id" type="s"/><arg name="type" type="s"/></signal>
   <signal name="EntryChanged"><arg name="id" type="s"/></signal>
   <signal name="EntryRemoved"><arg name="id" type="s"/></signal>
+  <signal name="Paused"><arg name="paused" type="b"/></signal>
 </interface>
 )xml";
 

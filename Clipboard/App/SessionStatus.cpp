@@ -1,0 +1,49 @@
+#include "SessionStatus.h"
+
+#include "PlatformLoader.h"
+#include "ServiceNotices.h"
+
+#include <QCoreApplication>
+#include <QString>
+#include <QSystemTrayIcon>
+
+namespace Clipboard::SessionStatus {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QVariantMap service(const QString& name, const QString& reason, const QString& advice)
+{
+    const bool works = reason.isEmpty();
+    return {{u"name"_s, name}, {u"works"_s, works}, {u"reason"_s, reason}, {u"advice"_s, works ? QString() : advice}};
+}
+
+QString text(const char* source)
+{
+    return QCoreApplication::translate("SessionStatus", source);
+}
+
+} // namespace
+
+QVariantList services(const Platform& platform, const ServiceNotices& notices)
+{
+    const QString bindKey =
+        text(QT_TRANSLATE_NOOP("SessionStatus", "Have your desktop run this on a key of its own: tessaly toggle"));
+    const QString tray = QSystemTrayIcon::isSystemTrayAvailable()
+                             ? QString()
+                             : text(QT_TRANSLATE_NOOP("SessionStatus", "There is no tray in this session."));
+    return {
+        service(u"clipboard"_s, platform.pasteboard->unavailableReason(),
+                text(QT_TRANSLATE_NOOP("SessionStatus", "Start Tessaly in a session that offers it."))),
+        service(u"paste"_s, platform.keystrokes->unavailableReason(),
+                text(QT_TRANSLATE_NOOP("SessionStatus",
+                                       "Choose an entry, then press the keys for pasting: it is on the clipboard."))),
+        service(u"hot-key"_s, notices.textOf(u"hot-key"_s), bindKey),
+        service(u"tray"_s, tray, bindKey),
+        service(u"history"_s, notices.textOf(u"save"_s),
+                text(QT_TRANSLATE_NOOP("SessionStatus", "Make room on the disk, and see who owns the data folder."))),
+    };
+}
+
+} // namespace Clipboard::SessionStatus
