@@ -71,6 +71,7 @@ void row(const QString& what, const std::vector<double>& values, const QString& 
 // The groups of rows.
 void startRows(Effort effort);
 void captureRows(Effort effort);
+void commandRows(Effort effort);
 void panelRows(Effort effort);
 void frameRows(Effort effort);
 void editorRows(Effort effort);

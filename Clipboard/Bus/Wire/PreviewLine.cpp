@@ -7,8 +7,8 @@ namespace Clipboard::Bus {
 namespace {
 
 constexpr qsizetype longestPreview = 200;
-// Beyond this many bytes of white space there is nothing to see in a preview.
-constexpr qsizetype previewedBytes = qsizetype{4} * 1024;
+// What they take at most, and some white space between them.
+constexpr qsizetype previewedBytes = 1024;
 
 /// C0, DEL and C1; what overrides or isolates directions; and line and paragraph separators.
 bool isActedOn(QChar character)
