@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ForeignOwner.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QPoint>
@@ -8,6 +10,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
 #include <optional>
 
 namespace Clipboard::Testing {
@@ -44,6 +47,8 @@ public:
 
     /// Has another program copy that, and live on. `target` is the type as the desktop names it.
     virtual void copy(const QByteArray& content, const QString& target) = 0;
+    /// Another program whose copies and manners are one's own choice.
+    [[nodiscard]] virtual std::unique_ptr<ForeignOwner> otherProgram() = 0;
     /// What another program would paste.
     [[nodiscard]] virtual QByteArray pasted(const QString& target) = 0;
 

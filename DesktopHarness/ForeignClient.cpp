@@ -64,12 +64,6 @@ void ForeignClient::copy(const QHash<QByteArray, Answer>& answers)
     take();
 }
 
-void ForeignClient::copyText(const QByteArray& utf8)
-{
-    offerText(utf8);
-    take();
-}
-
 void ForeignClient::copyAndHang()
 {
     copy({{"TARGETS", {.manner = Manner::Mute}}, {"UTF8_STRING", {.manner = Manner::Mute}}});
@@ -124,6 +118,13 @@ QByteArrayList ForeignClient::asked() const
 {
     const std::scoped_lock lock(m_mutex);
     return m_asked;
+}
+
+QByteArrayList ForeignClient::contentAsked() const
+{
+    QByteArrayList targets = asked();
+    targets.removeAll("TARGETS");
+    return targets;
 }
 
 QByteArrayList ForeignClient::answered() const

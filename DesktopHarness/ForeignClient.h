@@ -1,6 +1,7 @@
 #pragma once
 
 #include "AtomNames.h"
+#include "ForeignOwner.h"
 
 #include <QByteArray>
 #include <QByteArrayList>
@@ -19,32 +20,10 @@ namespace Clipboard::Testing {
 
 class VirtualSession;
 
-/// Another program that copies and pastes, as well or as badly behaved as one wants it. It has a connection of its own
-/// and answers on a thread of its own; the calls come from one other thread.
-class ForeignClient final
+/// Another program of X11 that copies and pastes. It has a connection of its own; the calls come from one thread.
+class ForeignClient final : public ForeignOwner
 {
 public:
-    /// How one target is answered.
-    struct Answer
-    {
-        enum class Manner {
-            AtOnce,           // the whole value in one property
-            InPieces,         // INCR, `pieceBytes` at a time
-            Mute,             // not at all
-            Refuse,           // with no property
-            Late,             // at once, but not before answerLate() or refuseLate()
-            EndlessPieces,    // INCR that never comes to an end
-            DieInTheMiddle,   // INCR; after two pieces the connection is closed
-            StallInTheMiddle, // INCR; after two pieces nothing more comes
-        };
-        QByteArray bytes{};
-        QByteArray type{}; // empty: the target's name
-        int format = 8;
-        Manner manner = Manner::AtOnce;
-        uint32_t announcedBytes = 0; // what an INCR promises; 0: the truth
-        qsizetype pieceBytes = 65536;
-    };
-
     struct Received
     {
         QByteArray type;
@@ -55,26 +34,21 @@ public:
 
     explicit ForeignClient(const QByteArray& display, const QByteArray& selection = "CLIPBOARD");
     explicit ForeignClient(const VirtualSession& session, const QByteArray& selection = "CLIPBOARD");
-    ~ForeignClient();
-    ForeignClient(const ForeignClient&) = delete;
-    ForeignClient& operator=(const ForeignClient&) = delete;
+    ~ForeignClient() override;
 
     /// Offers these targets, and TARGETS itself unless it is among them, from the next take() on.
     void offer(const QHash<QByteArray, Answer>& answers);
     void offerText(const QByteArray& utf8) { offer({{"UTF8_STRING", {.bytes = utf8}}}); }
     /// Becomes the owner; returns when the server has done it.
     void take();
-    void copy(const QHash<QByteArray, Answer>& answers);
-    void copyText(const QByteArray& utf8);
+    void copy(const QHash<QByteArray, Answer>& answers) override;
     /// Becomes an owner that never answers, as one that hangs.
     void copyAndHang();
     /// Answers the request that waits, which must have come (see asked()), or refuses it.
     void answerLate();
     void refuseLate();
-    /// Gives the selection up and lives on, as a password manager does when its time is over.
-    void clear();
-    /// Closes the connection, as the end of the process does.
-    void die();
+    void clear() override;
+    void die() override;
     /// Asks the clipboard manager to keep the content. The targets that it says it has kept, nothing when it refused;
     /// blocks.
     [[nodiscard]] std::optional<QByteArrayList> save();
@@ -82,8 +56,9 @@ public:
     [[nodiscard]] bool ownsSelection() const;
     /// The targets that were asked for since the last take(), in order.
     [[nodiscard]] QByteArrayList asked() const;
-    /// Those of them that have been answered: what is copied next comes after the answer.
-    [[nodiscard]] QByteArrayList answered() const;
+    [[nodiscard]] bool isLookedAt() const override { return !asked().isEmpty(); }
+    [[nodiscard]] QByteArrayList contentAsked() const override;
+    [[nodiscard]] QByteArrayList answered() const override;
     [[nodiscard]] xcb_window_t window() const { return m_window; }
 
     /// Asks for the selection. Nothing when it is refused or does not come to an end.

@@ -43,7 +43,8 @@ void Journey::begin(const Options& options, Where where)
     if (!m_session->failure().isEmpty())
         return fail(m_session->failure(), where);
     // A key that a busy machine lets go late would be pressed again.
-    m_session->run(u"xset"_s, {u"r"_s, u"off"_s});
+    if (options.kind == VirtualSession::Kind::x11)
+        m_session->run(u"xset"_s, {u"r"_s, u"off"_s});
     prepare();
     m_tessaly = std::make_unique<RunningTessaly>(*m_session, m_program);
     startTessaly(where);

@@ -1,5 +1,7 @@
 #include "RunningTessaly.h"
 
+#include "SwayCompositor.h"
+
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -42,6 +44,10 @@ std::optional<MomentLog::Time> RunningTessaly::start()
     m_moments.clear();
     m_process = &m_session.start(m_program, {}, {}, m_session.homePath(u"reports"_s));
     const auto watching = m_moments.next("watching", VirtualSession::defaultTimeout);
+    if (m_session.kind() == VirtualSession::Kind::sway) {
+        SwayCompositor::bindKey(m_session, m_program);
+        return watching;
+    }
     // It comes later, and what is pressed before goes to another program.
     return m_moments.next("hot-key-grabbed", VirtualSession::defaultTimeout) ? watching : std::nullopt;
 }

@@ -1,5 +1,7 @@
 #include "VirtualSession.h"
 
+#include "SwayCompositor.h"
+#include "SwayDriver.h"
 #include "X11Driver.h"
 #include "Xcb.h"
 
@@ -53,6 +55,7 @@ VirtualSession::VirtualSession()
 }
 
 VirtualSession::VirtualSession(const Options& options)
+    : m_kind(options.kind)
 {
     m_failure = bringUp(options);
 }
@@ -75,6 +78,17 @@ QString VirtualSession::bringUp(const Options& options)
         return m_home.errorString();
     }
     prepareEnvironment();
+    if (options.kind == Kind::x11) {
+        return bringUpX11(options);
+    }
+    m_desktop = std::make_unique<SwayDriver>(*this);
+    m_launcher = SwayCompositor::launcher();
+    const QString failure = startMessageBus();
+    return failure.isEmpty() ? SwayCompositor::start(*this, options.size) : failure;
+}
+
+QString VirtualSession::bringUpX11(const Options& options)
+{
     if (QString failure = startServer(options.size); !failure.isEmpty()) {
         return failure;
     }
@@ -198,13 +212,19 @@ QString VirtualSession::startOwner(const QString& program, const QStringList& ar
     return {};
 }
 
+void VirtualSession::launch(QProcess& process, const QString& program, const QStringList& arguments)
+{
+    tieToParent(process);
+    process.setProcessEnvironment(m_environment);
+    const QStringList words = m_launcher + QStringList{program} + arguments;
+    process.start(words.first(), words.sliced(1));
+}
+
 VirtualSession::Result VirtualSession::run(const QString& program, const QStringList& arguments,
                                            const QByteArray& input, int timeout)
 {
     QProcess process;
-    tieToParent(process);
-    process.setProcessEnvironment(m_environment);
-    process.start(program, arguments);
+    launch(process, program, arguments);
     if (!process.waitForStarted()) {
         return {-1, {}, process.errorString().toLocal8Bit()};
     }
@@ -222,13 +242,11 @@ QProcess& VirtualSession::start(const QString& program, const QStringList& argum
                                 const QString& errorFile)
 {
     QProcess& process = *m_processes.emplace_back(std::make_unique<QProcess>());
-    tieToParent(process);
-    process.setProcessEnvironment(m_environment);
     process.setWorkingDirectory(home());
     if (!errorFile.isEmpty()) {
         process.setStandardErrorFile(errorFile);
     }
-    process.start(program, arguments);
+    launch(process, program, arguments);
     if (process.waitForStarted()) {
         process.write(input);
         while (process.bytesToWrite() > 0 && process.waitForBytesWritten()) {
@@ -247,6 +265,9 @@ void VirtualSession::kill(QProcess& process)
 
 bool VirtualSession::screenshot(const QString& path)
 {
+    if (m_kind == Kind::sway) {
+        return run(u"grim"_s, {path}).exitCode == 0;
+    }
     return run(u"import"_s, {u"-window"_s, u"root"_s, path}).exitCode == 0;
 }
 

@@ -18,14 +18,19 @@ struct xcb_connection_t;
 
 namespace Clipboard::Testing {
 
-/// A desktop of its own: an X server nobody sees, the programs that make a session of it, a message bus and a home
-/// folder. Everything in it ends with it, also when this process is killed. Any number can run side by side.
+/// A desktop of its own: an X server or a Wayland compositor that nobody sees, the programs that make a session of it,
+/// a message bus and a home folder. Everything in it ends with it, also when this process is killed. Any number can run
+/// side by side.
 class VirtualSession final
 {
 public:
+    enum class Kind { x11, sway };
+
     struct Options
     {
+        Kind kind = Kind::x11;
         QSize size{1280, 800};
+        // Of an X11 session.
         bool windowManager = true;
         bool trayHost = false;
         bool compositor = false;
@@ -50,6 +55,7 @@ public:
     /// Why the session did not come up; empty when it did.
     [[nodiscard]] const QString& failure() const { return m_failure; }
 
+    /// Of X11; empty without.
     [[nodiscard]] const QString& display() const { return m_display; }
     /// The environment of the programs in the session: display, home, XDG folders and message bus, nothing of the
     /// outside session.
@@ -71,12 +77,13 @@ public:
     void kill(QProcess& process);
 
     /// Whoever sits at it; there is none when the session did not come up.
+    [[nodiscard]] Kind kind() const { return m_kind; }
     [[nodiscard]] Desktop& desktop() { return *m_desktop; }
     [[nodiscard]] const Desktop& desktop() const { return *m_desktop; }
     /// The whole screen as a PNG file. False when it could not be taken.
     [[nodiscard]] bool screenshot(const QString& path);
 
-    /// The session's own connection to the X server; null when the session did not come up.
+    /// The session's own connection to the X server; null without one, and when the session did not come up.
     [[nodiscard]] xcb_connection_t* connection() const { return m_connection; }
     /// The owner of a selection such as "CLIPBOARD"; 0 for none.
     [[nodiscard]] quint32 selectionOwner(const QByteArray& selection) const;
@@ -86,12 +93,16 @@ public:
 
 private:
     QString bringUp(const Options& options);
+    QString bringUpX11(const Options& options);
     QString startServer(QSize size);
     QString startMessageBus();
     QString startOwner(const QString& program, const QStringList& arguments, const QByteArray& selection);
     [[nodiscard]] bool managesWindows() const;
     void prepareEnvironment();
+    void launch(QProcess& process, const QString& program, const QStringList& arguments);
 
+    Kind m_kind;
+    QStringList m_launcher; // the program that starts all others, and its arguments; mostly none
     QTemporaryDir m_home;
     QProcessEnvironment m_environment;
     QString m_display;

@@ -1,5 +1,6 @@
 #include "X11Driver.h"
 
+#include "ForeignClient.h"
 #include "VirtualSession.h"
 #include "Xcb.h"
 
@@ -112,6 +113,11 @@ QByteArray X11Driver::pointerShape() const
 void X11Driver::copy(const QByteArray& content, const QString& target)
 {
     m_session.run(u"xclip"_s, clipboard + QStringList{target, u"-i"_s}, content);
+}
+
+std::unique_ptr<ForeignOwner> X11Driver::otherProgram()
+{
+    return std::make_unique<ForeignClient>(m_session);
 }
 
 QByteArray X11Driver::pasted(const QString& target)

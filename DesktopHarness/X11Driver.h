@@ -24,6 +24,7 @@ public:
     void releaseButton() override;
     [[nodiscard]] QByteArray pointerShape() const override;
     void copy(const QByteArray& content, const QString& target) override;
+    [[nodiscard]] std::unique_ptr<ForeignOwner> otherProgram() override;
     [[nodiscard]] QByteArray pasted(const QString& target) override;
     [[nodiscard]] QList<Window> windowsOf(const QByteArray& program) const override;
     [[nodiscard]] std::optional<Window> activeWindow() const override;

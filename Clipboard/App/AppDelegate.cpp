@@ -4,6 +4,7 @@
 #include <QSessionManager>
 
 #include <cstdlib>
+#include <utility>
 
 namespace Clipboard {
 
@@ -14,8 +15,8 @@ AppDelegate* runningDelegate = nullptr;
 
 } // namespace
 
-AppDelegate::AppDelegate(QApplication& application, const QString& dataFolder)
-    : m_statusItemController(loadPlatform(), dataFolder)
+AppDelegate::AppDelegate(QApplication& application, Platform platform, const QString& dataFolder)
+    : m_statusItemController(std::move(platform), dataFolder)
 {
     connect(&application, &QCoreApplication::aboutToQuit, this, &AppDelegate::willTerminate);
     // Autostart brings the program back; a session manager that did so too would start it twice.

@@ -16,7 +16,7 @@ class AppDelegate final : public QObject
 {
     Q_OBJECT
 public:
-    AppDelegate(QApplication& application, const QString& dataFolder);
+    AppDelegate(QApplication& application, Platform platform, const QString& dataFolder);
     ~AppDelegate() override;
 
     /// Lets others find the program.

@@ -88,8 +88,8 @@ void reportDisplay(QtMsgType type, const QMessageLogContext& /*context*/, const 
         std::fprintf(stderr, "%s\n", qPrintable(message));
 }
 
-/// Where the session offers X11 beside Wayland, the program runs on X11: Wayland tells a program in the background
-/// nothing of copies. The choice is not handed on to the programs that are started from here.
+/// Where the session offers X11 beside Wayland, the windows are shown through X11: there the panel can take the
+/// keyboard and give it back. The choice is not handed on to the programs that are started from here.
 class DisplayChoice final
 {
 public:
@@ -169,6 +169,7 @@ int main(int argc, char** argv)
         return *code;
     returnLargeBlocks();
     Clipboard::ProcessSignals::install();
+    const auto compositor = Clipboard::Wayland::WaylandSession::look();
     std::optional<DisplayChoice> displayChoice(std::in_place);
     QApplication application(argc, argv);
     displayChoice.reset();
@@ -188,7 +189,7 @@ int main(int argc, char** argv)
 
     Clipboard::Theme::install();
     Clipboard::installTranslations(application);
-    Clipboard::AppDelegate delegate(application, dataFolder);
+    Clipboard::AppDelegate delegate(application, Clipboard::loadPlatform(compositor), dataFolder);
     const Clipboard::ProcessSignals processSignals;
     // Not quit(), which asks every window and gives up when one stays.
     QObject::connect(&processSignals, &Clipboard::ProcessSignals::quitRequested, &application,

@@ -795,6 +795,10 @@ Freie Software unter der MIT-Lizenz.</translation>
         <translation>Die Zwischenablage kann in dieser Sitzung nicht beobachtet werden: Der Anzeige fehlt die XFixes-Erweiterung.</translation>
     </message>
     <message>
+        <source>Super+Shift+V cannot be bound from here: have the desktop’s settings run “tessaly toggle” on a key. In sway: bindsym Mod4+Shift+v exec tessaly toggle</source>
+        <translation>Super+Umschalt+V lässt sich von hier aus nicht belegen: Bitte in den Einstellungen der Arbeitsumgebung „tessaly toggle“ auf eine Taste legen. In sway: bindsym Mod4+Shift+v exec tessaly toggle</translation>
+    </message>
+    <message>
         <source>No key can be sent in this session: the display has no XTEST extension.</source>
         <translation>In dieser Sitzung können keine Tasten gesendet werden: Der Anzeige fehlt die XTEST-Erweiterung.</translation>
     </message>
@@ -1036,7 +1040,7 @@ Freie Software unter der MIT-Lizenz.</translation>
     </message>
 </context>
 <context>
-    <name>Clipboard::X11Pasteboard</name>
+    <name>Clipboard::SnapshotPasteboard</name>
     <message>
         <source>Copies are not recorded at the moment: the connection to the display was lost.</source>
         <translation>Kopien werden zurzeit nicht aufgezeichnet: Die Verbindung zur Anzeige ist abgerissen.</translation>

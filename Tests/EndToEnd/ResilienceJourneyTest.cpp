@@ -25,10 +25,11 @@ private:
 
 void ResilienceJourneyTest::aHungOwnerHoldsNothingUp()
 {
-    ForeignClient hung(session());
-    hung.copyAndHang();
-    expect("a question to it", [&] { return !hung.asked().isEmpty(); });
-    callUp();
+    const auto hung = desktop().otherProgram();
+    hung->copy({{"UTF8_STRING", {.manner = ForeignOwner::Answer::Manner::Mute}}});
+    expect("a question to it", [&] { return !hung->contentAsked().isEmpty(); });
+    if (isOnX11())
+        callUp(); // on Wayland its window is one like any other, and comes as the compositor likes
     copy("after the hung one");
     expectHistory({u"after the hung one"_s});
 }
@@ -52,19 +53,23 @@ void ResilienceJourneyTest::recordsWhatIsLarge()
 
 void ResilienceJourneyTest::contentOutlivesItsProgram()
 {
-    {
-        ForeignClient owner(session());
-        owner.copyText("left behind");
+    const QByteArray large(5'000'000, 'x'); // beyond what is handed over in one piece
+    for (const QByteArray& content : {QByteArray("left behind"), large}) {
+        const auto owner = desktop().otherProgram();
+        owner->copyText(content);
         expectCapture();
+        owner->die();
+        expectClipboard(content);
     }
-    expectClipboard("left behind");
     // To take it over was no copy.
     copy("next");
-    expectHistory({u"next"_s, u"left behind"_s});
+    expectHistory({u"next"_s, QString::fromLatin1(large), u"left behind"_s});
 }
 
 void ResilienceJourneyTest::aDeliberateClearStays()
 {
+    if (!isOnX11())
+        QSKIP("on Wayland nobody can tell a cleared clipboard from one whose program has ended");
     ForeignClient passwords(session());
     passwords.copyText("for a minute only");
     expectCapture();

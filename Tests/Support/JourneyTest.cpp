@@ -1,5 +1,7 @@
 #include "JourneyTest.h"
 
+#include "SwayCompositor.h"
+
 namespace Clipboard::Testing {
 
 JourneyTest::JourneyTest(const Options& options, Sessions sessions)
@@ -7,6 +9,8 @@ JourneyTest::JourneyTest(const Options& options, Sessions sessions)
     , m_options(options)
     , m_sessions(sessions)
 {
+    if (qgetenv("TESSALY_DESKTOP") == "sway")
+        m_options.kind = VirtualSession::Kind::sway;
 }
 
 void JourneyTest::fail(const QString& message, const Where& where)
@@ -16,6 +20,9 @@ void JourneyTest::fail(const QString& message, const Where& where)
 
 void JourneyTest::initTestCase()
 {
+    const QString missing = isOnX11() ? QString() : SwayCompositor::missing();
+    if (!missing.isEmpty())
+        QSKIP(qPrintable(missing));
     if (m_sessions == Sessions::one)
         begin(m_options);
 }

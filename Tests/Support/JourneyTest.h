@@ -22,6 +22,9 @@ protected:
     /// Before the one session of all ends.
     virtual void conclude() {}
 
+    /// Whether the desktop is that of X11; TESSALY_DESKTOP says which one it is to be.
+    [[nodiscard]] bool isOnX11() const { return m_options.kind == VirtualSession::Kind::x11; }
+
     void fail(const QString& message, const Where& where) override;
     [[nodiscard]] bool hasFailed() const override { return QTest::currentTestFailed(); }
 

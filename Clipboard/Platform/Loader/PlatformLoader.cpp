@@ -5,6 +5,7 @@
 #include "NullPasteboard.h"
 #include "NullWindowSystem.h"
 #include "NullWorkspace.h"
+#include "WaylandPasteboard.h"
 #include "WorkerLinkMetadataProvider.h"
 #include "WorkerTextRecognizer.h"
 #include "X11HotKeyGrabber.h"
@@ -51,26 +52,46 @@ Platform nullPlatform()
     return platform;
 }
 
-/// Replaces what a display can do better.
-void addX11(Platform& platform)
+/// The clipboard of the X server. What Xwayland has is what the compositor mirrors of its own.
+void addX11Clipboard(Platform& platform)
 {
-    const auto session = X11::X11Session::open();
-    if (!session)
-        return;
-    std::shared_ptr<X11::SelectionEngine> engine;
     if (auto pasteboard = X11Pasteboard::create()) {
-        engine = pasteboard->engine();
         platform.pasteboard = std::move(pasteboard);
     } else {
         platform.pasteboard = std::make_unique<NullPasteboard>(QCoreApplication::translate(
             "PlatformLoader", "The clipboard cannot be watched in this session: the display has no XFixes extension."));
     }
+}
+
+/// Where the compositor lets programs follow its clipboard, whatever their windows are.
+bool addWaylandClipboard(Platform& platform, const Wayland::WaylandSession& compositor)
+{
+    auto pasteboard = compositor.hasDataControl ? WaylandPasteboard::create() : nullptr;
+    if (!pasteboard)
+        return false;
+    platform.pasteboard = std::move(pasteboard);
+    return true;
+}
+
+/// A key grabbed from Xwayland is ours only while one of its windows has the keyboard.
+void addConfiguredHotKey(Platform& platform)
+{
+    platform.hotKey = std::make_unique<NullHotKeyGrabber>(QCoreApplication::translate(
+        "PlatformLoader",
+        "Super+Shift+V cannot be bound from here: have the desktop’s settings run “tessaly toggle” on a key. "
+        "In sway: bindsym Mod4+Shift+v exec tessaly toggle"));
+}
+
+void addX11(Platform& platform, const std::shared_ptr<X11::X11Session>& session)
+{
+    const auto* clipboard = dynamic_cast<SnapshotPasteboard*>(platform.pasteboard.get());
     const auto frontWindow = std::make_shared<X11::FrontWindow>(session);
     platform.workspace = std::make_unique<X11Workspace>(session);
     platform.windows = std::make_unique<X11WindowSystem>(session, frontWindow);
     platform.hotKey = std::make_unique<X11HotKeyGrabber>(session);
     if (X11KeystrokeSender::isPossible(*session)) {
-        platform.keystrokes = std::make_unique<X11KeystrokeSender>(session, frontWindow, engine);
+        platform.keystrokes = std::make_unique<X11KeystrokeSender>(
+            session, frontWindow, clipboard != nullptr ? clipboard->engine() : nullptr);
     } else {
         platform.keystrokes = std::make_unique<NullKeystrokeSender>(QCoreApplication::translate(
             "PlatformLoader", "No key can be sent in this session: the display has no XTEST extension."));
@@ -79,12 +100,17 @@ void addX11(Platform& platform)
 
 } // namespace
 
-Platform loadPlatform()
+Platform loadPlatform(const Wayland::WaylandSession& compositor)
 {
     Platform platform = nullPlatform();
     // Windows shown by other means than X11 have nothing to do with a display that happens to be named.
-    if (QGuiApplication::platformName() == QLatin1String("xcb"))
-        addX11(platform);
+    const auto x11 = QGuiApplication::platformName() == QLatin1String("xcb") ? X11::X11Session::open() : nullptr;
+    if (!addWaylandClipboard(platform, compositor) && x11)
+        addX11Clipboard(platform);
+    if (x11)
+        addX11(platform, x11);
+    if (compositor.isThere)
+        addConfiguredHotKey(platform);
     for (const QString& reason : {platform.pasteboard->unavailableReason(), platform.keystrokes->unavailableReason()}) {
         if (!reason.isEmpty())
             qCWarning(log).noquote() << reason;

@@ -5,6 +5,7 @@
 #include "LinkMetadataProvider.h"
 #include "Pasteboard.h"
 #include "TextRecognizer.h"
+#include "WaylandSession.h"
 #include "WindowSystem.h"
 #include "Workspace.h"
 
@@ -24,7 +25,8 @@ struct Platform
     std::unique_ptr<LinkMetadataProvider> linkMetadata;
 };
 
-/// Looks at the session and picks the adapters; the only code that names them.
-[[nodiscard]] Platform loadPlatform();
+/// Picks the adapters, each service's on its own, from what the toolkit's display and the compositor, if there is one,
+/// let programs do; the only code that names them.
+[[nodiscard]] Platform loadPlatform(const Wayland::WaylandSession& compositor = {});
 
 } // namespace Clipboard

@@ -1,6 +1,6 @@
 #include "X11KeystrokeSender.h"
 
-#include "SelectionEngine.h"
+#include "ClipboardEngine.h"
 
 #include <QCoreApplication>
 #include <QPointer>
@@ -48,7 +48,7 @@ private:
 
 X11KeystrokeSender::X11KeystrokeSender(std::shared_ptr<X11::X11Session> session,
                                        std::shared_ptr<X11::FrontWindow> frontWindow,
-                                       std::shared_ptr<X11::SelectionEngine> engine)
+                                       std::shared_ptr<ClipboardEngine> engine)
     : m_session(std::move(session))
     , m_frontWindow(std::move(frontWindow))
     , m_engine(std::move(engine))

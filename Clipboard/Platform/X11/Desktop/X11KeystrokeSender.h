@@ -14,9 +14,7 @@
 
 namespace Clipboard {
 
-namespace X11 {
-class SelectionEngine;
-}
+class ClipboardEngine;
 
 /// Types the paste chord through XTEST, which every program takes for the user's own keys.
 class X11KeystrokeSender final : public KeystrokeSender
@@ -24,7 +22,7 @@ class X11KeystrokeSender final : public KeystrokeSender
 public:
     /// `engine` may be null: then nobody needs to wait for a write to be in force.
     X11KeystrokeSender(std::shared_ptr<X11::X11Session> session, std::shared_ptr<X11::FrontWindow> frontWindow,
-                       std::shared_ptr<X11::SelectionEngine> engine);
+                       std::shared_ptr<ClipboardEngine> engine);
 
     /// True when the server can be told of keys.
     [[nodiscard]] static bool isPossible(const X11::X11Session& session);
@@ -49,7 +47,7 @@ private:
 
     std::shared_ptr<X11::X11Session> m_session;
     std::shared_ptr<X11::FrontWindow> m_frontWindow;
-    std::shared_ptr<X11::SelectionEngine> m_engine;
+    std::shared_ptr<ClipboardEngine> m_engine;
     std::unique_ptr<X11::SpareKey> m_spareKey; // while a program may still look up what it stands for
     QTimer m_spareKeyReturn;
 };

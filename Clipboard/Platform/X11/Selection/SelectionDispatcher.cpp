@@ -73,7 +73,12 @@ void SelectionDispatcher::readContentThere()
         m_isInitial = false;
 }
 
-SelectionDispatcher::Remains SelectionDispatcher::remains() const
+std::vector<pollfd> SelectionDispatcher::sources() const
+{
+    return {{m_connection->fileDescriptor(), POLLIN, 0}};
+}
+
+std::any SelectionDispatcher::remains() const
 {
     Remains remains;
     remains.writes = m_writes;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ClipboardDispatcher.h"
 #include "ClipboardManager.h"
 #include "OutgoingTransfers.h"
 #include "SelectionOwner.h"
@@ -10,14 +11,10 @@
 
 namespace Clipboard::X11 {
 
-/// The clipboard of one X server: follows its owner, reads what others put there, owns what we put there, keeps alive
-/// what a program leaves behind and answers as the session's clipboard manager. Single-threaded; fed with X events.
-class SelectionDispatcher final
+/// The clipboard of one X server; answers as the session's clipboard manager, too.
+class SelectionDispatcher final : public ClipboardDispatcher
 {
 public:
-    using Clock = std::chrono::steady_clock;
-    using PublishFunction = std::function<void(const SelectionSnapshot&)>;
-
     struct Options
     {
         SelectionReader::Options reading;
@@ -42,28 +39,20 @@ public:
     SelectionDispatcher(std::unique_ptr<XcbConnection> connection, const Options& options, PublishFunction publish,
                         const std::optional<Remains>& remains = {});
 
-    [[nodiscard]] const XcbConnection& connection() const { return *m_connection; }
-    /// False once the connection or our window on it is gone; nothing works then.
-    [[nodiscard]] bool isAlive() const { return !m_isWindowGone && !m_connection->isBroken(); }
-    [[nodiscard]] Remains remains() const;
+    [[nodiscard]] bool isAlive() const override { return !m_isWindowGone && !m_connection->isBroken(); }
+    [[nodiscard]] std::any remains() const override;
 
-    /// Handles what has arrived. True when it stopped early and more may be waiting.
-    bool handleEvents();
-    [[nodiscard]] std::optional<Clock::time_point> deadline() const;
-    void expire(Clock::time_point now);
+    [[nodiscard]] std::vector<pollfd> sources() const override;
+    bool handleEvents() override;
+    [[nodiscard]] std::optional<Clock::time_point> deadline() const override;
+    void expire(Clock::time_point now) override;
 
-    /// Offers the content on the clipboard. `write` is the running number of our writes.
-    void own(const SelectionForms& forms, quint64 write);
-    /// Calls `done` once the writes before it are in force; with `primaryToo` the primary selection is then ours too,
-    /// with the clipboard's content.
-    void afterWrites(bool primaryToo, const std::function<void()>& done);
-    /// Calls `done` once every copy made before has been published, or is known not to be readable. An owner that hangs
-    /// is given up sooner.
-    void settle(const std::function<void()>& done);
-    /// See ClipboardManager::handOver(); at once when the clipboard is not ours. Publishes nothing from then on.
-    void handOver(const std::function<void()>& done);
-    /// Gives up what would keep other programs waiting for us.
-    void shutDown();
+    void own(const SelectionForms& forms, quint64 write) override;
+    void afterWrites(bool primaryToo, const std::function<void()>& done) override;
+    void settle(const std::function<void()>& done) override;
+    /// See ClipboardManager::handOver(); at once when the clipboard is not ours.
+    void handOver(const std::function<void()>& done) override;
+    void shutDown() override;
 
 private:
     using TimedAction = std::function<void(xcb_timestamp_t)>;

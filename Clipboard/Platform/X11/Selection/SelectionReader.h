@@ -1,11 +1,9 @@
 #pragma once
 
+#include "ContentReading.h"
 #include "IncomingTransfer.h"
-#include "SelectionContent.h"
-#include "SelectionForms.h"
 
 #include <chrono>
-#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -19,11 +17,8 @@ class SelectionReader final
 public:
     using Clock = std::chrono::steady_clock;
 
-    struct Options
+    struct Options : ContentReading::Options
     {
-        /// Targets whose mere presence means that nothing else may be read.
-        QSet<QString> secretTargets;
-        QByteArray hostName;
         std::chrono::milliseconds stepTimeout = readStepTimeout;
         std::chrono::milliseconds formTimeout = readFormTimeout;
     };
@@ -42,9 +37,9 @@ public:
     /// The content of the current selection; nothing while it is still to be found.
     [[nodiscard]] std::optional<SelectionContent> content() const;
     /// True when there is content that can be offered in its owner's place: complete, and no secret.
-    [[nodiscard]] bool hasContent() const { return m_stage == Stage::Companions && !m_kept.empty(); }
+    [[nodiscard]] bool hasContent() const { return m_stage == Stage::Companions && !m_reading.keptForms().empty(); }
     /// Everything that was read of the current selection.
-    [[nodiscard]] const SelectionForms& keptForms() const { return m_kept; }
+    [[nodiscard]] const SelectionForms& keptForms() const { return m_reading.keptForms(); }
 
     void handle(const xcb_selection_notify_event_t& event);
     void handle(const xcb_property_notify_event_t& event);
@@ -54,22 +49,9 @@ public:
 
 private:
     enum class Stage { Targets, Content, Companions };
-    enum class Kind { Files, PNG, TIFF, Text, Other };
-
-    struct Step
-    {
-        Kind kind = Kind::Other;
-        QByteArray target;
-    };
-
     void request(xcb_atom_t target, qint64 maxBytes);
     void advance();
     void readTargets();
-    void planContent(const std::vector<QByteArray>& offered);
-    void planCompanions(Kind kind);
-    /// Takes the finished transfer's bytes; false when they are of no use.
-    bool takeContent(const Step& step);
-    void keep(const Step& step, const QByteArray& text);
     void next();
     void publish();
 
@@ -88,9 +70,7 @@ private:
     Clock::time_point m_formEnd;
     Clock::time_point m_end;
     Stage m_stage = Stage::Targets;
-    std::deque<Step> m_steps; // those still to do; the first one is under way
-    SelectionContent m_content;
-    SelectionForms m_kept;
+    ContentReading m_reading;
 };
 
 } // namespace Clipboard::X11

@@ -1,0 +1,166 @@
+#include "OfferReader.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+namespace Clipboard::Wayland {
+
+namespace {
+
+// Fewer turns for large content. Where a pipe cannot have so much it works as well.
+constexpr int pipeBytes = 1 << 20;
+constexpr qsizetype pieceBytes = pipeBytes;
+// After so many pieces the engine looks at its other duties, however fast more come in.
+constexpr int maxPiecesInARow = 16;
+
+} // namespace
+
+OfferReader::OfferReader(Options options, std::function<void(const SelectionContent&)> onContent,
+                         std::function<void()> onSettled)
+    : m_options(std::move(options))
+    , m_onContent(std::move(onContent))
+    , m_onSettled(std::move(onSettled))
+    , m_reading(m_options)
+{
+}
+
+void OfferReader::start(DataControlOffer offer, const std::vector<QByteArray>& types)
+{
+    cancel();
+    m_offer = std::move(offer);
+    m_stepTimeout = m_options.stepTimeout;
+    m_end = Clock::now() + readTimeout;
+    m_reading.begin(types);
+    next();
+}
+
+void OfferReader::cancel()
+{
+    closePipe();
+    m_offer.reset();
+    m_reading.reset();
+    m_isPublished = false;
+}
+
+void OfferReader::hurry(std::chrono::milliseconds stepTimeout)
+{
+    m_stepTimeout = std::min(m_stepTimeout, stepTimeout);
+    m_stepEnd = std::min(m_stepEnd, Clock::now() + m_stepTimeout);
+}
+
+std::optional<SelectionContent> OfferReader::content() const
+{
+    return m_isPublished ? std::optional(m_reading.content()) : std::nullopt;
+}
+
+void OfferReader::request(const QByteArray& type, qint64 maxBytes)
+{
+    closePipe();
+    int ends[2] = {-1, -1};
+    if (::pipe2(ends, O_CLOEXEC) != 0)
+        return;
+    // The owner's end stays as it expects it.
+    ::fcntl(ends[0], F_SETFL, O_NONBLOCK);
+    ::fcntl(ends[0], F_SETPIPE_SZ, pipeBytes);
+    ext_data_control_offer_v1_receive(m_offer.get(), type.constData(), ends[1]);
+    ::close(ends[1]); // the request holds a copy
+    m_pipe = ends[0];
+    m_type = type;
+    m_maxBytes = maxBytes;
+    m_stepEnd = Clock::now() + m_stepTimeout;
+    m_formEnd = std::min(m_end, Clock::now() + m_options.formTimeout);
+}
+
+void OfferReader::closePipe()
+{
+    if (m_pipe >= 0)
+        ::close(std::exchange(m_pipe, -1));
+    m_bytes = {};
+}
+
+void OfferReader::collectSources(std::vector<pollfd>& sources) const
+{
+    if (m_pipe >= 0)
+        sources.push_back({m_pipe, POLLIN, 0});
+}
+
+void OfferReader::serve()
+{
+    if (m_pipe < 0)
+        return;
+    const auto isWhole = read();
+    if (!isWhole)
+        return;
+    const QByteArray bytes = std::exchange(m_bytes, {});
+    if (!*isWhole || bytes.isEmpty())
+        m_reading.giveUp();
+    else if (m_reading.take({m_type, 8, bytes}) == ContentReading::Found::content)
+        publish();
+    next();
+}
+
+std::optional<bool> OfferReader::read()
+{
+    for (int piece = 0; piece < maxPiecesInARow; ++piece) {
+        const qsizetype before = m_bytes.size();
+        if (m_bytes.capacity() - before < pieceBytes)
+            m_bytes.reserve(std::max(2 * before, before + pieceBytes));
+        m_bytes.resize(before + pieceBytes);
+        const ssize_t count = ::read(m_pipe, m_bytes.data() + before, pieceBytes);
+        m_bytes.resize(before + std::max<ssize_t>(count, 0));
+        if (count == 0) {
+            m_bytes.squeeze();
+            return true;
+        }
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            return errno == EAGAIN ? std::nullopt : std::optional(false);
+        if (m_bytes.size() > m_maxBytes)
+            return false;
+        m_stepEnd = Clock::now() + m_stepTimeout;
+    }
+    return {};
+}
+
+std::optional<OfferReader::Clock::time_point> OfferReader::deadline() const
+{
+    return m_pipe >= 0 ? std::optional(std::min(m_stepEnd, m_formEnd)) : std::nullopt;
+}
+
+void OfferReader::expire(Clock::time_point now)
+{
+    if (m_pipe < 0 || now < *deadline())
+        return;
+    if (now >= m_end)
+        m_reading.finish();
+    m_reading.giveUpKind();
+    next();
+}
+
+void OfferReader::next()
+{
+    closePipe();
+    while (const auto type = m_reading.wanted()) {
+        request(*type, m_reading.maxBytes());
+        if (m_pipe >= 0)
+            return;
+        m_reading.giveUp(); // no pipe to be had
+    }
+    if (!m_isPublished)
+        publish();
+    m_onSettled();
+}
+
+/// Hands the content on; from here on it is complete.
+void OfferReader::publish()
+{
+    m_isPublished = true;
+    m_onContent(m_reading.content());
+}
+
+} // namespace Clipboard::Wayland

@@ -1,0 +1,99 @@
+#include "SwayCompositor.h"
+
+#include "VirtualSession.h"
+
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace Clipboard::Testing::SwayCompositor {
+
+namespace {
+
+QByteArray configuration(QSize size)
+{
+    return "output HEADLESS-1 resolution " + QByteArray::number(size.width()) + 'x' +
+           QByteArray::number(size.height()) +
+           "\n"
+           "xwayland disable\n"
+           "default_border none\n"
+           "for_window [app_id=\"foot\"] floating enable\n";
+}
+
+QString firstOf(const QString& folder, const QString& pattern)
+{
+    const QStringList found = QDir(folder).entryList({pattern}, QDir::System);
+    return found.isEmpty() ? QString() : found.first();
+}
+
+/// One that stays for as long as the session: where the last keyboard goes, programs lose the focus. Each wtype brings
+/// another one and takes it away again.
+QString plugKeyboardIn(VirtualSession& session)
+{
+    session.start(u"wtype"_s, {u"-s"_s, u"2000000000"_s, u"-k"_s, u"Shift_L"_s});
+    const bool isThere = VirtualSession::waitUntil([&] {
+        return session.run(u"swaymsg"_s, {u"-t"_s, u"get_inputs"_s}).output.contains("keyboard");
+    });
+    return isThere ? QString() : u"There is no keyboard."_s;
+}
+
+} // namespace
+
+QString missing()
+{
+    for (const QString& program : {u"sway"_s, u"wl-copy"_s, u"wtype"_s, u"grim"_s}) {
+        if (QStandardPaths::findExecutable(program).isEmpty())
+            return u"%1 is not installed: no journey on Wayland"_s.arg(program);
+    }
+    return {};
+}
+
+/// The compositor refuses to run as root. In a namespace each program is somebody else, one that the message bus knows
+/// and who has the files of root all the same. What ties it to this process is lost on the way, and set again.
+QStringList launcher()
+{
+    if (::getuid() != 0)
+        return {};
+    return u"unshare --user --map-user=1 --map-group=1 setpriv --pdeathsig KILL"_s.split(u' ');
+}
+
+QString start(VirtualSession& session, QSize size)
+{
+    const QString file = session.homePath(u"sway.conf"_s);
+    QFile config(file);
+    if (!config.open(QFile::WriteOnly) || config.write(configuration(size)) < 0)
+        return config.errorString();
+    config.close();
+    session.setEnvironment(u"XDG_SESSION_TYPE"_s, u"wayland"_s);
+    session.setEnvironment(u"DISPLAY"_s, {});
+    session.setEnvironment(u"WLR_BACKENDS"_s, u"headless"_s);
+    session.setEnvironment(u"WLR_LIBINPUT_NO_DEVICES"_s, u"1"_s);
+    session.setEnvironment(u"WLR_RENDERER"_s, u"pixman"_s);
+    const QString log = session.homePath(u"sway.log"_s);
+    const QProcess& sway = session.start(u"sway"_s, {u"--config"_s, file}, {}, log);
+
+    const QString runtime = session.environment().value(u"XDG_RUNTIME_DIR"_s);
+    const auto isUp = [&] {
+        session.setEnvironment(u"WAYLAND_DISPLAY"_s, firstOf(runtime, u"wayland-?"_s));
+        session.setEnvironment(u"SWAYSOCK"_s, runtime + u'/' + firstOf(runtime, u"sway-ipc.*"_s));
+        return sway.state() == QProcess::NotRunning ||
+               session.run(u"swaymsg"_s, {u"-t"_s, u"get_version"_s}).exitCode == 0;
+    };
+    if (!VirtualSession::waitUntil(isUp) || sway.state() == QProcess::NotRunning) {
+        QFile said(log);
+        return u"sway did not come up: %1"_s.arg(said.open(QFile::ReadOnly) ? QString::fromLocal8Bit(said.readAll())
+                                                                            : QString());
+    }
+    return plugKeyboardIn(session);
+}
+
+void bindKey(VirtualSession& session, const QString& program)
+{
+    session.run(u"swaymsg"_s, {u"bindsym --no-repeat Mod4+Shift+v exec '%1' toggle"_s.arg(program)});
+}
+
+} // namespace Clipboard::Testing::SwayCompositor

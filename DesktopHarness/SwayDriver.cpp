@@ -1,0 +1,176 @@
+#include "SwayDriver.h"
+
+#include "VirtualSession.h"
+#include "WaylandOwner.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+using namespace Qt::StringLiterals;
+
+namespace Clipboard::Testing {
+
+namespace {
+
+/// Plain text goes by another name here; its clients offer it under all that it has.
+QStringList typeOption(const QString& target)
+{
+    return {u"--type"_s, target == "UTF8_STRING"_L1 ? u"text/plain"_s : target};
+}
+
+/// "super+shift+v", as wtype takes it: the modifiers down, the key, the modifiers up.
+QStringList wordsOf(const QString& chord)
+{
+    QStringList modifiers = chord.split(u'+');
+    const QString key = modifiers.takeLast();
+    QStringList words;
+    for (QString& modifier : modifiers) {
+        if (modifier == "super"_L1)
+            modifier = u"logo"_s;
+        words += {u"-M"_s, modifier};
+    }
+    words += {u"-k"_s, key};
+    for (const QString& modifier : modifiers)
+        words += {u"-m"_s, modifier};
+    return words;
+}
+
+void collect(const QJsonObject& node, QList<QJsonObject>& found)
+{
+    if (node.contains("pid"_L1))
+        found.append(node);
+    for (const auto& key : {"nodes"_L1, "floating_nodes"_L1}) {
+        for (const auto& child : node.value(key).toArray())
+            collect(child.toObject(), found);
+    }
+}
+
+Desktop::Window describe(const QJsonObject& node)
+{
+    const QJsonObject rect = node.value("rect"_L1).toObject();
+    const auto number = [&](QLatin1StringView name) { return rect.value(name).toInt(); };
+    return {static_cast<quint32>(node.value("id"_L1).toInt()),
+            QRect(number("x"_L1), number("y"_L1), number("width"_L1), number("height"_L1)),
+            node.value("name"_L1).toString(), false};
+}
+
+} // namespace
+
+SwayDriver::SwayDriver(VirtualSession& session)
+    : m_session(session)
+{
+}
+
+void SwayDriver::command(const QString& words) const
+{
+    m_session.run(u"swaymsg"_s, {words});
+}
+
+void SwayDriver::press(const QStringList& chords)
+{
+    QStringList words;
+    for (const QString& chord : chords)
+        words += wordsOf(chord);
+    m_session.run(u"wtype"_s, words);
+}
+
+void SwayDriver::type(const QString& text)
+{
+    m_session.run(u"wtype"_s, {text});
+}
+
+void SwayDriver::movePointer(QPoint place)
+{
+    command(u"seat seat0 cursor set %1 %2"_s.arg(place.x()).arg(place.y()));
+}
+
+void SwayDriver::click(QPoint place, int times, int button)
+{
+    movePointer(place);
+    for (int i = 0; i < times; ++i)
+        command(u"seat seat0 cursor press button%1, seat seat0 cursor release button%1"_s.arg(button));
+}
+
+void SwayDriver::drag(const QList<QPoint>& path)
+{
+    movePointer(path.first());
+    pressButton();
+    for (const QPoint place : path.sliced(1))
+        movePointer(place);
+    releaseButton();
+}
+
+void SwayDriver::pressButton()
+{
+    command(u"seat seat0 cursor press button1"_s);
+}
+
+void SwayDriver::releaseButton()
+{
+    command(u"seat seat0 cursor release button1"_s);
+}
+
+void SwayDriver::copy(const QByteArray& content, const QString& target)
+{
+    m_session.run(u"wl-copy"_s, typeOption(target), content);
+}
+
+std::unique_ptr<ForeignOwner> SwayDriver::otherProgram()
+{
+    return std::make_unique<WaylandOwner>(m_session);
+}
+
+QByteArray SwayDriver::pasted(const QString& target)
+{
+    return m_session.run(u"wl-paste"_s, QStringList{u"--no-newline"_s} + typeOption(target)).output;
+}
+
+QList<QJsonObject> SwayDriver::windows() const
+{
+    const auto tree = m_session.run(u"swaymsg"_s, {u"-t"_s, u"get_tree"_s}).output;
+    QList<QJsonObject> found;
+    collect(QJsonDocument::fromJson(tree).object(), found);
+    return found;
+}
+
+QList<SwayDriver::Window> SwayDriver::windowsOf(const QByteArray& program) const
+{
+    QList<Window> found;
+    for (const QJsonObject& node : windows()) {
+        if (node.value("app_id"_L1).toString().contains(QLatin1StringView(program)))
+            found.append(describe(node));
+    }
+    return found;
+}
+
+std::optional<SwayDriver::Window> SwayDriver::activeWindow() const
+{
+    for (const QJsonObject& node : windows()) {
+        if (node.value("focused"_L1).toBool())
+            return describe(node);
+    }
+    return {};
+}
+
+QSize SwayDriver::size() const
+{
+    const auto outputs = m_session.run(u"swaymsg"_s, {u"-t"_s, u"get_outputs"_s}).output;
+    const QJsonObject rect = QJsonDocument::fromJson(outputs).array().at(0).toObject().value("rect"_L1).toObject();
+    return {rect.value("width"_L1).toInt(), rect.value("height"_L1).toInt()};
+}
+
+QByteArray SwayDriver::pixels() const
+{
+    return m_session.run(u"grim"_s, {u"-t"_s, u"ppm"_s, u"-"_s}).output;
+}
+
+void SwayDriver::place(const Window& window, QRect geometry)
+{
+    command(u"[con_id=%1] floating enable, resize set %2 px %3 px, move absolute position %4 px %5 px"_s.arg(window.id)
+                .arg(geometry.width())
+                .arg(geometry.height())
+                .arg(geometry.x())
+                .arg(geometry.y()));
+}
+
+} // namespace Clipboard::Testing

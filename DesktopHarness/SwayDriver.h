@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Desktop.h"
+
+#include <QJsonObject>
+
+namespace Clipboard::Testing {
+
+class VirtualSession;
+
+/// A person at a sway session: wtype and the compositor's own commands for hands, wl-clipboard for the clipboard, the
+/// compositor's tree of windows for eyes.
+class SwayDriver final : public Desktop
+{
+public:
+    /// The session has to outlive it.
+    explicit SwayDriver(VirtualSession& session);
+
+    void press(const QStringList& chords) override;
+    void type(const QString& text) override;
+    void movePointer(QPoint place) override;
+    void click(QPoint place, int times, int button) override;
+    void drag(const QList<QPoint>& path) override;
+    void pressButton() override;
+    void releaseButton() override;
+    /// Not to be had of this compositor.
+    [[nodiscard]] QByteArray pointerShape() const override { return {}; }
+    void copy(const QByteArray& content, const QString& target) override;
+    [[nodiscard]] std::unique_ptr<ForeignOwner> otherProgram() override;
+    [[nodiscard]] QByteArray pasted(const QString& target) override;
+    [[nodiscard]] QList<Window> windowsOf(const QByteArray& program) const override;
+    [[nodiscard]] std::optional<Window> activeWindow() const override;
+    [[nodiscard]] QSize size() const override;
+    [[nodiscard]] QByteArray pixels() const override;
+    void place(const Window& window, QRect geometry) override;
+
+private:
+    void command(const QString& words) const;
+    /// All windows, with what the compositor says of each.
+    [[nodiscard]] QList<QJsonObject> windows() const;
+
+    VirtualSession& m_session;
+};
+
+} // namespace Clipboard::Testing

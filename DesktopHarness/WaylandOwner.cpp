@@ -1,0 +1,219 @@
+#include "WaylandOwner.h"
+
+#include "VirtualSession.h"
+
+#include <ext-data-control-v1-client-protocol.h>
+
+#include <csignal>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace Clipboard::Testing {
+
+namespace {
+
+/// The same protocol under its older name, which is the one that sway knows.
+wl_interface managerInterface()
+{
+    wl_interface interface = ext_data_control_manager_v1_interface;
+    interface.name = "zwlr_data_control_manager_v1";
+    return interface;
+}
+const wl_interface manager = managerInterface();
+
+/// False when nobody reads any more.
+bool writeAll(int pipe, const char* bytes, qsizetype size)
+{
+    while (size > 0) {
+        const ssize_t written = ::write(pipe, bytes, static_cast<size_t>(size));
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written < 0)
+            return false;
+        bytes += written;
+        size -= written;
+    }
+    return true;
+}
+
+} // namespace
+
+struct WaylandOwner::Objects
+{
+    wl_display* display = nullptr;
+    wl_event_queue* waiting = nullptr; // for round trips beside the thread
+    wl_registry* registry = nullptr;
+    wl_seat* seat = nullptr;
+    ext_data_control_manager_v1* manager = nullptr;
+    ext_data_control_device_v1* device = nullptr;
+    ext_data_control_source_v1* source = nullptr;
+
+    void end()
+    {
+        if (source != nullptr)
+            ext_data_control_source_v1_destroy(source);
+        ext_data_control_device_v1_destroy(device);
+        ext_data_control_manager_v1_destroy(manager);
+        wl_seat_destroy(seat);
+        wl_registry_destroy(registry);
+        wl_event_queue_destroy(waiting);
+        wl_display_disconnect(display);
+    }
+};
+
+WaylandOwner::WaylandOwner(const VirtualSession& session)
+    : m_objects(std::make_unique<Objects>())
+    , m_end(::eventfd(0, EFD_CLOEXEC))
+{
+    const auto& environment = session.environment();
+    const QString socket = environment.value(u"XDG_RUNTIME_DIR"_s) + u'/' + environment.value(u"WAYLAND_DISPLAY"_s);
+    m_objects->display = wl_display_connect(socket.toLocal8Bit().constData());
+    if (m_objects->display == nullptr)
+        return;
+    static constexpr wl_registry_listener listener{
+        [](void* data, wl_registry* registry, uint32_t name, const char* interface, uint32_t) {
+            auto& objects = *static_cast<Objects*>(data);
+            if (QByteArrayView(interface) == manager.name)
+                objects.manager =
+                    static_cast<ext_data_control_manager_v1*>(wl_registry_bind(registry, name, &manager, 1));
+            else if (QByteArrayView(interface) == wl_seat_interface.name)
+                objects.seat = static_cast<wl_seat*>(wl_registry_bind(registry, name, &wl_seat_interface, 1));
+        },
+        [](void*, wl_registry*, uint32_t) {},
+    };
+    m_objects->registry = wl_display_get_registry(m_objects->display);
+    wl_registry_add_listener(m_objects->registry, &listener, m_objects.get());
+    wl_display_roundtrip(m_objects->display);
+    m_objects->device = ext_data_control_manager_v1_get_data_device(m_objects->manager, m_objects->seat);
+    m_objects->waiting = wl_display_create_queue(m_objects->display);
+    m_thread = std::thread([this] { run(); });
+}
+
+WaylandOwner::~WaylandOwner()
+{
+    die();
+    ::close(m_end);
+}
+
+void WaylandOwner::copy(const QHash<QByteArray, Answer>& answers)
+{
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_answers = answers;
+        m_asked.clear();
+        m_answered.clear();
+    }
+    using Source = ext_data_control_source_v1;
+    static constexpr ext_data_control_source_v1_listener listener{
+        [](void* self, Source*, const char* type, int pipe) { static_cast<WaylandOwner*>(self)->answer(type, pipe); },
+        [](void*, Source*) {},
+    };
+    Source* old = std::exchange(m_objects->source, ext_data_control_manager_v1_create_data_source(m_objects->manager));
+    ext_data_control_source_v1_add_listener(m_objects->source, &listener, this);
+    for (const QByteArray& type : answers.keys())
+        ext_data_control_source_v1_offer(m_objects->source, type.constData());
+    ext_data_control_device_v1_set_selection(m_objects->device, m_objects->source);
+    if (old != nullptr)
+        ext_data_control_source_v1_destroy(old);
+    wl_display_roundtrip_queue(m_objects->display, m_objects->waiting);
+}
+
+void WaylandOwner::clear()
+{
+    ext_data_control_device_v1_set_selection(m_objects->device, nullptr);
+    wl_display_roundtrip_queue(m_objects->display, m_objects->waiting);
+}
+
+void WaylandOwner::die()
+{
+    if (!m_thread.joinable())
+        return;
+    ::eventfd_write(m_end, 1);
+    m_thread.join();
+}
+
+QByteArrayList WaylandOwner::contentAsked() const
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_asked;
+}
+
+QByteArrayList WaylandOwner::answered() const
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_answered;
+}
+
+/// Until it is told to end, or a manner of answering is to die.
+void WaylandOwner::run()
+{
+    sigset_t closedPipe;
+    sigemptyset(&closedPipe);
+    sigaddset(&closedPipe, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &closedPipe, nullptr);
+    wl_display* display = m_objects->display;
+    while (!m_isOver && wl_display_get_error(display) == 0) {
+        while (wl_display_prepare_read(display) != 0)
+            wl_display_dispatch_pending(display);
+        wl_display_flush(display);
+        pollfd sources[] = {{wl_display_get_fd(display), POLLIN, 0}, {m_end, POLLIN, 0}};
+        ::poll(sources, std::size(sources), -1);
+        wl_display_read_events(display);
+        wl_display_dispatch_pending(display);
+        m_isOver = m_isOver || sources[1].revents != 0;
+    }
+    for (const int pipe : std::as_const(m_held))
+        ::close(pipe);
+    m_objects->end();
+}
+
+void WaylandOwner::answer(const QByteArray& type, int pipe)
+{
+    Answer answer;
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_asked.append(type);
+        answer = m_answers.value(type);
+    }
+    if (!send(answer, pipe)) {
+        m_held.append(pipe);
+        return;
+    }
+    ::close(pipe);
+    const std::scoped_lock lock(m_mutex);
+    m_answered.append(type);
+}
+
+bool WaylandOwner::send(const Answer& answer, int pipe)
+{
+    const char* bytes = answer.bytes.constData();
+    const qsizetype twoPieces = qMin(2 * answer.pieceBytes, answer.bytes.size());
+    switch (answer.manner) {
+    case Answer::Manner::AtOnce:
+    case Answer::Manner::InPieces:
+    case Answer::Manner::Late:
+        writeAll(pipe, bytes, answer.bytes.size());
+        return true;
+    case Answer::Manner::Refuse:
+        return true;
+    case Answer::Manner::EndlessPieces:
+        while (writeAll(pipe, bytes, answer.bytes.size())) {
+        }
+        return true;
+    case Answer::Manner::DieInTheMiddle:
+        m_isOver = true;
+        [[fallthrough]];
+    case Answer::Manner::StallInTheMiddle:
+        writeAll(pipe, bytes, twoPieces);
+        return false;
+    case Answer::Manner::Mute:
+        return false;
+    }
+    return true;
+}
+
+} // namespace Clipboard::Testing
