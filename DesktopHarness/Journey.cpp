@@ -188,7 +188,7 @@ void Journey::lift(QPoint from, QPoint nowhere, Where where)
 void Journey::dropOn(QPoint place, Where where)
 {
     carry(place, "dnd-copy", where);
-    letGo();
+    letGo(where);
 }
 
 /// Until the pointer has that shape. It goes back and forth, for programs answer when it moves.
@@ -201,10 +201,16 @@ void Journey::carry(QPoint place, const QByteArray& shape, Where where)
     expect("the pointer " + shape, isAnswered, where);
 }
 
-void Journey::letGo()
+void Journey::letGo(Where where)
 {
     if (!hasFailed())
         desktop().releaseButton();
+    // Until then the program takes the next press for a part of this drag.
+    const auto isOver = [this] {
+        const QByteArray shape = desktop().pointerShape();
+        return shape != "not-allowed" && !shape.startsWith("dnd-");
+    };
+    expect("the end of the drag", isOver, where);
 }
 
 // ── What has to come

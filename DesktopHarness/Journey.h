@@ -90,7 +90,7 @@ public:
     void lift(QPoint from, QPoint nowhere, Where where = Where::current());
     /// Carries it on, until the pointer says that what is there would take it, and lets it go.
     void dropOn(QPoint place, Where where = Where::current());
-    void letGo();
+    void letGo(Where where = Where::current());
 
     // ── What has to come
     void expect(QAnyStringView what, const std::function<bool()>& condition, Where where = Where::current());
