@@ -1,5 +1,6 @@
+#include "TrayProgram.h"
+
 #include "AppDelegate.h"
-#include "Commands.h"
 #include "InstanceLock.h"
 #include "PrivateFolder.h"
 #include "ProcessSignals.h"
@@ -12,7 +13,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <malloc.h>
 #include <optional>
 
@@ -22,48 +22,14 @@ namespace {
 
 constexpr int cannotRun = 1;
 
-constexpr const char* helpBeforeCommands =
-    "Usage: tessaly [option]\n"
-    "       tessaly COMMAND [option…] [operand…]\n"
-    "Keeps the history of the clipboard. Super+Shift+V opens it; so does starting the program again.\n"
-    "\n"
-    "  -h, --help     print this help\n"
-    "  -v, --version  print the version\n"
-    "\n"
-    "Commands to the running program; ENTRY is a place in the list from 1, an id, or - for a line of standard input.\n"
-    "'tessaly COMMAND --help' prints the options of one.\n"
-    "\n";
-
-constexpr const char* helpAfterCommands = "\n"
-                                          "Environment:\n"
-                                          "  CLIPBOARD_SHOW_PANEL  when set, the panel opens right after the start\n";
-
-bool isEither(const char* argument, const char* shortForm, const char* longForm)
+/// Says so when nothing could be shown anywhere.
+bool hasNoDisplay()
 {
-    return std::strcmp(argument, shortForm) == 0 || std::strcmp(argument, longForm) == 0;
-}
-
-/// Answers what needs no display. Nothing when the program is to run.
-std::optional<int> answerAtOnce(int argc, char** argv)
-{
-    if (argc == 2 && isEither(argv[1], "-v", "--version")) {
-        std::puts("Tessaly " TESSALY_VERSION);
-        return 0;
-    }
-    if (argc == 2 && isEither(argv[1], "-h", "--help")) {
-        std::fputs(helpBeforeCommands, stdout);
-        std::fputs(Clipboard::Command::help().toUtf8().constData(), stdout);
-        std::fputs(helpAfterCommands, stdout);
-        return 0;
-    }
-    if (Clipboard::Command::isMeant(argc, argv))
-        return Clipboard::Command::run(argc, argv);
-    if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") &&
-        !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+    const bool hasNone = qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") &&
+                         !qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+    if (hasNone)
         std::fputs("tessaly: there is no display to run on (DISPLAY and WAYLAND_DISPLAY are empty)\n", stderr);
-        return cannotRun;
-    }
-    return std::nullopt;
+    return hasNone;
 }
 
 /// What the toolkit left of the arguments is unknown to both.
@@ -76,16 +42,15 @@ bool hasUnknownArgument()
     return true;
 }
 
-/// Stands in for the toolkit's own report while it looks for a display: without one it aborts.
-void reportDisplay(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message)
+/// Stands in for the toolkit's own reports while it looks for a display: one on each kind that cannot be reached, and
+/// then it aborts.
+void reportDisplay(QtMsgType type, const QMessageLogContext& /*context*/, const QString& /*message*/)
 {
-    if (type == QtFatalMsg) {
-        std::fprintf(stderr, "tessaly: the display cannot be reached (DISPLAY is '%s', WAYLAND_DISPLAY is '%s')\n",
-                     qgetenv("DISPLAY").constData(), qgetenv("WAYLAND_DISPLAY").constData());
-        std::_Exit(cannotRun);
-    }
-    if (type != QtWarningMsg) // of what cannot be reached, one after the other
-        std::fprintf(stderr, "%s\n", qPrintable(message));
+    if (type != QtFatalMsg)
+        return;
+    std::fprintf(stderr, "tessaly: the display cannot be reached (DISPLAY is '%s', WAYLAND_DISPLAY is '%s')\n",
+                 qgetenv("DISPLAY").constData(), qgetenv("WAYLAND_DISPLAY").constData());
+    std::_Exit(cannotRun);
 }
 
 /// Where the session offers X11 beside Wayland, the windows are shown through X11: there the panel can take the
@@ -163,10 +128,10 @@ int leaveToTheRunningOne(const QByteArray& itsDisplay)
 
 } // namespace
 
-int main(int argc, char** argv)
+int runTrayProgram(int argc, char** argv)
 {
-    if (const std::optional<int> code = answerAtOnce(argc, argv))
-        return *code;
+    if (hasNoDisplay())
+        return cannotRun;
     returnLargeBlocks();
     Clipboard::ProcessSignals::install();
     const auto compositor = Clipboard::Wayland::WaylandSession::look();
