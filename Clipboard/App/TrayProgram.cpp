@@ -1,6 +1,7 @@
 #include "TrayProgram.h"
 
 #include "AppDelegate.h"
+#include "BusNames.h"
 #include "InstanceLock.h"
 #include "PrivateFolder.h"
 #include "ProcessSignals.h"
@@ -9,7 +10,6 @@
 #include "Translations.h"
 
 #include <QApplication>
-#include <QStandardPaths>
 
 #include <cstdio>
 #include <cstdlib>
@@ -97,9 +97,9 @@ QByteArray displayName()
 }
 
 /// Two writers would lose each other's copies. Where there are no locks, the name on the bus has to do.
-bool isKeptByAnother(const Clipboard::InstanceLock& lock)
+bool isKeptByAnother(const Clipboard::Bus::InstanceLock& lock)
 {
-    using State = Clipboard::InstanceLock::State;
+    using State = Clipboard::Bus::InstanceLock::State;
     return lock.state() == State::heldByAnother ||
            (lock.state() == State::unsupported && Clipboard::Bus::RunningInstance::isAnnounced());
 }
@@ -146,9 +146,9 @@ int runTrayProgram(int argc, char** argv)
     if (hasUnknownArgument())
         return 2;
 
-    const QString dataFolder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Tessaly"_s;
+    const QString dataFolder = Clipboard::Bus::dataFolder();
     Clipboard::createPrivateFolder(dataFolder);
-    const Clipboard::InstanceLock lock(dataFolder + u"/lock"_s, displayName());
+    const Clipboard::Bus::InstanceLock lock(dataFolder + u"/lock"_s, displayName());
     if (isKeptByAnother(lock))
         return leaveToTheRunningOne(lock.holdersDisplay());
 

@@ -1,5 +1,8 @@
 #include "BusClient.h"
 
+#include "InstanceLock.h"
+#include "RunningInstance.h"
+
 #include <QDBusError>
 #include <QDBusMessage>
 
@@ -9,14 +12,17 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// Nobody has the program's name.
+bool isUnheardOf(const QDBusMessage& reply)
+{
+    return QDBusError(reply).type() == QDBusError::ServiceUnknown || reply.errorName().endsWith("NameHasNoOwner"_L1);
+}
+
 Failure failureOf(const QDBusMessage& reply)
 {
-    const Failure notRunning{ExitCode::notRunning, u"the program is not running; 'tessaly' alone starts it"_s};
-    if (reply.errorName().endsWith("NameHasNoOwner"_L1))
-        return notRunning;
+    if (isUnheardOf(reply))
+        return {ExitCode::notRunning, u"the program is not running; 'tessaly' alone starts it"_s};
     switch (QDBusError(reply).type()) {
-    case QDBusError::ServiceUnknown:
-        return notRunning;
     case QDBusError::NoReply:
     case QDBusError::Timeout:
     case QDBusError::TimedOut:
@@ -47,7 +53,11 @@ Answer BusClient::call(const QString& method, const QVariantList& arguments, std
         QDBusMessage::createMethodCall(Bus::serviceName, Bus::objectPath, Bus::interfaceName, method);
     message.setAutoStartService(false);
     message.setArguments(arguments);
-    const QDBusMessage reply = m_bus.call(message, QDBus::Block, static_cast<int>(limit.count()));
+    QDBusMessage reply = m_bus.call(message, QDBus::Block, static_cast<int>(limit.count()));
+    if (isUnheardOf(reply) && Bus::InstanceLock::isHeld(Bus::dataFolder() + u"/lock"_s)) {
+        Bus::RunningInstance::await(); // it is just starting
+        reply = m_bus.call(message, QDBus::Block, static_cast<int>(limit.count()));
+    }
     if (reply.type() != QDBusMessage::ReplyMessage)
         return failureOf(reply);
     return reply.arguments();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QLatin1String>
+#include <QStandardPaths>
 #include <QString>
 
 #include <chrono>
@@ -13,6 +14,12 @@ inline constexpr QLatin1String objectPath("/com/tessaly/Tessaly");
 inline constexpr QLatin1String interfaceName("com.tessaly.Tessaly");
 /// Desktop Entry Specification 1.5, "D-Bus Activation".
 inline constexpr QLatin1String applicationInterface("org.freedesktop.Application");
+
+/// The folder that the running program keeps for itself by the file "lock" in it.
+[[nodiscard]] inline QString dataFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Tessaly");
+}
 
 /// Larger contents travel as a file descriptor: the bus copies each message twice, and a daemon may refuse large ones.
 inline constexpr qint64 largestInlineContent = qint64{64} * 1024;

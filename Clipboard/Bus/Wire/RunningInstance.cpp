@@ -63,6 +63,17 @@ private:
 
 } // namespace
 
+void await()
+{
+    const QDBusServiceWatcher arrival(serviceName, QDBusConnection::sessionBus(),
+                                      QDBusServiceWatcher::WatchForRegistration);
+    QEventLoop loop;
+    QObject::connect(&arrival, &QDBusServiceWatcher::serviceRegistered, &loop, &QEventLoop::quit);
+    QTimer::singleShot(answerLimit, &loop, &QEventLoop::quit);
+    if (!isAnnounced()) // it may have come before it was looked for
+        loop.exec();
+}
+
 bool isAnnounced()
 {
     const QDBusConnection bus = QDBusConnection::sessionBus();

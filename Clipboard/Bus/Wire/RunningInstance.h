@@ -3,6 +3,9 @@
 /// The process that has the program's name on the session bus, as another start of it finds it.
 namespace Clipboard::Bus::RunningInstance {
 
+/// Returns when a process has the name, or after answerLimit.
+void await();
+
 /// True when a process has the name.
 [[nodiscard]] bool isAnnounced();
 

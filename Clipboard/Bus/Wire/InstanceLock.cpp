@@ -9,21 +9,27 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace Clipboard {
+namespace Clipboard::Bus {
 
 namespace {
 
 // The name of a display: a host and two numbers, or of a socket. Hosts' names have 253 letters at most.
 constexpr size_t maxNoteBytes = 512;
 
+struct flock wholeFile()
+{
+    struct flock lock = {};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    return lock;
+}
+
 } // namespace
 
 InstanceLock::InstanceLock(const QString& file, const QByteArray& display)
     : m_file(::open(QFile::encodeName(file).constData(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR))
 {
-    struct flock lock = {};
-    lock.l_type = F_WRLCK;
-    lock.l_whence = SEEK_SET;
+    struct flock lock = wholeFile();
     if (m_file < 0)
         return;
     if (::fcntl(m_file, F_SETLK, &lock) != 0) {
@@ -45,6 +51,17 @@ InstanceLock::~InstanceLock()
         ::close(m_file);
 }
 
+bool InstanceLock::isHeld(const QString& file)
+{
+    const int descriptor = ::open(QFile::encodeName(file).constData(), O_RDWR | O_CLOEXEC);
+    if (descriptor < 0)
+        return false;
+    struct flock lock = wholeFile();
+    const bool isAnswered = ::fcntl(descriptor, F_GETLK, &lock) == 0;
+    ::close(descriptor);
+    return isAnswered && lock.l_type != F_UNLCK;
+}
+
 QByteArray InstanceLock::holdersDisplay() const
 {
     std::array<char, maxNoteBytes> note{};
@@ -52,4 +69,4 @@ QByteArray InstanceLock::holdersDisplay() const
     return {note.data(), length < 0 ? 0 : length};
 }
 
-} // namespace Clipboard
+} // namespace Clipboard::Bus

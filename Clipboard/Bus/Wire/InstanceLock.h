@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
-namespace Clipboard {
+namespace Clipboard::Bus {
 
 /// Keeps a second process from writing the same history. The kernel drops the lock with the process, however that ends.
 class InstanceLock final
@@ -18,6 +18,8 @@ public:
 
     /// Unsupported: some network file systems have no locks.
     [[nodiscard]] State state() const { return m_state; }
+    /// Whether a process keeps the lock `file`, so that one is running or about to.
+    [[nodiscard]] static bool isHeld(const QString& file);
     /// The display that the holder serves; empty when it did not tell.
     [[nodiscard]] QByteArray holdersDisplay() const;
 
@@ -26,4 +28,4 @@ private:
     State m_state = State::unsupported;
 };
 
-} // namespace Clipboard
+} // namespace Clipboard::Bus
