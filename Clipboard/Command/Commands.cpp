@@ -62,9 +62,11 @@ QList<Definition> definitions()
          Functions::clear},
         {{"actions"_L1, "ENTRY"_L1, 1, 1, {}, "list what can be done with an entry"_L1}, Functions::actions},
         {{"run"_L1, "ENTRY ACTION"_L1, 2, 2, {}, "do that"_L1}, Functions::run},
-        {{"annotate"_L1, "ENTRY"_L1, 1, 1, {}, "open a picture in the editor"_L1}, callingOnEntry(u"Annotate"_s)},
+        {{"annotate"_L1, "ENTRY|FILE"_L1, 1, 1, {}, "open a picture in the editor"_L1}, Functions::annotate},
         {{"pause"_L1, "[DURATION]"_L1, 0, 1, {}, "record nothing, for 45m, 2h or until 'resume'"_L1}, Functions::pause},
         {{"resume"_L1, ""_L1, 0, 0, {}, "record again"_L1}, calling(u"Resume"_s)},
+        {{"config"_L1, "[list | get KEY | set KEY VALUE]"_L1, 0, 3, {}, "read and change preferences"_L1},
+         Functions::config},
         {{"status"_L1, ""_L1, 0, 0, {json}, "what works in this session, and what was skipped"_L1}, Functions::status},
         {{"watch"_L1, ""_L1, 0, 0, {}, "print each change of the history as a line of JSON"_L1}, Functions::watch},
         {{"quit"_L1, ""_L1, 0, 0, {}, "end the program"_L1}, calling(u"Quit"_s)},
@@ -101,6 +103,8 @@ bool isMeant(int argc, char** argv)
 int run(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(u"Tessaly"_s); // whose preferences are meant
+    QCoreApplication::setOrganizationName(u"Tessaly"_s);
     Bus::registerBusEntry();
     const QStringList arguments = QCoreApplication::arguments();
     const QString& name = arguments.at(1);
@@ -119,7 +123,9 @@ QString help()
     const QList<Definition> all = definitions();
     for (const Definition& definition : all) {
         const Syntax& syntax = definition.syntax;
-        const QString form = QString(syntax.command) + u' ' + syntax.operands;
+        QString form = QString(syntax.command) + u' ' + syntax.operands;
+        if (form.size() > widest)
+            form = syntax.command + u" …"_s;
         text += u"  "_s + form.leftJustified(widest) + syntax.summary + u'\n';
     }
     return text;

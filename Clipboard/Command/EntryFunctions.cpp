@@ -158,6 +158,25 @@ Outcome get(const CommandLine& line, const BusClient& client)
     return print(std::get<QVariantList>(answer).value(0).value<QDBusVariant>().variant());
 }
 
+Outcome annotate(const CommandLine& line, const BusClient& client)
+{
+    // What could be either is an entry: a file of that name can be written with its folder.
+    const QString& operand = line.operands.constFirst();
+    if (!operand.contains(u'/') && !operand.contains(u'.'))
+        return onEntry(u"Annotate"_s, line, client);
+    QFile file(operand);
+    if (!file.open(QFile::ReadOnly) || file.size() > largestInput)
+        return Failure{ExitCode::failed, u"'%1' cannot be read, or is larger than 256 MiB"_s.arg(operand)};
+    const std::optional<QVariant> sent = Bus::toWire(file.readAll());
+    if (!sent)
+        return Failure{ExitCode::failed, u"there is no memory for '%1'"_s.arg(operand)};
+    const Answer answer =
+        client.call(u"Add"_s, {u"image/png"_s, QVariant::fromValue(QDBusVariant(*sent))}, Bus::workLimit);
+    if (const Outcome failure = failureIn(answer))
+        return failure;
+    return failureIn(client.call(u"Annotate"_s, {std::get<QVariantList>(answer).value(0)}));
+}
+
 Outcome add(const CommandLine& line, const BusClient& client)
 {
     const bool isGiven = !line.operands.isEmpty() && line.operands.constFirst() != "-"_L1;

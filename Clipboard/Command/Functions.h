@@ -17,6 +17,8 @@ using Outcome = std::optional<Failure>;
 [[nodiscard]] Outcome actions(const CommandLine& line, const BusClient& client);
 [[nodiscard]] Outcome run(const CommandLine& line, const BusClient& client);
 [[nodiscard]] Outcome pause(const CommandLine& line, const BusClient& client);
+[[nodiscard]] Outcome config(const CommandLine& line, const BusClient& client);
+[[nodiscard]] Outcome annotate(const CommandLine& line, const BusClient& client);
 [[nodiscard]] Outcome status(const CommandLine& line, const BusClient& client);
 /// Calls the method with the entry that is named.
 [[nodiscard]] Outcome onEntry(const QString& method, const CommandLine& line, const BusClient& client);

@@ -1,5 +1,7 @@
 #include "Terminal.h"
 
+#include "PreviewLine.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -71,7 +73,7 @@ bool printLine(QStringView line)
 
 void complain(QStringView text)
 {
-    std::fprintf(stderr, "tessaly: %s\n", text.toUtf8().constData());
+    std::fprintf(stderr, "tessaly: %s\n", Bus::withoutControls(text).toUtf8().constData()); // it may quote an argument
 }
 
 } // namespace Clipboard::Command::Terminal

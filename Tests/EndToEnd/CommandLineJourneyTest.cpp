@@ -1,3 +1,4 @@
+#include "EncodedPicture.h"
 #include "JourneyTest.h"
 #include "Rows.h"
 
@@ -18,6 +19,8 @@ private slots:
     void pastesIntoTheWindowInFront();
     void pausesAndTellsWhatItSkipped();
     void tellsOfChanges();
+    void opensTheEditor();
+    void keepsPreferences();
     void tellsWhyNobodyAnswers();
 
 private:
@@ -147,6 +150,23 @@ void CommandLineJourneyTest::tellsOfChanges()
     answers("", {u"quit"_s}, "", 0, {}, "");
     expect(u"the end of both", [&] { return watch.state() == QProcess::NotRunning && !tessaly().isRunning(); });
     QCOMPARE(watch.exitCode(), 4);
+}
+
+void CommandLineJourneyTest::opensTheEditor()
+{
+    answers("", {u"annotate"_s, writeFile(u"red.png"_s, encoded(filled({300, 200}, Qt::red)))}, "", 0, {}, "");
+    expect(u"the editor", [this] { return tessaly().editor().has_value(); });
+}
+
+void CommandLineJourneyTest::keepsPreferences()
+{
+    checkRows(this, &CommandLineJourneyTest::answers,
+              {{"at first", {u"config"_s}, "", 0, u"editorColor\tred\neditorSize\tmedium\n"_s, ""},
+               {"chosen", {u"config"_s, u"set"_s, u"editorSize"_s, u"large"_s}, "", 0, {}, ""},
+               {"kept", {u"config"_s, u"get"_s, u"editorSize"_s}, "", 0, u"large\n"_s, ""},
+               {"impossible", {u"config"_s, u"set"_s, u"editorColor"_s, u"pink"_s}, "", 2, {}, "can be red, yellow"},
+               {"unknown", {u"config"_s, u"get"_s, u"x"_s}, "", 2, {}, "no preference 'x'"},
+               {"unfinished", {u"config"_s, u"set"_s, u"editorSize"_s}, "", 2, {}, "config set KEY VALUE"}});
 }
 
 void CommandLineJourneyTest::tellsWhyNobodyAnswers()
