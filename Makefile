@@ -46,11 +46,12 @@ lint: ## check style and clang-tidy's findings, since LINT_SINCE (4 min to build
 	cmake --build --preset release
 	@scripts/lint
 
-package: ## build the Debian package into build/package (4 min)
-	@scripts/install-packages build run
-	cmake --preset release
-	cmake --build --preset release
-	cpack --config build/release/CPackConfig.cmake -G DEB -B build/package
+package: ## build the Debian package into build/package, and have lintian look at it (4 min)
+	@scripts/install-packages build run package
+	cmake --preset package
+	cmake --build --preset package
+	cpack --config build/package/CPackConfig.cmake -G DEB -B build/package
+	lintian --fail-on error,warning build/package/*.deb
 
 clean: ## remove everything that was built
 	rm -rf build

@@ -60,7 +60,7 @@ LoginItem::LoginItem()
 }
 
 LoginItem::LoginItem(const QString& autostartFolder, QString executable)
-    : m_file(autostartFolder + u"/tessaly.desktop"_s)
+    : m_file(autostartFolder + u"/com.tessaly.Tessaly.desktop"_s)
     , m_executable(std::move(executable))
 {
 }
@@ -90,7 +90,7 @@ bool LoginItem::enable(QString& error) const
     QSaveFile file(m_file);
     const QString entry =
         u"[Desktop Entry]\nType=Application\nName=Tessaly\nComment=Clipboard history\nExec=%1\n"
-        "Icon=tessaly\nTerminal=false\nX-GNOME-Autostart-enabled=true\n"_s.arg(execArgument(m_executable));
+        "Icon=com.tessaly.Tessaly\nTerminal=false\nX-GNOME-Autostart-enabled=true\n"_s.arg(execArgument(m_executable));
     if (!file.open(QIODevice::WriteOnly) || file.write(entry.toUtf8()) < 0 || !file.commit()) {
         error = file.errorString();
         return false;

@@ -141,7 +141,7 @@ int runTrayProgram(int argc, char** argv)
     QApplication::setApplicationName(u"Tessaly"_s);
     QApplication::setOrganizationName(u"Tessaly"_s);
     QApplication::setApplicationVersion(QStringLiteral(TESSALY_VERSION));
-    QApplication::setDesktopFileName(u"tessaly"_s);
+    QApplication::setDesktopFileName(u"com.tessaly.Tessaly"_s);
     QApplication::setQuitOnLastWindowClosed(false);
     if (hasUnknownArgument())
         return 2;

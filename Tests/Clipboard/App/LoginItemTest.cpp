@@ -25,7 +25,7 @@ void LoginItemTest::togglesBackAndForth()
     QVERIFY(!item.isEnabled());
     QVERIFY(item.toggle());
     QVERIFY(LoginItem(autostart, u"/other"_s).isEnabled());
-    QFile file(autostart + u"/tessaly.desktop"_s);
+    QFile file(autostart + u"/com.tessaly.Tessaly.desktop"_s);
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray line = "Exec=\"/my apps/100%%/a\\\\$b\\\\`c\\\\\"d\\\\\\\\e\"\n";
     const QByteArray entry = file.readAll();
@@ -42,7 +42,7 @@ void LoginItemTest::readsWhatDesktopsWrote()
           std::pair("X-GNOME-Autostart-enabled=false\r\n", false), std::pair("[Desktop Action x]\nHidden=true\n", true),
           std::pair("# Hidden=true\n", true)}) {
         const QTemporaryDir folder;
-        QFile file(folder.filePath(u"tessaly.desktop"_s));
+        QFile file(folder.filePath(u"com.tessaly.Tessaly.desktop"_s));
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(QByteArray("[Desktop Entry]\n") + lines) > 0);
         file.close();
         LoginItem item(folder.path(), u"/usr/bin/tessaly"_s);
