@@ -11,6 +11,7 @@
 #include <QPainter>
 #include <QPixmap>
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -35,12 +36,20 @@ void drawPauseSign(QPainter& painter, const QRectF& square)
         painter.drawRect(QRectF(square.x() + x * unit, square.y() + 8 * unit, 2.5 * unit, 7 * unit));
 }
 
-/// The drawing fills most of the square; while the panel is open it stands on a light ground. Panels are light or dark,
-/// and do not say which: a dark rim keeps the drawing visible on both.
+/// Most of the square, in pixels that leave as many on each side: a drawing between two pixels is blurred.
+int drawingSize(int square)
+{
+    constexpr qreal share = 17.0 / 22.0;
+    const int size = qRound(square * share);
+    return (square - size) % 2 == 0 ? size : size + 1;
+}
+
+/// While the panel is open the drawing stands on a light ground. Panels are light or dark, and do not say which: a dark
+/// rim of whole pixels keeps the drawing visible on both.
 QPixmap trayPixmap(int size, bool highlighted, bool paused)
 {
-    constexpr qreal drawingShare = 17.0 / 22.0;
-    constexpr qreal rim = 1.0 / 22.0;
+    constexpr qreal rimOpacity = 0.6;
+    const int rim = std::max(1, qRound(size / 22.0));
     QPixmap pixmap(size, size);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
@@ -50,13 +59,11 @@ QPixmap trayPixmap(int size, bool highlighted, bool paused)
         painter.setBrush(QColor(255, 255, 255, 0x29));
         painter.drawRoundedRect(pixmap.rect(), size / 5.0, size / 5.0);
     }
-    const auto drawing = [size](const QColor& color) {
-        return TintedIcon{"layers"_L1, qRound(size * drawingShare), color};
-    };
+    const auto drawing = [size](const QColor& color) { return TintedIcon{"layers"_L1, drawingSize(size), color}; };
     const QRectF square(0, 0, size, size);
-    painter.setOpacity(0.35);
+    painter.setOpacity(rimOpacity);
     for (const QPointF& offset : {QPointF(-1, 0), QPointF(1, 0), QPointF(0, -1), QPointF(0, 1)})
-        drawIcon(painter, square.translated(offset * size * rim), drawing(Qt::black));
+        drawIcon(painter, square.translated(offset * rim), drawing(Qt::black));
     painter.setOpacity(paused ? pausedOpacity : 1);
     drawIcon(painter, square, drawing(Theme::text));
     painter.setOpacity(1);
