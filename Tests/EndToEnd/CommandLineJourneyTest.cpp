@@ -121,6 +121,8 @@ void CommandLineJourneyTest::pausesAndTellsWhatItSkipped()
     answers("", {u"pause"_s, u"1s"_s}, "", 0, {}, "");
     status(R"("paused":false)");
     copy("afterwards");
+    copyUnrecorded("secret", u"x-kde-passwordManagerHint"_s);
+    status(R"("skipped":{"paused":1,"secret":1})");
     expectHistory({u"afterwards"_s, u"before"_s});
     checkRows(this, &CommandLineJourneyTest::answers,
               {{"no unit", {u"pause"_s, u"5"_s}, "", 2, {}, "'5' is no duration"},
