@@ -134,7 +134,7 @@ Outcome list(const CommandLine& line, const BusClient& client)
     if (const auto* failure = std::get_if<Failure>(&options))
         return *failure;
     const Answer answer = client.call(u"List"_s, {std::get<QVariantMap>(options)});
-    if (const Outcome failure = failureIn(answer))
+    if (Outcome failure = failureIn(answer))
         return failure;
     const auto entries = qdbus_cast<QList<Bus::BusEntry>>(std::get<QVariantList>(answer).value(0));
     QString output;
@@ -153,7 +153,7 @@ Outcome list(const CommandLine& line, const BusClient& client)
 Outcome get(const CommandLine& line, const BusClient& client)
 {
     const Answer answer = callOnEntry(u"Get"_s, line, client, {line.value("--type"_L1)});
-    if (const Outcome failure = failureIn(answer))
+    if (Outcome failure = failureIn(answer))
         return failure;
     return print(std::get<QVariantList>(answer).value(0).value<QDBusVariant>().variant());
 }
@@ -172,7 +172,7 @@ Outcome annotate(const CommandLine& line, const BusClient& client)
         return Failure{ExitCode::failed, u"there is no memory for '%1'"_s.arg(operand)};
     const Answer answer =
         client.call(u"Add"_s, {u"image/png"_s, QVariant::fromValue(QDBusVariant(*sent))}, Bus::workLimit);
-    if (const Outcome failure = failureIn(answer))
+    if (Outcome failure = failureIn(answer))
         return failure;
     return failureIn(client.call(u"Annotate"_s, {std::get<QVariantList>(answer).value(0)}));
 }
@@ -187,7 +187,7 @@ Outcome add(const CommandLine& line, const BusClient& client)
         return Failure{ExitCode::failed, u"standard input cannot be read, or is larger than 256 MiB"_s};
     const QString type = line.has("--type"_L1) ? line.value("--type"_L1) : u"text/plain"_s;
     const Answer answer = client.call(u"Add"_s, {type, QVariant::fromValue(QDBusVariant(*sent))}, Bus::workLimit);
-    if (const Outcome failure = failureIn(answer))
+    if (Outcome failure = failureIn(answer))
         return failure;
     return Terminal::printLine(std::get<QVariantList>(answer).value(0).toString()) ? Outcome() : Outcome(cannotWrite());
 }
@@ -200,7 +200,7 @@ Outcome clear(const CommandLine& line, const BusClient& client)
 Outcome actions(const CommandLine& line, const BusClient& client)
 {
     const Answer answer = callOnEntry(u"Actions"_s, line, client, {}, Bus::workLimit);
-    if (const Outcome failure = failureIn(answer))
+    if (Outcome failure = failureIn(answer))
         return failure;
     const QStringList labels = std::get<QVariantList>(answer).value(0).toStringList();
     for (const QString& label : labels) {

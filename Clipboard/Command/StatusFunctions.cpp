@@ -90,7 +90,7 @@ Outcome pause(const CommandLine& line, const BusClient& client)
 Outcome status(const CommandLine& line, const BusClient& client)
 {
     const Answer answer = client.call(u"Status"_s);
-    if (const Outcome failure = failureIn(answer))
+    if (Outcome failure = failureIn(answer))
         return failure;
     const auto status = QJsonObject::fromVariantMap(unwrapped(std::get<QVariantList>(answer).value(0)).toMap());
     const QString text = line.has("--json"_L1) ? compactJSON(status) + u'\n' : asText(status);

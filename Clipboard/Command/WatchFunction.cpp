@@ -80,7 +80,7 @@ Functions::Outcome Functions::watch(const CommandLine& /*line*/, const BusClient
 {
     // Heard of from here on; and told at once when nobody is there.
     ChangePrinter printer(client);
-    if (const Outcome failure = failureIn(client.call(u"List"_s, {QVariantMap{{u"limit"_s, 0U}}})))
+    if (Outcome failure = failureIn(client.call(u"List"_s, {QVariantMap{{u"limit"_s, 0U}}})))
         return failure;
     return printer.run();
 }

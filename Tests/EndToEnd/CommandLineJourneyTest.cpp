@@ -2,6 +2,8 @@
 #include "JourneyTest.h"
 #include "Rows.h"
 
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
@@ -107,7 +109,16 @@ void CommandLineJourneyTest::pastesIntoTheWindowInFront()
 void CommandLineJourneyTest::pausesAndTellsWhatItSkipped()
 {
     copy("before");
-    answers("", {u"pause"_s}, "", 0, {}, "");
+    const auto choose = [this](const QString& action) { // as the desktop's menus do
+        QDBusMessage call = QDBusMessage::createMethodCall(u"com.tessaly.Tessaly"_s, u"/com/tessaly/Tessaly"_s,
+                                                           u"org.freedesktop.Application"_s, u"ActivateAction"_s);
+        call << action << QVariantList() << QVariantMap();
+        const QString address = session().environment().value(u"DBUS_SESSION_BUS_ADDRESS"_s);
+        return QDBusConnection::connectToBus(address, address).call(call).type() == QDBusMessage::ReplyMessage;
+    };
+    answers("", {u"hide"_s}, "", 0, {}, ""); // waits until it can be reached
+    QVERIFY(!choose(u"dance"_s));
+    QVERIFY(choose(u"pause"_s));
     copyUnrecorded("meanwhile");
     const auto status = [this](const char* part) {
         expect(QLatin1StringView(part), [&] {

@@ -155,8 +155,17 @@ void BusService::open(const QDBusMessage& message)
 
 void BusService::activateAction(const QDBusMessage& message)
 {
-    refuse(message, {QDBusError::errorString(QDBusError::InvalidArgs),
-                     u"There is no action \"%1\""_s.arg(message.arguments().constFirst().toString())});
+    // Those of the desktop entry.
+    const QString action = message.arguments().constFirst().toString();
+    if (action == "show"_L1)
+        m_program.show();
+    else if (action == "pause"_L1)
+        m_program.pause.pause(std::nullopt);
+    else if (action == "resume"_L1)
+        m_program.pause.resume();
+    else
+        return refuse(message, {Error::noSuchAction, u"there is no action '%1'"_s.arg(action)});
+    answer(message);
 }
 
 void BusService::toggle(const QDBusMessage& message)
