@@ -52,6 +52,8 @@ public:
     /// What another program would paste.
     [[nodiscard]] virtual QByteArray pasted(const QString& target) = 0;
 
+    /// The program and arguments that open a terminal of that title in which a shell runs the command.
+    [[nodiscard]] virtual QStringList terminal(const QString& title, const QString& command) const = 0;
     /// The windows of a program that can be seen.
     [[nodiscard]] virtual QList<Window> windowsOf(const QByteArray& program) const = 0;
     /// The window that has the keyboard; nothing when none has.

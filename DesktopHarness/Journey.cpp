@@ -107,8 +107,9 @@ void Journey::openTerminal(Where where)
 {
     if (hasFailed())
         return;
-    m_session->start(u"xterm"_s, {u"-geometry"_s, u"60x10+0-0"_s, u"-T"_s, u"the terminal"_s, u"-e"_s,
-                                  u"cat > '%1'"_s.arg(typedFile())});
+    QStringList words = desktop().terminal(u"the terminal"_s, u"cat > '%1'"_s.arg(typedFile()));
+    const QString program = words.takeFirst();
+    m_session->start(program, words);
     expectFront("the terminal", where);
     expect(
         "the terminal's shell", [this] { return QFile::exists(typedFile()); }, where);

@@ -68,7 +68,7 @@ public:
     /// Waits for one more recorded copy.
     void expectCapture(Where where = Where::current());
     [[nodiscard]] QByteArray pasted(const QString& target = asText);
-    /// A terminal at the bottom left, out of the panel's way. Each line typed into it goes into typedFile().
+    /// A terminal that the panel does not hide. Each line typed into it goes into typedFile().
     void openTerminal(Where where = Where::current());
     [[nodiscard]] QString typedFile() const { return m_session->homePath(QStringLiteral("typed")); }
     /// An editor with a file of that name and content; the file's path.

@@ -19,9 +19,7 @@ QByteArray configuration(QSize size)
     return "output HEADLESS-1 resolution " + QByteArray::number(size.width()) + 'x' +
            QByteArray::number(size.height()) +
            "\n"
-           "xwayland disable\n"
-           "default_border none\n"
-           "for_window [app_id=\"foot\"] floating enable\n";
+           "default_border none\n";
 }
 
 QString firstOf(const QString& folder, const QString& pattern)
@@ -41,11 +39,25 @@ QString plugKeyboardIn(VirtualSession& session)
     return isThere ? QString() : u"There is no keyboard."_s;
 }
 
+/// The compositor alone knows which display its Xwayland has; what it starts is told.
+QString findDisplay(VirtualSession& session)
+{
+    QFile file(session.homePath(u"display"_s));
+    session.run(u"swaymsg"_s, {u"exec echo $DISPLAY > '%1'"_s.arg(file.fileName())});
+    QString display;
+    const auto isTold = [&] {
+        display = file.open(QFile::ReadOnly) ? QString::fromLocal8Bit(file.readAll()).trimmed() : QString();
+        file.close();
+        return !display.isEmpty();
+    };
+    return VirtualSession::waitUntil(isTold) ? display : QString();
+}
+
 } // namespace
 
 QString missing()
 {
-    for (const QString& program : {u"sway"_s, u"wl-copy"_s, u"wtype"_s, u"grim"_s}) {
+    for (const QString& program : {u"sway"_s, u"Xwayland"_s, u"wl-copy"_s, u"wtype"_s, u"grim"_s, u"foot"_s}) {
         if (QStandardPaths::findExecutable(program).isEmpty())
             return u"%1 is not installed: no journey on Wayland"_s.arg(program);
     }
@@ -69,7 +81,6 @@ QString start(VirtualSession& session, QSize size)
         return config.errorString();
     config.close();
     session.setEnvironment(u"XDG_SESSION_TYPE"_s, u"wayland"_s);
-    session.setEnvironment(u"DISPLAY"_s, {});
     session.setEnvironment(u"WLR_BACKENDS"_s, u"headless"_s);
     session.setEnvironment(u"WLR_LIBINPUT_NO_DEVICES"_s, u"1"_s);
     session.setEnvironment(u"WLR_RENDERER"_s, u"pixman"_s);
@@ -88,6 +99,7 @@ QString start(VirtualSession& session, QSize size)
         return u"sway did not come up: %1"_s.arg(said.open(QFile::ReadOnly) ? QString::fromLocal8Bit(said.readAll())
                                                                             : QString());
     }
+    session.setEnvironment(u"DISPLAY"_s, findDisplay(session));
     return plugKeyboardIn(session);
 }
 

@@ -49,8 +49,9 @@ Desktop::Window describe(const QJsonObject& node)
 {
     const QJsonObject rect = node.value("rect"_L1).toObject();
     const auto number = [&](QLatin1StringView name) { return rect.value(name).toInt(); };
-    return {static_cast<quint32>(node.value("id"_L1).toInt()),
-            QRect(number("x"_L1), number("y"_L1), number("width"_L1), number("height"_L1)),
+    // Those of X11 are known by the numbers that they have there.
+    const auto id = node.value(node.value("window"_L1).isDouble() ? "window"_L1 : "id"_L1).toInt();
+    return {static_cast<quint32>(id), QRect(number("x"_L1), number("y"_L1), number("width"_L1), number("height"_L1)),
             node.value("name"_L1).toString(), false};
 }
 
@@ -58,6 +59,7 @@ Desktop::Window describe(const QJsonObject& node)
 
 SwayDriver::SwayDriver(VirtualSession& session)
     : m_session(session)
+    , m_x11(session)
 {
 }
 
@@ -87,8 +89,8 @@ void SwayDriver::movePointer(QPoint place)
 void SwayDriver::click(QPoint place, int times, int button)
 {
     movePointer(place);
-    for (int i = 0; i < times; ++i)
-        command(u"seat seat0 cursor press button%1, seat seat0 cursor release button%1"_s.arg(button));
+    const QString once = u"seat seat0 cursor press button%1; seat seat0 cursor release button%1;"_s.arg(button);
+    command(once.repeated(times)); // all at once, for clicks that belong together
 }
 
 void SwayDriver::drag(const QList<QPoint>& path)
@@ -120,6 +122,11 @@ std::unique_ptr<ForeignOwner> SwayDriver::otherProgram()
     return std::make_unique<WaylandOwner>(m_session);
 }
 
+QStringList SwayDriver::terminal(const QString& title, const QString& command) const
+{
+    return {u"foot"_s, u"--title"_s, title, u"sh"_s, u"-c"_s, command};
+}
+
 QByteArray SwayDriver::pasted(const QString& target)
 {
     return m_session.run(u"wl-paste"_s, QStringList{u"--no-newline"_s} + typeOption(target)).output;
@@ -135,7 +142,7 @@ QList<QJsonObject> SwayDriver::windows() const
 
 QList<SwayDriver::Window> SwayDriver::windowsOf(const QByteArray& program) const
 {
-    QList<Window> found;
+    QList<Window> found = m_x11.windowsOf(program);
     for (const QJsonObject& node : windows()) {
         if (node.value("app_id"_L1).toString().contains(QLatin1StringView(program)))
             found.append(describe(node));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Desktop.h"
+#include "X11Driver.h"
 
 #include <QJsonObject>
 
@@ -28,6 +28,7 @@ public:
     void copy(const QByteArray& content, const QString& target) override;
     [[nodiscard]] std::unique_ptr<ForeignOwner> otherProgram() override;
     [[nodiscard]] QByteArray pasted(const QString& target) override;
+    [[nodiscard]] QStringList terminal(const QString& title, const QString& command) const override;
     [[nodiscard]] QList<Window> windowsOf(const QByteArray& program) const override;
     [[nodiscard]] std::optional<Window> activeWindow() const override;
     [[nodiscard]] QSize size() const override;
@@ -40,6 +41,7 @@ private:
     [[nodiscard]] QList<QJsonObject> windows() const;
 
     VirtualSession& m_session;
+    X11Driver m_x11; // eyes for the windows of X11, those among them that the compositor does not manage
 };
 
 } // namespace Clipboard::Testing

@@ -83,8 +83,13 @@ QString VirtualSession::bringUp(const Options& options)
     }
     m_desktop = std::make_unique<SwayDriver>(*this);
     m_launcher = SwayCompositor::launcher();
-    const QString failure = startMessageBus();
-    return failure.isEmpty() ? SwayCompositor::start(*this, options.size) : failure;
+    if (QString failure = startMessageBus(); !failure.isEmpty()) {
+        return failure;
+    }
+    if (QString failure = SwayCompositor::start(*this, options.size); !failure.isEmpty()) {
+        return failure;
+    }
+    return connectToServer();
 }
 
 QString VirtualSession::bringUpX11(const Options& options)
@@ -164,15 +169,20 @@ QString VirtualSession::startServer(QSize size)
     if (number.isEmpty()) {
         return u"The X server did not start: %1"_s.arg(QString::fromLocal8Bit(server.readAllStandardError()));
     }
-    m_display = u":%1"_s.arg(QLatin1StringView(number));
-    m_environment.insert(u"DISPLAY"_s, m_display);
+    m_environment.insert(u"DISPLAY"_s, u":%1"_s.arg(QLatin1StringView(number)));
+    m_desktop = std::make_unique<X11Driver>(*this);
+    return connectToServer();
+}
+
+QString VirtualSession::connectToServer()
+{
+    m_display = m_environment.value(u"DISPLAY"_s);
     m_connection = xcb_connect(m_display.toLatin1().constData(), nullptr);
     if (xcb_connection_has_error(m_connection) != 0) {
         xcb_disconnect(m_connection);
         m_connection = nullptr;
         return u"The X server does not answer on %1."_s.arg(m_display);
     }
-    m_desktop = std::make_unique<X11Driver>(*this);
     return {};
 }
 

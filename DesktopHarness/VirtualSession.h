@@ -55,7 +55,7 @@ public:
     /// Why the session did not come up; empty when it did.
     [[nodiscard]] const QString& failure() const { return m_failure; }
 
-    /// Of X11; empty without.
+    /// Of the X server, in a Wayland session that for programs of X11.
     [[nodiscard]] const QString& display() const { return m_display; }
     /// The environment of the programs in the session: display, home, XDG folders and message bus, nothing of the
     /// outside session.
@@ -83,7 +83,7 @@ public:
     /// The whole screen as a PNG file. False when it could not be taken.
     [[nodiscard]] bool screenshot(const QString& path);
 
-    /// The session's own connection to the X server; null without one, and when the session did not come up.
+    /// The session's own connection to the X server; null when the session did not come up.
     [[nodiscard]] xcb_connection_t* connection() const { return m_connection; }
     /// The owner of a selection such as "CLIPBOARD"; 0 for none.
     [[nodiscard]] quint32 selectionOwner(const QByteArray& selection) const;
@@ -95,6 +95,7 @@ private:
     QString bringUp(const Options& options);
     QString bringUpX11(const Options& options);
     QString startServer(QSize size);
+    QString connectToServer();
     QString startMessageBus();
     QString startOwner(const QString& program, const QStringList& arguments, const QByteArray& selection);
     [[nodiscard]] bool managesWindows() const;

@@ -120,6 +120,12 @@ std::unique_ptr<ForeignOwner> X11Driver::otherProgram()
     return std::make_unique<ForeignClient>(m_session);
 }
 
+QStringList X11Driver::terminal(const QString& title, const QString& command) const
+{
+    // At the bottom left, out of the panel's way.
+    return {u"xterm"_s, u"-geometry"_s, u"60x10+0-0"_s, u"-T"_s, title, u"-e"_s, command};
+}
+
 QByteArray X11Driver::pasted(const QString& target)
 {
     return m_session.run(u"xclip"_s, clipboard + QStringList{target, u"-o"_s}).output;

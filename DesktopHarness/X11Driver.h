@@ -26,6 +26,7 @@ public:
     void copy(const QByteArray& content, const QString& target) override;
     [[nodiscard]] std::unique_ptr<ForeignOwner> otherProgram() override;
     [[nodiscard]] QByteArray pasted(const QString& target) override;
+    [[nodiscard]] QStringList terminal(const QString& title, const QString& command) const override;
     [[nodiscard]] QList<Window> windowsOf(const QByteArray& program) const override;
     [[nodiscard]] std::optional<Window> activeWindow() const override;
     [[nodiscard]] QSize size() const override;

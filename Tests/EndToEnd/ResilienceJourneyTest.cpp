@@ -28,8 +28,7 @@ void ResilienceJourneyTest::aHungOwnerHoldsNothingUp()
     const auto hung = desktop().otherProgram();
     hung->copy({{"UTF8_STRING", {.manner = ForeignOwner::Answer::Manner::Mute}}});
     expect("a question to it", [&] { return !hung->contentAsked().isEmpty(); });
-    if (isOnX11())
-        callUp(); // on Wayland its window is one like any other, and comes as the compositor likes
+    callUp();
     copy("after the hung one");
     expectHistory({u"after the hung one"_s});
 }

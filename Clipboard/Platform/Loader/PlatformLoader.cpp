@@ -5,7 +5,9 @@
 #include "NullPasteboard.h"
 #include "NullWindowSystem.h"
 #include "NullWorkspace.h"
+#include "VirtualKeyboardSender.h"
 #include "WaylandPasteboard.h"
+#include "WaylandWorkspace.h"
 #include "WorkerLinkMetadataProvider.h"
 #include "WorkerTextRecognizer.h"
 #include "X11HotKeyGrabber.h"
@@ -82,16 +84,31 @@ void addConfiguredHotKey(Platform& platform)
         "In sway: bindsym Mod4+Shift+v exec tessaly toggle"));
 }
 
-void addX11(Platform& platform, const std::shared_ptr<X11::X11Session>& session)
+std::shared_ptr<ClipboardEngine> engineOf(const Platform& platform)
 {
     const auto* clipboard = dynamic_cast<SnapshotPasteboard*>(platform.pasteboard.get());
+    return clipboard != nullptr ? clipboard->engine() : nullptr;
+}
+
+/// Where the compositor tells which window is active. Keys sent to an X server reach no window but those of X11.
+void addWaylandDesktop(Platform& platform)
+{
+    const auto toplevels = Wayland::Toplevels::follow();
+    if (!toplevels)
+        return;
+    platform.workspace = std::make_unique<WaylandWorkspace>(toplevels);
+    if (auto keystrokes = VirtualKeyboardSender::create(toplevels, engineOf(platform)))
+        platform.keystrokes = std::move(keystrokes);
+}
+
+void addX11(Platform& platform, const std::shared_ptr<X11::X11Session>& session)
+{
     const auto frontWindow = std::make_shared<X11::FrontWindow>(session);
     platform.workspace = std::make_unique<X11Workspace>(session);
     platform.windows = std::make_unique<X11WindowSystem>(session, frontWindow);
     platform.hotKey = std::make_unique<X11HotKeyGrabber>(session);
     if (X11KeystrokeSender::isPossible(*session)) {
-        platform.keystrokes = std::make_unique<X11KeystrokeSender>(
-            session, frontWindow, clipboard != nullptr ? clipboard->engine() : nullptr);
+        platform.keystrokes = std::make_unique<X11KeystrokeSender>(session, frontWindow, engineOf(platform));
     } else {
         platform.keystrokes = std::make_unique<NullKeystrokeSender>(QCoreApplication::translate(
             "PlatformLoader", "No key can be sent in this session: the display has no XTEST extension."));
@@ -109,8 +126,10 @@ Platform loadPlatform(const Wayland::WaylandSession& compositor)
         addX11Clipboard(platform);
     if (x11)
         addX11(platform, x11);
-    if (compositor.isThere)
+    if (compositor.isThere) {
+        addWaylandDesktop(platform);
         addConfiguredHotKey(platform);
+    }
     for (const QString& reason : {platform.pasteboard->unavailableReason(), platform.keystrokes->unavailableReason()}) {
         if (!reason.isEmpty())
             qCWarning(log).noquote() << reason;

@@ -2,9 +2,7 @@
 
 #include "WindowIcon.h"
 
-#include <QLocale>
-#include <QMimeDatabase>
-#include <QStandardPaths>
+#include <QFileInfo>
 
 #include <utility>
 
@@ -21,32 +19,12 @@ constexpr qsizetype maxWindowIcons = 64;
 // Application ids are names, not texts.
 constexpr uint32_t maxIdWords = 256;
 
-QStringList applicationFolders()
-{
-    return QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation);
-}
-
-QList<QDateTime> changeTimes(const QStringList& folders)
-{
-    QList<QDateTime> times;
-    for (const QString& folder : folders)
-        times.append(QFileInfo(folder).lastModified());
-    return times;
-}
-
-std::optional<QString> optionalText(const QString& text)
-{
-    return text.isEmpty() ? std::nullopt : std::optional(text);
-}
-
 } // namespace
 
 X11Workspace::X11Workspace(std::shared_ptr<X11::X11Session> session)
     : m_session(std::move(session))
-    , m_entries(std::make_shared<DesktopEntries>())
 {
     connect(m_session.get(), &X11::X11Session::eventReceived, this, &X11Workspace::handle);
-    readEntries();
     activeWindowChanged();
 }
 
@@ -79,7 +57,7 @@ void X11Workspace::activeWindowChanged()
     m_frontmost = traitsOf(window);
     readEntriesAgainIfChanged();
     // Without the entries its id is not known; entriesRead() comes here again.
-    if (m_entries->isEmpty() && m_reading.valid())
+    if (isReadingFirstEntries())
         return;
     if (const auto id = applicationOf(*m_frontmost).bundleID; id && !m_windowIcons.contains(*id))
         keepWindowIcon(window, *id);
@@ -120,74 +98,9 @@ std::optional<Workspace::Application> X11Workspace::frontmostApplication() const
     return applicationOf(*m_frontmost);
 }
 
-Workspace::Application X11Workspace::applicationOf(const DesktopEntries::Traits& traits) const
-{
-    if (const auto* entry = entries().find(traits))
-        return {optionalText(entry->name), entry->id};
-    const QString& name = traits.windowClass.isEmpty() ? traits.windowInstance : traits.windowClass;
-    return {optionalText(name), optionalText(name)};
-}
-
-QIcon X11Workspace::applicationIcon(const QString& bundleID) const
-{
-    const auto* entry = entries().find(bundleID);
-    const QString name = entry == nullptr ? QString() : entry->icon;
-    QIcon icon = name.startsWith(u'/') ? QIcon(name) : QIcon::fromTheme(name);
-    return icon.isNull() ? m_windowIcons.value(bundleID) : icon;
-}
-
-QIcon X11Workspace::fileIcon(const QString& path) const
-{
-    // Without icons for types there is no need to learn the types.
-    QIcon plain = QIcon::fromTheme(u"text-x-generic"_s);
-    if (plain.isNull())
-        return {};
-    if (path.endsWith(u'/')) {
-        QIcon folder = QIcon::fromTheme(u"folder"_s);
-        return folder.isNull() ? QIcon::fromTheme(u"inode-directory"_s) : folder;
-    }
-    const auto types = QMimeDatabase().mimeTypesForFileName(path.section(u'/', -1));
-    if (types.isEmpty())
-        return plain;
-    QIcon icon = QIcon::fromTheme(types.first().iconName());
-    if (icon.isNull())
-        icon = QIcon::fromTheme(types.first().genericIconName());
-    return icon.isNull() ? plain : icon;
-}
-
-/// A few hundred small files, perhaps from a cold disk: read on another thread. The future waits for it when this
-/// object goes.
-void X11Workspace::readEntries()
-{
-    const QStringList folders = applicationFolders();
-    m_foldersChanged = changeTimes(folders);
-    m_reading = std::async(std::launch::async, [this, folders, language = QLocale().name()]() -> EntriesPointer {
-        auto entries = std::make_shared<DesktopEntries>(folders, language);
-        QMetaObject::invokeMethod(this, &X11Workspace::entriesRead, Qt::QueuedConnection);
-        return entries;
-    });
-}
-
 void X11Workspace::entriesRead()
 {
-    if (m_reading.valid())
-        m_entries = m_reading.get();
     activeWindowChanged();
-}
-
-/// Programs are installed rarely, and the next one to come to the front may be new.
-void X11Workspace::readEntriesAgainIfChanged()
-{
-    if (!m_reading.valid() && changeTimes(applicationFolders()) != m_foldersChanged)
-        readEntries();
-}
-
-const DesktopEntries& X11Workspace::entries() const
-{
-    // Only a copy within milliseconds of the start has to wait; later ones take what is there.
-    if (m_entries->isEmpty() && m_reading.valid())
-        m_entries = m_reading.get();
-    return *m_entries;
 }
 
 } // namespace Clipboard
