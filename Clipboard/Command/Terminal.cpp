@@ -55,7 +55,7 @@ std::optional<QString> readLine()
     QByteArray line(longestLine, '\0');
     if (!std::fgets(line.data(), static_cast<int>(line.size()), stdin))
         return std::nullopt;
-    line.truncate(qstrlen(line.constData()));
+    line.truncate(static_cast<qsizetype>(qstrlen(line.constData())));
     return QString::fromUtf8(line).trimmed();
 }
 
