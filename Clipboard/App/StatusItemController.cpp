@@ -317,11 +317,13 @@ void StatusItemController::showAbout()
     present(std::make_unique<AboutDialog>(m_platform.windows->isCompositing()));
 }
 
-void StatusItemController::present(std::unique_ptr<QDialog> dialog)
+void StatusItemController::present(std::unique_ptr<DialogCard> dialog)
 {
     // One at a time; an older one that is still open goes.
     m_dialog = std::move(dialog);
     connect(m_dialog.get(), &QDialog::finished, this, [this] { m_dialog.release()->deleteLater(); });
+    m_dialog->winId(); // makes the native window, for the next line
+    m_platform.windows->setShadow(m_dialog->windowHandle(), m_dialog->shadow());
     m_dialog->open();
     m_platform.windows->activate(m_dialog->windowHandle());
 }

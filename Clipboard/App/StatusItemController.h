@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BusService.h"
+#include "DialogCard.h"
 #include "EditorController.h"
 #include "FloatingPanel.h"
 #include "GlobalHotKey.h"
@@ -17,7 +18,6 @@
 #include "Thumbs.h"
 #include "ToastPresenter.h"
 
-#include <QDialog>
 #include <QObject>
 #include <QString>
 #include <QThreadPool>
@@ -65,7 +65,7 @@ private:
     [[nodiscard]] QVariantMap status() const;
     void annotate(const ClipboardCore::ClipItem& item, const QImage& picture);
     void saveCopies();
-    void present(std::unique_ptr<QDialog> dialog);
+    void present(std::unique_ptr<DialogCard> dialog);
 
     Platform m_platform;
     QString m_imagesDir;
@@ -84,7 +84,7 @@ private:
     EditorController m_editor;
     bool m_isEditorBehindPanel = false;
     std::unique_ptr<GlobalHotKey> m_hotKey;
-    std::unique_ptr<QDialog> m_dialog;
+    std::unique_ptr<DialogCard> m_dialog;
     Bus::BusService m_bus;
     QThreadPool m_housekeeping;
 };

@@ -20,6 +20,8 @@ public:
     DialogCard(bool composited, const TintedIcon& sign, QWidget* parent);
 
     [[nodiscard]] QSize sizeHint() const override;
+    /// The margin that holds the shadow.
+    [[nodiscard]] QMargins shadow() const { return m_surface.margins(); }
 
 protected:
     /// Line feeds in `text` are kept; longer lines are wrapped into lines of about equal width.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMargins>
 #include <QObject>
 #include <QScreen>
 #include <QWindow>
@@ -16,6 +17,9 @@ public:
 
     /// Keeps the window out of task bars and pagers. Call after its native window exists, before it is first shown.
     virtual void prepareUtilityWindow(QWindow* window) = 0;
+    /// Tells which margin of the window holds nothing but its shadow, in logical pixels. The window manager keeps the
+    /// rest on the screen, and a compositor draws no frame around the margin. Call after its native window exists.
+    virtual void setShadow(QWindow* window, const QMargins& shadow) = 0;
     /// Remembers the window that has the focus now as the one that gets it back.
     virtual void rememberFrontWindow() = 0;
     /// Gives the keyboard to a window of ours although the user is working in another program.

@@ -62,6 +62,8 @@ void ToastPresenter::replace(const ClipboardCore::ToastText& text)
         screen = QGuiApplication::primaryScreen();
     if (screen != nullptr)
         m_view->placeIn(screen->availableGeometry());
+    m_view->winId(); // makes the native window, for the next line
+    m_windows.setShadow(m_view->windowHandle(), m_view->shadow());
     m_view->fadeIn();
     m_view->show();
     Accessibility::announce(m_view.get());

@@ -27,6 +27,9 @@ public:
     /// The card in global coordinates.
     [[nodiscard]] QRect cardGeometry() const;
 
+    /// The margin that holds the shadow.
+    [[nodiscard]] QMargins shadow() const { return m_surface.margins(); }
+
     void fadeIn();
     /// Fades and then calls `done`, at once when motion is reduced.
     void fadeOut(const std::function<void()>& done);

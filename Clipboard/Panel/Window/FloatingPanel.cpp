@@ -53,10 +53,10 @@ void FloatingPanel::prepare()
     m_entrance->setEasingCurve(QEasingCurve::OutCubic);
     connect(m_entrance, &QVariantAnimation::valueChanged, this,
             [this](const QVariant& value) { applyEntrance(value.toReal()); });
-    applyCompositing();
-    winId(); // makes the native window, on which the next line sets what must be set before it is shown
+    winId(); // makes the native window, on which the next lines set what must be set before it is shown
     windowHandle()->installEventFilter(this);
     m_services.windows.prepareUtilityWindow(windowHandle());
+    applyCompositing();
     Motion::followDesktop();
 }
 
@@ -71,6 +71,8 @@ void FloatingPanel::applyCompositing()
     m_surface.setComposited(m_services.windows.isCompositing());
     setContentsMargins(m_surface.margins());
     setPanelGeometry(m_geometry);
+    if (windowHandle() != nullptr)
+        m_services.windows.setShadow(windowHandle(), m_surface.margins());
     layOutView();
     update();
 }

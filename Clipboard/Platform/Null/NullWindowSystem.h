@@ -12,6 +12,7 @@ class NullWindowSystem final : public WindowSystem
 {
 public:
     void prepareUtilityWindow(QWindow* /*window*/) override {}
+    void setShadow(QWindow* /*window*/, const QMargins& /*shadow*/) override {}
     void rememberFrontWindow() override {}
     void activate(QWindow* window) override { window->requestActivate(); }
     void restoreFrontWindow() override {}

@@ -103,6 +103,7 @@ void X11DesktopTest::init()
     m_panel.setGeometry(600, 300, 200, 100);
     m_panel.create();
     m_platform.windows->prepareUtilityWindow(&m_panel);
+    m_platform.windows->setShadow(&m_panel, {1, 2, 3, 4});
 }
 
 void X11DesktopTest::cleanup()
@@ -166,6 +167,8 @@ void X11DesktopTest::showPanel()
     const auto states = connection.words(window, connection.atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 100);
     for (const char* name : {"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER", "_NET_WM_STATE_ABOVE"})
         QVERIFY2(std::ranges::find(states, connection.atom(name)) != states.end(), name);
+    const auto extents = connection.words(window, connection.atom("_GTK_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 4);
+    QCOMPARE(extents, std::vector<uint32_t>({1, 3, 2, 4})); // left, right, top, bottom
 }
 
 std::optional<PasteResult> X11DesktopTest::paste()

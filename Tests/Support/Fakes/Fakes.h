@@ -174,6 +174,7 @@ class FakeWindowSystem final : public WindowSystem
 {
 public:
     void prepareUtilityWindow(QWindow* /*window*/) override { calls.append(QStringLiteral("prepareUtilityWindow")); }
+    void setShadow(QWindow* /*window*/, const QMargins& /*shadow*/) override {}
     void rememberFrontWindow() override { calls.append(QStringLiteral("rememberFrontWindow")); }
     void activate(QWindow* window) override
     {

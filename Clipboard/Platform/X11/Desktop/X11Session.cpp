@@ -36,8 +36,9 @@ X11Session::X11Session(std::unique_ptr<XcbConnection> connection)
 {
     m_connection->preloadAtoms({"_NET_ACTIVE_WINDOW", "_NET_SUPPORTED", "_NET_WM_PID", "_NET_WM_STATE",
                                 "_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER", "_NET_WM_STATE_STICKY",
-                                "_NET_WM_STATE_ABOVE", "_NET_WM_DESKTOP", "_NET_WM_ICON", "_NET_WM_WINDOW_TYPE",
-                                "_NET_WM_WINDOW_TYPE_DESKTOP", "_GTK_APPLICATION_ID", "UTF8_STRING", "TESSALY_TIME"});
+                                "_NET_WM_STATE_ABOVE", "_NET_WM_DESKTOP", "_NET_WM_ICON", "_GTK_FRAME_EXTENTS",
+                                "_NET_WM_WINDOW_TYPE", "_NET_WM_WINDOW_TYPE_DESKTOP", "_GTK_APPLICATION_ID",
+                                "UTF8_STRING", "TESSALY_TIME"});
     const uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_change_window_attributes(xcb(), root(), XCB_CW_EVENT_MASK, &mask);
     m_connection->flush();

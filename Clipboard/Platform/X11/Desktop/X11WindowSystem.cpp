@@ -7,6 +7,8 @@
 #include <qpa/qwindowsysteminterface.h>
 #include <xcb/xfixes.h>
 
+#include <array>
+
 namespace Clipboard {
 
 namespace {
@@ -116,6 +118,20 @@ void X11WindowSystem::writeStates(const QWindow& window)
                         XCB_ATOM_ATOM, 32, static_cast<uint32_t>(std::size(states)), states);
     xcb_change_property(m_session->xcb(), XCB_PROP_MODE_REPLACE, idOf(window), connection.atom("_NET_WM_DESKTOP"),
                         XCB_ATOM_CARDINAL, 32, 1, &allDesktops);
+    connection.synchronize();
+}
+
+/// The property is GTK's, and the window managers of GNOME, Plasma, Xfce and MATE know it: left, right, top, bottom in
+/// the server's pixels.
+void X11WindowSystem::setShadow(QWindow* window, const QMargins& shadow)
+{
+    const QMargins pixels = (QMarginsF(shadow) * window->devicePixelRatio()).toMargins();
+    const std::array extents{uint32_t(pixels.left()), uint32_t(pixels.right()), uint32_t(pixels.top()),
+                             uint32_t(pixels.bottom())};
+    auto& connection = m_session->connection();
+    finishRequestsOfQt();
+    xcb_change_property(m_session->xcb(), XCB_PROP_MODE_REPLACE, idOf(*window), connection.atom("_GTK_FRAME_EXTENTS"),
+                        XCB_ATOM_CARDINAL, 32, static_cast<uint32_t>(extents.size()), extents.data());
     connection.synchronize();
 }
 

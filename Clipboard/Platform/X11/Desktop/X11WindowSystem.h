@@ -17,6 +17,7 @@ public:
     X11WindowSystem(std::shared_ptr<X11::X11Session> session, std::shared_ptr<X11::FrontWindow> frontWindow);
 
     void prepareUtilityWindow(QWindow* window) override;
+    void setShadow(QWindow* window, const QMargins& shadow) override;
     void rememberFrontWindow() override;
     void activate(QWindow* window) override;
     void restoreFrontWindow() override;
