@@ -89,10 +89,12 @@ QString start(VirtualSession& session, QSize size)
 
     const QString runtime = session.environment().value(u"XDG_RUNTIME_DIR"_s);
     const auto isUp = [&] {
-        session.setEnvironment(u"WAYLAND_DISPLAY"_s, firstOf(runtime, u"wayland-?"_s));
+        // Either may be there before the other.
+        const QString display = firstOf(runtime, u"wayland-?"_s);
+        session.setEnvironment(u"WAYLAND_DISPLAY"_s, display);
         session.setEnvironment(u"SWAYSOCK"_s, runtime + u'/' + firstOf(runtime, u"sway-ipc.*"_s));
-        return sway.state() == QProcess::NotRunning ||
-               session.run(u"swaymsg"_s, {u"-t"_s, u"get_version"_s}).exitCode == 0;
+        const bool answers = !display.isEmpty() && session.run(u"swaymsg"_s, {u"-t"_s, u"get_version"_s}).exitCode == 0;
+        return answers || sway.state() == QProcess::NotRunning;
     };
     if (!VirtualSession::waitUntil(isUp) || sway.state() == QProcess::NotRunning) {
         QFile said(log);
