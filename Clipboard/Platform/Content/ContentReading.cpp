@@ -17,8 +17,8 @@ constexpr const char* htmlTarget = "text/html";
 
 } // namespace
 
-ContentReading::ContentReading(Options options)
-    : m_options(std::move(options))
+ContentReading::ContentReading(const Options& options)
+    : m_options(options)
 {
 }
 

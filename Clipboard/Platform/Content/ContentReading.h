@@ -30,7 +30,7 @@ public:
     };
     enum class Found { nothing, content, companion };
 
-    explicit ContentReading(Options options);
+    explicit ContentReading(const Options& options);
 
     /// Begins with the targets that an owner offers.
     void begin(const std::vector<QByteArray>& offered);
