@@ -89,6 +89,15 @@ WaylandOwner::WaylandOwner(const VirtualSession& session)
     wl_registry_add_listener(m_objects->registry, &listener, m_objects.get());
     wl_display_roundtrip(m_objects->display);
     m_objects->device = ext_data_control_manager_v1_get_data_device(m_objects->manager, m_objects->seat);
+    using Device = ext_data_control_device_v1;
+    using Offer = ext_data_control_offer_v1;
+    static constexpr ext_data_control_device_v1_listener contents{
+        [](void*, Device*, Offer* offer) { ext_data_control_offer_v1_destroy(offer); }, // what others copy is no matter
+        [](void*, Device*, Offer*) {},
+        [](void*, Device*) {},
+        [](void*, Device*, Offer*) {},
+    };
+    ext_data_control_device_v1_add_listener(m_objects->device, &contents, nullptr);
     m_objects->waiting = wl_display_create_queue(m_objects->display);
     m_thread = std::thread([this] { run(); });
 }

@@ -61,9 +61,8 @@ std::optional<QString> readLine()
 
 bool write(QByteArrayView bytes)
 {
-    return std::fwrite(bytes.data(), 1, static_cast<size_t>(bytes.size()), stdout) ==
-               static_cast<size_t>(bytes.size()) &&
-           std::fflush(stdout) == 0;
+    const auto size = static_cast<size_t>(bytes.size());
+    return (size == 0 || std::fwrite(bytes.data(), 1, size, stdout) == size) && std::fflush(stdout) == 0;
 }
 
 bool printLine(QStringView line)
