@@ -91,11 +91,16 @@ WaylandOwner::WaylandOwner(const VirtualSession& session)
     m_objects->device = ext_data_control_manager_v1_get_data_device(m_objects->manager, m_objects->seat);
     using Device = ext_data_control_device_v1;
     using Offer = ext_data_control_offer_v1;
+    // What others copy is no matter. An offer that is let go earlier, with news of it on their way, is never freed.
+    static constexpr auto letGo = [](void*, Device*, Offer* offer) {
+        if (offer != nullptr)
+            ext_data_control_offer_v1_destroy(offer);
+    };
     static constexpr ext_data_control_device_v1_listener contents{
-        [](void*, Device*, Offer* offer) { ext_data_control_offer_v1_destroy(offer); }, // what others copy is no matter
         [](void*, Device*, Offer*) {},
+        letGo,
         [](void*, Device*) {},
-        [](void*, Device*, Offer*) {},
+        letGo,
     };
     ext_data_control_device_v1_add_listener(m_objects->device, &contents, nullptr);
     m_objects->waiting = wl_display_create_queue(m_objects->display);
