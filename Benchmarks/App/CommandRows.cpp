@@ -35,6 +35,7 @@ void listRow(int times)
 {
     Bench bench({.entries = 500, .bytes = 20'000});
     std::vector<double> values;
+    values.reserve(static_cast<std::size_t>(times));
     for (int i = 0; i < times; ++i)
         values.push_back(timeOf(bench, {u"list"_s}));
     row(u"command: list of 500"_s, values, u"≤ 25"_s);
@@ -46,6 +47,7 @@ void getRow(int times)
     Bench bench;
     (void)timeOf(bench, {u"add"_s}, QByteArray(large, 'x'));
     std::vector<double> values;
+    values.reserve(static_cast<std::size_t>(times));
     for (int i = 0; i < times; ++i)
         values.push_back(timeOf(bench, {u"get"_s, u"1"_s}));
     row(u"command: get of 50 MB"_s, values, u""_s);
