@@ -96,11 +96,10 @@ bool X11WindowSystem::eventFilter(QObject* object, QEvent* event)
     if (event->type() == QEvent::Show) {
         m_awaited.insert(window);
         writeStates(*window);
-    } else if (event->type() == QEvent::Expose && window->isExposed() && m_awaited.remove(window)) {
-        forgetEarlierFocus(*window);
-    } else if (event->type() == QEvent::Hide) {
-        forgetEarlierFocus(*window);
     }
+    const bool isShown = event->type() == QEvent::Expose && window->isExposed() && m_awaited.remove(window);
+    if (isShown || event->type() == QEvent::Hide)
+        forgetEarlierFocus(*window);
     return false;
 }
 
