@@ -55,6 +55,7 @@ void X11Workspace::activeWindowChanged()
         return;
     }
     m_frontmost = traitsOf(window);
+    m_window = window;
     readEntriesAgainIfChanged();
     // Without the entries its id is not known; entriesRead() comes here again.
     if (isReadingFirstEntries())
@@ -63,13 +64,20 @@ void X11Workspace::activeWindowChanged()
         keepWindowIcon(window, *id);
 }
 
+void X11Workspace::readClass(xcb_window_t window, DesktopEntries::Traits& traits) const
+{
+    const auto windowClass = m_session->windowClass(window);
+    if (windowClass.name.isEmpty())
+        return;
+    traits.windowClass = QString::fromUtf8(windowClass.name);
+    traits.windowInstance = QString::fromUtf8(windowClass.instance);
+}
+
 DesktopEntries::Traits X11Workspace::traitsOf(xcb_window_t window) const
 {
     auto& connection = m_session->connection();
     DesktopEntries::Traits traits;
-    const auto windowClass = m_session->windowClass(window);
-    traits.windowClass = QString::fromUtf8(windowClass.name);
-    traits.windowInstance = QString::fromUtf8(windowClass.instance);
+    readClass(window, traits);
     const auto id =
         connection.property(window, connection.atom("_GTK_APPLICATION_ID"), connection.atom("UTF8_STRING"), maxIdWords);
     if (id && id->format == 8)
@@ -95,7 +103,9 @@ std::optional<Workspace::Application> X11Workspace::frontmostApplication() const
 {
     if (!m_frontmost)
         return {};
-    return applicationOf(*m_frontmost);
+    DesktopEntries::Traits traits = *m_frontmost;
+    readClass(m_window, traits);
+    return applicationOf(traits);
 }
 
 void X11Workspace::entriesRead()

@@ -26,11 +26,14 @@ protected:
 private:
     void handle(const xcb_generic_event_t* event);
     void activeWindowChanged();
+    /// Into `traits`, which stay as they are when the window is gone.
+    void readClass(xcb_window_t window, DesktopEntries::Traits& traits) const;
     [[nodiscard]] DesktopEntries::Traits traitsOf(xcb_window_t window) const;
     void keepWindowIcon(xcb_window_t window, const QString& bundleID);
 
     std::shared_ptr<X11::X11Session> m_session;
     std::optional<DesktopEntries::Traits> m_frontmost;
+    xcb_window_t m_window = XCB_WINDOW_NONE; // that of m_frontmost; its program may name it anew while it is active
     std::optional<DesktopEntries::Traits> m_beforeNone; // the last one before no window was active
     QHash<QString, QIcon> m_windowIcons;                // of applications by their ids
 };
