@@ -2,7 +2,6 @@
 
 #include "History/JSONHistoryStore.h"
 #include "History/TypeDetector.h"
-#include "ImageBlobs.h"
 #include "OffMainThread.h"
 #include "PasteService.h"
 #include "PictureReading.h"
@@ -30,13 +29,6 @@ namespace {
 // What is pasted into a text field, in bytes: beyond any search or label, and laid out within a frame.
 constexpr qsizetype longestTyped = 4096;
 
-bool holdsPicture(const QList<ClipItem>& entries, const Utf8Text& path)
-{
-    return std::ranges::any_of(entries, [&path](const ClipItem& entry) {
-        return entry.type == ClipType::image && entry.content.utf8() == path.utf8();
-    });
-}
-
 } // namespace
 
 HistoryViewModel::HistoryViewModel(ClipboardCore::JSONHistoryStore& store, Services services, QObject* parent)
@@ -45,6 +37,7 @@ HistoryViewModel::HistoryViewModel(ClipboardCore::JSONHistoryStore& store, Servi
     , m_services(std::move(services))
     , m_keys(*this)
     , m_actions(m_services.smartActions)
+    , m_removed(store)
 {
     m_pictures.setMaxThreadCount(1);
     connect(&m_actions, &EntryActions::found, this, &HistoryViewModel::smartActionsChanged);
@@ -147,7 +140,7 @@ void HistoryViewModel::bump(const ClipItem& item)
 
 void HistoryViewModel::add(const ClipItem& item)
 {
-    release(m_store.add(item));
+    m_removed.release(m_store.add(item));
     saveAndRefresh();
 }
 
@@ -155,17 +148,6 @@ void HistoryViewModel::saveAndRefresh()
 {
     m_store.saveAsync();
     refresh();
-}
-
-void HistoryViewModel::release(const QList<ClipItem>& entries)
-{
-    // Equal pictures share their file: it may have been copied again since, or be brought back.
-    QList<ClipItem> released = entries;
-    released.removeIf([this](const ClipItem& entry) {
-        const auto holds = [&entry](const QList<ClipItem>& others) { return holdsPicture(others, entry.content); };
-        return holds(m_store.items()) || std::ranges::any_of(m_removed, holds);
-    });
-    ImageBlobs::release(released);
 }
 
 void HistoryViewModel::togglePin(const ClipItem& item)
@@ -197,7 +179,7 @@ void HistoryViewModel::take(const ClipItem& item)
         setSelectedID(next);
     }
     if (const std::optional<ClipItem> removed = m_store.remove(id))
-        m_removed.append({*removed});
+        m_removed.keep({*removed});
     saveAndRefresh();
 }
 
@@ -216,7 +198,7 @@ void HistoryViewModel::clear(bool keepingPinned)
     assertMainThread();
     const QList<ClipItem> removed = m_store.removeAll(keepingPinned);
     if (!removed.isEmpty()) {
-        m_removed.append(removed);
+        m_removed.keep(removed);
         m_services.toast(tr("History cleared — ⌘Z in the panel brings it back"));
     }
     saveAndRefresh();
@@ -228,7 +210,7 @@ bool HistoryViewModel::undoRemoval()
     if (m_removed.isEmpty())
         return false;
     const QList<ClipItem> entries = m_removed.takeLast();
-    release(m_store.restore(entries));
+    m_removed.release(m_store.restore(entries));
     saveAndRefresh();
     if (visibleIndex(entries.first().id) >= 0)
         setSelectedID(entries.first().id);
@@ -240,9 +222,7 @@ bool HistoryViewModel::undoRemoval()
 void HistoryViewModel::forgetRemoved()
 {
     assertMainThread();
-    const QList<QList<ClipItem>> removed = std::exchange(m_removed, {});
-    for (const QList<ClipItem>& entries : removed)
-        release(entries);
+    m_removed.forget();
 }
 
 void HistoryViewModel::annotate(const ClipItem& item)

@@ -5,6 +5,7 @@
 #include "Focus/KeyEvent.h"
 #include "PanelKeys.h"
 #include "Pasteboard.h"
+#include "RemovedEntries.h"
 #include "Support/ToastText.h"
 
 #include <QThreadPool>
@@ -23,7 +24,8 @@ enum class PreviewScroll { lineUp, lineDown, pageUp, pageDown };
 /// entry given to a command may be one of those in items() or visible(). Main thread only.
 ///
 /// It is one object, of parts that read alone: what is listed and selected (PanelState), the command sheet's state
-/// (CommandSheetState), what the keys mean (PanelKeys), finding and running smart actions (EntryActions).
+/// (CommandSheetState), what the keys mean (PanelKeys), finding and running smart actions (EntryActions), what can be
+/// brought back (RemovedEntries).
 class HistoryViewModel final : public CommandSheetState
 {
     Q_OBJECT
@@ -114,7 +116,6 @@ private:
     void clear(bool keepingPinned);
     void take(const ClipboardCore::ClipItem& item);
     void saveAndRefresh();
-    void release(const QList<ClipboardCore::ClipItem>& entries);
     void handleMissingFile(const ClipboardCore::ClipItem& item);
     void carryOut(const ClipboardCore::SmartActionResult& result, const std::optional<QUuid>& entry,
                   ActionUnderWay underWay);
@@ -125,7 +126,7 @@ private:
     EntryActions m_actions;
     ActionUnderWay m_performing;
     QThreadPool m_pictures;
-    QList<QList<ClipboardCore::ClipItem>> m_removed; // one a removal, the latest last
+    RemovedEntries m_removed;
 };
 
 } // namespace Clipboard
