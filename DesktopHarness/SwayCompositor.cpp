@@ -28,17 +28,6 @@ QString firstOf(const QString& folder, const QString& pattern)
     return found.isEmpty() ? QString() : found.first();
 }
 
-/// One that stays for as long as the session: where the last keyboard goes, programs lose the focus. Each wtype brings
-/// another one and takes it away again.
-QString plugKeyboardIn(VirtualSession& session)
-{
-    session.start(u"wtype"_s, {u"-s"_s, u"2000000000"_s, u"-k"_s, u"Shift_L"_s});
-    const bool isThere = VirtualSession::waitUntil([&] {
-        return session.run(u"swaymsg"_s, {u"-t"_s, u"get_inputs"_s}).output.contains("keyboard");
-    });
-    return isThere ? QString() : u"There is no keyboard."_s;
-}
-
 /// The compositor alone knows which display its Xwayland has; what it starts is told.
 QString findDisplay(VirtualSession& session)
 {
@@ -57,7 +46,7 @@ QString findDisplay(VirtualSession& session)
 
 QString missing()
 {
-    for (const QString& program : {u"sway"_s, u"Xwayland"_s, u"wl-copy"_s, u"wtype"_s, u"grim"_s, u"foot"_s}) {
+    for (const QString& program : {u"sway"_s, u"Xwayland"_s, u"wl-copy"_s, u"grim"_s, u"foot"_s}) {
         if (QStandardPaths::findExecutable(program).isEmpty())
             return u"%1 is not installed: no journey on Wayland"_s.arg(program);
     }
@@ -102,7 +91,7 @@ QString start(VirtualSession& session, QSize size)
                                                                             : QString());
     }
     session.setEnvironment(u"DISPLAY"_s, findDisplay(session));
-    return plugKeyboardIn(session);
+    return {};
 }
 
 void bindKey(VirtualSession& session, const QString& program)

@@ -18,23 +18,6 @@ QStringList typeOption(const QString& target)
     return {u"--type"_s, target == "UTF8_STRING"_L1 ? u"text/plain"_s : target};
 }
 
-/// "super+shift+v", as wtype takes it: the modifiers down, the key, the modifiers up.
-QStringList wordsOf(const QString& chord)
-{
-    QStringList modifiers = chord.split(u'+');
-    const QString key = modifiers.takeLast();
-    QStringList words;
-    for (QString& modifier : modifiers) {
-        if (modifier == "super"_L1)
-            modifier = u"logo"_s;
-        words += {u"-M"_s, modifier};
-    }
-    words += {u"-k"_s, key};
-    for (const QString& modifier : modifiers)
-        words += {u"-m"_s, modifier};
-    return words;
-}
-
 void collect(const QJsonObject& node, QList<QJsonObject>& found)
 {
     if (node.contains("pid"_L1))
@@ -68,17 +51,21 @@ void SwayDriver::command(const QString& words) const
     m_session.run(u"swaymsg"_s, {words});
 }
 
+bool SwayDriver::plugKeyboardIn()
+{
+    m_keyboard = std::make_unique<WaylandKeyboard>(m_session);
+    return m_keyboard->isPluggedIn();
+}
+
 void SwayDriver::press(const QStringList& chords)
 {
-    QStringList words;
     for (const QString& chord : chords)
-        words += wordsOf(chord);
-    m_session.run(u"wtype"_s, words);
+        m_keyboard->press(chord);
 }
 
 void SwayDriver::type(const QString& text)
 {
-    m_session.run(u"wtype"_s, {text});
+    m_keyboard->type(text);
 }
 
 void SwayDriver::movePointer(QPoint place)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "WaylandKeyboard.h"
 #include "X11Driver.h"
 
 #include <QJsonObject>
@@ -8,13 +9,15 @@ namespace Clipboard::Testing {
 
 class VirtualSession;
 
-/// A person at a sway session: wtype and the compositor's own commands for hands, wl-clipboard for the clipboard, the
-/// compositor's tree of windows for eyes.
+/// A person at a sway session: a keyboard and the compositor's own commands for hands, wl-clipboard for the clipboard,
+/// the compositor's tree of windows for eyes.
 class SwayDriver final : public Desktop
 {
 public:
     /// The session has to outlive it.
     explicit SwayDriver(VirtualSession& session);
+    /// To be called once the compositor runs. False when it takes no keyboard.
+    [[nodiscard]] bool plugKeyboardIn();
 
     void press(const QStringList& chords) override;
     void type(const QString& text) override;
@@ -41,6 +44,7 @@ private:
     [[nodiscard]] QList<QJsonObject> windows() const;
 
     VirtualSession& m_session;
+    std::unique_ptr<WaylandKeyboard> m_keyboard;
     X11Driver m_x11; // eyes for the windows of X11, those among them that the compositor does not manage
 };
 

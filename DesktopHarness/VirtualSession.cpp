@@ -81,13 +81,18 @@ QString VirtualSession::bringUp(const Options& options)
     if (options.kind == Kind::x11) {
         return bringUpX11(options);
     }
-    m_desktop = std::make_unique<SwayDriver>(*this);
+    auto driver = std::make_unique<SwayDriver>(*this);
+    SwayDriver& person = *driver;
+    m_desktop = std::move(driver);
     m_launcher = SwayCompositor::launcher();
     if (QString failure = startMessageBus(); !failure.isEmpty()) {
         return failure;
     }
     if (QString failure = SwayCompositor::start(*this, options.size); !failure.isEmpty()) {
         return failure;
+    }
+    if (!person.plugKeyboardIn()) {
+        return u"There is no keyboard."_s;
     }
     return connectToServer();
 }

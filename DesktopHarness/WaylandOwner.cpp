@@ -1,6 +1,6 @@
 #include "WaylandOwner.h"
 
-#include "VirtualSession.h"
+#include "WaylandClient.h"
 
 #include <ext-data-control-v1-client-protocol.h>
 
@@ -9,8 +9,6 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 #include <utility>
-
-using namespace Qt::StringLiterals;
 
 namespace Clipboard::Testing {
 
@@ -44,9 +42,13 @@ bool writeAll(int pipe, const char* bytes, qsizetype size)
 
 struct WaylandOwner::Objects
 {
-    wl_display* display = nullptr;
+    explicit Objects(const VirtualSession& session)
+        : client(session)
+    {
+    }
+
+    WaylandClient client;
     wl_event_queue* waiting = nullptr; // for round trips beside the thread
-    wl_registry* registry = nullptr;
     wl_seat* seat = nullptr;
     ext_data_control_manager_v1* manager = nullptr;
     ext_data_control_device_v1* device = nullptr;
@@ -59,35 +61,18 @@ struct WaylandOwner::Objects
         ext_data_control_device_v1_destroy(device);
         ext_data_control_manager_v1_destroy(manager);
         wl_seat_destroy(seat);
-        wl_registry_destroy(registry);
         wl_event_queue_destroy(waiting);
-        wl_display_disconnect(display);
     }
 };
 
 WaylandOwner::WaylandOwner(const VirtualSession& session)
-    : m_objects(std::make_unique<Objects>())
+    : m_objects(std::make_unique<Objects>(session))
     , m_end(::eventfd(0, EFD_CLOEXEC))
 {
-    const auto& environment = session.environment();
-    const QString socket = environment.value(u"XDG_RUNTIME_DIR"_s) + u'/' + environment.value(u"WAYLAND_DISPLAY"_s);
-    m_objects->display = wl_display_connect(socket.toLocal8Bit().constData());
-    if (m_objects->display == nullptr)
+    if (m_objects->client.display() == nullptr)
         return;
-    static constexpr wl_registry_listener listener{
-        [](void* data, wl_registry* registry, uint32_t name, const char* interface, uint32_t) {
-            auto& objects = *static_cast<Objects*>(data);
-            if (QByteArrayView(interface) == manager.name)
-                objects.manager =
-                    static_cast<ext_data_control_manager_v1*>(wl_registry_bind(registry, name, &manager, 1));
-            else if (QByteArrayView(interface) == wl_seat_interface.name)
-                objects.seat = static_cast<wl_seat*>(wl_registry_bind(registry, name, &wl_seat_interface, 1));
-        },
-        [](void*, wl_registry*, uint32_t) {},
-    };
-    m_objects->registry = wl_display_get_registry(m_objects->display);
-    wl_registry_add_listener(m_objects->registry, &listener, m_objects.get());
-    wl_display_roundtrip(m_objects->display);
+    m_objects->manager = static_cast<ext_data_control_manager_v1*>(m_objects->client.bind(manager));
+    m_objects->seat = static_cast<wl_seat*>(m_objects->client.bind(wl_seat_interface));
     m_objects->device = ext_data_control_manager_v1_get_data_device(m_objects->manager, m_objects->seat);
     using Device = ext_data_control_device_v1;
     using Offer = ext_data_control_offer_v1;
@@ -103,7 +88,7 @@ WaylandOwner::WaylandOwner(const VirtualSession& session)
         letGo,
     };
     ext_data_control_device_v1_add_listener(m_objects->device, &contents, nullptr);
-    m_objects->waiting = wl_display_create_queue(m_objects->display);
+    m_objects->waiting = wl_display_create_queue(m_objects->client.display());
     m_thread = std::thread([this] { run(); });
 }
 
@@ -133,13 +118,13 @@ void WaylandOwner::copy(const QHash<QByteArray, Answer>& answers)
     ext_data_control_device_v1_set_selection(m_objects->device, m_objects->source);
     if (old != nullptr)
         ext_data_control_source_v1_destroy(old);
-    wl_display_roundtrip_queue(m_objects->display, m_objects->waiting);
+    wl_display_roundtrip_queue(m_objects->client.display(), m_objects->waiting);
 }
 
 void WaylandOwner::clear()
 {
     ext_data_control_device_v1_set_selection(m_objects->device, nullptr);
-    wl_display_roundtrip_queue(m_objects->display, m_objects->waiting);
+    wl_display_roundtrip_queue(m_objects->client.display(), m_objects->waiting);
 }
 
 void WaylandOwner::die()
@@ -169,7 +154,7 @@ void WaylandOwner::run()
     sigemptyset(&closedPipe);
     sigaddset(&closedPipe, SIGPIPE);
     pthread_sigmask(SIG_BLOCK, &closedPipe, nullptr);
-    wl_display* display = m_objects->display;
+    wl_display* display = m_objects->client.display();
     while (!m_isOver && wl_display_get_error(display) == 0) {
         while (wl_display_prepare_read(display) != 0)
             wl_display_dispatch_pending(display);

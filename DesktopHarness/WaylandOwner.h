@@ -8,10 +8,6 @@
 #include <mutex>
 #include <thread>
 
-struct wl_display;
-struct wl_event_queue;
-struct wl_proxy;
-
 namespace Clipboard::Testing {
 
 class VirtualSession;

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+
+struct wl_display;
+struct wl_interface;
+struct wl_registry;
+
+namespace Clipboard::Testing {
+
+class VirtualSession;
+
+/// A connection to the compositor of a session, and what is offered there. Everything bound has to be destroyed first.
+class WaylandClient
+{
+public:
+    explicit WaylandClient(const VirtualSession& session);
+    ~WaylandClient();
+    Q_DISABLE_COPY_MOVE(WaylandClient)
+
+    /// Null when the compositor could not be reached.
+    [[nodiscard]] wl_display* display() const { return m_display; }
+    /// The proxy of a global by the interface's name, in its first version; null when it is not offered.
+    [[nodiscard]] void* bind(const wl_interface& interface) const;
+
+private:
+    wl_display* m_display;
+    wl_registry* m_registry = nullptr;
+    QHash<QByteArray, quint32> m_globals;
+};
+
+} // namespace Clipboard::Testing
