@@ -59,7 +59,7 @@ PreviewBody* PreviewPane::bodyFor(ClipType type)
         body = m_bodies.make(type, m_content);
         connect(body, &PreviewBody::contentHeightChanged, this, [this, made = body] {
             if (made == m_body)
-                layOutContent();
+                followContent();
         });
     }
     return body;
@@ -93,6 +93,7 @@ void PreviewPane::show(const ClipItem& item)
     m_body->resize(innerWidth, 0);
     m_body->setItem(item, visibleHeight);
     m_body->show();
+    m_revealed = nullptr;
     syncActions();
     m_scroll->verticalScrollBar()->setValue(0);
 }
@@ -114,7 +115,7 @@ void PreviewPane::syncQR()
     m_qr->setVisible(!code.isNull());
     layOutContent();
     if (appears)
-        m_scroll->verticalScrollBar()->setValue(scrollToReveal(m_qr));
+        reveal(m_qr);
 }
 
 void PreviewPane::syncFocus()
@@ -123,7 +124,25 @@ void PreviewPane::syncFocus()
     m_actions->syncFocus();
     const auto focus = m_viewModel.focus();
     if (std::exchange(m_focus, focus) != focus && focus && focus->as<FocusKey::Action>() != nullptr)
-        m_scroll->verticalScrollBar()->setValue(scrollToReveal(m_actions));
+        reveal(m_actions);
+}
+
+void PreviewPane::reveal(const QWidget* part)
+{
+    m_revealed = part;
+    m_scroll->verticalScrollBar()->setValue(scrollToReveal(part));
+}
+
+/// A long text is laid out while it is shown already: what was brought into sight below it stays there as it grows.
+void PreviewPane::followContent()
+{
+    const QScrollBar* bar = m_scroll->verticalScrollBar();
+    const bool isInSight =
+        m_revealed != nullptr && m_revealed->isVisible() && scrollToReveal(m_revealed) == bar->value();
+    layOutContent();
+    if (isInSight)
+        reveal(m_revealed);
+    emit framesChanged();
 }
 
 void PreviewPane::scroll(PreviewScroll by)

@@ -55,6 +55,8 @@ private:
     void show(const ClipboardCore::ClipItem& item);
     void syncQR();
     void layOutContent();
+    void followContent();
+    void reveal(const QWidget* part);
     [[nodiscard]] int scrollToReveal(const QWidget* part) const;
 
     HistoryViewModel& m_viewModel;
@@ -69,6 +71,7 @@ private:
     SmartActionsSection* m_actions;
     QRInline* m_qr;
     PreviewButtonBar* m_buttons;
+    const QWidget* m_revealed = nullptr; // what was last brought into sight of the entry
 };
 
 } // namespace Clipboard
