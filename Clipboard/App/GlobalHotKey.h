@@ -14,8 +14,9 @@ class GlobalHotKey final : public QObject
 {
     Q_OBJECT
 public:
-    /// Runs `action` on every press, and `unavailable` with a sentence for the user when the key cannot be had.
-    GlobalHotKey(HotKeyGrabber& grabber, std::function<void()> action,
+    /// Runs `action` on every press, `available` when the key is ours, and `unavailable` with a sentence for the user
+    /// when it cannot be had.
+    GlobalHotKey(HotKeyGrabber& grabber, std::function<void()> action, std::function<void()> available,
                  std::function<void(const QString& reason)> unavailable, QObject* parent = nullptr);
 };
 

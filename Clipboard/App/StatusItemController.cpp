@@ -228,13 +228,14 @@ QVariantMap StatusItemController::status() const
 
 void StatusItemController::grabHotKey()
 {
+    const auto available = [this] { m_notices.clear(u"hot-key"_s); };
     const auto unavailable = [this](const QString& reason) {
         qWarning("%s", qPrintable(reason));
         m_notices.raise(u"hot-key"_s, reason);
         m_toasts.show(ToastText::failure(reason));
     };
     m_hotKey = std::make_unique<GlobalHotKey>(
-        *m_platform.hotKey, [this] { togglePanel(); }, unavailable);
+        *m_platform.hotKey, [this] { togglePanel(); }, available, unavailable);
 }
 
 void StatusItemController::announce()

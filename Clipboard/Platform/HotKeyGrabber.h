@@ -12,11 +12,12 @@ class HotKeyGrabber : public QObject
 public:
     using QObject::QObject;
 
-    /// Asks for the combination; failed() follows when it cannot be had.
+    /// Asks for the combination; granted() or failed() follows, and again whenever that changes.
     virtual void grab() = 0;
 
 signals:
     void pressed();
+    void granted();
     /// `reason` is a whole sentence for the user, such as "Super+Shift+V is in use by another program."
     void failed(const QString& reason);
 };

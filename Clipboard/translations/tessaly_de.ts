@@ -761,8 +761,20 @@ Freie Software unter der MIT-Lizenz.</translation>
 <context>
     <name>HotKeyGrabber</name>
     <message>
+        <source>Open the clipboard’s history</source>
+        <translation>Verlauf der Zwischenablage öffnen</translation>
+    </message>
+    <message>
+        <source>Super+Shift+V could not be bound: %1</source>
+        <translation>Super+Umschalt+V konnte nicht belegt werden: %1</translation>
+    </message>
+    <message>
         <source>Super+Shift+V is in use by another program.</source>
         <translation>Super+Umschalt+V wird von einem anderen Programm verwendet.</translation>
+    </message>
+    <message>
+        <source>The system settings have no key that opens Tessaly.</source>
+        <translation>In den Systemeinstellungen gibt es keine Taste, die Tessaly öffnet.</translation>
     </message>
 </context>
 <context>

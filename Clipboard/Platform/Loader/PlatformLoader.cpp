@@ -1,5 +1,6 @@
 #include "PlatformLoader.h"
 
+#include "KGlobalAccelHotKey.h"
 #include "NullHotKeyGrabber.h"
 #include "NullKeystrokeSender.h"
 #include "NullPasteboard.h"
@@ -20,6 +21,8 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QLoggingCategory>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -76,12 +79,13 @@ bool addWaylandClipboard(Platform& platform, const Wayland::WaylandSession& comp
 }
 
 /// A key grabbed from Xwayland is ours only while one of its windows has the keyboard.
-void addConfiguredHotKey(Platform& platform)
+void addCompositorHotKey(Platform& platform)
 {
-    platform.hotKey = std::make_unique<NullHotKeyGrabber>(QCoreApplication::translate(
+    auto configured = std::make_unique<NullHotKeyGrabber>(QCoreApplication::translate(
         "PlatformLoader",
         "Super+Shift+V cannot be bound from here: have the desktop’s settings run “tessaly toggle” on a key. "
         "In sway: bindsym Mod4+Shift+v exec tessaly toggle"));
+    platform.hotKey = std::make_unique<KGlobalAccelHotKey>(std::move(configured));
 }
 
 std::shared_ptr<ClipboardEngine> engineOf(const Platform& platform)
@@ -128,7 +132,7 @@ Platform loadPlatform(const Wayland::WaylandSession& compositor)
         addX11(platform, x11);
     if (compositor.isThere) {
         addWaylandDesktop(platform);
-        addConfiguredHotKey(platform);
+        addCompositorHotKey(platform);
     }
     for (const QString& reason : {platform.pasteboard->unavailableReason(), platform.keystrokes->unavailableReason()}) {
         if (!reason.isEmpty())

@@ -58,6 +58,7 @@ void X11HotKeyGrabber::grab()
     m_grabbed = isComplete ? wanted : Combinations();
     if (isComplete) {
         qCDebug(timing, "hot-key-grabbed");
+        emit granted();
         return;
     }
     const QString reason = QCoreApplication::translate("HotKeyGrabber", "Super+Shift+V is in use by another program.");
