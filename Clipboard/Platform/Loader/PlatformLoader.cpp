@@ -1,11 +1,14 @@
 #include "PlatformLoader.h"
 
+#include "FakeInputSender.h"
+#include "ForeignToplevels.h"
 #include "KGlobalAccelHotKey.h"
 #include "NullHotKeyGrabber.h"
 #include "NullKeystrokeSender.h"
 #include "NullPasteboard.h"
 #include "NullWindowSystem.h"
 #include "NullWorkspace.h"
+#include "PlasmaToplevels.h"
 #include "VirtualKeyboardSender.h"
 #include "WaylandPasteboard.h"
 #include "WaylandWorkspace.h"
@@ -94,14 +97,30 @@ std::shared_ptr<ClipboardEngine> engineOf(const Platform& platform)
     return clipboard != nullptr ? clipboard->engine() : nullptr;
 }
 
+std::shared_ptr<Wayland::Toplevels> followToplevels()
+{
+    if (auto toplevels = Wayland::ForeignToplevels::follow())
+        return toplevels;
+    return Wayland::PlasmaToplevels::follow();
+}
+
+/// By a keyboard of our own, else on the user's; null where the compositor takes no keys from us.
+std::unique_ptr<KeystrokeSender> waylandKeystrokes(const std::shared_ptr<Wayland::Toplevels>& toplevels,
+                                                   const std::shared_ptr<ClipboardEngine>& engine)
+{
+    if (auto keystrokes = VirtualKeyboardSender::create(toplevels, engine))
+        return keystrokes;
+    return FakeInputSender::create(toplevels, engine);
+}
+
 /// Where the compositor tells which window is active. Keys sent to an X server reach no window but those of X11.
 void addWaylandDesktop(Platform& platform)
 {
-    const auto toplevels = Wayland::Toplevels::follow();
+    const auto toplevels = followToplevels();
     if (!toplevels)
         return;
     platform.workspace = std::make_unique<WaylandWorkspace>(toplevels);
-    if (auto keystrokes = VirtualKeyboardSender::create(toplevels, engineOf(platform)))
+    if (auto keystrokes = waylandKeystrokes(toplevels, engineOf(platform)))
         platform.keystrokes = std::move(keystrokes);
 }
 

@@ -1,61 +1,20 @@
 #include "Toplevels.h"
 
-#include <wlr-foreign-toplevel-management-unstable-v1-client-protocol.h>
-
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QSocketNotifier>
 
-#include <algorithm>
+#include <utility>
 
 namespace Clipboard::Wayland {
-
-namespace {
-
-constexpr uint32_t managerVersion = 3;
-
-bool isActivated(const wl_array* states)
-{
-    const auto* first = static_cast<const uint32_t*>(states->data);
-    const auto* end = first + states->size / sizeof(uint32_t);
-    return std::find(first, end, uint32_t{ZWLR_FOREIGN_TOPLEVEL_HANDLE_V1_STATE_ACTIVATED}) != end;
-}
-
-} // namespace
-
-std::shared_ptr<Toplevels> Toplevels::follow()
-{
-    auto connection = WaylandConnection::open();
-    if (!connection)
-        return nullptr;
-    std::shared_ptr<Toplevels> toplevels(new Toplevels(std::move(connection)));
-    return toplevels->bind() ? toplevels : nullptr;
-}
 
 Toplevels::Toplevels(std::unique_ptr<WaylandConnection> connection)
     : m_connection(std::move(connection))
 {
 }
 
-Toplevels::~Toplevels()
+bool Toplevels::listen()
 {
-    for (const auto& [handle, window] : m_windows)
-        zwlr_foreign_toplevel_handle_v1_destroy(handle);
-    if (m_manager != nullptr)
-        zwlr_foreign_toplevel_manager_v1_destroy(m_manager);
-}
-
-bool Toplevels::bind()
-{
-    using Manager = zwlr_foreign_toplevel_manager_v1;
-    m_manager = static_cast<Manager*>(m_connection->bind(zwlr_foreign_toplevel_manager_v1_interface, managerVersion));
-    if (m_manager == nullptr)
-        return false;
-    static constexpr zwlr_foreign_toplevel_manager_v1_listener listener{
-        [](void* self, Manager*, Handle* handle) { static_cast<Toplevels*>(self)->add(handle); },
-        [](void*, Manager*) {},
-    };
-    zwlr_foreign_toplevel_manager_v1_add_listener(m_manager, &listener, this);
     auto* notifier = new QSocketNotifier(wl_display_get_fd(m_connection->get()), QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, [this, notifier] {
         m_connection->serve();
@@ -64,61 +23,47 @@ bool Toplevels::bind()
     return m_connection->roundTrip();
 }
 
-void Toplevels::add(Handle* handle)
+void Toplevels::setApplication(Window window, const QString& application)
 {
-    static constexpr zwlr_foreign_toplevel_handle_v1_listener listener{
-        [](void*, Handle*, const char*) {},
-        [](void* self, Handle* of, const char* application) {
-            static_cast<Toplevels*>(self)->m_windows[of].application = QString::fromUtf8(application);
-        },
-        [](void*, Handle*, wl_output*) {},
-        [](void*, Handle*, wl_output*) {},
-        [](void* self, Handle* of, wl_array* states) {
-            static_cast<Toplevels*>(self)->m_windows[of].willBeActive = isActivated(states);
-        },
-        [](void* self, Handle* of) { static_cast<Toplevels*>(self)->apply(of); },
-        [](void* self, Handle* of) { static_cast<Toplevels*>(self)->remove(of); },
-        [](void*, Handle*, Handle*) {},
-    };
-    m_windows[handle];
-    zwlr_foreign_toplevel_handle_v1_add_listener(handle, &listener, this);
+    m_applications[window] = application;
 }
 
-void Toplevels::apply(Handle* handle)
+void Toplevels::setActive(Window window, bool isActive)
 {
-    Window& window = m_windows[handle];
-    const bool was = std::exchange(window.isActive, window.willBeActive);
-    if (window.isActive) {
-        m_active = handle;
+    if (isActive) {
+        m_active = window;
         if (!isOurs(window))
-            m_front = handle;
-    } else if (was && m_active == handle) {
+            m_front = window;
+    } else if (m_active == window) {
         m_active = nullptr;
     }
     emit frontChanged();
 }
 
-void Toplevels::remove(Handle* handle)
+void Toplevels::remove(Window window)
 {
-    m_windows.erase(handle);
-    if (m_active == handle)
+    m_applications.erase(window);
+    if (m_active == window)
         m_active = nullptr;
-    if (m_front == handle)
+    if (m_front == window)
         m_front = nullptr;
-    zwlr_foreign_toplevel_handle_v1_destroy(handle);
     emit frontChanged();
 }
 
-bool Toplevels::isOurs(const Window& window) const
+bool Toplevels::isOurs(Window window) const
 {
-    return window.application.compare(QGuiApplication::desktopFileName(), Qt::CaseInsensitive) == 0 ||
-           window.application.compare(QCoreApplication::applicationName(), Qt::CaseInsensitive) == 0;
+    const auto found = m_applications.find(window);
+    if (found == m_applications.end())
+        return false;
+    return found->second.compare(QGuiApplication::desktopFileName(), Qt::CaseInsensitive) == 0 ||
+           found->second.compare(QCoreApplication::applicationName(), Qt::CaseInsensitive) == 0;
 }
 
 std::optional<QString> Toplevels::frontApplication() const
 {
-    const bool isActive = m_active != nullptr && m_front != nullptr;
-    return isActive ? std::optional(m_windows.at(m_front).application) : std::nullopt;
+    const auto front = m_applications.find(m_front);
+    const bool isActive = m_active != nullptr && front != m_applications.end();
+    return isActive ? std::optional(front->second) : std::nullopt;
 }
 
 bool Toplevels::isFrontBack() const

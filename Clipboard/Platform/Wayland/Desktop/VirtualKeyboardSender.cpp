@@ -1,12 +1,6 @@
 #include "VirtualKeyboardSender.h"
 
-#include "ClipboardEngine.h"
-
 #include <virtual-keyboard-unstable-v1-client-protocol.h>
-
-#include <QCoreApplication>
-#include <QPointer>
-#include <QTimer>
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -17,9 +11,6 @@
 namespace Clipboard {
 
 namespace {
-
-constexpr std::chrono::milliseconds focusTimeout{500};
-constexpr std::chrono::milliseconds focusInterval{5};
 
 // The keyboard has the two keys that paste, by their numbers in Linux (input-event-codes.h); the symbols are the same
 // whatever the layout of the user's own.
@@ -61,11 +52,10 @@ std::unique_ptr<VirtualKeyboardSender> VirtualKeyboardSender::create(std::shared
 
 VirtualKeyboardSender::VirtualKeyboardSender(std::shared_ptr<Wayland::Toplevels> toplevels,
                                              std::shared_ptr<ClipboardEngine> engine)
-    : m_toplevels(std::move(toplevels))
-    , m_engine(std::move(engine))
+    : ToplevelKeystrokeSender(std::move(toplevels), std::move(engine))
     , m_manager(static_cast<zwp_virtual_keyboard_manager_v1*>(
-          m_toplevels->connection().bind(zwp_virtual_keyboard_manager_v1_interface, 1)))
-    , m_seat(static_cast<wl_seat*>(m_toplevels->connection().bind(wl_seat_interface, 1)))
+          connection().bind(zwp_virtual_keyboard_manager_v1_interface, 1)))
+    , m_seat(static_cast<wl_seat*>(connection().bind(wl_seat_interface, 1)))
 {
 }
 
@@ -79,45 +69,11 @@ VirtualKeyboardSender::~VirtualKeyboardSender()
         wl_seat_destroy(m_seat);
 }
 
-void VirtualKeyboardSender::sendPaste(std::function<void(PasteResult)> done)
-{
-    QTimer::singleShot(0, this, [this, done = std::move(done)] { waitForFocus(QDeadlineTimer(focusTimeout), done); });
-}
-
-void VirtualKeyboardSender::waitForFocus(const QDeadlineTimer& deadline, const Done& done)
-{
-    if (m_toplevels->isFrontBack())
-        return waitForWrites(done);
-    if (deadline.hasExpired())
-        return done(PasteResult::notSent);
-    QTimer::singleShot(focusInterval, this, [this, deadline, done] { waitForFocus(deadline, done); });
-}
-
-PasteChord VirtualKeyboardSender::chord() const
-{
-    const QByteArray application = m_toplevels->frontApplication().value_or(QString()).toUtf8();
-    return pasteChordOf({application, application});
-}
-
-void VirtualKeyboardSender::waitForWrites(const Done& done)
-{
-    if (!m_engine)
-        return done(send(chord()));
-    // Only the main thread looks at this object, which may be gone by then.
-    m_engine->afterWrites(chord() == PasteChord::ShiftInsert, [self = QPointer(this), done](bool areInForce) {
-        const auto goOn = [self, done, areInForce] {
-            if (self)
-                done(areInForce ? self->send(self->chord()) : PasteResult::notSent);
-        };
-        QMetaObject::invokeMethod(QCoreApplication::instance(), goOn, Qt::QueuedConnection);
-    });
-}
-
 /// The user's own keyboard may still hold keys. What is held counts by keyboard: on this one nothing is.
-PasteResult VirtualKeyboardSender::send(PasteChord chord)
+bool VirtualKeyboardSender::type(PasteChord chord)
 {
-    if (!m_toplevels->isFrontBack() || !plugIn())
-        return PasteResult::notSent;
+    if (!plugIn())
+        return false;
     const uint32_t held =
         (chord == PasteChord::ShiftInsert ? 0 : control) | (chord == PasteChord::ControlV ? 0 : shift);
     const uint32_t key = chord == PasteChord::ShiftInsert ? keyInsert : keyV;
@@ -128,8 +84,7 @@ PasteResult VirtualKeyboardSender::send(PasteChord chord)
     zwp_virtual_keyboard_v1_key(m_keyboard, time, key, WL_KEYBOARD_KEY_STATE_PRESSED);
     zwp_virtual_keyboard_v1_key(m_keyboard, time, key, WL_KEYBOARD_KEY_STATE_RELEASED);
     zwp_virtual_keyboard_v1_modifiers(m_keyboard, 0, 0, 0, 0);
-    m_toplevels->connection().serve();
-    return m_toplevels->connection().isBroken() ? PasteResult::notSent : PasteResult::sent;
+    return true;
 }
 
 bool VirtualKeyboardSender::plugIn()

@@ -1,0 +1,85 @@
+#include "ForeignToplevels.h"
+
+#include <wlr-foreign-toplevel-management-unstable-v1-client-protocol.h>
+
+#include <algorithm>
+
+namespace Clipboard::Wayland {
+
+namespace {
+
+constexpr uint32_t managerVersion = 3;
+
+bool isActivated(const wl_array* states)
+{
+    const auto* first = static_cast<const uint32_t*>(states->data);
+    const auto* end = first + states->size / sizeof(uint32_t);
+    return std::find(first, end, uint32_t{ZWLR_FOREIGN_TOPLEVEL_HANDLE_V1_STATE_ACTIVATED}) != end;
+}
+
+} // namespace
+
+std::shared_ptr<ForeignToplevels> ForeignToplevels::follow()
+{
+    auto connection = WaylandConnection::open();
+    if (!connection)
+        return nullptr;
+    std::shared_ptr<ForeignToplevels> toplevels(new ForeignToplevels(std::move(connection)));
+    return toplevels->bind() ? toplevels : nullptr;
+}
+
+ForeignToplevels::~ForeignToplevels()
+{
+    for (const auto& [handle, willBeActive] : m_willBeActive)
+        zwlr_foreign_toplevel_handle_v1_destroy(handle);
+    if (m_manager != nullptr)
+        zwlr_foreign_toplevel_manager_v1_destroy(m_manager);
+}
+
+bool ForeignToplevels::bind()
+{
+    using Manager = zwlr_foreign_toplevel_manager_v1;
+    m_manager = static_cast<Manager*>(connection().bind(zwlr_foreign_toplevel_manager_v1_interface, managerVersion));
+    if (m_manager == nullptr)
+        return false;
+    static constexpr zwlr_foreign_toplevel_manager_v1_listener listener{
+        [](void* self, Manager*, Handle* handle) { static_cast<ForeignToplevels*>(self)->add(handle); },
+        [](void*, Manager*) {},
+    };
+    zwlr_foreign_toplevel_manager_v1_add_listener(m_manager, &listener, this);
+    return listen();
+}
+
+void ForeignToplevels::add(Handle* handle)
+{
+    static constexpr zwlr_foreign_toplevel_handle_v1_listener listener{
+        [](void*, Handle*, const char*) {},
+        [](void* self, Handle* of, const char* application) {
+            static_cast<ForeignToplevels*>(self)->setApplication(of, QString::fromUtf8(application));
+        },
+        [](void*, Handle*, wl_output*) {},
+        [](void*, Handle*, wl_output*) {},
+        [](void* self, Handle* of, wl_array* states) {
+            static_cast<ForeignToplevels*>(self)->m_willBeActive[of] = isActivated(states);
+        },
+        [](void* self, Handle* of) { static_cast<ForeignToplevels*>(self)->apply(of); },
+        [](void* self, Handle* of) { static_cast<ForeignToplevels*>(self)->end(of); },
+        [](void*, Handle*, Handle*) {},
+    };
+    m_willBeActive[handle] = false;
+    zwlr_foreign_toplevel_handle_v1_add_listener(handle, &listener, this);
+}
+
+void ForeignToplevels::apply(Handle* handle)
+{
+    setActive(handle, m_willBeActive[handle]);
+}
+
+void ForeignToplevels::end(Handle* handle)
+{
+    remove(handle);
+    m_willBeActive.erase(handle);
+    zwlr_foreign_toplevel_handle_v1_destroy(handle);
+}
+
+} // namespace Clipboard::Wayland
