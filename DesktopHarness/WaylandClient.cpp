@@ -28,10 +28,16 @@ WaylandClient::WaylandClient(const VirtualSession& session)
 
 WaylandClient::~WaylandClient()
 {
+    close();
+}
+
+void WaylandClient::close()
+{
     if (m_display == nullptr)
         return;
     wl_registry_destroy(m_registry);
     wl_display_disconnect(m_display);
+    m_display = nullptr;
 }
 
 void* WaylandClient::bind(const wl_interface& interface) const

@@ -19,7 +19,9 @@ public:
     ~WaylandClient();
     Q_DISABLE_COPY_MOVE(WaylandClient)
 
-    /// Null when the compositor could not be reached.
+    /// Ends the connection, as the end of a program does.
+    void close();
+    /// Null when the compositor could not be reached, or is no longer.
     [[nodiscard]] wl_display* display() const { return m_display; }
     /// The proxy of a global by the interface's name, in its first version; null when it is not offered.
     [[nodiscard]] void* bind(const wl_interface& interface) const;

@@ -62,6 +62,7 @@ struct WaylandOwner::Objects
         ext_data_control_manager_v1_destroy(manager);
         wl_seat_destroy(seat);
         wl_event_queue_destroy(waiting);
+        client.close();
     }
 };
 
