@@ -7,6 +7,7 @@
 #include <csignal>
 #include <poll.h>
 #include <sys/eventfd.h>
+#include <sys/socket.h>
 #include <unistd.h>
 #include <utility>
 
@@ -134,6 +135,7 @@ void WaylandOwner::die()
         return;
     ::eventfd_write(m_end, 1);
     m_thread.join();
+    m_objects->end();
 }
 
 QByteArrayList WaylandOwner::contentAsked() const
@@ -166,9 +168,10 @@ void WaylandOwner::run()
         wl_display_dispatch_pending(display);
         m_isOver = m_isOver || sources[1].revents != 0;
     }
+    // As the end of a process closes them: in the order in which they were opened.
+    ::shutdown(wl_display_get_fd(display), SHUT_RDWR);
     for (const int pipe : std::as_const(m_held))
         ::close(pipe);
-    m_objects->end();
 }
 
 void WaylandOwner::answer(const QByteArray& type, int pipe)

@@ -14,6 +14,7 @@ class ResilienceJourneyTest final : public JourneyTest
 private slots:
     void aHungOwnerHoldsNothingUp();
     void recordsWhatIsLarge();
+    void whatBreaksOffIsNoCopy();
     void contentOutlivesItsProgram();
     void aDeliberateClearStays();
     void noKillLosesACopy();
@@ -48,6 +49,19 @@ void ResilienceJourneyTest::recordsWhatIsLarge()
     copy(content);
     expectEntries(2);
     QVERIFY(newest().content == QString::fromUtf8(content));
+}
+
+void ResilienceJourneyTest::whatBreaksOffIsNoCopy()
+{
+    const QByteArray text(1'000'000, 'x');
+    for (const auto manner : {ForeignOwner::Answer::Manner::DieInTheMiddle, ForeignOwner::Answer::Manner::InPieces}) {
+        const auto owner = desktop().otherProgram();
+        owner->copy({{"UTF8_STRING", {.bytes = text, .manner = manner}}});
+        expect("a question to it", [&] { return !owner->contentAsked().isEmpty(); });
+        if (manner == ForeignOwner::Answer::Manner::InPieces)
+            expectCapture();
+    }
+    expectHistory({QString::fromLatin1(text)});
 }
 
 void ResilienceJourneyTest::contentOutlivesItsProgram()

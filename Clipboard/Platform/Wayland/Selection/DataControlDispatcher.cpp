@@ -36,9 +36,10 @@ DataControlDispatcher::DataControlDispatcher(std::unique_ptr<WaylandConnection> 
     , m_seat(static_cast<wl_seat*>(m_connection->bind(wl_seat_interface, 1)))
     , m_ownMark(freshMark())
     , m_pipes(options.writeTimeout)
-    , m_reader(
-          options.reading, [this](const SelectionContent& content) { this->publish(content); },
-          [this] { tellWaiting(); })
+    , m_reader(options.reading,
+               {.onContent = [this](const SelectionContent& content) { this->publish(content); },
+                .onSettled = [this] { tellWaiting(); },
+                .afterNews = [this](std::function<void()> done) { m_connection->whenDone(std::move(done)); }})
 {
 }
 
@@ -208,6 +209,9 @@ void DataControlDispatcher::primaryChanged(ext_data_control_offer_v1* offer)
 
 void DataControlDispatcher::selectionChanged(ext_data_control_offer_v1* offer)
 {
+    // Had the last owner ended, nothing would have come first.
+    if (offer != nullptr)
+        m_reader.trust();
     if (m_hasWatched) {
         m_isInitial = false;
         m_known.reset();

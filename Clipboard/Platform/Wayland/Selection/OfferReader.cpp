@@ -1,5 +1,6 @@
 #include "OfferReader.h"
 
+#include <climits>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -14,16 +15,17 @@ namespace {
 // Fewer turns for large content. Where a pipe cannot have so much it works as well.
 constexpr int pipeBytes = 1 << 20;
 constexpr qsizetype pieceBytes = pipeBytes;
+// A pipe ends the same way when all is written and when the writer dies. As much as this is written in one go, and
+// comes whole or not at all (pipe(7)).
+constexpr qsizetype undividedBytes = PIPE_BUF;
 // After so many pieces the engine looks at its other duties, however fast more come in.
 constexpr int maxPiecesInARow = 16;
 
 } // namespace
 
-OfferReader::OfferReader(Options options, std::function<void(const SelectionContent&)> onContent,
-                         std::function<void()> onSettled)
+OfferReader::OfferReader(Options options, Callbacks callbacks)
     : m_options(std::move(options))
-    , m_onContent(std::move(onContent))
-    , m_onSettled(std::move(onSettled))
+    , m_callbacks(std::move(callbacks))
     , m_reading(m_options)
 {
 }
@@ -80,6 +82,8 @@ void OfferReader::closePipe()
     if (m_pipe >= 0)
         ::close(std::exchange(m_pipe, -1));
     m_bytes = {};
+    m_isDoubtful = false;
+    ++m_request;
 }
 
 void OfferReader::collectSources(std::vector<pollfd>& sources) const
@@ -95,10 +99,38 @@ void OfferReader::serve()
     const auto isWhole = read();
     if (!isWhole)
         return;
-    const QByteArray bytes = std::exchange(m_bytes, {});
-    if (!*isWhole || bytes.isEmpty())
+    if (!*isWhole || m_bytes.isEmpty()) {
         m_reading.giveUp();
-    else if (m_reading.take({m_type, 8, bytes}) == ContentReading::Found::content)
+        next();
+    } else if (m_bytes.size() > undividedBytes) {
+        doubt();
+    } else {
+        take();
+    }
+}
+
+/// A program that ends loses its connection before its pipes. So the compositor has told of an end that broke the form
+/// off before it answers a question that is asked now.
+void OfferReader::doubt()
+{
+    ::close(std::exchange(m_pipe, -1));
+    m_isDoubtful = true;
+    m_callbacks.afterNews([this, request = m_request] {
+        if (request == m_request)
+            trust();
+    });
+}
+
+void OfferReader::trust()
+{
+    if (std::exchange(m_isDoubtful, false))
+        take();
+}
+
+void OfferReader::take()
+{
+    const QByteArray bytes = std::exchange(m_bytes, {});
+    if (m_reading.take({m_type, 8, bytes}) == ContentReading::Found::content)
         publish();
     next();
 }
@@ -153,14 +185,14 @@ void OfferReader::next()
     }
     if (!m_isPublished)
         publish();
-    m_onSettled();
+    m_callbacks.onSettled();
 }
 
 /// Hands the content on; from here on it is complete.
 void OfferReader::publish()
 {
     m_isPublished = true;
-    m_onContent(m_reading.content());
+    m_callbacks.onContent(m_reading.content());
 }
 
 } // namespace Clipboard::Wayland

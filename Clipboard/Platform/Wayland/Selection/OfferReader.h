@@ -25,10 +25,17 @@ public:
         std::chrono::milliseconds formTimeout = readFormTimeout;
     };
 
-    /// `onContent` hears each offer once, when its content is there or nothing can be had; `onSettled` when nothing
-    /// more is going to be asked of its owner.
-    OfferReader(Options options, std::function<void(const SelectionContent&)> onContent,
-                std::function<void()> onSettled);
+    struct Callbacks
+    {
+        /// Hears each offer once, when its content is there or nothing can be had.
+        std::function<void(const SelectionContent&)> onContent;
+        /// Nothing more is going to be asked of its owner.
+        std::function<void()> onSettled;
+        /// Calls back when everything has been heard that the compositor has had to tell so far.
+        std::function<void(std::function<void()>)> afterNews;
+    };
+
+    OfferReader(Options options, Callbacks callbacks);
     ~OfferReader() { cancel(); }
     OfferReader(const OfferReader&) = delete;
     OfferReader& operator=(const OfferReader&) = delete;
@@ -36,10 +43,12 @@ public:
     /// Begins with a new offer; what was under way is dropped unheard.
     void start(DataControlOffer offer, const std::vector<QByteArray>& types);
     void cancel();
+    /// Its owner has outlived what was read: a form whose end may have been the owner's is whole.
+    void trust();
     /// Has less patience with the present owner from now on.
     void hurry(std::chrono::milliseconds stepTimeout);
 
-    [[nodiscard]] bool isBusy() const { return m_pipe >= 0; }
+    [[nodiscard]] bool isBusy() const { return m_pipe >= 0 || m_isDoubtful; }
     /// The content of the current offer; nothing while it is still to be found.
     [[nodiscard]] std::optional<SelectionContent> content() const;
     /// True when there is content that can be offered in its owner's place: complete, and no secret.
@@ -56,13 +65,14 @@ private:
     void request(const QByteArray& type, qint64 maxBytes);
     /// Nothing when there may be more; true at the end of the form, false when it is of no use.
     [[nodiscard]] std::optional<bool> read();
+    void doubt();
+    void take();
     void closePipe();
     void next();
     void publish();
 
     Options m_options;
-    std::function<void(const SelectionContent&)> m_onContent;
-    std::function<void()> m_onSettled;
+    Callbacks m_callbacks;
 
     DataControlOffer m_offer;
     ContentReading m_reading;
@@ -71,6 +81,8 @@ private:
     QByteArray m_type;
     qint64 m_maxBytes = 0;
     QByteArray m_bytes;
+    bool m_isDoubtful = false; // the bytes have come to an end, and nobody knows yet whether their owner has, too
+    quint64 m_request = 0;     // the running number of the form
     std::chrono::milliseconds m_stepTimeout{};
     Clock::time_point m_stepEnd;
     Clock::time_point m_formEnd;
