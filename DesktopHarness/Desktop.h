@@ -56,6 +56,8 @@ public:
     [[nodiscard]] virtual QStringList terminal(const QString& title, const QString& command) const = 0;
     /// The windows of a program that can be seen.
     [[nodiscard]] virtual QList<Window> windowsOf(const QByteArray& program) const = 0;
+    /// Of the windows that a program reports those which this desktop does not list, but shows.
+    [[nodiscard]] virtual QList<Window> unlisted(const QList<Window>& /*reported*/) const { return {}; }
     /// The window that has the keyboard; nothing when none has.
     [[nodiscard]] virtual std::optional<Window> activeWindow() const = 0;
     [[nodiscard]] virtual QSize size() const = 0;

@@ -59,6 +59,13 @@ void MomentLog::clear()
 {
     const std::lock_guard lock(m_mutex);
     m_moments.clear();
+    m_layers = {};
+}
+
+LayerLog MomentLog::layers() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_layers;
 }
 
 int MomentLog::count(const QByteArray& name) const
@@ -93,6 +100,11 @@ void MomentLog::read()
 
 void MomentLog::take(const QByteArray& line, Time time)
 {
+    if (line.startsWith(LayerLog::prefix)) {
+        const std::lock_guard lock(m_mutex);
+        m_layers.take(line.mid(LayerLog::prefix.size()));
+        return;
+    }
     if (!line.startsWith(prefix)) {
         std::fprintf(stderr, "%s\n", line.constData());
         return;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "LayerLog.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -14,7 +16,8 @@
 namespace Clipboard::Testing {
 
 /// What a program says on its standard error, read as it comes: the moments it reports under `tessaly.timing`, each
-/// with the time at which it arrived here. Whatever else it says goes on to this process's standard error.
+/// with the time at which it arrived here, and the surfaces that no desktop lists. Whatever else it says goes on to
+/// this process's standard error.
 class MomentLog final
 {
 public:
@@ -27,7 +30,7 @@ public:
     MomentLog& operator=(const MomentLog&) = delete;
 
     /// The environment variables that make the program report, in the form that this class reads.
-    static constexpr auto rules = "tessaly.timing=true";
+    static constexpr auto rules = "tessaly.timing=true\ntessaly.layers=true";
     static constexpr auto pattern = "%{category} %{message}";
 
     /// Waits for a moment of that name and uses it up; those of other names stay.
@@ -36,6 +39,8 @@ public:
     void clear();
     /// How many moments of that name have come since the start.
     [[nodiscard]] int count(const QByteArray& name) const;
+    /// What it has on the screen above all windows, since clear().
+    [[nodiscard]] LayerLog layers() const;
 
 private:
     struct Moment
@@ -51,6 +56,7 @@ private:
     std::condition_variable m_arrived;
     std::deque<Moment> m_moments;
     std::map<QByteArray, int> m_counts;
+    LayerLog m_layers;
     int m_pipe = -1;
     int m_stop[2] = {-1, -1};
     std::thread m_reader;

@@ -167,12 +167,14 @@ std::optional<RunningTessaly::Window> RunningTessaly::trayIcon() const
 
 QList<RunningTessaly::Window> RunningTessaly::windows() const
 {
-    return m_session.desktop().windowsOf("tessaly");
+    const Desktop& desktop = m_session.desktop();
+    return desktop.windowsOf("tessaly") + desktop.unlisted(m_moments.layers().shown());
 }
 
 quint32 RunningTessaly::activeWindow() const
 {
-    return m_session.desktop().activeWindow().value_or(Window()).id;
+    const auto window = m_session.desktop().activeWindow();
+    return (window ? window : m_moments.layers().focused()).value_or(Window()).id;
 }
 
 bool RunningTessaly::waitForPanel(bool visible)

@@ -51,10 +51,11 @@ void SwayDriver::command(const QString& words) const
     m_session.run(u"swaymsg"_s, {words});
 }
 
-bool SwayDriver::plugKeyboardIn()
+bool SwayDriver::plugIn()
 {
     m_keyboard = std::make_unique<WaylandKeyboard>(m_session);
-    return m_keyboard->isPluggedIn();
+    m_pointer = std::make_unique<WaylandPointer>(m_session);
+    return m_keyboard->isPluggedIn() && m_pointer->isPluggedIn();
 }
 
 void SwayDriver::press(const QStringList& chords)
@@ -70,14 +71,16 @@ void SwayDriver::type(const QString& text)
 
 void SwayDriver::movePointer(QPoint place)
 {
-    command(u"seat seat0 cursor set %1 %2"_s.arg(place.x()).arg(place.y()));
+    m_pointer->move(place, size());
 }
 
 void SwayDriver::click(QPoint place, int times, int button)
 {
     movePointer(place);
-    const QString once = u"seat seat0 cursor press button%1; seat seat0 cursor release button%1;"_s.arg(button);
-    command(once.repeated(times)); // all at once, for clicks that belong together
+    for (int i = 0; i < times; ++i) {
+        m_pointer->set(button, true);
+        m_pointer->set(button, false);
+    }
 }
 
 void SwayDriver::drag(const QList<QPoint>& path)
@@ -91,12 +94,12 @@ void SwayDriver::drag(const QList<QPoint>& path)
 
 void SwayDriver::pressButton()
 {
-    command(u"seat seat0 cursor press button1"_s);
+    m_pointer->set(1, true);
 }
 
 void SwayDriver::releaseButton()
 {
-    command(u"seat seat0 cursor release button1"_s);
+    m_pointer->set(1, false);
 }
 
 void SwayDriver::copy(const QByteArray& content, const QString& target)
@@ -135,6 +138,25 @@ QList<SwayDriver::Window> SwayDriver::windowsOf(const QByteArray& program) const
             found.append(describe(node));
     }
     return found;
+}
+
+/// Surfaces above the windows are in no list. That they are there the program has to say; that they can be seen it
+/// has not.
+QList<SwayDriver::Window> SwayDriver::unlisted(const QList<Window>& reported) const
+{
+    QList<Window> found = reported;
+    found.removeIf([this](const Window& window) { return !isPainted(window.geometry); });
+    return found;
+}
+
+bool SwayDriver::isPainted(QRect place) const
+{
+    constexpr qsizetype pixel = 3; // bytes, without alpha
+    const QString part = u"%1,%2 %3x%4"_s.arg(place.x()).arg(place.y()).arg(place.width()).arg(place.height());
+    const QByteArray picture = m_session.run(u"grim"_s, {u"-g"_s, part, u"-t"_s, u"ppm"_s, u"-"_s}).output;
+    const QByteArray pixels = picture.mid(picture.indexOf("255\n") + 4); // what ends the header
+    // Of one colour is what looks the same when it is moved by a pixel.
+    return pixels.size() > pixel && pixels.sliced(pixel) != pixels.chopped(pixel);
 }
 
 std::optional<SwayDriver::Window> SwayDriver::activeWindow() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "WaylandKeyboard.h"
+#include "WaylandPointer.h"
 #include "X11Driver.h"
 
 #include <QJsonObject>
@@ -9,15 +10,15 @@ namespace Clipboard::Testing {
 
 class VirtualSession;
 
-/// A person at a sway session: a keyboard and the compositor's own commands for hands, wl-clipboard for the clipboard,
-/// the compositor's tree of windows for eyes.
+/// A person at a sway session: a keyboard and a mouse for hands, wl-clipboard for the clipboard, the compositor's tree
+/// of windows and the pixels of its screen for eyes.
 class SwayDriver final : public Desktop
 {
 public:
     /// The session has to outlive it.
     explicit SwayDriver(VirtualSession& session);
-    /// To be called once the compositor runs. False when it takes no keyboard.
-    [[nodiscard]] bool plugKeyboardIn();
+    /// To be called once the compositor runs. False when it takes no keyboard or mouse.
+    [[nodiscard]] bool plugIn();
 
     void press(const QStringList& chords) override;
     void type(const QString& text) override;
@@ -33,6 +34,7 @@ public:
     [[nodiscard]] QByteArray pasted(const QString& target) override;
     [[nodiscard]] QStringList terminal(const QString& title, const QString& command) const override;
     [[nodiscard]] QList<Window> windowsOf(const QByteArray& program) const override;
+    [[nodiscard]] QList<Window> unlisted(const QList<Window>& reported) const override;
     [[nodiscard]] std::optional<Window> activeWindow() const override;
     [[nodiscard]] QSize size() const override;
     [[nodiscard]] QByteArray pixels() const override;
@@ -42,9 +44,12 @@ private:
     void command(const QString& words) const;
     /// All windows, with what the compositor says of each.
     [[nodiscard]] QList<QJsonObject> windows() const;
+    /// The screen has more than one colour there.
+    [[nodiscard]] bool isPainted(QRect place) const;
 
     VirtualSession& m_session;
     std::unique_ptr<WaylandKeyboard> m_keyboard;
+    std::unique_ptr<WaylandPointer> m_pointer;
     X11Driver m_x11; // eyes for the windows of X11, those among them that the compositor does not manage
 };
 

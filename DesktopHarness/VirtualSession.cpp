@@ -91,8 +91,8 @@ QString VirtualSession::bringUp(const Options& options)
     if (QString failure = SwayCompositor::start(*this, options.size); !failure.isEmpty()) {
         return failure;
     }
-    if (!person.plugKeyboardIn()) {
-        return u"There is no keyboard."_s;
+    if (!person.plugIn()) {
+        return u"There is no keyboard or no mouse."_s;
     }
     return connectToServer();
 }

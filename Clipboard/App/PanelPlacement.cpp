@@ -122,10 +122,12 @@ QRect PanelPlacement::panelRect(const Places& places, const QList<Screen>& scree
         if (places.workScreen.value_or(screen) == screen)
             return beside(*places.statusItem, screens.at(screen).workArea);
     }
-    const Screen& screen = screens.at(places.workScreen.value_or(screenAt(places.pointer, screens)));
-    if (screen.geometry.contains(places.pointer))
-        return byPointer(places.pointer, screen.workArea);
-    const QRect& area = (places.workScreen ? screen : screens.first()).workArea;
+    const qsizetype first = 0;
+    const qsizetype atPointer = places.pointer ? screenAt(*places.pointer, screens) : first;
+    const Screen& screen = screens.at(places.workScreen.value_or(atPointer));
+    if (places.pointer && screen.geometry.contains(*places.pointer))
+        return byPointer(*places.pointer, screen.workArea);
+    const QRect& area = screens.at(places.workScreen.value_or(first)).workArea;
     return byPointer({rightEdge(area), area.y()}, area);
 }
 

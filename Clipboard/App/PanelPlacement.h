@@ -18,7 +18,7 @@ struct Screen
 struct Places
 {
     std::optional<QRect> statusItem;
-    QPoint pointer;
+    std::optional<QPoint> pointer; // nothing when programs are not told of it
     /// The index of the screen where the user works; nothing when that is no question, as at a click on the item.
     std::optional<qsizetype> workScreen;
 };

@@ -8,7 +8,6 @@
 #include "SessionStatus.h"
 
 #include <QCoreApplication>
-#include <QCursor>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QLocale>
@@ -258,8 +257,8 @@ void StatusItemController::show(std::optional<QUuid> selecting)
 void StatusItemController::open(std::optional<QUuid> selecting, std::optional<qsizetype> workScreen)
 {
     m_panel.dismiss(); // an open one opens afresh, and remembers the application behind it
-    m_panel.setPanelGeometry(
-        PanelPlacement::panelRect({m_statusItem.geometry(), QCursor::pos(), workScreen}, currentScreens()));
+    m_panel.setPanelGeometry(PanelPlacement::panelRect(
+        {m_statusItem.geometry(), m_platform.windows->pointer(), workScreen}, currentScreens()));
     m_isEditorBehindPanel = m_editor.isInFront();
     m_viewModel.panelWillShow(selecting);
     m_panel.open();
@@ -323,7 +322,8 @@ void StatusItemController::present(std::unique_ptr<DialogCard> dialog)
     // One at a time; an older one that is still open goes.
     m_dialog = std::move(dialog);
     connect(m_dialog.get(), &QDialog::finished, this, [this] { m_dialog.release()->deleteLater(); });
-    m_dialog->winId(); // makes the native window, for the next line
+    m_dialog->winId(); // makes the native window, for the next lines
+    m_platform.windows->prepare(m_dialog->windowHandle(), WindowSystem::Role::dialog);
     m_platform.windows->setShadow(m_dialog->windowHandle(), m_dialog->shadow());
     m_dialog->open();
     m_platform.windows->activate(m_dialog->windowHandle());

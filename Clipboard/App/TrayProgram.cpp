@@ -53,17 +53,18 @@ void reportDisplay(QtMsgType type, const QMessageLogContext& /*context*/, const 
     std::_Exit(cannotRun);
 }
 
-/// Where the session offers X11 beside Wayland, the windows are shown through X11: there the panel can take the
-/// keyboard and give it back. The choice is not handed on to the programs that are started from here.
+/// What the windows are made with, unless the user has chosen. The choice is not handed on to the programs that are
+/// started from here.
 class DisplayChoice final
 {
 public:
-    DisplayChoice()
+    explicit DisplayChoice(const Clipboard::Wayland::WaylandSession& compositor)
         : m_reportBefore(qInstallMessageHandler(&reportDisplay))
-        , m_isOurs(!qEnvironmentVariableIsEmpty("DISPLAY") && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        , m_isOurs(!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
     {
+        const QByteArray kinds = Clipboard::prepareWindows(compositor);
         if (m_isOurs)
-            qputenv("QT_QPA_PLATFORM", "xcb;wayland");
+            qputenv("QT_QPA_PLATFORM", kinds);
     }
     ~DisplayChoice()
     {
@@ -135,7 +136,7 @@ int runTrayProgram(int argc, char** argv)
     returnLargeBlocks();
     Clipboard::ProcessSignals::install();
     const auto compositor = Clipboard::Wayland::WaylandSession::look();
-    std::optional<DisplayChoice> displayChoice(std::in_place);
+    std::optional<DisplayChoice> displayChoice(std::in_place, compositor);
     QApplication application(argc, argv);
     displayChoice.reset();
     QApplication::setApplicationName(u"Tessaly"_s);

@@ -136,7 +136,6 @@ void EditorController::bringToFront()
 {
     if (!m_window)
         return;
-    m_window->raise();
     m_services.windows.activate(m_window->windowHandle());
 }
 

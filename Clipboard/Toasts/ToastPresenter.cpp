@@ -62,20 +62,26 @@ void ToastPresenter::replace(const ClipboardCore::ToastText& text)
         screen = QGuiApplication::primaryScreen();
     if (screen != nullptr)
         m_view->placeIn(screen->availableGeometry());
-    m_view->winId(); // makes the native window, for the next line
+    m_view->winId(); // makes the native window, for the next lines
+    m_windows.prepare(m_view->windowHandle(), WindowSystem::Role::notice);
     m_windows.setShadow(m_view->windowHandle(), m_view->shadow());
-    m_view->fadeIn();
+    if (m_windows.canFade())
+        m_view->fadeIn();
     m_view->show();
     Accessibility::announce(m_view.get());
 }
 
 void ToastPresenter::hide()
 {
-    m_view->fadeOut([this] {
+    const auto close = [this] {
         m_view->hide();
         m_view.release()->deleteLater(); // it may be in the middle of its own signal
         emit hidden();
-    });
+    };
+    if (m_windows.canFade())
+        m_view->fadeOut(close);
+    else
+        close();
 }
 
 } // namespace Clipboard

@@ -55,7 +55,7 @@ void FloatingPanel::prepare()
             [this](const QVariant& value) { applyEntrance(value.toReal()); });
     winId(); // makes the native window, on which the next lines set what must be set before it is shown
     windowHandle()->installEventFilter(this);
-    m_services.windows.prepareUtilityWindow(windowHandle());
+    m_services.windows.prepare(windowHandle(), WindowSystem::Role::panel);
     applyCompositing();
     Motion::followDesktop();
 }
@@ -87,7 +87,6 @@ void FloatingPanel::open()
     m_isOnScreen = false;
     startEntrance();
     show();
-    raise();
     m_services.windows.activate(windowHandle());
 }
 
@@ -104,7 +103,8 @@ void FloatingPanel::startEntrance()
 
 void FloatingPanel::applyEntrance(qreal progress)
 {
-    setWindowOpacity(progress);
+    if (m_services.windows.canFade())
+        setWindowOpacity(progress);
     const int below = qRound((1 - progress) * Theme::panelRise);
     const QPoint place = m_geometry.marginsAdded(m_surface.margins()).topLeft() + QPoint(0, below);
     if (pos() != place)

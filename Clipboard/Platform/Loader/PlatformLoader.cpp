@@ -11,6 +11,7 @@
 #include "PlasmaToplevels.h"
 #include "VirtualKeyboardSender.h"
 #include "WaylandPasteboard.h"
+#include "WaylandWindowSystem.h"
 #include "WaylandWorkspace.h"
 #include "WorkerLinkMetadataProvider.h"
 #include "WorkerTextRecognizer.h"
@@ -114,12 +115,14 @@ std::unique_ptr<KeystrokeSender> waylandKeystrokes(const std::shared_ptr<Wayland
 }
 
 /// Where the compositor tells which window is active. Keys sent to an X server reach no window but those of X11.
-void addWaylandDesktop(Platform& platform)
+void addWaylandDesktop(Platform& platform, const Wayland::WaylandSession& compositor)
 {
     const auto toplevels = followToplevels();
     if (!toplevels)
         return;
     platform.workspace = std::make_unique<WaylandWorkspace>(toplevels);
+    if (auto windows = compositor.hasLayerShell ? WaylandWindowSystem::create(toplevels) : nullptr)
+        platform.windows = std::move(windows);
     if (auto keystrokes = waylandKeystrokes(toplevels, engineOf(platform)))
         platform.keystrokes = std::move(keystrokes);
 }
@@ -140,6 +143,15 @@ void addX11(Platform& platform, const std::shared_ptr<X11::X11Session>& session)
 
 } // namespace
 
+/// Where the session offers X11 beside Wayland and the compositor does not let the panel take the keyboard and give it
+/// back, X11 does.
+QByteArray prepareWindows(const Wayland::WaylandSession& compositor)
+{
+    if (compositor.hasLayerShell)
+        WaylandWindowSystem::prepareToolkit();
+    return compositor.hasLayerShell && compositor.hasDataControl ? "wayland;xcb" : "xcb;wayland";
+}
+
 Platform loadPlatform(const Wayland::WaylandSession& compositor)
 {
     Platform platform = nullPlatform();
@@ -150,7 +162,7 @@ Platform loadPlatform(const Wayland::WaylandSession& compositor)
     if (x11)
         addX11(platform, x11);
     if (compositor.isThere) {
-        addWaylandDesktop(platform);
+        addWaylandDesktop(platform, compositor);
         addCompositorHotKey(platform);
     }
     for (const QString& reason : {platform.pasteboard->unavailableReason(), platform.keystrokes->unavailableReason()}) {

@@ -25,6 +25,10 @@ struct Platform
     std::unique_ptr<LinkMetadataProvider> linkMetadata;
 };
 
+/// Has the toolkit, which has yet to start, make windows that the adapters can work with. The kinds of windows to try,
+/// in order, as QT_QPA_PLATFORM takes them.
+[[nodiscard]] QByteArray prepareWindows(const Wayland::WaylandSession& compositor);
+
 /// Picks the adapters, each service's on its own, from what the toolkit's display and the compositor, if there is one,
 /// let programs do; the only code that names them.
 [[nodiscard]] Platform loadPlatform(const Wayland::WaylandSession& compositor = {});

@@ -11,10 +11,14 @@ namespace Clipboard {
 class NullWindowSystem final : public WindowSystem
 {
 public:
-    void prepareUtilityWindow(QWindow* /*window*/) override {}
+    void prepare(QWindow* /*window*/, Role /*role*/) override {}
     void setShadow(QWindow* /*window*/, const QMargins& /*shadow*/) override {}
     void rememberFrontWindow() override {}
-    void activate(QWindow* window) override { window->requestActivate(); }
+    void activate(QWindow* window) override
+    {
+        window->raise();
+        window->requestActivate();
+    }
     void restoreFrontWindow() override {}
     [[nodiscard]] QScreen* workScreen() const override { return QGuiApplication::screenAt(QCursor::pos()); }
     [[nodiscard]] bool isCompositing() const override { return false; }

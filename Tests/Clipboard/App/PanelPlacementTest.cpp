@@ -44,14 +44,15 @@ void PanelPlacementTest::placesThePanel()
                {"beside a left bar, low down", {QRect(4, 1050, 24, 24), nowhere, {}}, leftBar, {56, 532, 620, 540}},
                {"beside a right bar, high up", {QRect(1890, 4, 24, 24), nowhere, {}}, rightBar, {1244, 6, 620, 540}},
                {"a bar that reserves nothing", {QRect(950, 1050, 24, 24), nowhere, {}}, noBar, {652, 504, 620, 540}},
-               {"on the screen of the item", {onSecond, {10, 10}, {}}, two, {2202, -170, 620, 540}},
-               {"where the work is, by the pointer", {onSecond, {900, 300}, 0}, two, {590, 306, 620, 540}},
-               {"where the work is", {QRect(950, 0, 20, 24), {900, 300}, 1}, two, {2572, -194, 620, 540}},
+               {"on the screen of the item", {onSecond, QPoint(10, 10), {}}, two, {2202, -170, 620, 540}},
+               {"where the work is, by the pointer", {onSecond, QPoint(900, 300), 0}, two, {590, 306, 620, 540}},
+               {"where the work is", {QRect(950, 0, 20, 24), QPoint(900, 300), 1}, two, {2572, -194, 620, 540}},
                {"item between screens", {QRect(3300, 5000, 24, 24), nowhere, {}}, two, {2572, 278, 620, 540}},
-               {"unknown item: below the pointer", {{}, {900, 300}, {}}, topBar, {590, 306, 620, 540}},
-               {"unknown: no room on either side", {{}, {600, 300}, {}}, low, {290, 30, 620, 522}},
+               {"unknown item: below the pointer", {{}, QPoint(900, 300), {}}, topBar, {590, 306, 620, 540}},
+               {"unknown: no room on either side", {{}, QPoint(600, 300), {}}, low, {290, 30, 620, 522}},
                {"unknown: pointer nowhere", {{}, nowhere, {}}, two, {1292, 30, 620, 540}},
-               {"no screen", {{}, {0, 0}, {}}, {}, {0, 0, 620, 540}}});
+               {"nobody tells of the pointer", {{}, {}, 1}, two, {2572, -194, 620, 540}},
+               {"no screen", {{}, QPoint(0, 0), {}}, {}, {0, 0, 620, 540}}});
 }
 
 QTEST_APPLESS_MAIN(PanelPlacementTest)

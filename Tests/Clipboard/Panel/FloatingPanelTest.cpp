@@ -41,7 +41,7 @@ void FloatingPanelTest::takesAndReturnsTheKeyboardOnce()
     QVERIFY(f.open());
     f.panel.close(); // as a window manager does
     QCOMPARE(f.windows.calls,
-             QStringList({u"prepareUtilityWindow"_s, u"rememberFrontWindow"_s, u"activate"_s, u"restoreFrontWindow"_s,
+             QStringList({u"prepare"_s, u"rememberFrontWindow"_s, u"activate"_s, u"restoreFrontWindow"_s,
                           u"rememberFrontWindow"_s, u"activate"_s, u"restoreFrontWindow"_s}));
 }
 

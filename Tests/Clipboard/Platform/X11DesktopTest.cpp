@@ -102,7 +102,7 @@ void X11DesktopTest::init()
     m_panel.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     m_panel.setGeometry(600, 300, 200, 100);
     m_panel.create();
-    m_platform.windows->prepareUtilityWindow(&m_panel);
+    m_platform.windows->prepare(&m_panel, WindowSystem::Role::panel);
     m_platform.windows->setShadow(&m_panel, {1, 2, 3, 4});
 }
 

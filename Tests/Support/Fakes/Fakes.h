@@ -173,7 +173,7 @@ public:
 class FakeWindowSystem final : public WindowSystem
 {
 public:
-    void prepareUtilityWindow(QWindow* /*window*/) override { calls.append(QStringLiteral("prepareUtilityWindow")); }
+    void prepare(QWindow* /*window*/, Role /*role*/) override { calls.append(QStringLiteral("prepare")); }
     void setShadow(QWindow* /*window*/, const QMargins& /*shadow*/) override {}
     void rememberFrontWindow() override { calls.append(QStringLiteral("rememberFrontWindow")); }
     void activate(QWindow* window) override

@@ -9,6 +9,8 @@ struct WaylandSession
 {
     bool isThere = false;
     bool hasDataControl = false;
+    /// Programs may place windows themselves, above all others, and are told which of the others is active.
+    bool hasLayerShell = false;
 
     /// Looks once, on a connection of its own, before there is a toolkit. Nothing is there without a compositor, or
     /// when it does not answer soon. An empty name means $WAYLAND_DISPLAY.

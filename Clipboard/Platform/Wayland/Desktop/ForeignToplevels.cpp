@@ -30,8 +30,10 @@ std::shared_ptr<ForeignToplevels> ForeignToplevels::follow()
 
 ForeignToplevels::~ForeignToplevels()
 {
-    for (const auto& [handle, willBeActive] : m_willBeActive)
+    for (const auto& [handle, state] : m_states)
         zwlr_foreign_toplevel_handle_v1_destroy(handle);
+    if (m_seat != nullptr)
+        wl_seat_destroy(m_seat);
     if (m_manager != nullptr)
         zwlr_foreign_toplevel_manager_v1_destroy(m_manager);
 }
@@ -40,6 +42,7 @@ bool ForeignToplevels::bind()
 {
     using Manager = zwlr_foreign_toplevel_manager_v1;
     m_manager = static_cast<Manager*>(connection().bind(zwlr_foreign_toplevel_manager_v1_interface, managerVersion));
+    m_seat = static_cast<wl_seat*>(connection().bind(wl_seat_interface, 1));
     if (m_manager == nullptr)
         return false;
     static constexpr zwlr_foreign_toplevel_manager_v1_listener listener{
@@ -53,32 +56,46 @@ bool ForeignToplevels::bind()
 void ForeignToplevels::add(Handle* handle)
 {
     static constexpr zwlr_foreign_toplevel_handle_v1_listener listener{
-        [](void*, Handle*, const char*) {},
+        [](void* self, Handle* of, const char* title) {
+            static_cast<ForeignToplevels*>(self)->m_states[of].title = QString::fromUtf8(title);
+        },
         [](void* self, Handle* of, const char* application) {
             static_cast<ForeignToplevels*>(self)->setApplication(of, QString::fromUtf8(application));
         },
         [](void*, Handle*, wl_output*) {},
         [](void*, Handle*, wl_output*) {},
         [](void* self, Handle* of, wl_array* states) {
-            static_cast<ForeignToplevels*>(self)->m_willBeActive[of] = isActivated(states);
+            static_cast<ForeignToplevels*>(self)->m_states[of].willBeActive = isActivated(states);
         },
         [](void* self, Handle* of) { static_cast<ForeignToplevels*>(self)->apply(of); },
         [](void* self, Handle* of) { static_cast<ForeignToplevels*>(self)->end(of); },
         [](void*, Handle*, Handle*) {},
     };
-    m_willBeActive[handle] = false;
+    m_states[handle] = {};
     zwlr_foreign_toplevel_handle_v1_add_listener(handle, &listener, this);
 }
 
 void ForeignToplevels::apply(Handle* handle)
 {
-    setActive(handle, m_willBeActive[handle]);
+    setActive(handle, m_states[handle].willBeActive);
+}
+
+bool ForeignToplevels::activateOurs(const QString& title)
+{
+    for (const auto& [handle, state] : m_states) {
+        if (m_seat == nullptr || state.title != title || !isOurs(handle))
+            continue;
+        zwlr_foreign_toplevel_handle_v1_activate(handle, m_seat);
+        connection().serve();
+        return true;
+    }
+    return false;
 }
 
 void ForeignToplevels::end(Handle* handle)
 {
     remove(handle);
-    m_willBeActive.erase(handle);
+    m_states.erase(handle);
     zwlr_foreign_toplevel_handle_v1_destroy(handle);
 }
 

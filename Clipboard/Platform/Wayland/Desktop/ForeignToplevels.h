@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 
+struct wl_seat;
 struct zwlr_foreign_toplevel_handle_v1;
 struct zwlr_foreign_toplevel_manager_v1;
 
@@ -18,7 +19,15 @@ public:
     [[nodiscard]] static std::shared_ptr<ForeignToplevels> follow();
     ~ForeignToplevels() override;
 
+    bool activateOurs(const QString& title) override;
+
 private:
+    struct State
+    {
+        QString title;
+        bool willBeActive = false; // as of the next "done"
+    };
+
     using Handle = zwlr_foreign_toplevel_handle_v1;
 
     using Toplevels::Toplevels;
@@ -28,7 +37,8 @@ private:
     void end(Handle* handle);
 
     zwlr_foreign_toplevel_manager_v1* m_manager = nullptr;
-    std::map<Handle*, bool> m_willBeActive; // as of the next "done"
+    wl_seat* m_seat = nullptr;
+    std::map<Handle*, State> m_states;
 };
 
 } // namespace Clipboard::Wayland

@@ -62,8 +62,8 @@ bool Toplevels::isOurs(Window window) const
 std::optional<QString> Toplevels::frontApplication() const
 {
     const auto front = m_applications.find(m_front);
-    const bool isActive = m_active != nullptr && front != m_applications.end();
-    return isActive ? std::optional(front->second) : std::nullopt;
+    const bool isKnown = (m_active != nullptr || m_isCovered) && front != m_applications.end();
+    return isKnown ? std::optional(front->second) : std::nullopt;
 }
 
 bool Toplevels::isFrontBack() const

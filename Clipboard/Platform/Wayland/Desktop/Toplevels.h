@@ -25,6 +25,11 @@ public:
     [[nodiscard]] std::optional<QString> frontApplication() const;
     /// True when the window is active again over which ours was shown last, or nothing was shown over the active one.
     [[nodiscard]] bool isFrontBack() const;
+    /// While a surface of ours that is no window has the keyboard, no window is active.
+    void setCovered(bool isCovered) { m_isCovered = isCovered; }
+    /// Gives the keyboard to the window of ours with that title. False where the compositor takes no such wish, or has
+    /// no such window yet: it gives the keyboard to a new one by itself.
+    virtual bool activateOurs(const QString& /*title*/) { return false; }
 
 signals:
     void frontChanged();
@@ -41,13 +46,14 @@ protected:
     void setActive(Window window, bool isActive);
     void remove(Window window);
 
-private:
     [[nodiscard]] bool isOurs(Window window) const;
 
+private:
     std::unique_ptr<WaylandConnection> m_connection;
     std::map<Window, QString> m_applications; // by their ids
     Window m_active = nullptr;                // null when none is
     Window m_front = nullptr; // the last active one that is not ours; null when it is gone or none was active since
+    bool m_isCovered = false;
 };
 
 } // namespace Clipboard::Wayland

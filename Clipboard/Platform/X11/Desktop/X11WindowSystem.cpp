@@ -79,8 +79,11 @@ X11WindowSystem::X11WindowSystem(std::shared_ptr<X11::X11Session> session,
     m_isCompositing = hasCompositor();
 }
 
-void X11WindowSystem::prepareUtilityWindow(QWindow* window)
+/// The toolkit has told the window manager all there is to tell of the others.
+void X11WindowSystem::prepare(QWindow* window, Role role)
 {
+    if (role != Role::panel)
+        return;
     writeStates(*window);
     window->installEventFilter(this);
 }
@@ -141,6 +144,7 @@ void X11WindowSystem::rememberFrontWindow()
 
 void X11WindowSystem::activate(QWindow* window)
 {
+    window->raise();
     // The window manager must have heard of the window before it is asked to make it active.
     finishRequestsOfQt();
     m_session->activate(idOf(*window));

@@ -16,7 +16,7 @@ class X11WindowSystem final : public WindowSystem
 public:
     X11WindowSystem(std::shared_ptr<X11::X11Session> session, std::shared_ptr<X11::FrontWindow> frontWindow);
 
-    void prepareUtilityWindow(QWindow* window) override;
+    void prepare(QWindow* window, Role role) override;
     void setShadow(QWindow* window, const QMargins& shadow) override;
     void rememberFrontWindow() override;
     void activate(QWindow* window) override;

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "LayerShell.h"
+
+#include <QWindow>
+
+#include <memory>
+
+struct wp_viewport;
+
+namespace Clipboard::Wayland {
+
+/// Glass over one screen, which hears of a click beside the panel: where windows are the compositor's, nothing else
+/// tells of it. What it hears reaches no window.
+class ClickCatcher final : public QWindow
+{
+    Q_OBJECT
+public:
+    ClickCatcher(std::shared_ptr<LayerShell> shell, QScreen* screen);
+    ~ClickCatcher() override;
+
+    /// How much of the screen is covered; bars are beside it.
+    [[nodiscard]] QSize extent() const { return m_extent; }
+    /// Lets through what happens there.
+    void spare(const QRect& part);
+    /// Lets everything through, as something that is dragged has to reach a window, or no longer does so.
+    void setAside(bool isAside);
+
+signals:
+    void clicked();
+
+protected:
+    bool event(QEvent* event) override;
+
+private:
+    void cover(QSize extent);
+    void applyRegion();
+
+    std::shared_ptr<LayerShell> m_shell;
+    wl_buffer* m_glass;
+    wp_viewport* m_viewport = nullptr;
+    QSize m_extent;
+    QRect m_spared;
+    bool m_isAside = false;
+};
+
+} // namespace Clipboard::Wayland

@@ -1,0 +1,112 @@
+#include "WaylandWindowSystem.h"
+
+#include <QEvent>
+#include <QGuiApplication>
+#include <QScreen>
+
+#include <qpa/qwindowsysteminterface.h>
+
+#include <utility>
+
+namespace Clipboard {
+
+using Wayland::ClickCatcher;
+using Wayland::LayerSurface;
+
+void WaylandWindowSystem::prepareToolkit()
+{
+    qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
+    qputenv("QT_WAYLAND_DISABLE_FIXED_POSITIONS", "1");
+}
+
+std::unique_ptr<WaylandWindowSystem> WaylandWindowSystem::create(std::shared_ptr<Wayland::Toplevels> toplevels)
+{
+    auto shell = Wayland::LayerShell::bind();
+    if (!shell)
+        return nullptr;
+    return std::unique_ptr<WaylandWindowSystem>(new WaylandWindowSystem(std::move(shell), std::move(toplevels)));
+}
+
+WaylandWindowSystem::WaylandWindowSystem(std::shared_ptr<Wayland::LayerShell> shell,
+                                         std::shared_ptr<Wayland::Toplevels> toplevels)
+    : m_shell(std::move(shell))
+    , m_toplevels(std::move(toplevels))
+{
+}
+
+WaylandWindowSystem::~WaylandWindowSystem() = default;
+
+void WaylandWindowSystem::prepare(QWindow* window, Role role)
+{
+    LayerSurface::Manner manner;
+    manner.screen = [this, window] { return workScreen() != nullptr ? window->screen() : nullptr; };
+    manner.keyboard = role == Role::notice ? LayerSurface::Keyboard::none : LayerSurface::Keyboard::exclusive;
+    manner.place = role == Role::dialog ? LayerSurface::Place::centred : LayerSurface::Place::asSet;
+    manner.takesPointer = role != Role::notice;
+    auto* surface = new LayerSurface(m_shell, window, std::move(manner));
+    if (role != Role::panel)
+        return;
+    m_panel = surface;
+    connect(surface, &LayerSurface::placed, this, &WaylandWindowSystem::sparePanel);
+    window->installEventFilter(this);
+}
+
+bool WaylandWindowSystem::eventFilter(QObject* object, QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::Show:
+        m_toplevels->setCovered(true);
+        catchClicksBeside(static_cast<QWindow*>(object));
+        break;
+    case QEvent::Hide:
+        m_toplevels->setCovered(false);
+        m_catchers.clear();
+        break;
+    case QEvent::Enter: // nothing is dragged any more
+        for (const auto& catcher : m_catchers)
+            catcher->setAside(false);
+        break;
+    default:
+        break;
+    }
+    return false;
+}
+
+void WaylandWindowSystem::catchClicksBeside(QWindow* panel)
+{
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    for (QScreen* screen : screens) {
+        auto& catcher = m_catchers.emplace_back(std::make_unique<ClickCatcher>(m_shell, screen));
+        // Later, for the catcher goes with the panel.
+        connect(catcher.get(), &ClickCatcher::clicked, panel,
+                [panel] { QWindowSystemInterface::handleCloseEvent(panel); });
+        catcher->show();
+    }
+}
+
+/// On every screen: which one the compositor takes is its choice.
+void WaylandWindowSystem::sparePanel()
+{
+    for (const auto& catcher : m_catchers)
+        catcher->spare(m_panel->frameIn(catcher->extent()));
+}
+
+void WaylandWindowSystem::setShadow(QWindow* window, const QMargins& shadow)
+{
+    if (auto* surface = window->findChild<LayerSurface*>({}, Qt::FindDirectChildrenOnly))
+        surface->setShadow(shadow);
+}
+
+void WaylandWindowSystem::activate(QWindow* window)
+{
+    const bool isLayer = window->findChild<LayerSurface*>({}, Qt::FindDirectChildrenOnly) != nullptr;
+    if (!isLayer && !m_toplevels->activateOurs(window->title()))
+        window->requestActivate();
+}
+
+QScreen* WaylandWindowSystem::workScreen() const
+{
+    return nullptr;
+}
+
+} // namespace Clipboard

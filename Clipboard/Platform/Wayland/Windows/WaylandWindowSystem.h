@@ -1,0 +1,50 @@
+#pragma once
+
+#include "ClickCatcher.h"
+#include "LayerSurface.h"
+#include "Toplevels.h"
+#include "WindowSystem.h"
+
+#include <memory>
+#include <vector>
+
+namespace Clipboard {
+
+/// Windows that the program places itself, above those of the compositor, by layer shell. The compositor gives the
+/// focus back when one of them goes.
+class WaylandWindowSystem final : public WindowSystem
+{
+public:
+    /// Set before the toolkit starts, they have it leave such windows to us, and each where it was put.
+    static void prepareToolkit();
+
+    /// Null when the toolkit's windows are not those of a compositor with layer shell.
+    [[nodiscard]] static std::unique_ptr<WaylandWindowSystem> create(std::shared_ptr<Wayland::Toplevels> toplevels);
+    ~WaylandWindowSystem() override;
+
+    void prepare(QWindow* window, Role role) override;
+    void setShadow(QWindow* window, const QMargins& shadow) override;
+    /// The list of windows knows which one was in front.
+    void rememberFrontWindow() override {}
+    void activate(QWindow* window) override;
+    void restoreFrontWindow() override {}
+    [[nodiscard]] QScreen* workScreen() const override;
+    /// A program hears of the pointer only while it is over one of its windows.
+    [[nodiscard]] std::optional<QPoint> pointer() const override { return {}; }
+    [[nodiscard]] bool isCompositing() const override { return true; }
+    [[nodiscard]] bool canFade() const override { return false; }
+
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+private:
+    WaylandWindowSystem(std::shared_ptr<Wayland::LayerShell> shell, std::shared_ptr<Wayland::Toplevels> toplevels);
+    void catchClicksBeside(QWindow* panel);
+    void sparePanel();
+
+    std::shared_ptr<Wayland::LayerShell> m_shell;
+    std::shared_ptr<Wayland::Toplevels> m_toplevels;
+    Wayland::LayerSurface* m_panel = nullptr;                       // the window's
+    std::vector<std::unique_ptr<Wayland::ClickCatcher>> m_catchers; // while the panel is shown
+};
+
+} // namespace Clipboard
