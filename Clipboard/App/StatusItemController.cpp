@@ -27,7 +27,6 @@ using ClipboardCore::ToastText;
 
 namespace {
 
-constexpr qsizetype historyCapacity = 500;
 constexpr double saveDelaySeconds = 1.0;
 constexpr std::chrono::milliseconds showAfterLaunch{400};
 // The first showing then costs what the others do; at the start itself there is more urgent work.
@@ -74,7 +73,7 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
     , m_icons(*m_platform.workspace)
     , m_toasts(*m_platform.windows)
     , m_pasteService(*m_platform.keystrokes, [this](const ToastText& text) { m_toasts.show(text); })
-    , m_store(dataFolder + u"/history.json"_s, historyCapacity, saveDelaySeconds)
+    , m_store(dataFolder + u"/history.json"_s, m_preferences.number(PreferenceKey::historyEntries), saveDelaySeconds)
     , m_smartActions({*m_platform.pasteboard, *m_platform.workspace, *m_platform.textRecognizer,
                       *m_platform.linkMetadata, [this](const ToastText& text) { m_toasts.show(text); }, &QRCode::image})
     , m_viewModel(m_store,
@@ -84,6 +83,12 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
                        m_smartActions.perform(effect, viewModel);
                    },
                    [this](const QString& text) { m_toasts.showUntilNext(text); }})
+    , m_limits(m_store, m_preferences.number(PreferenceKey::historyEntries),
+               [this](const QList<ClipboardCore::ClipItem>& evicted) {
+                   ImageBlobs::release(evicted);
+                   m_store.saveAsync();
+                   m_viewModel.refresh();
+               })
     , m_watcher(*m_platform.pasteboard, *m_platform.workspace, m_store, m_imagesDir)
     , m_statusItem(LoginItem(), m_platform.windows->isCompositing(), this)
     , m_panel({m_viewModel, *m_platform.windows, *m_platform.workspace, m_thumbs})
@@ -105,7 +110,7 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
     connectPause();
     if (qEnvironmentVariableIsSet(showPanelVariable))
         QTimer::singleShot(showAfterLaunch, this, [this] { show(); });
-    grabHotKey();
+    connectPreferences();
 }
 
 StatusItemController::~StatusItemController()
@@ -225,16 +230,40 @@ QVariantMap StatusItemController::status() const
             {u"services"_s, SessionStatus::services(m_platform, m_notices)}};
 }
 
-void StatusItemController::grabHotKey()
+void StatusItemController::connectPreferences()
 {
-    const auto available = [this] { m_notices.clear(u"hot-key"_s); };
-    const auto unavailable = [this](const QString& reason) {
-        qWarning("%s", qPrintable(reason));
-        m_notices.raise(u"hot-key"_s, reason);
-        m_toasts.show(ToastText::failure(reason));
-    };
-    m_hotKey = std::make_unique<GlobalHotKey>(
-        *m_platform.hotKey, [this] { togglePanel(); }, available, unavailable);
+    m_hotKey = std::make_unique<GlobalHotKey>(*m_platform.hotKey, [this] { togglePanel(); });
+    connect(m_hotKey.get(), &GlobalHotKey::changed, this, [this] {
+        const QString& problem = m_hotKey->problem();
+        if (problem.isEmpty())
+            return m_notices.clear(u"hot-key"_s);
+        if (problem == m_notices.textOf(u"hot-key"_s))
+            return;
+        qWarning("%s", qPrintable(problem));
+        m_notices.raise(u"hot-key"_s, problem);
+        m_toasts.show(ToastText::failure(problem));
+    });
+    connect(&m_preferences, &Preferences::changed, this, &StatusItemController::applyPreferences);
+    applyPreferences();
+    // What others write is heard of once the copies are watched.
+    QTimer::singleShot(0, &m_preferences, &Preferences::follow);
+}
+
+void StatusItemController::applyPreferences()
+{
+    using namespace PreferenceKey;
+    m_limits.set(m_preferences.number(historyEntries), m_preferences.number(historyDays));
+    m_watcher.setRules({m_preferences.values(recordedTypes), m_preferences.values(neverApplications),
+                        m_preferences.values(neverPatterns)});
+    m_viewModel.selectsNewest = m_preferences.value(selectAtOpening) == "newest"_L1;
+    bindHotKey();
+}
+
+void StatusItemController::bindHotKey()
+{
+    const auto chord = ClipboardCore::KeyChord::fromText(m_preferences.value(PreferenceKey::hotKey));
+    if (chord && std::exchange(m_chord, chord) != chord)
+        m_hotKey->bind(*chord);
 }
 
 void StatusItemController::announce()
@@ -260,6 +289,7 @@ void StatusItemController::open(std::optional<QUuid> selecting, std::optional<qs
     m_panel.setPanelGeometry(PanelPlacement::panelRect(
         {m_statusItem.geometry(), m_platform.windows->pointer(), workScreen}, currentScreens()));
     m_isEditorBehindPanel = m_editor.isInFront();
+    m_limits.enforceDays();
     m_viewModel.panelWillShow(selecting);
     m_panel.open();
     // After the panel's first picture: the tray may be slow to answer.
@@ -302,7 +332,17 @@ void StatusItemController::terminate()
     flush();
     QThread::msleep(lateCopyGrace.count());
     saveCopies();
+    forgetOnExit();
     m_platform.pasteboard->leave();
+}
+
+void StatusItemController::forgetOnExit()
+{
+    if (!m_preferences.flag(PreferenceKey::forgetOnExit))
+        return;
+    ImageBlobs::release(m_store.removeAll(true));
+    m_store.saveAsync();
+    m_store.flush();
 }
 
 void StatusItemController::clearHistory()

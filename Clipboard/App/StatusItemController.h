@@ -6,12 +6,14 @@
 #include "FloatingPanel.h"
 #include "GlobalHotKey.h"
 #include "History/JSONHistoryStore.h"
+#include "HistoryLimits.h"
 #include "HistoryViewModel.h"
 #include "IconCache.h"
 #include "PasteService.h"
 #include "PasteboardWatcher.h"
 #include "PauseTimer.h"
 #include "PlatformLoader.h"
+#include "Preferences.h"
 #include "ServiceNotices.h"
 #include "SmartActionRunner.h"
 #include "StatusItem.h"
@@ -59,7 +61,10 @@ private:
     void connectPanel();
     void connectEditor();
     void connectStatusItem();
-    void grabHotKey();
+    void connectPreferences();
+    void applyPreferences();
+    void bindHotKey();
+    void forgetOnExit();
     void aim();
     void connectPause();
     [[nodiscard]] QVariantMap status() const;
@@ -68,6 +73,7 @@ private:
     void present(std::unique_ptr<DialogCard> dialog);
 
     Platform m_platform;
+    Preferences m_preferences;
     QString m_imagesDir;
     IconCache m_icons;
     Thumbs m_thumbs;
@@ -77,6 +83,7 @@ private:
     ClipboardCore::JSONHistoryStore m_store;
     SmartActionRunner m_smartActions;
     HistoryViewModel m_viewModel;
+    HistoryLimits m_limits;
     PasteboardWatcher m_watcher;
     PauseTimer m_pause;
     StatusItem m_statusItem;
@@ -84,6 +91,7 @@ private:
     EditorController m_editor;
     bool m_isEditorBehindPanel = false;
     std::unique_ptr<GlobalHotKey> m_hotKey;
+    std::optional<ClipboardCore::KeyChord> m_chord; // that it is bound to
     std::unique_ptr<DialogCard> m_dialog;
     Bus::BusService m_bus;
     QThreadPool m_housekeeping;

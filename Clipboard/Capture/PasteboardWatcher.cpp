@@ -118,16 +118,23 @@ void PasteboardWatcher::poll()
         return skip(u"paused"_s);
     if (ClipboardCore::CaptureExclusion::excludes(types))
         return skip(markOf(types));
-    const Capture capture = captureNow();
+    const Capture seen = captureNow();
+    if (!m_rules.allowsFrom(seen.bundleID))
+        return skip(u"application"_s);
+    capture(types, seen);
+}
 
+void PasteboardWatcher::capture(const QSet<QString>& types, const Capture& capture)
+{
     if (const QList<QUrl> files = m_pasteboard.fileURLs(); !files.isEmpty())
-        return store(makeItem(ClipType::file, files.first().toLocalFile(), capture));
+        return m_rules.allows(ClipType::file) ? store(makeItem(ClipType::file, files.first().toLocalFile(), capture))
+                                              : skip(u"type"_s);
 
     std::optional<QByteArray> picture = m_pasteboard.pngData();
     if (!picture)
         picture = m_pasteboard.tiffData();
     if (picture)
-        return capturePicture(*picture, capture, true);
+        return m_rules.allows(ClipType::image) ? capturePicture(*picture, capture, true) : skip(u"type"_s);
 
     if (const std::optional<QByteArray> text = m_pasteboard.string())
         captureText(*text, capture);
@@ -143,14 +150,14 @@ PasteboardWatcher::Capture PasteboardWatcher::captureNow() const
 
 void PasteboardWatcher::captureText(const QByteArray& utf8, const Capture& capture)
 {
-    const auto make = [utf8, capture] { return makeTextItem(utf8, capture); };
-    const auto storeIfAny = [this](const std::optional<ClipItem>& item) {
-        if (item)
-            store(*item);
+    const auto make = [utf8, capture, rules = m_rules] { return makeTextItem(utf8, capture, rules); };
+    const auto storeIfAny = [this](const Outcome& outcome) {
+        if (outcome.item)
+            store(*outcome.item);
         else
-            skip(u"blank"_s);
+            skip(outcome.reason);
     };
-    if (utf8.size() <= maxInlineTextBytes)
+    if (utf8.size() <= maxInlineTextBytes && !m_rules.hasPatterns())
         storeIfAny(make());
     else
         convert(m_texts, utf8.size(), make, storeIfAny);
@@ -202,12 +209,18 @@ ClipItem PasteboardWatcher::makeItem(ClipType type, const Utf8Text& content, con
     return {QUuid::createUuid(), type, content, capture.sourceApp, capture.bundleID, capture.time, false};
 }
 
-std::optional<ClipItem> PasteboardWatcher::makeTextItem(const QByteArray& utf8, const Capture& capture)
+PasteboardWatcher::Outcome PasteboardWatcher::makeTextItem(const QByteArray& utf8, const Capture& capture,
+                                                           const RecordingRules& rules)
 {
     const Utf8Text text = Utf8Text::fromUtf8(utf8);
     if (ClipboardCore::WhiteSpace::isBlank(text.utf8()))
-        return std::nullopt;
-    return makeItem(ClipboardCore::TypeDetector::classify(text), text, capture);
+        return {{}, u"blank"_s};
+    const ClipType type = ClipboardCore::TypeDetector::classify(text);
+    if (!rules.allows(type))
+        return {{}, u"type"_s};
+    if (rules.hasPatterns() && rules.matches(text.toString()))
+        return {{}, u"pattern"_s};
+    return {makeItem(type, text, capture), {}};
 }
 
 } // namespace Clipboard

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "History/ClipItem.h"
+#include "RecordingRules.h"
 #include "Workspace.h"
 
 #include <QByteArray>
@@ -41,8 +42,11 @@ public:
     void markOwnChange();
     /// While it pauses nothing is captured, not even later.
     void setPaused(bool isPaused) { m_isPaused = isPaused; }
+    /// What the user does not want recorded, from the next copy on.
+    void setRules(const RecordingRules& rules) { m_rules = rules; }
     /// How many copies were not recorded since the start, by the reason: "secret", "transient" and "generated" by their
-    /// mark, "paused", "blank", "unreadable" for no content that can be recorded, "overload" for too much at once.
+    /// mark; "paused"; "application", "type" and "pattern" by the rules; "blank"; "unreadable" for no content that can
+    /// be recorded; "overload" for too much at once.
     [[nodiscard]] const QMap<QString, int>& skipped() const { return m_skipped; }
     struct Limits
     {
@@ -68,7 +72,15 @@ private:
         double time = 0;
     };
 
+    /// An entry, or why there is none.
+    struct Outcome
+    {
+        std::optional<ClipboardCore::ClipItem> item;
+        QString reason;
+    };
+
     void poll();
+    void capture(const QSet<QString>& types, const Capture& capture);
     [[nodiscard]] Capture captureNow() const;
     void captureText(const QByteArray& utf8, const Capture& capture);
     void capturePicture(const QByteArray& picture, const Capture& capture, bool mayRetry);
@@ -79,8 +91,8 @@ private:
     void store(const ClipboardCore::ClipItem& item);
     [[nodiscard]] static ClipboardCore::ClipItem
     makeItem(ClipboardCore::ClipType type, const ClipboardCore::Utf8Text& content, const Capture& capture);
-    [[nodiscard]] static std::optional<ClipboardCore::ClipItem> makeTextItem(const QByteArray& utf8,
-                                                                             const Capture& capture);
+    [[nodiscard]] static Outcome makeTextItem(const QByteArray& utf8, const Capture& capture,
+                                              const RecordingRules& rules);
 
     Pasteboard& m_pasteboard;
     const Workspace& m_workspace;
@@ -89,6 +101,7 @@ private:
     qint64 m_lastChangeCount;
     QTimer m_timer;
     bool m_isPaused = false;
+    RecordingRules m_rules;
     QMap<QString, int> m_skipped;
     int m_conversions = 0; // under way or waiting, with this many bytes:
     qsizetype m_pendingBytes = 0;

@@ -65,7 +65,7 @@ QList<Definition> definitions()
         {{"annotate"_L1, "ENTRY|FILE"_L1, 1, 1, {}, "open a picture in the editor"_L1}, Functions::annotate},
         {{"pause"_L1, "[DURATION]"_L1, 0, 1, {}, "record nothing, for 45m, 2h or until 'resume'"_L1}, Functions::pause},
         {{"resume"_L1, ""_L1, 0, 0, {}, "record again"_L1}, calling(u"Resume"_s)},
-        {{"config"_L1, "[list | get KEY | set KEY VALUE]"_L1, 0, 3, {}, "read and change preferences"_L1},
+        {{"config"_L1, "[list | get KEY | set KEY VALUE…]"_L1, 0, 300, {}, "read and change preferences"_L1},
          Functions::config},
         {{"status"_L1, ""_L1, 0, 0, {json}, "what works in this session, and what was skipped"_L1}, Functions::status},
         {{"watch"_L1, ""_L1, 0, 0, {}, "print each change of the history as a line of JSON"_L1}, Functions::watch},

@@ -67,6 +67,8 @@ void HistoryViewModel::panelWillShow(std::optional<QUuid> selecting)
     prepareSearch();
     if (visibleIndex(selecting) >= 0)
         setSelectedID(selecting);
+    else if (selectsNewest && !visible().isEmpty())
+        setSelectedID(std::ranges::max_element(visible(), {}, &ClipItem::createdAt)->id);
     else
         selectFirst();
     renewFocusToken();

@@ -50,6 +50,9 @@ public:
     std::function<void()> onRequestClose;
     std::function<void()> markOwnChange;
     std::function<void(const ClipboardCore::ClipItem&, const QImage&)> onAnnotate;
+    std::function<void()> onPreferences;
+    /// The panel opens with the newest copy selected instead of the first row.
+    bool selectsNewest = false;
 
     /// Takes the entries over from the store; to be called after every change of it.
     void refresh();

@@ -765,12 +765,16 @@ Freie Software unter der MIT-Lizenz.</translation>
         <translation>Verlauf der Zwischenablage öffnen</translation>
     </message>
     <message>
-        <source>Super+Shift+V could not be bound: %1</source>
-        <translation>Super+Umschalt+V konnte nicht belegt werden: %1</translation>
+        <source>%1 could not be bound: %2</source>
+        <translation>%1 konnte nicht belegt werden: %2</translation>
     </message>
     <message>
-        <source>Super+Shift+V is in use by another program.</source>
-        <translation>Super+Umschalt+V wird von einem anderen Programm verwendet.</translation>
+        <source>%1 is in use by another program. Choose another key in Preferences.</source>
+        <translation>%1 wird von einem anderen Programm verwendet. Bitte in den Einstellungen eine andere Taste wählen.</translation>
+    </message>
+    <message>
+        <source>The keyboard has no key for %1. Choose another one in Preferences.</source>
+        <translation>Die Tastatur hat keine Taste für %1. Bitte in den Einstellungen eine andere wählen.</translation>
     </message>
     <message>
         <source>The system settings have no key that opens Tessaly.</source>
@@ -799,16 +803,16 @@ Freie Software unter der MIT-Lizenz.</translation>
         <translation>In dieser Sitzung können keine Tasten gesendet werden: Es gibt keine X11-Anzeige.</translation>
     </message>
     <message>
-        <source>Super+Shift+V is not available in this session: there is no X11 display.</source>
-        <translation>Super+Umschalt+V ist in dieser Sitzung nicht verfügbar: Es gibt keine X11-Anzeige.</translation>
+        <source>%1 is not available in this session: there is no X11 display.</source>
+        <translation>%1 ist in dieser Sitzung nicht verfügbar: Es gibt keine X11-Anzeige.</translation>
     </message>
     <message>
         <source>The clipboard cannot be watched in this session: the display has no XFixes extension.</source>
         <translation>Die Zwischenablage kann in dieser Sitzung nicht beobachtet werden: Der Anzeige fehlt die XFixes-Erweiterung.</translation>
     </message>
     <message>
-        <source>Super+Shift+V cannot be bound from here: have the desktop’s settings run “tessaly toggle” on a key. In sway: bindsym Mod4+Shift+v exec tessaly toggle</source>
-        <translation>Super+Umschalt+V lässt sich von hier aus nicht belegen: Bitte in den Einstellungen der Arbeitsumgebung „tessaly toggle“ auf eine Taste legen. In sway: bindsym Mod4+Shift+v exec tessaly toggle</translation>
+        <source>%1 cannot be bound from here: have the desktop’s settings run “tessaly toggle” on a key. In sway: bindsym Mod4+Shift+v exec tessaly toggle</source>
+        <translation>%1 lässt sich von hier aus nicht belegen: Bitte in den Einstellungen der Arbeitsumgebung „tessaly toggle“ auf eine Taste legen. In sway: bindsym Mod4+Shift+v exec tessaly toggle</translation>
     </message>
     <message>
         <source>No key can be sent in this session: the display has no XTEST extension.</source>
@@ -816,10 +820,169 @@ Freie Software unter der MIT-Lizenz.</translation>
     </message>
 </context>
 <context>
+    <name>Preference</name>
+    <message>
+        <source>Opening</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Hot key</source>
+        <translation>Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>Opens the panel from everywhere.</source>
+        <translation>Öffnet das Fenster von überall aus.</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>Auswahl</translation>
+    </message>
+    <message>
+        <source>Which entry is selected when the panel opens.</source>
+        <translation>Welcher Eintrag beim Öffnen ausgewählt ist.</translation>
+    </message>
+    <message>
+        <source>First row</source>
+        <translation>Erste Zeile</translation>
+    </message>
+    <message>
+        <source>Newest copy</source>
+        <translation>Neueste Kopie</translation>
+    </message>
+    <message>
+        <source>Launch at Login</source>
+        <translation>Beim Anmelden starten</translation>
+    </message>
+    <message>
+        <source>History</source>
+        <translation>Verlauf</translation>
+    </message>
+    <message>
+        <source>Entries kept</source>
+        <translation>Einträge</translation>
+    </message>
+    <message>
+        <source>Pinned entries always stay.</source>
+        <translation>Angeheftete bleiben immer.</translation>
+    </message>
+    <message>
+        <source>Days kept</source>
+        <translation>Tage</translation>
+    </message>
+    <message>
+        <source>Empty for no limit.</source>
+        <translation>Leer für unbegrenzt.</translation>
+    </message>
+    <message>
+        <source>Forget at the end</source>
+        <translation>Am Ende vergessen</translation>
+    </message>
+    <message>
+        <source>Only pinned entries stay when Tessaly ends.</source>
+        <translation>Nur Angeheftetes bleibt, wenn Tessaly endet.</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>Aufzeichnung</translation>
+    </message>
+    <message>
+        <source>Record</source>
+        <translation>Aufgezeichnet werden</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Links</source>
+        <translation>Links</translation>
+    </message>
+    <message>
+        <source>Images</source>
+        <translation>Bilder</translation>
+    </message>
+    <message>
+        <source>Colors</source>
+        <translation>Farben</translation>
+    </message>
+    <message>
+        <source>Code</source>
+        <translation>Code</translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation>Dateien</translation>
+    </message>
+    <message>
+        <source>Never from</source>
+        <translation>Nie aus</translation>
+    </message>
+    <message>
+        <source>Applications whose copies are not recorded.</source>
+        <translation>Programme, aus denen nichts aufgezeichnet wird.</translation>
+    </message>
+    <message>
+        <source>Never matching</source>
+        <translation>Nie mit Muster</translation>
+    </message>
+    <message>
+        <source>Texts with one of these regular expressions in them are not recorded.</source>
+        <translation>Texte, in denen einer dieser regulären Ausdrücke vorkommt, werden nicht aufgezeichnet.</translation>
+    </message>
+</context>
+<context>
     <name>QShortcut</name>
     <message>
         <source>Ctrl</source>
         <translation>Strg</translation>
+    </message>
+    <message>
+        <source>Super</source>
+        <translation>Super</translation>
+    </message>
+    <message>
+        <source>Alt</source>
+        <translation>Alt</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <translation>Umschalt</translation>
+    </message>
+    <message>
+        <source>Space</source>
+        <translation>Leertaste</translation>
+    </message>
+    <message>
+        <source>Insert</source>
+        <translation>Einfg</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Entf</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>Pos1</translation>
+    </message>
+    <message>
+        <source>End</source>
+        <translation>Ende</translation>
+    </message>
+    <message>
+        <source>PageUp</source>
+        <translation>Bild auf</translation>
+    </message>
+    <message>
+        <source>PageDown</source>
+        <translation>Bild ab</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>Print</source>
+        <translation>Druck</translation>
     </message>
 </context>
 <context>

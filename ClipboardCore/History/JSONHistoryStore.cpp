@@ -121,6 +121,24 @@ QList<ClipItem> JSONHistoryStore::restore(const QList<ClipItem>& items)
     return d->enforceCap({});
 }
 
+QList<ClipItem> JSONHistoryStore::setCap(qsizetype cap)
+{
+    d->cap = cap;
+    return d->enforceCap({});
+}
+
+QList<ClipItem> JSONHistoryStore::evictOlderThan(double seconds)
+{
+    const double oldest = currentTime() - seconds;
+    QList<ClipItem> removed;
+    for (qsizetype last = d->entries.oldestUnpinned(); last >= 0 && items().at(last).createdAt < oldest;
+         last = d->entries.oldestUnpinned())
+        removed.append(d->entries.take(last));
+    if (!removed.isEmpty())
+        d->note(HistoryOperation::Remove{idsOf(removed), true});
+    return removed;
+}
+
 void JSONHistoryStore::togglePin(const QUuid& id)
 {
     const qsizetype position = d->entries.find(id);

@@ -40,6 +40,10 @@ public:
     /// it is; one whose content was copied anew meanwhile only hands its pin on. Returns the entries that the cap
     /// evicted.
     [[nodiscard]] QList<ClipItem> restore(const QList<ClipItem>& items);
+    /// Another cap, enforced at once. Returns the entries that it evicted.
+    [[nodiscard]] QList<ClipItem> setCap(qsizetype cap);
+    /// Evicts the entries that are older than so many seconds and not pinned, and returns them.
+    [[nodiscard]] QList<ClipItem> evictOlderThan(double seconds);
     void togglePin(const QUuid& id);
     [[nodiscard]] std::optional<ClipItem> remove(const QUuid& id);
     /// Returns what it removed.

@@ -174,12 +174,33 @@ void CommandLineJourneyTest::opensTheEditor()
 void CommandLineJourneyTest::keepsPreferences()
 {
     checkRows(this, &CommandLineJourneyTest::answers,
-              {{"at first", {u"config"_s}, "", 0, u"editorColor\tred\neditorSize\tmedium\n"_s, ""},
-               {"chosen", {u"config"_s, u"set"_s, u"editorSize"_s, u"large"_s}, "", 0, {}, ""},
+              {{"chosen", {u"config"_s, u"set"_s, u"editorSize"_s, u"large"_s}, "", 0, {}, ""},
                {"kept", {u"config"_s, u"get"_s, u"editorSize"_s}, "", 0, u"large\n"_s, ""},
                {"impossible", {u"config"_s, u"set"_s, u"editorColor"_s, u"pink"_s}, "", 2, {}, "can be red, yellow"},
                {"unknown", {u"config"_s, u"get"_s, u"x"_s}, "", 2, {}, "no preference 'x'"},
-               {"unfinished", {u"config"_s, u"set"_s, u"editorSize"_s}, "", 2, {}, "config set KEY VALUE"}});
+               {"unfinished", {u"config"_s, u"set"_s, u"editorSize"_s}, "", 2, {}, "can be small"},
+               {"no pattern", {u"config"_s, u"set"_s, u"neverPatterns"_s, u"("_s}, "", 2, {}, "no regular expression"},
+               {"patterns", {u"config"_s, u"set"_s, u"neverPatterns"_s, u"^pin:"_s, u"x y"_s}, "", 0, {}, ""},
+               {"a list", {u"config"_s, u"get"_s, u"neverPatterns"_s}, "", 0, u"^pin:\nx y\n"_s, ""},
+               {"types", {u"config"_s, u"set"_s, u"recordedTypes"_s, u"link"_s, u"text"_s}, "", 0, {}, ""},
+               {"few", {u"config"_s, u"set"_s, u"historyEntries"_s, u"9"_s}, "", 2, {}, "can be 10 to"},
+               {"at the end", {u"config"_s, u"set"_s, u"forgetOnExit"_s, u"true"_s}, "", 0, {}, ""}});
+    // The running program follows; its new key is the last that it hears of.
+    tessaly().moments().clear();
+    answers("", {u"config"_s, u"set"_s, u"hotKey"_s, u"alt+ctrl+j"_s}, "", 0, {}, "");
+    expect(u"the other key", [this] { return tessaly().moments().next("hot-key-grabbed", 0).has_value(); });
+    copyUnrecorded("#ff8800");
+    copyUnrecorded("pin: 1234");
+    copy("kept");
+    expect(u"what was skipped", [this] {
+        return session()
+            .run(tessaly().program(), {u"status"_s, u"--json"_s})
+            .output.contains(R"("skipped":{"pattern":1,"type":1})");
+    });
+    answers("", {u"pin"_s, u"1"_s}, "", 0, {}, "");
+    copy("forgotten");
+    endTessaly();
+    expectHistory({u"kept"_s});
 }
 
 void CommandLineJourneyTest::tellsWhyNobodyAnswers()

@@ -6,9 +6,11 @@
 #include <QDBusError>
 #include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
+#include <QKeySequence>
 #include <QLoggingCategory>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <utility>
 
@@ -18,7 +20,6 @@ namespace Clipboard {
 
 namespace {
 
-Q_LOGGING_CATEGORY(log, "tessaly.hotkey")
 Q_LOGGING_CATEGORY(timing, "tessaly.timing", QtWarningMsg)
 
 constexpr QLatin1String serviceName("org.kde.kglobalaccel");
@@ -31,11 +32,36 @@ constexpr std::chrono::milliseconds callLimit{5000};
 // The program ends, and at the end of a session the compositor as well.
 constexpr std::chrono::milliseconds lastCallLimit{500};
 
-constexpr KeySequence wanted{{int(Qt::META) | int(Qt::SHIFT) | int(Qt::Key_V)}};
+// How the toolkit writes what is called otherwise here.
+struct Spelling
+{
+    QLatin1String ours;
+    QLatin1String toolkits;
+};
+constexpr std::array spellings{Spelling{"Super"_L1, "Meta"_L1}, Spelling{"PageUp"_L1, "PgUp"_L1},
+                               Spelling{"PageDown"_L1, "PgDown"_L1}, Spelling{"Insert"_L1, "Ins"_L1},
+                               Spelling{"Delete"_L1, "Del"_L1}};
+
+KeySequence sequenceOf(const ClipboardCore::KeyChord& chord)
+{
+    QString text = chord.text();
+    for (const Spelling& spelling : spellings)
+        text.replace(spelling.ours, spelling.toolkits);
+    return {{QKeySequence::fromString(text, QKeySequence::PortableText)[0].toCombined()}};
+}
+
+std::optional<ClipboardCore::KeyChord> chordOf(const KeySequence& sequence)
+{
+    QString text = QKeySequence(sequence.keys.front()).toString(QKeySequence::PortableText);
+    for (const Spelling& spelling : spellings)
+        text.replace(spelling.toolkits, spelling.ours);
+    return ClipboardCore::KeyChord::fromText(text);
+}
 
 // What is set: the key in force, for which one that the user has chosen before is taken instead; or the default of the
 // system settings.
 constexpr uint inForce = 2;
+constexpr uint whateverWasChosen = 4; // is no longer taken instead
 constexpr uint asDefault = 8;
 
 } // namespace
@@ -67,6 +93,7 @@ KGlobalAccelHotKey::~KGlobalAccelHotKey()
 
 void KGlobalAccelHotKey::grab()
 {
+    m_otherwise->setChord(chord());
     if (m_bus.isConnected())
         enlist();
     else
@@ -77,9 +104,12 @@ void KGlobalAccelHotKey::enlist()
 {
     ask(u"doRegister"_s, {m_action}, [this](const QDBusMessage& reply) {
         listenTo(reply.service());
-        const QVariant keys = QVariant::fromValue(KeySequences{wanted});
+        const QVariant keys = QVariant::fromValue(KeySequences{sequenceOf(chord())});
         ask(u"setShortcutKeys"_s, {m_action, keys, asDefault}, [](const QDBusMessage&) {});
-        ask(u"setShortcutKeys"_s, {m_action, keys, inForce},
+        // Who changes the key while the program runs means this one, whatever the system settings hold.
+        const bool isAnother = m_asked && *m_asked != chord();
+        m_asked = chord();
+        ask(u"setShortcutKeys"_s, {m_action, keys, isAnother ? inForce | whateverWasChosen : inForce},
             [this](const QDBusMessage& set) { judge(set.arguments().value(0)); });
     });
 }
@@ -103,20 +133,25 @@ void KGlobalAccelHotKey::judge(const QVariant& keys)
 {
     const auto sequences = qdbus_cast<KeySequences>(keys);
     const auto isSet = [](const KeySequence& sequence) { return sequence.keys.front() != 0; };
-    if (!std::ranges::any_of(sequences, isSet))
+    const auto found = std::ranges::find_if(sequences, isSet);
+    if (found == sequences.cend())
         return explainMissingKey();
+    if (const auto chord = chordOf(*found))
+        setBound(*chord);
     qCDebug(timing, "hot-key-grabbed");
     emit granted();
 }
 
 void KGlobalAccelHotKey::explainMissingKey()
 {
-    ask(u"globalShortcutAvailable"_s, {QVariant::fromValue(wanted), m_action.first()},
+    ask(u"globalShortcutAvailable"_s, {QVariant::fromValue(sequenceOf(chord())), m_action.first()},
         [this](const QDBusMessage& reply) {
             const bool isFree = reply.arguments().value(0).toBool();
-            fail(isFree ? QCoreApplication::translate("HotKeyGrabber",
-                                                      "The system settings have no key that opens Tessaly.")
-                        : QCoreApplication::translate("HotKeyGrabber", "Super+Shift+V is in use by another program."));
+            emit failed(
+                isFree ? QCoreApplication::translate("HotKeyGrabber",
+                                                     "The system settings have no key that opens Tessaly.")
+                       : QCoreApplication::translate(
+                             "HotKeyGrabber", "%1 is in use by another program. Choose another key in Preferences."));
         });
 }
 
@@ -159,15 +194,9 @@ void KGlobalAccelHotKey::ask(const QString& method, const QVariantList& argument
         else if (error.name().endsWith("NameHasNoOwner"_L1) || error.type() == QDBusError::ServiceUnknown)
             m_otherwise->grab();
         else
-            fail(QCoreApplication::translate("HotKeyGrabber", "Super+Shift+V could not be bound: %1")
-                     .arg(error.message()));
+            emit failed(QCoreApplication::translate("HotKeyGrabber", "%1 could not be bound: %2")
+                            .replace("%2"_L1, error.message()));
     });
-}
-
-void KGlobalAccelHotKey::fail(const QString& reason)
-{
-    qCWarning(log).noquote() << reason;
-    emit failed(reason);
 }
 
 } // namespace Clipboard

@@ -9,10 +9,11 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace Clipboard {
 
-/// Super+Shift+V as one of the global shortcuts of Plasma, which its user can change in the system settings. Its
+/// The hot key as one of the global shortcuts of Plasma, which its user can change in the system settings. Its
 /// compositor has them on the session bus, as org.kde.kglobalaccel. Main thread; never waits but to let go of the key.
 class KGlobalAccelHotKey final : public HotKeyGrabber
 {
@@ -39,13 +40,13 @@ private:
     void explainMissingKey();
     [[nodiscard]] bool isOurs(const QString& component, const QString& shortcut) const;
     void ask(const QString& method, const QVariantList& arguments, const Answered& answered);
-    void fail(const QString& reason);
 
     QDBusConnection m_bus;
     QDBusServiceWatcher m_arrival;
     std::unique_ptr<HotKeyGrabber> m_otherwise;
     QStringList m_action; // what Plasma calls a shortcut: program and action, then their names for the user
     QString m_service;    // who has the key for us, by the unique name; empty for nobody
+    std::optional<ClipboardCore::KeyChord> m_asked;
     bool m_isHeld = false;
 };
 

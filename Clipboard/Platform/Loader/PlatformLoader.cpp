@@ -52,8 +52,8 @@ Platform nullPlatform()
     platform.workspace = std::make_unique<NullWorkspace>();
     platform.keystrokes = std::make_unique<NullKeystrokeSender>(
         QCoreApplication::translate("PlatformLoader", "No key can be sent in this session: there is no X11 display."));
-    platform.hotKey = std::make_unique<NullHotKeyGrabber>(QCoreApplication::translate(
-        "PlatformLoader", "Super+Shift+V is not available in this session: there is no X11 display."));
+    platform.hotKey = std::make_unique<NullHotKeyGrabber>(
+        QCoreApplication::translate("PlatformLoader", "%1 is not available in this session: there is no X11 display."));
     platform.windows = std::make_unique<NullWindowSystem>();
     // These need no display.
     platform.textRecognizer = std::make_unique<WorkerTextRecognizer>(workerProgram());
@@ -86,9 +86,8 @@ bool addWaylandClipboard(Platform& platform, const Wayland::WaylandSession& comp
 void addCompositorHotKey(Platform& platform)
 {
     auto configured = std::make_unique<NullHotKeyGrabber>(QCoreApplication::translate(
-        "PlatformLoader",
-        "Super+Shift+V cannot be bound from here: have the desktop’s settings run “tessaly toggle” on a key. "
-        "In sway: bindsym Mod4+Shift+v exec tessaly toggle"));
+        "PlatformLoader", "%1 cannot be bound from here: have the desktop’s settings run “tessaly toggle” on a key. "
+                          "In sway: bindsym Mod4+Shift+v exec tessaly toggle"));
     platform.hotKey = std::make_unique<KGlobalAccelHotKey>(std::move(configured));
 }
 

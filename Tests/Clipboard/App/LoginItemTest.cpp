@@ -15,6 +15,7 @@ class LoginItemTest final : public QObject
 private slots:
     void togglesBackAndForth();
     void readsWhatDesktopsWrote();
+    void adoptsTheEntryOfItsOldName();
 };
 
 void LoginItemTest::togglesBackAndForth()
@@ -48,6 +49,22 @@ void LoginItemTest::readsWhatDesktopsWrote()
         LoginItem item(folder.path(), u"/usr/bin/tessaly"_s);
         QVERIFY2(item.isEnabled() == isEnabled, lines);
         QCOMPARE(item.toggle(), !isEnabled);
+    }
+}
+
+void LoginItemTest::adoptsTheEntryOfItsOldName()
+{
+    for (const auto& [lines, isAdopted, isEnabled] :
+         {std::tuple("Name=Tessaly\nExec=/old/tessaly\n", true, true),
+          std::tuple("Name=Tessaly\nHidden=true\n", true, false), std::tuple("Name=Another one\n", false, false)}) {
+        const QTemporaryDir folder;
+        QFile old(folder.filePath(u"tessaly.desktop"_s));
+        QVERIFY(old.open(QIODevice::WriteOnly) && old.write(QByteArray("[Desktop Entry]\n") + lines) > 0);
+        old.close();
+        const LoginItem item(folder.path(), u"/usr/bin/tessaly"_s);
+        item.adoptOldEntry();
+        item.adoptOldEntry(); // once is enough
+        QVERIFY2(item.isEnabled() == isEnabled && old.exists() != isAdopted, lines);
     }
 }
 

@@ -140,9 +140,13 @@ void X11HotKeyTest::isNotLetGoForAnotherKeyboard()
 void X11HotKeyTest::mayBeAnotherPrograms()
 {
     Program second(display());
-    QTest::ignoreMessage(QtWarningMsg, "Super+Shift+V is in use by another program.");
     second.hotKey.grab();
-    QCOMPARE(second.failed.value(0).value(0).toString(), u"Super+Shift+V is in use by another program."_s);
+    QVERIFY(second.failed.value(0).value(0).toString().startsWith(u"%1 is in use by another program."_s));
+    // Another chord may be free.
+    second.hotKey.setChord(*ClipboardCore::KeyChord::fromText(u"Ctrl+Alt+Space"));
+    second.hotKey.grab();
+    xdotool(u"key ctrl+alt+space"_s);
+    QTRY_COMPARE(second.pressed.size(), 1);
 
     // What could be had is not kept: nothing of the key is its own.
     m_program.reset();

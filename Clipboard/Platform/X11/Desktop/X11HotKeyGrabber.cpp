@@ -1,6 +1,7 @@
 #include "X11HotKeyGrabber.h"
 
 #include <QCoreApplication>
+#include <QHash>
 #include <QLoggingCategory>
 
 #include <X11/keysym.h>
@@ -9,11 +10,11 @@
 
 namespace Clipboard {
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
 
-Q_LOGGING_CATEGORY(log, "tessaly.hotkey")
 Q_LOGGING_CATEGORY(timing, "tessaly.timing", QtWarningMsg)
 
 // Far below the pause between two presses, so that none is missed.
@@ -22,6 +23,20 @@ constexpr auto heldKeyInterval = 10ms;
 // Where the V of a PC keyboard is, in the numbers of the kernel's key codes plus eight. When no layout has Latin
 // letters it stands in for that letter, as it does in programs that look for their shortcuts.
 constexpr xcb_keycode_t placeOfV = 55;
+
+/// What the key bears unshifted. (X.Org's names of the keys are those of their symbols but for case.)
+xcb_keysym_t symbolOf(const QString& key)
+{
+    if (key.size() == 1) // Latin letters and digits are their own symbols
+        return key.front().toLower().unicode();
+    static const QHash<QString, xcb_keysym_t> named{
+        {u"Space"_s, XK_space},        {u"Insert"_s, XK_Insert}, {u"Delete"_s, XK_Delete},
+        {u"Home"_s, XK_Home},          {u"End"_s, XK_End},       {u"PageUp"_s, XK_Page_Up},
+        {u"PageDown"_s, XK_Page_Down}, {u"Pause"_s, XK_Pause},   {u"Print"_s, XK_Print}};
+    if (const auto symbol = named.constFind(key); symbol != named.cend())
+        return *symbol;
+    return XK_F1 + key.mid(1).toUInt() - 1;
+}
 
 } // namespace
 
@@ -47,7 +62,7 @@ void X11HotKeyGrabber::grab()
     const auto wanted = wantedCombinations();
     // Most changes of the keyboard leave the key where it is, as the first press on a second keyboard does, and others
     // part of it. What stays is not let go: a press in that moment would be lost.
-    if (wanted == m_grabbed)
+    if (wanted == m_grabbed && !wanted.empty())
         return;
     const auto without = [](Combinations left, const Combinations& right) {
         std::erase_if(left, [&](const Combination& one) { return std::ranges::find(right, one) != right.end(); });
@@ -56,27 +71,38 @@ void X11HotKeyGrabber::grab()
     const bool isComplete = grabAll(without(wanted, m_grabbed));
     ungrab(isComplete ? without(m_grabbed, wanted) : m_grabbed);
     m_grabbed = isComplete ? wanted : Combinations();
-    if (isComplete) {
+    if (wanted.empty()) {
+        emit failed(QCoreApplication::translate("HotKeyGrabber",
+                                                "The keyboard has no key for %1. Choose another one in Preferences."));
+    } else if (isComplete) {
         qCDebug(timing, "hot-key-grabbed");
         emit granted();
-        return;
+    } else {
+        emit failed(QCoreApplication::translate("HotKeyGrabber",
+                                                "%1 is in use by another program. Choose another key in Preferences."));
     }
-    const QString reason = QCoreApplication::translate("HotKeyGrabber", "Super+Shift+V is in use by another program.");
-    qCWarning(log).noquote() << reason;
-    emit failed(reason);
+}
+
+std::vector<xcb_keycode_t> X11HotKeyGrabber::wantedKeys()
+{
+    auto keys = m_keyboard.keysWith(symbolOf(chord().key));
+    if (keys.empty() && chord().key == QLatin1String("V"))
+        keys.push_back(placeOfV);
+    return keys;
 }
 
 /// The grab is for exact modifiers, so it takes one for each state of Caps Lock and Num Lock.
 X11HotKeyGrabber::Combinations X11HotKeyGrabber::wantedCombinations()
 {
-    const auto super = m_keyboard.modifierOf(XK_Super_L, XCB_MOD_MASK_4);
     const auto numLock = m_keyboard.modifierOf(XK_Num_Lock, XCB_MOD_MASK_2);
-    const auto wanted = static_cast<uint16_t>(super | XCB_MOD_MASK_SHIFT);
-    auto keys = m_keyboard.keysWith(XK_v);
-    if (keys.empty())
-        keys.push_back(placeOfV);
+    int wanted = 0;
+    if (chord().super)
+        wanted |= m_keyboard.modifierOf(XK_Super_L, XCB_MOD_MASK_4);
+    if (chord().alt)
+        wanted |= m_keyboard.modifierOf(XK_Alt_L, XCB_MOD_MASK_1);
+    wanted |= (chord().shift ? XCB_MOD_MASK_SHIFT : 0) | (chord().control ? XCB_MOD_MASK_CONTROL : 0);
     Combinations combinations;
-    for (const xcb_keycode_t key : keys) {
+    for (const xcb_keycode_t key : wantedKeys()) {
         for (const int locks : {0, int(XCB_MOD_MASK_LOCK), int(numLock), XCB_MOD_MASK_LOCK | numLock})
             combinations.push_back({key, static_cast<uint16_t>(wanted | locks)});
     }

@@ -7,7 +7,7 @@
 
 namespace Clipboard {
 
-/// Super+Shift+V by a passive grab on the root window, whatever lock keys are on and whatever the layout becomes.
+/// The hot key by a passive grab on the root window, whatever lock keys are on and whatever the layout becomes.
 class X11HotKeyGrabber final : public HotKeyGrabber
 {
 public:
@@ -27,6 +27,7 @@ private:
     using Combinations = std::vector<Combination>;
 
     [[nodiscard]] Combinations wantedCombinations();
+    [[nodiscard]] std::vector<xcb_keycode_t> wantedKeys();
     [[nodiscard]] bool grabAll(const Combinations& combinations);
     void ungrab(const Combinations& combinations);
     void handle(const xcb_generic_event_t* event);

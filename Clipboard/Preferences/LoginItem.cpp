@@ -51,6 +51,20 @@ QString entryValue(const QString& entry, QLatin1String key)
     return {};
 }
 
+/// Empty when there is none.
+QString entryIn(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.read(maxEntryBytes)) : QString();
+}
+
+/// Desktops switch an entry off either by the described key or by GNOME's own.
+bool isSwitchedOn(const QString& entry)
+{
+    return !entry.isEmpty() && entryValue(entry, "Hidden"_L1) != "true"_L1 &&
+           entryValue(entry, "X-GNOME-Autostart-enabled"_L1) != "false"_L1;
+}
+
 } // namespace
 
 LoginItem::LoginItem()
@@ -61,19 +75,14 @@ LoginItem::LoginItem()
 
 LoginItem::LoginItem(const QString& autostartFolder, QString executable)
     : m_file(autostartFolder + u"/com.tessaly.Tessaly.desktop"_s)
+    , m_oldFile(autostartFolder + u"/tessaly.desktop"_s)
     , m_executable(std::move(executable))
 {
 }
 
 bool LoginItem::isEnabled() const
 {
-    QFile file(m_file);
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
-    // Desktops switch an entry off either by the described key or by GNOME's own.
-    const QString entry = QString::fromUtf8(file.read(maxEntryBytes));
-    return entryValue(entry, "Hidden"_L1) != "true"_L1 &&
-           entryValue(entry, "X-GNOME-Autostart-enabled"_L1) != "false"_L1;
+    return isSwitchedOn(entryIn(m_file));
 }
 
 bool LoginItem::toggle()
@@ -82,6 +91,27 @@ bool LoginItem::toggle()
     if (!(isEnabled() ? disable(error) : enable(error)))
         qWarning("LoginItem toggle failed: %s", qPrintable(error));
     return isEnabled();
+}
+
+bool LoginItem::set(bool isEnabled)
+{
+    return (this->isEnabled() == isEnabled ? isEnabled : toggle()) == isEnabled;
+}
+
+QString LoginItem::folder() const
+{
+    return QFileInfo(m_file).path();
+}
+
+void LoginItem::adoptOldEntry() const
+{
+    const QString entry = entryIn(m_oldFile);
+    if (entryValue(entry, "Name"_L1) != "tessaly"_L1)
+        return; // there is none, or it is somebody else's
+    QString error;
+    const bool isKept = QFileInfo::exists(m_file) || !isSwitchedOn(entry) || enable(error);
+    if (!isKept || !QFile::remove(m_oldFile))
+        qWarning("LoginItem toggle failed: %s", qPrintable(error));
 }
 
 bool LoginItem::enable(QString& error) const
