@@ -2,6 +2,7 @@
 
 #include "SwayCompositor.h"
 
+#include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -42,6 +43,7 @@ std::optional<MomentLog::Time> RunningTessaly::start()
         m_session.kill(*m_process);
     }
     m_moments.clear();
+    beWelcomed();
     m_process = &m_session.start(m_program, {}, {}, m_session.homePath(u"reports"_s));
     const auto watching = m_moments.next("watching", VirtualSession::defaultTimeout);
     if (m_session.kind() == VirtualSession::Kind::sway) {
@@ -50,6 +52,14 @@ std::optional<MomentLog::Time> RunningTessaly::start()
     }
     // It comes later, and what is pressed before goes to another program.
     return m_moments.next("hot-key-grabbed", VirtualSession::defaultTimeout) ? watching : std::nullopt;
+}
+
+void RunningTessaly::beWelcomed()
+{
+    QFile preferences(m_session.homePath(u".config/Tessaly/Tessaly.conf"_s));
+    if (QDir().mkpath(QFileInfo(preferences).path()) && preferences.open(QFile::WriteOnly | QFile::NewOnly)) {
+        preferences.write("[General]\nwelcomed=true\n");
+    }
 }
 
 int RunningTessaly::stop(int signal)

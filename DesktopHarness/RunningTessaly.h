@@ -70,6 +70,8 @@ public:
     [[nodiscard]] bool waitForPanel(bool visible);
 
 private:
+    /// The panel of the very first start would be in the way of what the journeys do.
+    void beWelcomed();
     [[nodiscard]] std::optional<Window> titled(const QString& title) const;
 
     VirtualSession& m_session;

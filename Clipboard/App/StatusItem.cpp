@@ -87,7 +87,7 @@ StatusItem::StatusItem(LoginItem loginItem, bool composited, QObject* parent)
     , m_loginItem(std::move(loginItem))
 {
     buildMenu(composited);
-    m_icon.setToolTip(u"Tessaly"_s);
+    updateToolTip();
     m_icon.setContextMenu(m_menu.get());
     connect(&m_icon, &QSystemTrayIcon::activated, this, &StatusItem::handleActivation);
 }
@@ -97,10 +97,15 @@ StatusItem::~StatusItem() = default;
 void StatusItem::buildMenu(bool composited)
 {
     m_menu = std::make_unique<DarkMenu>(composited);
+    m_menu->addAction(tr("Show History"), this, &StatusItem::showHistoryChosen);
+    m_menu->addSeparator();
     m_menu->addAction(tr("Clear History…"), this, &StatusItem::clearHistoryChosen);
     m_menu->addSeparator();
     m_launchAtLogin = m_menu->addAction(tr("Launch at Login"), this, [this] { m_loginItem.toggle(); });
     m_launchAtLogin->setCheckable(true);
+    m_pause = m_menu->addAction(tr("Pause Recording"), this, &StatusItem::pauseChosen);
+    QAction* preferences = m_menu->addAction(tr("Preferences…"), this, &StatusItem::preferencesChosen);
+    preferences->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Comma));
     m_menu->addSeparator();
     m_menu->addAction(tr("About Tessaly"), this, &StatusItem::aboutChosen);
     m_menu->addSeparator();
@@ -111,6 +116,12 @@ void StatusItem::buildMenu(bool composited)
         emit menuWillShow();
         m_launchAtLogin->setChecked(m_loginItem.isEnabled());
     });
+}
+
+QList<QAction*> StatusItem::menuActions()
+{
+    m_launchAtLogin->setChecked(m_loginItem.isEnabled());
+    return m_menu->actions();
 }
 
 void StatusItem::handleActivation(QSystemTrayIcon::ActivationReason reason)
@@ -140,6 +151,7 @@ void StatusItem::setHighlighted(bool highlighted)
 void StatusItem::setPaused(bool paused)
 {
     m_isPaused = paused;
+    m_pause->setText(paused ? tr("Resume Recording") : tr("Pause Recording"));
     updateIcon();
 }
 
@@ -149,9 +161,22 @@ void StatusItem::updateIcon()
         m_icon.setIcon(trayIcon(m_isHighlighted, m_isPaused));
 }
 
+void StatusItem::setHotKey(const QString& shown)
+{
+    m_hotKey = shown;
+    updateToolTip();
+}
+
+void StatusItem::updateToolTip()
+{
+    const QString name = m_hotKey.isEmpty() ? u"Tessaly"_s : u"Tessaly — "_s + m_hotKey;
+    m_icon.setToolTip((QStringList(name) + m_notices).join(u'\n'));
+}
+
 void StatusItem::setNotices(const QStringList& notices)
 {
-    m_icon.setToolTip((QStringList(u"Tessaly"_s) + notices).join(u'\n'));
+    m_notices = notices;
+    updateToolTip();
     qDeleteAll(std::exchange(m_noticeActions, {}));
     if (notices.isEmpty())
         return;

@@ -91,12 +91,14 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
                })
     , m_watcher(*m_platform.pasteboard, *m_platform.workspace, m_store, m_imagesDir)
     , m_statusItem(LoginItem(), m_platform.windows->isCompositing(), this)
-    , m_panel({m_viewModel, *m_platform.windows, *m_platform.workspace, m_thumbs})
+    , m_panel({m_viewModel, *m_platform.windows, *m_platform.workspace, m_thumbs,
+               [this] { return m_statusItem.menuActions(); }})
     , m_editor(m_imagesDir,
                {*m_platform.windows, m_pasteService, [this](const ToastText& text) { m_toasts.show(text); },
                 [this] { return m_viewModel.copiedText(); }})
     , m_bus({m_viewModel, m_imagesDir, [this] { togglePanel(); }, [this] { show(); }, [this] { m_panel.dismiss(); },
-             [this] { aim(); }, [this] { m_editor.quit(); }, m_pause, [this] { return status(); }})
+             [this] { aim(); }, [this] { m_editor.quit(); }, m_pause, [this] { return status(); },
+             [this] { showPreferences(); }})
 {
     m_housekeeping.setMaxThreadCount(1);
     if (m_store.namesAllPictures())
@@ -108,9 +110,11 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
     connectEditor();
     connectStatusItem();
     connectPause();
+    connectPreferences();
     if (qEnvironmentVariableIsSet(showPanelVariable))
         QTimer::singleShot(showAfterLaunch, this, [this] { show(); });
-    connectPreferences();
+    else if (!QFileInfo::exists(dataFolder + u"/history.json"_s))
+        QTimer::singleShot(showAfterLaunch, this, &StatusItemController::welcome);
 }
 
 StatusItemController::~StatusItemController()
@@ -154,6 +158,7 @@ void StatusItemController::connectHistory()
     m_watcher.onPicture = [this](const QString& path) { m_thumbs.prepare(path); };
     m_viewModel.markOwnChange = [this] { m_watcher.markOwnChange(); };
     m_viewModel.onRequestClose = [this] { m_panel.dismiss(); };
+    m_viewModel.onPreferences = [this] { showPreferences(); };
 }
 
 void StatusItemController::connectPanel()
@@ -193,6 +198,9 @@ void StatusItemController::connectStatusItem()
             open({}, {}); // by the item that was clicked, wherever the user works otherwise
     });
     connect(&m_statusItem, &StatusItem::menuWillShow, &m_panel, &FloatingPanel::dismiss);
+    connect(&m_statusItem, &StatusItem::showHistoryChosen, this, [this] { show(); });
+    connect(&m_statusItem, &StatusItem::pauseChosen, this, &StatusItemController::togglePause);
+    connect(&m_statusItem, &StatusItem::preferencesChosen, this, &StatusItemController::showPreferences);
     connect(&m_statusItem, &StatusItem::clearHistoryChosen, this, &StatusItemController::clearHistory);
     connect(&m_statusItem, &StatusItem::aboutChosen, this, &StatusItemController::showAbout);
     connect(&m_statusItem, &StatusItem::quitChosen, &m_editor, &EditorController::quit);
@@ -212,6 +220,8 @@ void StatusItemController::connectPause()
             m_notices.raise(id, tr("Recording is paused."));
         else
             m_notices.clear(id);
+        if (m_preferencesWindow)
+            m_preferencesWindow->sync();
     });
 }
 
@@ -228,42 +238,6 @@ QVariantMap StatusItemController::status() const
             {u"resumesAt"_s, m_pause.end() ? m_pause.end()->toString(Qt::ISODate) : QString()},
             {u"skipped"_s, skipped},
             {u"services"_s, SessionStatus::services(m_platform, m_notices)}};
-}
-
-void StatusItemController::connectPreferences()
-{
-    m_hotKey = std::make_unique<GlobalHotKey>(*m_platform.hotKey, [this] { togglePanel(); });
-    connect(m_hotKey.get(), &GlobalHotKey::changed, this, [this] {
-        const QString& problem = m_hotKey->problem();
-        if (problem.isEmpty())
-            return m_notices.clear(u"hot-key"_s);
-        if (problem == m_notices.textOf(u"hot-key"_s))
-            return;
-        qWarning("%s", qPrintable(problem));
-        m_notices.raise(u"hot-key"_s, problem);
-        m_toasts.show(ToastText::failure(problem));
-    });
-    connect(&m_preferences, &Preferences::changed, this, &StatusItemController::applyPreferences);
-    applyPreferences();
-    // What others write is heard of once the copies are watched.
-    QTimer::singleShot(0, &m_preferences, &Preferences::follow);
-}
-
-void StatusItemController::applyPreferences()
-{
-    using namespace PreferenceKey;
-    m_limits.set(m_preferences.number(historyEntries), m_preferences.number(historyDays));
-    m_watcher.setRules({m_preferences.values(recordedTypes), m_preferences.values(neverApplications),
-                        m_preferences.values(neverPatterns)});
-    m_viewModel.selectsNewest = m_preferences.value(selectAtOpening) == "newest"_L1;
-    bindHotKey();
-}
-
-void StatusItemController::bindHotKey()
-{
-    const auto chord = ClipboardCore::KeyChord::fromText(m_preferences.value(PreferenceKey::hotKey));
-    if (chord && std::exchange(m_chord, chord) != chord)
-        m_hotKey->bind(*chord);
 }
 
 void StatusItemController::announce()
@@ -336,15 +310,6 @@ void StatusItemController::terminate()
     m_platform.pasteboard->leave();
 }
 
-void StatusItemController::forgetOnExit()
-{
-    if (!m_preferences.flag(PreferenceKey::forgetOnExit))
-        return;
-    ImageBlobs::release(m_store.removeAll(true));
-    m_store.saveAsync();
-    m_store.flush();
-}
-
 void StatusItemController::clearHistory()
 {
     auto dialog = std::make_unique<ClearHistoryDialog>(m_platform.windows->isCompositing());
@@ -354,7 +319,8 @@ void StatusItemController::clearHistory()
 
 void StatusItemController::showAbout()
 {
-    present(std::make_unique<AboutDialog>(m_platform.windows->isCompositing()));
+    present(std::make_unique<AboutDialog>(m_platform.windows->isCompositing(),
+                                          m_hotKey->problem().isEmpty() ? m_hotKey->shown() : QString()));
 }
 
 void StatusItemController::present(std::unique_ptr<DialogCard> dialog)

@@ -14,6 +14,7 @@
 #include "PauseTimer.h"
 #include "PlatformLoader.h"
 #include "Preferences.h"
+#include "PreferencesWindow.h"
 #include "ServiceNotices.h"
 #include "SmartActionRunner.h"
 #include "StatusItem.h"
@@ -49,6 +50,7 @@ public:
     /// Asks, and on consent removes every entry that is not pinned.
     void clearHistory();
     void showAbout();
+    void showPreferences();
     /// Stores the copies made so far and what is being annotated, and writes the history.
     void flush();
     /// The end of the program: the same, and then the clipboard's content is left with the session.
@@ -65,9 +67,12 @@ private:
     void applyPreferences();
     void bindHotKey();
     void forgetOnExit();
+    void welcome();
+    [[nodiscard]] QList<PreferencesWindow::Application> seenApplications() const;
     void aim();
     void connectPause();
     [[nodiscard]] QVariantMap status() const;
+    void togglePause();
     void annotate(const ClipboardCore::ClipItem& item, const QImage& picture);
     void saveCopies();
     void present(std::unique_ptr<DialogCard> dialog);
@@ -93,6 +98,7 @@ private:
     std::unique_ptr<GlobalHotKey> m_hotKey;
     std::optional<ClipboardCore::KeyChord> m_chord; // that it is bound to
     std::unique_ptr<DialogCard> m_dialog;
+    std::unique_ptr<PreferencesWindow> m_preferencesWindow;
     Bus::BusService m_bus;
     QThreadPool m_housekeeping;
 };

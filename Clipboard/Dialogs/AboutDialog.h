@@ -10,7 +10,8 @@ class AboutDialog final : public DialogCard
     Q_OBJECT
 public:
     /// `composited`: see WindowSystem::isCompositing().
-    explicit AboutDialog(bool composited, QWidget* parent = nullptr);
+    /// `hotKey` opens the panel, as it is shown; empty when none does.
+    AboutDialog(bool composited, const QString& hotKey, QWidget* parent = nullptr);
 };
 
 } // namespace Clipboard

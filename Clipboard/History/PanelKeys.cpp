@@ -100,7 +100,10 @@ bool PanelKeys::handleCommandKey(const KeyEvent& event)
         // Before what was typed: that is quickly typed again, an entry is not.
         return !event.shift && m_state.undoRemoval();
     default:
-        return false;
+        if (event.charactersIgnoringModifiers != QLatin1String(",") || !m_state.onPreferences)
+            return false;
+        m_state.onPreferences();
+        return true;
     }
 }
 

@@ -68,6 +68,9 @@ public:
     void setQrPreview(const QImage& image);
     void setNotice(const QString& notice);
 
+    /// What the empty panel says beside; set by the composition root.
+    QString welcome;
+
     // Plain members, set by the panel view.
     /// Frames of the focusable elements on screen, in panel coordinates.
     QHash<ClipboardCore::FocusKey, QRectF> frames;

@@ -25,11 +25,11 @@ void Preferences::follow()
     if (m_settings.status() != QSettings::NoError)
         return; // where nothing can be kept nothing changes
     // The file is replaced by each who writes it, so its folder is what can be watched.
-    const QStringList folders{QFileInfo(m_settings.fileName()).path(), m_loginItem.folder()};
-    for (const QString& folder : folders) {
-        QDir().mkpath(folder);
-        m_watcher.addPath(folder);
-    }
+    const QString folder = QFileInfo(m_settings.fileName()).path();
+    QDir().mkpath(folder);
+    m_watcher.addPath(folder);
+    if (QFileInfo::exists(m_loginItem.folder()))
+        m_watcher.addPath(m_loginItem.folder());
 }
 
 QStringList Preferences::stored(const Preference& preference) const

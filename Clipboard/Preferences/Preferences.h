@@ -31,6 +31,9 @@ public:
     /// Keeps the value at once. Otherwise why not, in English for a terminal.
     [[nodiscard]] std::optional<QString> set(const Preference& preference, const QStringList& values);
 
+    /// Takes over what others have written by now.
+    void reread();
+
     /// Whether something was ever done or shown once; notes that it now has been.
     [[nodiscard]] bool once(const QString& what);
 
@@ -40,7 +43,6 @@ signals:
 
 private:
     void read();
-    void reread();
     [[nodiscard]] QStringList stored(const Preference& preference) const;
 
     QSettings m_settings;

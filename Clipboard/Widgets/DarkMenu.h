@@ -19,7 +19,6 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void paintItem(QPainter& painter, const QRectF& item, const QAction& action, bool highlighted) const;
     bool m_composited;
 };
 

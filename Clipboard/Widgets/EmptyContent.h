@@ -13,6 +13,7 @@ struct EmptyContent
     QLatin1String icon;
     QString title;
     QString message; // may be empty
+    QString more{};  // paragraphs below, wrapped
 
     /// Paints the block centred in `area`, a little above the middle; texts are elided to the area.
     void paint(QPainter& painter, const QRectF& area) const;

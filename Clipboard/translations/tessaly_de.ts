@@ -177,6 +177,10 @@
 <context>
     <name>Clipboard::AboutDialog</name>
     <message>
+        <source>%1 opens it.</source>
+        <translation>%1 öffnet ihn.</translation>
+    </message>
+    <message>
         <source>Tessaly</source>
         <translation>Tessaly</translation>
     </message>
@@ -206,6 +210,17 @@ Freie Software unter der MIT-Lizenz.</translation>
     <message>
         <source>Picture</source>
         <translation>Bild</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::ChordButton</name>
+    <message>
+        <source>Press the new key</source>
+        <translation>Neue Taste drücken</translation>
+    </message>
+    <message>
+        <source>Hot key: %1</source>
+        <translation>Tastenkürzel: %1</translation>
     </message>
 </context>
 <context>
@@ -513,6 +528,13 @@ Freie Software unter der MIT-Lizenz.</translation>
     </message>
 </context>
 <context>
+    <name>Clipboard::InlineMenu</name>
+    <message>
+        <source>Menu</source>
+        <translation>Menü</translation>
+    </message>
+</context>
+<context>
     <name>Clipboard::LabelEditor</name>
     <message>
         <source>Label text</source>
@@ -524,6 +546,13 @@ Freie Software unter der MIT-Lizenz.</translation>
     <message>
         <source>Pinned</source>
         <translation>Angeheftet</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::MenuButton</name>
+    <message>
+        <source>Menu</source>
+        <translation>Menü</translation>
     </message>
 </context>
 <context>
@@ -623,6 +652,49 @@ Freie Software unter der MIT-Lizenz.</translation>
     </message>
 </context>
 <context>
+    <name>Clipboard::PreferencesWindow</name>
+    <message>
+        <source>Preferences</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Add Application…</source>
+        <translation>Programm hinzufügen …</translation>
+    </message>
+    <message>
+        <source>Regular expression</source>
+        <translation>Regulärer Ausdruck</translation>
+    </message>
+    <message>
+        <source>Nothing was copied from another one</source>
+        <translation>Aus keinem anderen wurde kopiert</translation>
+    </message>
+    <message>
+        <source>Pause Recording</source>
+        <translation>Aufzeichnung anhalten</translation>
+    </message>
+    <message>
+        <source>Resume Recording</source>
+        <translation>Aufzeichnung fortsetzen</translation>
+    </message>
+    <message>
+        <source>Copies are being recorded.</source>
+        <translation>Kopien werden aufgezeichnet.</translation>
+    </message>
+    <message>
+        <source>This is no regular expression that can be kept.</source>
+        <translation>Das ist kein regulärer Ausdruck, der aufgenommen werden kann.</translation>
+    </message>
+    <message>
+        <source>The preference could not be kept.</source>
+        <translation>Die Einstellung konnte nicht gespeichert werden.</translation>
+    </message>
+</context>
+<context>
     <name>Clipboard::PreviewButton</name>
     <message>
         <source>Paste</source>
@@ -689,6 +761,22 @@ Freie Software unter der MIT-Lizenz.</translation>
 <context>
     <name>Clipboard::StatusItem</name>
     <message>
+        <source>Show History</source>
+        <translation>Verlauf zeigen</translation>
+    </message>
+    <message>
+        <source>Pause Recording</source>
+        <translation>Aufzeichnung anhalten</translation>
+    </message>
+    <message>
+        <source>Resume Recording</source>
+        <translation>Aufzeichnung fortsetzen</translation>
+    </message>
+    <message>
+        <source>Preferences…</source>
+        <translation>Einstellungen …</translation>
+    </message>
+    <message>
         <source>Clear History…</source>
         <translation>Verlauf leeren …</translation>
     </message>
@@ -707,6 +795,14 @@ Freie Software unter der MIT-Lizenz.</translation>
 </context>
 <context>
     <name>Clipboard::StatusItemController</name>
+    <message>
+        <source>%1 opens this window from everywhere.</source>
+        <translation>%1 öffnet dieses Fenster von überall aus.</translation>
+    </message>
+    <message>
+        <source>What programs mark as secret, such as passwords, is never recorded.</source>
+        <translation>Was Programme als geheim kennzeichnen, etwa Passwörter, wird nie aufgezeichnet.</translation>
+    </message>
     <message>
         <source>Recording is paused until %1.</source>
         <translation>Die Aufzeichnung pausiert bis %1.</translation>
@@ -729,6 +825,13 @@ Freie Software unter der MIT-Lizenz.</translation>
     <message>
         <source>Preview shows the first %1 characters — Paste inserts the full text.</source>
         <translation>Die Vorschau zeigt die ersten %1 Zeichen – „Einfügen“ fügt den ganzen Text ein.</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::WordList</name>
+    <message>
+        <source>Remove %1</source>
+        <translation>%1 entfernen</translation>
     </message>
 </context>
 <context>
@@ -790,6 +893,37 @@ Freie Software unter der MIT-Lizenz.</translation>
     <message>
         <source>Backspace</source>
         <translation>Rücktaste</translation>
+    </message>
+</context>
+<context>
+    <name>PanelMenus</name>
+    <message>
+        <source>Annotate</source>
+        <translation>Beschriften</translation>
+    </message>
+    <message>
+        <source>Unpin</source>
+        <translation>Lösen</translation>
+    </message>
+    <message>
+        <source>Pin</source>
+        <translation>Anheften</translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation>Einfügen</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Actions…</source>
+        <translation>Aktionen …</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
     </message>
 </context>
 <context>
@@ -932,6 +1066,10 @@ Freie Software unter der MIT-Lizenz.</translation>
 </context>
 <context>
     <name>QShortcut</name>
+    <message>
+        <source>Del</source>
+        <translation>Entf</translation>
+    </message>
     <message>
         <source>Ctrl</source>
         <translation>Strg</translation>

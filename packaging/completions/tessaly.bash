@@ -8,7 +8,7 @@ _tessaly_entries() {
 _tessaly() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
     local commands="toggle show hide list get copy paste add pin unpin delete clear actions run annotate pause resume config
-        status watch quit"
+        preferences status watch quit"
     local words=
     if ((COMP_CWORD == 1)); then
         words="$commands --help --version"
@@ -23,7 +23,8 @@ _tessaly() {
             add) words="--type" ;;
             clear) words="--pinned" ;;
             status) words="--json" ;;
-            config) words="list get set editorColor editorSize" ;;
+            config) words="list get set hotKey selectAtOpening startAtLogin historyEntries historyDays forgetOnExit recordedTypes
+                neverApplications neverPatterns editorColor editorSize" ;;
             pause) words="15m 1h 8h" ;;
             copy | paste | pin | unpin | delete | actions | annotate) words=$(_tessaly_entries) ;;
             run)

@@ -94,6 +94,7 @@ const BusService::Entry* BusService::find(const QDBusMessage& message)
         Entry{own, "Pause"_L1, "u"_L1, &BusService::pause},
         Entry{own, "Resume"_L1, ""_L1, &BusService::resume},
         Entry{own, "Status"_L1, ""_L1, &BusService::status},
+        Entry{own, "ShowPreferences"_L1, ""_L1, &BusService::showPreferences},
     };
     const auto isCalled = [&message](const Entry& entry) {
         return entry.name == message.member() &&
@@ -159,6 +160,8 @@ void BusService::activateAction(const QDBusMessage& message)
     const QString action = message.arguments().constFirst().toString();
     if (action == "show"_L1)
         m_program.show();
+    else if (action == "preferences"_L1)
+        m_program.preferences();
     else if (action == "pause"_L1)
         m_program.pause.pause(std::nullopt);
     else if (action == "resume"_L1)
@@ -196,6 +199,12 @@ void BusService::resume(const QDBusMessage& message)
 void BusService::status(const QDBusMessage& message)
 {
     answer(message, {m_program.status()});
+}
+
+void BusService::showPreferences(const QDBusMessage& message)
+{
+    answer(message);
+    m_program.preferences();
 }
 
 void BusService::quit(const QDBusMessage& message)

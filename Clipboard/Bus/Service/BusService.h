@@ -38,6 +38,7 @@ public:
         std::function<void()> quit;
         PauseTimer& pause;
         std::function<QVariantMap()> status;
+        std::function<void()> preferences;
     };
 
     explicit BusService(Program program, QObject* parent = nullptr);
@@ -97,6 +98,7 @@ private:
     void pause(const QDBusMessage& message);
     void resume(const QDBusMessage& message);
     void status(const QDBusMessage& message);
+    void showPreferences(const QDBusMessage& message);
 
     Program m_program;
     EntryWatch m_watch;

@@ -56,6 +56,7 @@ constexpr QStringView description = uR"xml(
   </method>
   <method name="Pause"><arg name="seconds" type="u" direction="in"/></method>
   <method name="Resume"/>
+  <method name="ShowPreferences"/>
   <method name="Status"><arg name="status" type="a{sv}" direction="out"/></method>
   <method name="Quit"/>
   <signal name="EntryAdded"><arg name="id" type="s"/><arg name="type" type="s"/></signal>

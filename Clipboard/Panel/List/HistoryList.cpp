@@ -197,11 +197,15 @@ void HistoryList::resizeEvent(QResizeEvent* event)
 void HistoryList::mousePressEvent(QMouseEvent* event)
 {
     const QModelIndex index = indexAt(event->position().toPoint());
-    if (event->button() != Qt::LeftButton || !index.isValid())
+    if ((event->button() != Qt::LeftButton && event->button() != Qt::RightButton) || !index.isValid())
         return;
+    m_viewModel.setSelectedID(m_model->item(index.row()).id);
+    if (event->button() == Qt::RightButton) {
+        emit menuRequested(viewport()->mapTo(this, event->position().toPoint()));
+        return;
+    }
     m_pressed = index;
     m_pressPosition = event->position().toPoint();
-    m_viewModel.setSelectedID(m_model->item(index.row()).id);
 }
 
 void HistoryList::mouseMoveEvent(QMouseEvent* event)

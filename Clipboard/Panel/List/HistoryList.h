@@ -47,6 +47,8 @@ public:
 
 signals:
     void dragFinished();
+    /// For the selected entry, at that place of the list.
+    void menuRequested(const QPoint& place);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

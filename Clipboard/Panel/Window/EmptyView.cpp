@@ -17,7 +17,7 @@ void EmptyView::setContent(const EmptyContent& content)
 {
     m_content = content;
     setAccessibleName(content.title);
-    setAccessibleDescription(content.message);
+    setAccessibleDescription((content.message + u' ' + content.more).trimmed());
     update();
 }
 

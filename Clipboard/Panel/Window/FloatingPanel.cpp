@@ -42,7 +42,7 @@ void FloatingPanel::prepare()
 {
     if (m_view != nullptr)
         return;
-    m_view = new PanelView(m_services.viewModel, m_services.workspace, m_services.thumbs, this);
+    m_view = new PanelView(m_services.viewModel, m_services.workspace, m_services.thumbs, m_services.programMenu, this);
     connect(m_view, &PanelView::dragFinished, this, [this] {
         if (!isActiveWindow())
             dismiss(); // where the entry was dropped has taken the keyboard meanwhile
@@ -151,6 +151,8 @@ bool FloatingPanel::handleKey(const QKeyEvent& event)
     if (m_view->activeField()->isComposing())
         return false;
     m_view->sync(); // navigation reads the frames
+    if (m_view->handleMenuKey(event))
+        return true;
     ClipboardCore::KeyEvent key = translateKey(event);
     if (key.code == KeyCode::keypadEnter)
         key.code = KeyCode::return_;

@@ -4,6 +4,9 @@
 
 #include <QWidget>
 
+#include <functional>
+
+class QAction;
 class QVariantAnimation;
 
 namespace ClipboardCore {
@@ -31,6 +34,8 @@ public:
         WindowSystem& windows;
         const Workspace& workspace;
         Thumbs& thumbs;
+        /// The items of the program's menu, which outlive the panel.
+        std::function<QList<QAction*>()> programMenu{};
     };
     explicit FloatingPanel(const Services& services);
     ~FloatingPanel() override;

@@ -2,6 +2,7 @@
 
 #include "Accessibility.h"
 #include "Hint.h"
+#include "MenuButton.h"
 #include "Painting.h"
 #include "TintedIcon.h"
 
@@ -11,9 +12,17 @@ using namespace Qt::StringLiterals;
 
 namespace Clipboard {
 
+namespace {
+
+constexpr int menuInset = 10;
+
+} // namespace
+
 PanelFooter::PanelFooter(QWidget* parent)
     : QWidget(parent)
+    , m_menu(new MenuButton(this))
 {
+    connect(m_menu, &QAbstractButton::clicked, this, &PanelFooter::menuRequested);
     Accessibility::setRole(this, QAccessible::StaticText);
     setCount(0);
 }
@@ -41,12 +50,27 @@ QString PanelFooter::countText() const
     return tr("%n item", nullptr, static_cast<int>(m_count));
 }
 
+QRect PanelFooter::menuAnchor() const
+{
+    return m_menu->geometry();
+}
+
+void PanelFooter::resizeEvent(QResizeEvent* event)
+{
+    QRect button({}, m_menu->controlSize());
+    button.moveCenter(rect().center());
+    button.moveRight(width() - menuInset);
+    m_menu->setControlGeometry(button);
+    QWidget::resizeEvent(event);
+}
+
 void PanelFooter::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
     const QString count = countText();
     const qreal countWidth = Fonts::width(Fonts::caption, count);
-    const QRectF left = QRectF(rect()).adjusted(Theme::margin, 0, -2 * Theme::margin - countWidth, 0);
+    const qreal right = m_menu->x() + Theme::ringOutset - Theme::spacing;
+    const QRectF left(Theme::margin, 0, right - countWidth - 2 * Theme::margin, height());
     if (m_notice.isEmpty())
         paintKeys(painter, left);
     else

@@ -14,6 +14,7 @@
 #include "SearchField.h"
 #include "Theme.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 
 #include <chrono>
@@ -30,7 +31,8 @@ constexpr int outline = 1;
 
 } // namespace
 
-PanelView::PanelView(HistoryViewModel& viewModel, const Workspace& workspace, Thumbs& thumbs, QWidget* parent)
+PanelView::PanelView(HistoryViewModel& viewModel, const Workspace& workspace, Thumbs& thumbs,
+                     std::function<QList<QAction*>()> programMenu, QWidget* parent)
     : QWidget(parent)
     , m_viewModel(viewModel)
     , m_files(new FileKinds(this))
@@ -40,10 +42,14 @@ PanelView::PanelView(HistoryViewModel& viewModel, const Workspace& workspace, Th
     , m_empty(new EmptyView(this))
     , m_footer(new PanelFooter(this))
     , m_sheet(new CommandSheet(viewModel, thumbs, *m_files, this))
+    , m_menus(viewModel, std::move(programMenu), this)
 {
     m_ages.setInterval(ageRefresh);
     connect(&m_ages, &QTimer::timeout, this, &PanelView::refreshAges);
     connect(m_list, &HistoryList::dragFinished, this, &PanelView::dragFinished);
+    connect(m_list, &HistoryList::menuRequested, this,
+            [this](const QPoint& place) { openEntryMenu(m_list->mapTo(this, place)); });
+    connect(m_footer, &PanelFooter::menuRequested, this, &PanelView::openProgramMenu);
     connectViewModel();
     m_viewModel.searchCaret = [this]() -> std::optional<HistoryViewModel::SearchCaret> {
         const SearchField* field = m_header->searchField();
@@ -141,8 +147,8 @@ void PanelView::syncEmptyView()
         m_empty->setContent(
             {Theme::typeIcon(*filter), meta(*filter).label, tr("Nothing of this type has been copied yet.")});
     else
-        m_empty->setContent(
-            {QLatin1String("clipboard"), tr("Nothing Copied Yet"), tr("Copy something — it will show up here.")});
+        m_empty->setContent({QLatin1String("clipboard"), tr("Nothing Copied Yet"),
+                             tr("Copy something — it will show up here."), m_viewModel.welcome});
 }
 
 void PanelView::publishFrames()
@@ -159,6 +165,33 @@ void PanelView::publishFrames()
 SearchField* PanelView::activeField() const
 {
     return m_viewModel.cmdkOpen() ? m_sheet->filterField() : m_header->searchField();
+}
+
+bool PanelView::handleMenuKey(const QKeyEvent& event)
+{
+    if (m_menus.handleKey(event))
+        return true;
+    const bool isForEntry =
+        event.key() == Qt::Key_Menu || (event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier);
+    const bool isForProgram = event.key() == Qt::Key_F10 && event.modifiers() == Qt::NoModifier;
+    if (m_viewModel.cmdkOpen() || !(isForEntry || isForProgram))
+        return false;
+    const auto selected = m_viewModel.selectedID();
+    if (isForProgram)
+        openProgramMenu();
+    else if (selected)
+        openEntryMenu(m_viewModel.frames.value(ClipboardCore::FocusKey::row(*selected)).center().toPoint());
+    return true;
+}
+
+void PanelView::openProgramMenu()
+{
+    m_menus.openProgramMenu(m_footer->menuAnchor().translated(m_footer->pos()));
+}
+
+void PanelView::openEntryMenu(const QPoint& place)
+{
+    m_menus.openEntryMenu({place, QSize(1, 1)});
 }
 
 void PanelView::setCornerRadius(int radius)
@@ -205,6 +238,7 @@ void PanelView::showEvent(QShowEvent* event)
 void PanelView::hideEvent(QHideEvent* event)
 {
     m_ages.stop();
+    m_menus.close();
     QWidget::hideEvent(event);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "PanelMenus.h"
+
 #include <QTimer>
 #include <QWidget>
 
@@ -26,7 +28,9 @@ class PanelView final : public QWidget
 {
     Q_OBJECT
 public:
-    PanelView(HistoryViewModel& viewModel, const Workspace& workspace, Thumbs& thumbs, QWidget* parent);
+    /// `programMenu` answers the items of the program's menu.
+    PanelView(HistoryViewModel& viewModel, const Workspace& workspace, Thumbs& thumbs,
+              std::function<QList<QAction*>()> programMenu, QWidget* parent);
     ~PanelView() override;
 
     /// Brings everything on screen, and the view model's frames, in line with the view model now.
@@ -34,6 +38,8 @@ public:
 
     /// The field that has the keyboard: the search field, or the filter of the command sheet.
     [[nodiscard]] SearchField* activeField() const;
+    /// Opens the menu that the key is for, or hands the key to the one that is open. False when it is for neither.
+    bool handleMenuKey(const QKeyEvent& event);
     /// The corners of the panel; 0 where they are square.
     void setCornerRadius(int radius);
     /// True while an entry is dragged out of the list; dragFinished() follows.
@@ -63,6 +69,8 @@ private:
         everything = 255
     };
     void connectViewModel();
+    void openProgramMenu();
+    void openEntryMenu(const QPoint& place);
     void changed(unsigned what);
     void syncEntries();
     void publishFrames();
@@ -78,6 +86,7 @@ private:
     EmptyView* m_empty;
     PanelFooter* m_footer;
     CommandSheet* m_sheet;
+    PanelMenus m_menus;
     QTimer m_ages;
     unsigned m_changed = everything;
     bool m_syncPending = false;

@@ -2,6 +2,7 @@
 #include "AboutDialog.h"
 #include "ClearHistoryDialog.h"
 #include "DarkMenu.h"
+#include "EmptyView.h"
 #include "Fakes.h"
 #include "FloatingPanel.h"
 #include "History/JSONHistoryStore.h"
@@ -14,6 +15,8 @@
 #include <QDateTime>
 #include <QDir>
 #include <QImage>
+#include <QSettings>
+#include <QSignalSpy>
 #include <QSystemTrayIcon>
 #include <QTemporaryDir>
 #include <QTest>
@@ -114,6 +117,7 @@ private slots:
     void storesAPictureAtTheEnd();
     void sweepsPicturesNobodyKnows();
     void quitsFromTheMenu();
+    void welcomesOnce();
 };
 
 void StatusItemControllerTest::opensAndCloses()
@@ -151,6 +155,9 @@ void StatusItemControllerTest::tellsWhatDoesNotWork()
     QVERIFY(ToastPresenter::shared().current());
     QCOMPARE(ToastPresenter::shared().current()->text(), reason);
     QCOMPARE(Fixture::window<DarkMenu>()->actions().first()->text(), reason);
+    const QSignalSpy told(&ToastPresenter::shared(), &ToastPresenter::shown);
+    emit f.hotKey->failed(reason); // as at every change of the keyboard
+    QCOMPARE(told.size(), 0);
     f.controller->show();
     const auto* footer = Fixture::window<FloatingPanel>()->findChild<PanelFooter*>();
     QVERIFY2(footer->accessibleName().startsWith(reason), qPrintable(footer->accessibleName()));
@@ -257,6 +264,29 @@ void StatusItemControllerTest::quitsFromTheMenu()
     QTimer::singleShot(0, [] { QTest::keyClick(Fixture::window<DarkMenu>(), Qt::Key_Q, Qt::ControlModifier); });
     QTimer::singleShot(20000, qApp, [] { QCoreApplication::exit(1); }); // it did not
     QCOMPARE(QCoreApplication::exec(), 0);
+}
+
+void StatusItemControllerTest::welcomesOnce()
+{
+    const QTemporaryDir settings;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
+    QCoreApplication::setOrganizationName(u"Tessaly"_s);
+    const auto said = [](const QString& text) {
+        const auto* panel = Fixture::window<FloatingPanel>();
+        const auto* empty = panel ? panel->findChild<EmptyView*>() : nullptr;
+        return empty && empty->accessibleDescription().contains(text);
+    };
+    Fixture f;
+    QFile::remove(f.historyFile());
+    f.controller.reset();
+    f.start({});
+    QTRY_VERIFY(Fixture::panelIsOpen());
+    QVERIFY(said(u"Super+Shift+V opens this window"_s) && said(u"passwords"_s));
+    f.hotKey->press();
+    f.hotKey->press();
+    QVERIFY(Fixture::panelIsOpen() && !said(u"passwords"_s));
+    QVERIFY(QSettings().contains(u"welcomed"_s));
+    QCoreApplication::setOrganizationName({});
 }
 
 QTEST_MAIN(StatusItemControllerTest)

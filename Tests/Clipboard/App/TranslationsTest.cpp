@@ -161,7 +161,7 @@ void TranslationsTest::windowsHaveRoomForLongerTexts()
 {
     const LongLanguage language;
     ClearHistoryDialog question(true);
-    AboutDialog about(true);
+    AboutDialog about(true, {});
     ToastView toast(
         QCoreApplication::translate("Clipboard::HistoryViewModel", "File no longer exists — removed from history"),
         true);

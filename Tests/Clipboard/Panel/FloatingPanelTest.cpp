@@ -1,5 +1,9 @@
 #include "PanelFixture.h"
 
+#include "HistoryList.h"
+#include "InlineMenu.h"
+
+#include <QAction>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QInputMethodEvent>
@@ -18,6 +22,7 @@ private slots:
     void composingKeepsItsKeys();
     void fieldPastesWhatIsThereAlready();
     void caretDecidesWhetherArrowsLeaveTheField();
+    void menusAreInside();
 };
 
 void FloatingPanelTest::takesAndReturnsTheKeyboardOnce()
@@ -110,6 +115,45 @@ void FloatingPanelTest::fieldPastesWhatIsThereAlready()
     f.pasteboard.setString(QByteArray(50'000'000, 'x'));
     f.press(Qt::Key_V, Qt::ControlModifier);
     QVERIFY(f.model.query().size() < 10'000);
+}
+
+void FloatingPanelTest::menusAreInside()
+{
+    QAction first(u"First"_s);
+    QAction off(u"Off"_s);
+    off.setEnabled(false);
+    QAction last(u"Last"_s);
+    QSignalSpy chosen(&last, &QAction::triggered);
+    PanelFixture f;
+    f.programMenu = {&first, &off, &last};
+    f.fillTexts({u"one"_s, u"two"_s});
+    QVERIFY(f.open());
+    const auto current = [&f] {
+        const auto* menu = f.view()->findChild<InlineMenu*>();
+        return menu && menu->isVisible() ? menu->current() : QString();
+    };
+    f.press(Qt::Key_F10);
+    QCOMPARE(current(), u"First"_s);
+    f.press(Qt::Key_Up);
+    QCOMPARE(current(), u"Last"_s);
+    f.press(Qt::Key_X); // nobody else's key
+    f.press(Qt::Key_Return);
+    QCOMPARE(chosen.size(), 1);
+    QCOMPARE(f.model.query() + current(), QString());
+
+    const auto* list = f.view()->findChild<HistoryList*>();
+    QTest::mouseClick(list->viewport(), Qt::RightButton, {}, {40, Theme::rowHeight + 8});
+    QCOMPARE(f.selected(), u"two"_s);
+    QCOMPARE(current(), u"Paste"_s);
+    f.press(Qt::Key_P, Qt::ControlModifier);
+    QCOMPARE(f.model.visible().first().content.toString(), u"two"_s);
+    f.press(Qt::Key_Menu);
+    QCOMPARE(current(), u"Paste"_s);
+    QTest::mouseClick(f.view()->findChildren<InlineMenu*>().last(), Qt::LeftButton, {}, {600, 8});
+    QCOMPARE(current(), QString());
+    f.press(Qt::Key_F10, Qt::ShiftModifier);
+    f.press(Qt::Key_Escape);
+    QVERIFY(f.panel.isVisible() && current().isEmpty());
 }
 
 void FloatingPanelTest::caretDecidesWhetherArrowsLeaveTheField()

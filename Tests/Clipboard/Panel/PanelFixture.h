@@ -21,7 +21,8 @@ struct PanelFixture : ViewModelFixture
     FakeWorkspace workspace;
     IconCache icons{workspace};
     Thumbs thumbs;
-    FloatingPanel panel{{model, windows, workspace, thumbs}};
+    QList<QAction*> programMenu;
+    FloatingPanel panel{{model, windows, workspace, thumbs, [this] { return programMenu; }}};
 
     PanelFixture() { Motion::setReduced(true); }
 
