@@ -179,14 +179,23 @@ void DataControlDispatcher::offerCame(ext_data_control_offer_v1* offer)
 {
     static constexpr ext_data_control_offer_v1_listener listener{
         [](void* self, ext_data_control_offer_v1* of, const char* type) {
-            auto& types = static_cast<DataControlDispatcher*>(self)->m_offers[of];
-            // Some programs name a type twice.
-            if (types.size() < maxTargets && std::ranges::find(types, QByteArray(type)) == types.end())
-                types.emplace_back(type);
+            static_cast<DataControlDispatcher*>(self)->typeCame(of, type);
         },
     };
     m_offers[offer];
     ext_data_control_offer_v1_add_listener(offer, &listener, this);
+}
+
+void DataControlDispatcher::typeCame(ext_data_control_offer_v1* offer, const QByteArray& type)
+{
+    const auto found = m_offers.find(offer);
+    // A program may add types to what it has copied, and Plasma's compositor passes them on.
+    if (found == m_offers.end())
+        return m_reader.learn(offer, type);
+    Types& types = found->second;
+    // Some programs name a type twice.
+    if (types.size() < maxTargets && std::ranges::find(types, type) == types.end())
+        types.push_back(type);
 }
 
 DataControlDispatcher::Types DataControlDispatcher::takeTypes(ext_data_control_offer_v1* offer)

@@ -62,6 +62,7 @@ private:
     [[nodiscard]] bool watch(const Remains* remains);
     void take(const SelectionForms& forms);
     void offerCame(ext_data_control_offer_v1* offer);
+    void typeCame(ext_data_control_offer_v1* offer, const QByteArray& type);
     void selectionChanged(ext_data_control_offer_v1* offer);
     void primaryChanged(ext_data_control_offer_v1* offer);
     void ownerGone();

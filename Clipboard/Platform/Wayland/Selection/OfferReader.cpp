@@ -40,6 +40,14 @@ void OfferReader::start(DataControlOffer offer, const std::vector<QByteArray>& t
     next();
 }
 
+void OfferReader::learn(const ext_data_control_offer_v1* offer, const QByteArray& type)
+{
+    if (offer != m_offer.get() || !m_options.secretTargets.contains(QString::fromLatin1(type)))
+        return;
+    m_reading.begin({type});
+    next();
+}
+
 void OfferReader::cancel()
 {
     closePipe();

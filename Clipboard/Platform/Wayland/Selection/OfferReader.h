@@ -42,6 +42,8 @@ public:
 
     /// Begins with a new offer; what was under way is dropped unheard.
     void start(DataControlOffer offer, const std::vector<QByteArray>& types);
+    /// Its owner has added a type to what it offers. A mark ends the reading, and what was read is not kept.
+    void learn(const ext_data_control_offer_v1* offer, const QByteArray& type);
     void cancel();
     /// Its owner has outlived what was read: a form whose end may have been the owner's is whole.
     void trust();
