@@ -6,8 +6,6 @@
 #include <QFile>
 #include <QStandardPaths>
 
-#include <unistd.h>
-
 using namespace Qt::StringLiterals;
 
 namespace Clipboard::Testing::SwayCompositor {
@@ -51,15 +49,6 @@ QString missing()
             return u"%1 is not installed: no journey on Wayland"_s.arg(program);
     }
     return {};
-}
-
-/// The compositor refuses to run as root. In a namespace each program is somebody else, one that the message bus knows
-/// and who has the files of root all the same. What ties it to this process is lost on the way, and set again.
-QStringList launcher()
-{
-    if (::getuid() != 0)
-        return {};
-    return u"unshare --user --map-user=1 --map-group=1 setpriv --pdeathsig KILL"_s.split(u' ');
 }
 
 QString start(VirtualSession& session, QSize size)

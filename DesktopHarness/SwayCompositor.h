@@ -2,7 +2,6 @@
 
 #include <QSize>
 #include <QString>
-#include <QStringList>
 
 namespace Clipboard::Testing {
 
@@ -13,8 +12,6 @@ namespace SwayCompositor {
 
 /// Why no such session can be had on this machine; empty when one can.
 [[nodiscard]] QString missing();
-/// With what the programs of such a session are started, the compositor among them; mostly nothing.
-[[nodiscard]] QStringList launcher();
 /// Starts it and names it to the programs of the session. Why it did not come up; empty when it did.
 [[nodiscard]] QString start(VirtualSession& session, QSize size);
 /// Has the compositor run the program on Super+Shift+V, as a person would configure it: no program can bind a key.

@@ -1,7 +1,7 @@
 #include "SwayDriver.h"
 
+#include "VirtualKeyboard.h"
 #include "VirtualSession.h"
-#include "WaylandOwner.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -11,12 +11,6 @@ using namespace Qt::StringLiterals;
 namespace Clipboard::Testing {
 
 namespace {
-
-/// Plain text goes by another name here; its clients offer it under all that it has.
-QStringList typeOption(const QString& target)
-{
-    return {u"--type"_s, target == "UTF8_STRING"_L1 ? u"text/plain"_s : target};
-}
 
 void collect(const QJsonObject& node, QList<QJsonObject>& found)
 {
@@ -41,32 +35,20 @@ Desktop::Window describe(const QJsonObject& node)
 } // namespace
 
 SwayDriver::SwayDriver(VirtualSession& session)
-    : m_session(session)
-    , m_x11(session)
+    : WaylandDriver(session)
 {
 }
 
 void SwayDriver::command(const QString& words) const
 {
-    m_session.run(u"swaymsg"_s, {words});
+    session().run(u"swaymsg"_s, {words});
 }
 
 bool SwayDriver::plugIn()
 {
-    m_keyboard = std::make_unique<WaylandKeyboard>(m_session);
-    m_pointer = std::make_unique<WaylandPointer>(m_session);
+    m_keyboard = std::make_unique<VirtualKeyboard>(session());
+    m_pointer = std::make_unique<WaylandPointer>(session());
     return m_keyboard->isPluggedIn() && m_pointer->isPluggedIn();
-}
-
-void SwayDriver::press(const QStringList& chords)
-{
-    for (const QString& chord : chords)
-        m_keyboard->press(chord);
-}
-
-void SwayDriver::type(const QString& text)
-{
-    m_keyboard->type(text);
 }
 
 void SwayDriver::movePointer(QPoint place)
@@ -83,15 +65,6 @@ void SwayDriver::click(QPoint place, int times, int button)
     }
 }
 
-void SwayDriver::drag(const QList<QPoint>& path)
-{
-    movePointer(path.first());
-    pressButton();
-    for (const QPoint place : path.sliced(1))
-        movePointer(place);
-    releaseButton();
-}
-
 void SwayDriver::pressButton()
 {
     m_pointer->set(1, true);
@@ -102,29 +75,14 @@ void SwayDriver::releaseButton()
     m_pointer->set(1, false);
 }
 
-void SwayDriver::copy(const QByteArray& content, const QString& target)
-{
-    m_session.run(u"wl-copy"_s, typeOption(target), content);
-}
-
-std::unique_ptr<ForeignOwner> SwayDriver::otherProgram()
-{
-    return std::make_unique<WaylandOwner>(m_session);
-}
-
 QStringList SwayDriver::terminal(const QString& title, const QString& command) const
 {
     return {u"foot"_s, u"--title"_s, title, u"sh"_s, u"-c"_s, command};
 }
 
-QByteArray SwayDriver::pasted(const QString& target)
-{
-    return m_session.run(u"wl-paste"_s, QStringList{u"--no-newline"_s} + typeOption(target)).output;
-}
-
 QList<QJsonObject> SwayDriver::windows() const
 {
-    const auto tree = m_session.run(u"swaymsg"_s, {u"-t"_s, u"get_tree"_s}).output;
+    const auto tree = session().run(u"swaymsg"_s, {u"-t"_s, u"get_tree"_s}).output;
     QList<QJsonObject> found;
     collect(QJsonDocument::fromJson(tree).object(), found);
     return found;
@@ -132,7 +90,7 @@ QList<QJsonObject> SwayDriver::windows() const
 
 QList<SwayDriver::Window> SwayDriver::windowsOf(const QByteArray& program) const
 {
-    QList<Window> found = m_x11.windowsOf(program);
+    QList<Window> found = x11().windowsOf(program);
     for (const QJsonObject& node : windows()) {
         if (node.value("app_id"_L1).toString().contains(QLatin1StringView(program)))
             found.append(describe(node));
@@ -153,7 +111,7 @@ bool SwayDriver::isPainted(QRect place) const
 {
     constexpr qsizetype pixel = 3; // bytes, without alpha
     const QString part = u"%1,%2 %3x%4"_s.arg(place.x()).arg(place.y()).arg(place.width()).arg(place.height());
-    const QByteArray picture = m_session.run(u"grim"_s, {u"-g"_s, part, u"-t"_s, u"ppm"_s, u"-"_s}).output;
+    const QByteArray picture = session().run(u"grim"_s, {u"-g"_s, part, u"-t"_s, u"ppm"_s, u"-"_s}).output;
     const QByteArray pixels = picture.mid(picture.indexOf("255\n") + 4); // what ends the header
     // Of one colour is what looks the same when it is moved by a pixel.
     return pixels.size() > pixel && pixels.sliced(pixel) != pixels.chopped(pixel);
@@ -170,14 +128,14 @@ std::optional<SwayDriver::Window> SwayDriver::activeWindow() const
 
 QSize SwayDriver::size() const
 {
-    const auto outputs = m_session.run(u"swaymsg"_s, {u"-t"_s, u"get_outputs"_s}).output;
+    const auto outputs = session().run(u"swaymsg"_s, {u"-t"_s, u"get_outputs"_s}).output;
     const QJsonObject rect = QJsonDocument::fromJson(outputs).array().at(0).toObject().value("rect"_L1).toObject();
     return {rect.value("width"_L1).toInt(), rect.value("height"_L1).toInt()};
 }
 
 QByteArray SwayDriver::pixels() const
 {
-    return m_session.run(u"grim"_s, {u"-t"_s, u"ppm"_s, u"-"_s}).output;
+    return session().run(u"grim"_s, {u"-t"_s, u"ppm"_s, u"-"_s}).output;
 }
 
 void SwayDriver::place(const Window& window, QRect geometry)

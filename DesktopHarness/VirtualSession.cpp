@@ -1,5 +1,7 @@
 #include "VirtualSession.h"
 
+#include "KwinCompositor.h"
+#include "KwinDriver.h"
 #include "SwayCompositor.h"
 #include "SwayDriver.h"
 #include "X11Driver.h"
@@ -12,7 +14,9 @@
 #include <QThread>
 
 #include <csignal>
+#include <fcntl.h>
 #include <sys/prctl.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -45,6 +49,17 @@ QByteArray readLine(QProcess& process)
         process.waitForReadyRead(100);
     }
     return process.readLine().trimmed();
+}
+
+/// The compositors refuse to run as root, or their programs do. In a namespace each program is somebody else, one that
+/// the message bus knows and who has the files of root all the same. What ties it to this process is lost on the way,
+/// and set again.
+QStringList launcherOnWayland()
+{
+    if (::getuid() != 0) {
+        return {};
+    }
+    return u"unshare --user --map-user=1 --map-group=1 setpriv --pdeathsig KILL"_s.split(u' ');
 }
 
 } // namespace
@@ -81,19 +96,29 @@ QString VirtualSession::bringUp(const Options& options)
     if (options.kind == Kind::x11) {
         return bringUpX11(options);
     }
-    auto driver = std::make_unique<SwayDriver>(*this);
-    SwayDriver& person = *driver;
-    m_desktop = std::move(driver);
-    m_launcher = SwayCompositor::launcher();
+    return bringUpWayland(options);
+}
+
+QString VirtualSession::bringUpWayland(const Options& options)
+{
+    std::unique_ptr<WaylandDriver> person;
+    if (options.kind == Kind::kwin) {
+        person = std::make_unique<KwinDriver>(*this, options.size);
+    } else {
+        person = std::make_unique<SwayDriver>(*this);
+    }
+    m_launcher = launcherOnWayland();
     if (QString failure = startMessageBus(); !failure.isEmpty()) {
         return failure;
     }
-    if (QString failure = SwayCompositor::start(*this, options.size); !failure.isEmpty()) {
+    const auto& start = options.kind == Kind::kwin ? KwinCompositor::start : SwayCompositor::start;
+    if (QString failure = start(*this, options.size); !failure.isEmpty()) {
         return failure;
     }
-    if (!person.plugIn()) {
+    if (!person->plugIn()) {
         return u"There is no keyboard or no mouse."_s;
     }
+    m_desktop = std::move(person);
     return connectToServer();
 }
 
@@ -271,6 +296,31 @@ QProcess& VirtualSession::start(const QString& program, const QStringList& argum
     return process;
 }
 
+void VirtualSession::liveWith(const QProcess& process)
+{
+    if (!m_launcher.isEmpty()) {
+        m_launcher =
+            u"nsenter --user --preserve-credentials --target %1 setpriv --pdeathsig KILL"_s.arg(process.processId())
+                .split(u' ');
+    }
+}
+
+/// A connection belongs to the process that connects, whoever has it later (unix(7), SO_PEERCRED).
+int VirtualSession::connectToCompositor()
+{
+    const QString socket = m_environment.value(u"XDG_RUNTIME_DIR"_s) + u'/' + m_environment.value(u"WAYLAND_DISPLAY"_s);
+    const int connection = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    const QString connecting = u"$| = 1; open(S, '+<&=', $ARGV[0]) and connect(S, pack_sockaddr_un($ARGV[1])) or die;"
+                               "print \"connected\\n\"; sleep"_s;
+    QProcess& program = start(u"perl"_s, {u"-MSocket"_s, u"-e"_s, connecting, QString::number(connection), socket});
+    ::fcntl(connection, F_SETFD, FD_CLOEXEC);
+    if (readLine(program) == "connected") {
+        return connection;
+    }
+    ::close(connection);
+    return -1;
+}
+
 void VirtualSession::kill(QProcess& process)
 {
     process.kill();
@@ -280,6 +330,9 @@ void VirtualSession::kill(QProcess& process)
 
 bool VirtualSession::screenshot(const QString& path)
 {
+    if (m_kind == Kind::kwin) {
+        return false; // nobody can look at its screen
+    }
     if (m_kind == Kind::sway) {
         return run(u"grim"_s, {path}).exitCode == 0;
     }

@@ -24,7 +24,7 @@ namespace Clipboard::Testing {
 class VirtualSession final
 {
 public:
-    enum class Kind { x11, sway };
+    enum class Kind { x11, sway, kwin };
 
     struct Options
     {
@@ -73,6 +73,11 @@ public:
     /// error goes to the file, when one is named.
     QProcess& start(const QString& program, const QStringList& arguments = {}, const QByteArray& input = {},
                     const QString& errorFile = {});
+    /// The programs started from now on belong to the user and the capabilities of this one. Compositors look at what
+    /// program a connection belongs to, and are allowed to among such alone.
+    void liveWith(const QProcess& process);
+    /// A connection to the compositor as a program of the session has it, unlike this process; -1 when there is none.
+    [[nodiscard]] int connectToCompositor();
     /// Ends a program that start() gave out, with SIGKILL, and forgets it.
     void kill(QProcess& process);
 
@@ -94,6 +99,7 @@ public:
 private:
     QString bringUp(const Options& options);
     QString bringUpX11(const Options& options);
+    QString bringUpWayland(const Options& options);
     QString startServer(QSize size);
     QString connectToServer();
     QString startMessageBus();

@@ -13,6 +13,17 @@ WaylandClient::WaylandClient(const VirtualSession& session)
     const auto& environment = session.environment();
     const QString socket = environment.value(u"XDG_RUNTIME_DIR"_s) + u'/' + environment.value(u"WAYLAND_DISPLAY"_s);
     m_display = wl_display_connect(socket.toLocal8Bit().constData());
+    listen();
+}
+
+WaylandClient::WaylandClient(int connection)
+    : m_display(connection < 0 ? nullptr : wl_display_connect_to_fd(connection))
+{
+    listen();
+}
+
+void WaylandClient::listen()
+{
     if (m_display == nullptr)
         return;
     static constexpr wl_registry_listener listener{
@@ -40,10 +51,10 @@ void WaylandClient::close()
     m_display = nullptr;
 }
 
-void* WaylandClient::bind(const wl_interface& interface) const
+void* WaylandClient::bind(const wl_interface& interface, quint32 version) const
 {
     const auto name = m_globals.constFind(interface.name);
-    return name == m_globals.cend() ? nullptr : wl_registry_bind(m_registry, *name, &interface, 1);
+    return name == m_globals.cend() ? nullptr : wl_registry_bind(m_registry, *name, &interface, version);
 }
 
 } // namespace Clipboard::Testing

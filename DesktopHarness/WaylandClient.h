@@ -16,6 +16,8 @@ class WaylandClient
 {
 public:
     explicit WaylandClient(const VirtualSession& session);
+    /// Over a connection that has been made, which it takes over; none when that is negative.
+    explicit WaylandClient(int connection);
     ~WaylandClient();
     Q_DISABLE_COPY_MOVE(WaylandClient)
 
@@ -23,11 +25,13 @@ public:
     void close();
     /// Null when the compositor could not be reached, or is no longer.
     [[nodiscard]] wl_display* display() const { return m_display; }
-    /// The proxy of a global by the interface's name, in its first version; null when it is not offered.
-    [[nodiscard]] void* bind(const wl_interface& interface) const;
+    /// The proxy of a global by the interface's name; null when it is not offered. The version has to be.
+    [[nodiscard]] void* bind(const wl_interface& interface, quint32 version = 1) const;
 
 private:
-    wl_display* m_display;
+    void listen();
+
+    wl_display* m_display = nullptr;
     wl_registry* m_registry = nullptr;
     QHash<QByteArray, quint32> m_globals;
 };

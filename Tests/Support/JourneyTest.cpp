@@ -1,5 +1,6 @@
 #include "JourneyTest.h"
 
+#include "KwinCompositor.h"
 #include "SwayCompositor.h"
 
 namespace Clipboard::Testing {
@@ -9,8 +10,11 @@ JourneyTest::JourneyTest(const Options& options, Sessions sessions)
     , m_options(options)
     , m_sessions(sessions)
 {
-    if (qgetenv("TESSALY_DESKTOP") == "sway")
+    const QByteArray desktop = qgetenv("TESSALY_DESKTOP");
+    if (desktop == "sway")
         m_options.kind = VirtualSession::Kind::sway;
+    if (desktop == "kwin")
+        m_options.kind = VirtualSession::Kind::kwin;
 }
 
 void JourneyTest::fail(const QString& message, const Where& where)
@@ -20,7 +24,11 @@ void JourneyTest::fail(const QString& message, const Where& where)
 
 void JourneyTest::initTestCase()
 {
-    const QString missing = isOnX11() ? QString() : SwayCompositor::missing();
+    QString missing;
+    if (isOnSway())
+        missing = SwayCompositor::missing();
+    if (m_options.kind == VirtualSession::Kind::kwin)
+        missing = KwinCompositor::missing();
     if (!missing.isEmpty())
         QSKIP(qPrintable(missing));
     if (m_sessions == Sessions::one)
