@@ -3,9 +3,9 @@
 #include "AppDelegate.h"
 #include "BusNames.h"
 #include "InstanceLock.h"
-#include "PrivateFolder.h"
 #include "ProcessSignals.h"
 #include "RunningInstance.h"
+#include "Support/PrivateFolder.h"
 #include "Theme.h"
 #include "Translations.h"
 
@@ -148,7 +148,7 @@ int runTrayProgram(int argc, char** argv)
         return 2;
 
     const QString dataFolder = Clipboard::Bus::dataFolder();
-    Clipboard::createPrivateFolder(dataFolder);
+    ClipboardCore::createPrivateFolder(dataFolder);
     const Clipboard::Bus::InstanceLock lock(dataFolder + u"/lock"_s, displayName());
     if (isKeptByAnother(lock))
         return leaveToTheRunningOne(lock.holdersDisplay());

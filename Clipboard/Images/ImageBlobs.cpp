@@ -1,7 +1,7 @@
 #include "ImageBlobs.h"
 
 #include "PictureTranscoder.h"
-#include "PrivateFolder.h"
+#include "Support/PrivateFolder.h"
 #include "ThumbFiles.h"
 #include "WholeFile.h"
 
@@ -35,7 +35,7 @@ std::optional<QString> store(const std::optional<QByteArray>& png, const QString
 {
     if (!png)
         return std::nullopt;
-    createPrivateFolder(dir);
+    ClipboardCore::createPrivateFolder(dir);
     const QString target = QDir(dir).absoluteFilePath(ImageBlobs::filename(*png));
     if (QFile::exists(target)) {
         markAsNew(target);

@@ -2,7 +2,7 @@
 
 #include "PictureReading.h"
 #include "PictureTranscoder.h"
-#include "PrivateFolder.h"
+#include "Support/PrivateFolder.h"
 #include "WholeFile.h"
 
 #include <QFile>
@@ -46,7 +46,7 @@ void store(const QString& picture, const QImage& pixels)
     if (!png)
         return;
     const QString target = ThumbFiles::path(picture);
-    createPrivateFolder(QFileInfo(target).path());
+    ClipboardCore::createPrivateFolder(QFileInfo(target).path());
     writeWhole(target, *png);
     // The picture may have been released meanwhile; whoever does that removes the picture first.
     if (!QFile::exists(picture))

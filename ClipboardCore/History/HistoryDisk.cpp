@@ -3,6 +3,7 @@
 #include "History/HistoryCoding.h"
 #include "Support/AtomicFile.h"
 #include "Support/Fingerprint.h"
+#include "Support/PrivateFolder.h"
 #include "Support/RegularFile.h"
 
 #include <QDir>
@@ -79,7 +80,8 @@ bool isRemoval(const HistoryOperation& operation)
 } // namespace
 
 HistoryDisk::HistoryDisk(const QString& path)
-    : m_path(RegularFile::target(path))
+    : m_folder(QFileInfo(path).path())
+    , m_path(RegularFile::target(path))
     , m_journalPath(RegularFile::target(journalPathFor(m_path)))
     , m_journal(m_journalPath)
 {
@@ -243,6 +245,7 @@ std::optional<QString> HistoryDisk::save(const std::optional<QList<ClipItem>>& i
     const quint64 appended = m_appended;
     lock.unlock();
 
+    createPrivateFolder(m_folder); // somebody may have removed it
     AtomicFile file(m_path);
     FileState state;
     Fingerprint fingerprint;

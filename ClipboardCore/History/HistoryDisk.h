@@ -58,6 +58,7 @@ private:
     [[nodiscard]] std::optional<QString> keepUnreadable();
     [[nodiscard]] bool appendUnwritten();
 
+    const QString m_folder;
     const QString m_path;
     const QString m_journalPath;
 

@@ -220,6 +220,7 @@ void HistoryFileTest::rewritesALargeFileSeldom()
 void HistoryFileTest::triesAgainUntilTheFolderIsThere()
 {
     const QString folder = m_folder.file(u"later"_s);
+    write(folder, "in its place");
     JSONHistoryStore store(folder + u"/history.json"_s, 500, 0);
     QStringList reports;
     store.onSaveFailureChanged([&](const auto& failure) { reports.append(failure.value_or(u"works"_s)); });
@@ -227,10 +228,15 @@ void HistoryFileTest::triesAgainUntilTheFolderIsThere()
     store.saveAsync();
     QTRY_COMPARE(reports.size(), 1);
     QVERIFY2(reports.first().contains(folder), qPrintable(reports.first()));
-    QVERIFY(QDir().mkpath(folder));
+    QVERIFY(QFile::remove(folder));
     QTRY_COMPARE(reports.size(), 2);
     QCOMPARE(reports.last(), u"works"_s);
     QCOMPARE(HistoryCoding::decode(contentOf(folder + u"/history.json"_s)), store.items());
+    QVERIFY(QDir(folder).removeRecursively());
+    QVERIFY(store.add(entry(u"b"_s)).isEmpty());
+    store.saveAsync();
+    QTRY_COMPARE(HistoryCoding::decode(contentOf(folder + u"/history.json"_s)), store.items());
+    QCOMPARE(modeOf(folder) & 07777, mode_t(0700));
 }
 
 void HistoryFileTest::survivesAFullDisk()
