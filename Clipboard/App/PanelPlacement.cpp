@@ -38,6 +38,11 @@ qsizetype screenAt(const QPoint& point, const QList<Screen>& screens)
     return std::ranges::min_element(screens, {}, toPoint) - screens.begin();
 }
 
+bool isOnAny(const QList<Screen>& screens, const QPoint& point)
+{
+    return std::ranges::any_of(screens, [&point](const Screen& screen) { return screen.geometry.contains(point); });
+}
+
 enum class Edge { top, bottom, left, right };
 
 /// The edge of the screen that the item is nearest to: the bar it sits in, when a bar is there.
@@ -117,7 +122,8 @@ QRect PanelPlacement::panelRect(const Places& places, const QList<Screen>& scree
 {
     if (screens.isEmpty())
         return {0, 0, panelWidth, panelHeight};
-    if (places.statusItem) {
+    // Some bars say nothing of their place, and their items then seem to be where nobody could see them.
+    if (places.statusItem && isOnAny(screens, places.statusItem->center())) {
         const qsizetype screen = screenAt(places.statusItem->center(), screens);
         if (places.workScreen.value_or(screen) == screen)
             return beside(*places.statusItem, screens.at(screen).workArea);

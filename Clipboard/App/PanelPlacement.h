@@ -24,9 +24,9 @@ struct Places
 };
 
 /// The panel's rectangle beside the status item: below it when it is at the top of its screen, above it at the bottom,
-/// next to it at the sides, always inside the work area. Without a status item whose place is known, or with one on
-/// another screen than the user works on, it opens by the pointer in the same way, and when the pointer is not there,
-/// at the top right of that screen or else of the first.
+/// next to it at the sides, always inside the work area. Without a status item whose place is known and on a
+/// screen, or with one on another screen than the user works on, it opens by the pointer in the same way, and when the
+/// pointer is not there, at the top right of that screen or else of the first.
 [[nodiscard]] QRect panelRect(const Places& places, const QList<Screen>& screens);
 
 } // namespace Clipboard::PanelPlacement

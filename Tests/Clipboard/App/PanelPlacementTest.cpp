@@ -47,7 +47,7 @@ void PanelPlacementTest::placesThePanel()
                {"on the screen of the item", {onSecond, QPoint(10, 10), {}}, two, {2202, -170, 620, 540}},
                {"where the work is, by the pointer", {onSecond, QPoint(900, 300), 0}, two, {590, 306, 620, 540}},
                {"where the work is", {QRect(950, 0, 20, 24), QPoint(900, 300), 1}, two, {2572, -194, 620, 540}},
-               {"item between screens", {QRect(3300, 5000, 24, 24), nowhere, {}}, two, {2572, 278, 620, 540}},
+               {"item off every screen", {QRect(3300, 5000, 24, 24), QPoint(900, 300), {}}, two, {590, 306, 620, 540}},
                {"unknown item: below the pointer", {{}, QPoint(900, 300), {}}, topBar, {590, 306, 620, 540}},
                {"unknown: no room on either side", {{}, QPoint(600, 300), {}}, low, {290, 30, 620, 522}},
                {"unknown: pointer nowhere", {{}, nowhere, {}}, two, {1292, 30, 620, 540}},
