@@ -5,6 +5,7 @@
 #include "InstanceLock.h"
 #include "ProcessSignals.h"
 #include "RunningInstance.h"
+#include "Support/CoreDumps.h"
 #include "Support/PrivateFolder.h"
 #include "Theme.h"
 #include "Translations.h"
@@ -133,6 +134,7 @@ int runTrayProgram(int argc, char** argv)
 {
     if (hasNoDisplay())
         return cannotRun;
+    ClipboardCore::CoreDumps::forbid();
     returnLargeBlocks();
     Clipboard::ProcessSignals::install();
     const auto compositor = Clipboard::Wayland::WaylandSession::look();

@@ -2,6 +2,11 @@
 #include "JourneyTest.h"
 #include "Rows.h"
 
+#include <QDirIterator>
+#include <QFile>
+
+#include <sys/resource.h>
+
 using namespace Qt::StringLiterals;
 using namespace Clipboard::Testing;
 
@@ -15,11 +20,24 @@ private slots:
     void aSecondStartOpensThePanelOfTheFirst();
     void aSecondStartThatReachesNobodyEnds();
     void answersWithoutADisplay();
+    void contentStaysInTheHistory();
 
 private:
+    void prepare() override;
     void answers(const char* name, const QStringList& environment, const QStringList& arguments, int exitCode,
                  const QByteArray& answer);
+    /// The names of all files in the person's home that hold the text.
+    [[nodiscard]] QStringList filesWith(const QByteArray& text);
 };
+
+/// The program starts as on a system that writes core files.
+void LifeJourneyTest::prepare()
+{
+    rlimit limit = {};
+    QCOMPARE(::getrlimit(RLIMIT_CORE, &limit), 0);
+    limit.rlim_cur = limit.rlim_max;
+    QCOMPARE(::setrlimit(RLIMIT_CORE, &limit), 0);
+}
 
 void LifeJourneyTest::endsCleanlyWithThePanelOpen()
 {
@@ -74,6 +92,44 @@ void LifeJourneyTest::answersWithoutADisplay()
                {"help", withoutDisplay, {u"--help"_s}, 0, "Usage: tessaly"},
                {"start", withoutDisplay, {}, 1, "no display"},
                {"none there", {u"DISPLAY=:987"_s}, {}, 1, "cannot be reached"}});
+}
+
+QStringList LifeJourneyTest::filesWith(const QByteArray& text)
+{
+    QStringList found;
+    for (QDirIterator all(session().homePath({}), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+         all.hasNext();) {
+        QFile file(all.next());
+        if (file.open(QFile::ReadOnly) && file.readAll().contains(text))
+            found.append(all.fileName());
+    }
+    found.sort();
+    return found;
+}
+
+void LifeJourneyTest::contentStaysInTheHistory()
+{
+    const QByteArray marked = "a text like no other";
+    copy(marked);
+    callUp();
+    type("like no");
+    press("ctrl+k Escape Escape Escape");
+    expectNoPanel();
+    for (const char* view : {"cmdline", "comm", "environ", "limits"}) {
+        QFile file(u"/proc/%1/%2"_s.arg(tessaly().processID()).arg(QLatin1StringView(view)));
+        QVERIFY(file.open(QFile::ReadOnly));
+        const QByteArray shown = file.readAll();
+        QVERIFY2(!shown.contains(marked), shown.constData());
+        QCOMPARE(shown.contains("Max core file size        0 "), view == QByteArrayView("limits"));
+    }
+    endTessaly();
+    QCOMPARE(filesWith(marked), QStringList{u"history.json"_s});
+    QCOMPARE(QFile::permissions(tessaly().historyFile()) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+    startTessaly();
+    callUp();
+    press("shift+Delete Escape");
+    endTessaly();
+    QCOMPARE(filesWith(marked), QStringList());
 }
 
 QTEST_GUILESS_MAIN(LifeJourneyTest)

@@ -1,5 +1,6 @@
 #include "XdgWorkspace.h"
 
+#include "Support/CoreDumps.h"
 #include "Support/UrlHost.h"
 
 #include <QDBusConnection>
@@ -33,6 +34,7 @@ void openWithDefaultProgram(const QByteArray& url)
     // The program may write for hours into what were our pipes.
     opener.setStandardOutputFile(QProcess::nullDevice());
     opener.setStandardErrorFile(QProcess::nullDevice());
+    const ClipboardCore::CoreDumps::AllowedForNow asItWas;
     if (!opener.startDetached())
         qCWarning(log) << "xdg-open cannot be started:" << opener.errorString();
 }

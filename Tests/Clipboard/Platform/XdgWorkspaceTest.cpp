@@ -1,5 +1,6 @@
 #include "NullWorkspace.h"
 #include "SessionTest.h"
+#include "Support/CoreDumps.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -8,6 +9,8 @@
 #include <QDir>
 #include <QFile>
 #include <QTest>
+
+#include <sys/resource.h>
 
 using namespace Clipboard;
 using namespace Clipboard::Testing;
@@ -60,9 +63,10 @@ private slots:
     void findsTheDesktop();
 
 private:
-    [[nodiscard]] QByteArray opened() const
+    [[nodiscard]] QByteArray opened() const { return contentOf(u"opened"_s); }
+    [[nodiscard]] QByteArray contentOf(const QString& name) const
     {
-        QFile file(m_session->homePath(u"opened"_s));
+        QFile file(m_session->homePath(name));
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
@@ -80,7 +84,7 @@ void XdgWorkspaceTest::initTestCase()
     QDir().mkpath(programs);
     QFile opener(programs + u"/xdg-open"_s);
     QVERIFY(opener.open(QIODevice::WriteOnly));
-    opener.write("#!/bin/sh\nprintf '%s\\n' \"$@\" >> \"$HOME/opened\"\n");
+    opener.write("#!/bin/sh\nulimit -c > \"$HOME/cores\"; printf '%s\\n' \"$@\" >> \"$HOME/opened\"\n");
     opener.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     qputenv("PATH", programs.toLocal8Bit() + ':' + qgetenv("PATH"));
 }
@@ -95,12 +99,19 @@ void XdgWorkspaceTest::opensLinks()
         {u"https://a-.b/\u00e9 \"%20~"_s, "https://a-.b/%C3%A9%20%22%20~\n"}, // DNS would not take that host
         {u"www.example.org/a?b#c"_s, "https://www.example.org/a?b#c\n"},
     };
+    rlimit limit = {};
+    QCOMPARE(::getrlimit(RLIMIT_CORE, &limit), 0);
+    limit.rlim_cur = limit.rlim_max;
+    QCOMPARE(::setrlimit(RLIMIT_CORE, &limit), 0);
+    const QByteArray cores = m_session->run(u"sh"_s, {u"-c"_s, u"ulimit -c"_s}).output;
+    ClipboardCore::CoreDumps::forbid();
     QByteArray expected;
     for (const auto& [link, line] : links) {
         m_workspace.openURL(link);
         expected += line;
         QVERIFY2(VirtualSession::waitUntil([&] { return opened() == expected; }), qPrintable(link.left(100)));
     }
+    QCOMPARE(contentOf(u"cores"_s), cores); // ours are nobody else's
 }
 
 void XdgWorkspaceTest::asksTheFileManagerOrOpensTheFolder()
