@@ -325,6 +325,7 @@ void StatusItemController::showAbout()
 
 void StatusItemController::present(std::unique_ptr<DialogCard> dialog)
 {
+    m_panel.dismiss(); // it would keep the keyboard where a window cannot take it from another
     // One at a time; an older one that is still open goes.
     m_dialog = std::move(dialog);
     connect(m_dialog.get(), &QDialog::finished, this, [this] { m_dialog.release()->deleteLater(); });

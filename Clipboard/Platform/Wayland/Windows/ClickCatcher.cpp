@@ -16,8 +16,8 @@ ClickCatcher::ClickCatcher(std::shared_ptr<LayerShell> shell, QScreen* screen)
     , m_glass(m_shell->makeGlass())
 {
     setFlags(Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
-    auto* surface = new LayerSurface(m_shell, this,
-                                     {.place = LayerSurface::Place::everywhere, .screen = [screen] { return screen; }});
+    const LayerSurface::Manner overAll{.place = LayerSurface::Place::everywhere, .screen = screen};
+    auto* surface = new LayerSurface(m_shell, this, overAll);
     connect(surface, &LayerSurface::extentChanged, this, &ClickCatcher::cover);
 }
 

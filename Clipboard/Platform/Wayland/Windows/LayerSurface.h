@@ -6,7 +6,6 @@
 #include <QObject>
 #include <QWindow>
 
-#include <functional>
 #include <memory>
 
 struct zwlr_layer_surface_v1;
@@ -30,11 +29,10 @@ public:
         Keyboard keyboard = Keyboard::none;
         Place place = Place::asSet;
         bool takesPointer = true;
-        /// The screen that it goes to, asked each time; null leaves that to the compositor, which takes the one where
-        /// the user works.
-        std::function<QScreen*()> screen;
+        /// Null leaves that to the compositor, which takes the one where the user works.
+        QScreen* screen = nullptr;
     };
-    LayerSurface(std::shared_ptr<LayerShell> shell, QWindow* window, Manner manner);
+    LayerSurface(std::shared_ptr<LayerShell> shell, QWindow* window, const Manner& manner);
     ~LayerSurface() override;
 
     /// The margin of the window that holds nothing but its shadow: the pointer is for what is beneath.

@@ -39,11 +39,10 @@ WaylandWindowSystem::~WaylandWindowSystem() = default;
 void WaylandWindowSystem::prepare(QWindow* window, Role role)
 {
     LayerSurface::Manner manner;
-    manner.screen = [this, window] { return workScreen() != nullptr ? window->screen() : nullptr; };
     manner.keyboard = role == Role::notice ? LayerSurface::Keyboard::none : LayerSurface::Keyboard::exclusive;
     manner.place = role == Role::dialog ? LayerSurface::Place::centred : LayerSurface::Place::asSet;
     manner.takesPointer = role != Role::notice;
-    auto* surface = new LayerSurface(m_shell, window, std::move(manner));
+    auto* surface = new LayerSurface(m_shell, window, manner);
     if (role != Role::panel)
         return;
     m_panel = surface;
@@ -102,11 +101,6 @@ void WaylandWindowSystem::activate(QWindow* window)
     const bool isLayer = window->findChild<LayerSurface*>({}, Qt::FindDirectChildrenOnly) != nullptr;
     if (!isLayer && !m_toplevels->activateOurs(window->title()))
         window->requestActivate();
-}
-
-QScreen* WaylandWindowSystem::workScreen() const
-{
-    return nullptr;
 }
 
 } // namespace Clipboard

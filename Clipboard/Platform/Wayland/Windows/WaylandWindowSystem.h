@@ -28,7 +28,8 @@ public:
     void rememberFrontWindow() override {}
     void activate(QWindow* window) override;
     void restoreFrontWindow() override {}
-    [[nodiscard]] QScreen* workScreen() const override;
+    /// The compositor knows, and puts there what has no screen of its own.
+    [[nodiscard]] QScreen* workScreen() const override { return nullptr; }
     /// A program hears of the pointer only while it is over one of its windows.
     [[nodiscard]] std::optional<QPoint> pointer() const override { return {}; }
     [[nodiscard]] bool isCompositing() const override { return true; }
