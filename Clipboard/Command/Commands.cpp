@@ -68,6 +68,8 @@ QList<Definition> definitions()
         {{"config"_L1, "[list | get KEY | set KEY VALUE…]"_L1, 0, 300, {}, "read and change preferences"_L1},
          Functions::config},
         {{"preferences"_L1, ""_L1, 0, 0, {}, "open the window for them"_L1}, calling(u"ShowPreferences"_s)},
+        {{"bind"_L1, ""_L1, 0, 0, {{"--yes"_L1}}, "have GNOME open the panel on the hot key, after asking"_L1},
+         Functions::bind},
         {{"status"_L1, ""_L1, 0, 0, {json}, "what works in this session, and what was skipped"_L1}, Functions::status},
         {{"watch"_L1, ""_L1, 0, 0, {}, "print each change of the history as a line of JSON"_L1}, Functions::watch},
         {{"quit"_L1, ""_L1, 0, 0, {}, "end the program"_L1}, calling(u"Quit"_s)},

@@ -18,6 +18,8 @@ using Outcome = std::optional<Failure>;
 [[nodiscard]] Outcome run(const CommandLine& line, const BusClient& client);
 [[nodiscard]] Outcome pause(const CommandLine& line, const BusClient& client);
 [[nodiscard]] Outcome config(const CommandLine& line, const BusClient& client);
+/// Has GNOME run the program on the key of the preferences.
+[[nodiscard]] Outcome bind(const CommandLine& line, const BusClient& client);
 [[nodiscard]] Outcome annotate(const CommandLine& line, const BusClient& client);
 [[nodiscard]] Outcome status(const CommandLine& line, const BusClient& client);
 /// Calls the method with the entry that is named.

@@ -18,6 +18,11 @@ constexpr size_t longestLine = 4096;
 
 } // namespace
 
+bool isInput()
+{
+    return ::isatty(STDIN_FILENO) != 0;
+}
+
 bool isOutput()
 {
     return ::isatty(STDOUT_FILENO) != 0;

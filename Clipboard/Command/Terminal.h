@@ -9,6 +9,8 @@
 /// Standard input and output.
 namespace Clipboard::Command::Terminal {
 
+/// Whether somebody can be asked.
+[[nodiscard]] bool isInput();
 /// Whether somebody looks at the output, instead of another program.
 [[nodiscard]] bool isOutput();
 /// Whether the terminal may be coloured (https://no-color.org).

@@ -864,6 +864,10 @@ Freie Software unter der MIT-Lizenz.</translation>
 <context>
     <name>HotKeyGrabber</name>
     <message>
+        <source>No program can take %1 on GNOME: “tessaly bind” puts it into its settings.</source>
+        <translation>Unter GNOME kann kein Programm %1 bekommen: „tessaly bind“ trägt es in die Einstellungen ein.</translation>
+    </message>
+    <message>
         <source>Open the clipboard’s history</source>
         <translation>Verlauf der Zwischenablage öffnen</translation>
     </message>
@@ -928,6 +932,10 @@ Freie Software unter der MIT-Lizenz.</translation>
 </context>
 <context>
     <name>PlatformLoader</name>
+    <message>
+        <source>The compositor takes keys for windows of X11 only.</source>
+        <translation>Der Compositor nimmt Tasten nur für Fenster von X11 an.</translation>
+    </message>
     <message>
         <source>The clipboard cannot be watched in this session: there is no X11 display.</source>
         <translation>Die Zwischenablage kann in dieser Sitzung nicht beobachtet werden: Es gibt keine X11-Anzeige.</translation>

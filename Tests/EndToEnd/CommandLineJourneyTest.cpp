@@ -23,6 +23,7 @@ private slots:
     void tellsOfChanges();
     void opensTheEditor();
     void keepsPreferences();
+    void bindsAKeyOfGnome();
     void tellsWhyNobodyAnswers();
 
 private:
@@ -169,6 +170,26 @@ void CommandLineJourneyTest::opensTheEditor()
 {
     answers("", {u"annotate"_s, writeFile(u"red.png"_s, encoded(filled({300, 200}, Qt::red)))}, "", 0, {}, "");
     expect(u"the editor", [this] { return tessaly().editor().has_value(); });
+}
+
+void CommandLineJourneyTest::bindsAKeyOfGnome()
+{
+    const QString schema = u"org.gnome.settings-daemon.plugins.media-keys"_s;
+    const QString ours = u"/org/gnome/settings-daemon/plugins/media-keys/custom-keybindings/tessaly/"_s;
+    const auto setting = [&](const QString& of, const QString& key) {
+        return session().run(u"gsettings"_s, {u"get"_s, of, key}).output.trimmed();
+    };
+    answers("elsewhere", {u"bind"_s, u"--yes"_s}, "", 1, {}, "only GNOME's keys");
+    session().setEnvironment(u"XDG_CURRENT_DESKTOP"_s, u"ubuntu:GNOME"_s);
+    session().setEnvironment(u"GSETTINGS_BACKEND"_s, u"keyfile"_s);
+    session().run(u"gsettings"_s, {u"set"_s, schema, u"custom-keybindings"_s, u"['/another/']"_s});
+    checkRows(this, &CommandLineJourneyTest::answers,
+              {{"nobody to ask", {u"bind"_s}, "y\n", 2, {}, "--yes agrees"},
+               {"agreed", {u"bind"_s, u"--yes"_s}, "", 0, {}, ""},
+               {"twice", {u"bind"_s, u"--yes"_s}, "", 1, {}, "set already"}});
+    QCOMPARE(setting(schema, u"custom-keybindings"_s), "['/another/', '" + ours.toLatin1() + "']");
+    QCOMPARE(setting(schema + u".custom-keybinding:"_s + ours, u"binding"_s), "'<Super><Shift>v'");
+    QVERIFY(setting(schema + u".custom-keybinding:"_s + ours, u"command"_s).endsWith(" toggle'"));
 }
 
 void CommandLineJourneyTest::keepsPreferences()

@@ -8,7 +8,7 @@ _tessaly_entries() {
 _tessaly() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
     local commands="toggle show hide list get copy paste add pin unpin delete clear actions run annotate pause resume config
-        preferences status watch quit"
+        preferences bind status watch quit"
     local words=
     if ((COMP_CWORD == 1)); then
         words="$commands --help --version"
@@ -22,6 +22,7 @@ _tessaly() {
             get) words="--type $(_tessaly_entries)" ;;
             add) words="--type" ;;
             clear) words="--pinned" ;;
+            bind) words="--yes" ;;
             status) words="--json" ;;
             config) words="list get set hotKey selectAtOpening startAtLogin historyEntries historyDays forgetOnExit recordedTypes
                 neverApplications neverPatterns editorColor editorSize" ;;

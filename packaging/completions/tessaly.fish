@@ -37,6 +37,7 @@ complete -c tessaly -n __fish_use_subcommand -a pause -d 'record nothing for a w
 complete -c tessaly -n __fish_use_subcommand -a resume -d 'record again'
 complete -c tessaly -n __fish_use_subcommand -a config -d 'read and change preferences'
 complete -c tessaly -n __fish_use_subcommand -a preferences -d 'open the window for them'
+complete -c tessaly -n __fish_use_subcommand -a bind -d 'have GNOME open the panel on the hot key'
 complete -c tessaly -n __fish_use_subcommand -a status -d 'what works in this session'
 complete -c tessaly -n __fish_use_subcommand -a watch -d 'print each change of the history'
 complete -c tessaly -n __fish_use_subcommand -a quit -d 'end the program'
@@ -48,6 +49,7 @@ complete -c tessaly -n '__fish_seen_subcommand_from list' -l search -x
 complete -c tessaly -n '__fish_seen_subcommand_from list' -s n -x
 complete -c tessaly -n '__fish_seen_subcommand_from list clear' -l pinned
 complete -c tessaly -n '__fish_seen_subcommand_from list status' -l json
+complete -c tessaly -n '__fish_seen_subcommand_from bind' -l yes
 complete -c tessaly -n '__fish_seen_subcommand_from get add' -l type -x -a 'text/plain text/uri-list image/png image/tiff'
 complete -c tessaly -n '__fish_seen_subcommand_from config' -a 'list get set hotKey selectAtOpening startAtLogin historyEntries historyDays forgetOnExit recordedTypes neverApplications neverPatterns editorColor editorSize'
 complete -c tessaly -n '__fish_seen_subcommand_from pause' -a '15m 1h 8h'

@@ -2,6 +2,7 @@
 
 #include "FakeInputSender.h"
 #include "ForeignToplevels.h"
+#include "GnomeHotKey.h"
 #include "KGlobalAccelHotKey.h"
 #include "NullHotKeyGrabber.h"
 #include "NullKeystrokeSender.h"
@@ -82,13 +83,19 @@ bool addWaylandClipboard(Platform& platform, const Wayland::WaylandSession& comp
     return true;
 }
 
+std::unique_ptr<HotKeyGrabber> configuredHotKey()
+{
+    if (GnomeHotKey::isThere())
+        return std::make_unique<GnomeHotKey>();
+    return std::make_unique<NullHotKeyGrabber>(QCoreApplication::translate(
+        "PlatformLoader", "%1 cannot be bound from here: have the desktop’s settings run “tessaly toggle” on a key. "
+                          "In sway: bindsym Mod4+Shift+v exec tessaly toggle"));
+}
+
 /// A key grabbed from Xwayland is ours only while one of its windows has the keyboard.
 void addCompositorHotKey(Platform& platform)
 {
-    auto configured = std::make_unique<NullHotKeyGrabber>(QCoreApplication::translate(
-        "PlatformLoader", "%1 cannot be bound from here: have the desktop’s settings run “tessaly toggle” on a key. "
-                          "In sway: bindsym Mod4+Shift+v exec tessaly toggle"));
-    platform.hotKey = std::make_unique<KGlobalAccelHotKey>(std::move(configured));
+    platform.hotKey = std::make_unique<KGlobalAccelHotKey>(configuredHotKey());
 }
 
 std::shared_ptr<ClipboardEngine> engineOf(const Platform& platform)
@@ -126,14 +133,18 @@ void addWaylandDesktop(Platform& platform, const Wayland::WaylandSession& compos
         platform.keystrokes = std::move(keystrokes);
 }
 
-void addX11(Platform& platform, const std::shared_ptr<X11::X11Session>& session)
+void addX11(Platform& platform, const std::shared_ptr<X11::X11Session>& session, bool isThroughXwayland)
 {
     const auto frontWindow = std::make_shared<X11::FrontWindow>(session);
     platform.workspace = std::make_unique<X11Workspace>(session);
     platform.windows = std::make_unique<X11WindowSystem>(session, frontWindow);
     platform.hotKey = std::make_unique<X11HotKeyGrabber>(session);
     if (X11KeystrokeSender::isPossible(*session)) {
-        platform.keystrokes = std::make_unique<X11KeystrokeSender>(session, frontWindow, engineOf(platform));
+        const QString limits =
+            isThroughXwayland
+                ? QCoreApplication::translate("PlatformLoader", "The compositor takes keys for windows of X11 only.")
+                : QString();
+        platform.keystrokes = std::make_unique<X11KeystrokeSender>(session, frontWindow, engineOf(platform), limits);
     } else {
         platform.keystrokes = std::make_unique<NullKeystrokeSender>(QCoreApplication::translate(
             "PlatformLoader", "No key can be sent in this session: the display has no XTEST extension."));
@@ -159,7 +170,7 @@ Platform loadPlatform(const Wayland::WaylandSession& compositor)
     if (!addWaylandClipboard(platform, compositor) && x11)
         addX11Clipboard(platform);
     if (x11)
-        addX11(platform, x11);
+        addX11(platform, x11, compositor.isThere);
     if (compositor.isThere) {
         addWaylandDesktop(platform, compositor);
         addCompositorHotKey(platform);

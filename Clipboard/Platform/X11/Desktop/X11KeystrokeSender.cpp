@@ -48,10 +48,11 @@ private:
 
 X11KeystrokeSender::X11KeystrokeSender(std::shared_ptr<X11::X11Session> session,
                                        std::shared_ptr<X11::FrontWindow> frontWindow,
-                                       std::shared_ptr<ClipboardEngine> engine)
+                                       std::shared_ptr<ClipboardEngine> engine, QString limits)
     : m_session(std::move(session))
     , m_frontWindow(std::move(frontWindow))
     , m_engine(std::move(engine))
+    , m_limits(std::move(limits))
 {
     m_spareKeyReturn.setSingleShot(true);
     m_spareKeyReturn.setInterval(spareKeyLease);

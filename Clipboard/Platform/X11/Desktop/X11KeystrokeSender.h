@@ -20,16 +20,17 @@ class ClipboardEngine;
 class X11KeystrokeSender final : public KeystrokeSender
 {
 public:
-    /// `engine` may be null: then nobody needs to wait for a write to be in force.
+    /// `engine` may be null: then nobody needs to wait for a write to be in force. `limits` is why not all windows of
+    /// the session can be reached; empty when they can.
     X11KeystrokeSender(std::shared_ptr<X11::X11Session> session, std::shared_ptr<X11::FrontWindow> frontWindow,
-                       std::shared_ptr<ClipboardEngine> engine);
+                       std::shared_ptr<ClipboardEngine> engine, QString limits = {});
 
     /// True when the server can be told of keys.
     [[nodiscard]] static bool isPossible(const X11::X11Session& session);
 
     [[nodiscard]] bool isTrusted() const override { return true; }
     void requestTrust() override {}
-    [[nodiscard]] QString unavailableReason() const override { return {}; }
+    [[nodiscard]] QString unavailableReason() const override { return m_limits; }
     void sendPaste(std::function<void(PasteResult)> done) override;
 
 private:
@@ -48,6 +49,7 @@ private:
     std::shared_ptr<X11::X11Session> m_session;
     std::shared_ptr<X11::FrontWindow> m_frontWindow;
     std::shared_ptr<ClipboardEngine> m_engine;
+    QString m_limits;
     std::unique_ptr<X11::SpareKey> m_spareKey; // while a program may still look up what it stands for
     QTimer m_spareKeyReturn;
 };
