@@ -16,6 +16,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QScreen>
 
 #include <algorithm>
 #include <utility>
@@ -28,7 +29,8 @@ using Style = FormLabel::Style;
 
 namespace {
 
-constexpr QSize windowSize{560, 720};
+constexpr int windowWidth = 560;
+constexpr qreal shareOfScreen = 0.85;
 constexpr int margin = 24;
 constexpr int betweenRows = 14;
 constexpr int aboveSection = 14;
@@ -55,8 +57,7 @@ PreferencesWindow::PreferencesWindow(Services services)
     setWindowTitle(tr("Preferences"));
     setObjectName(u"PreferencesWindow"_s);
     setAttribute(Qt::WA_QuitOnClose, false);
-    setFixedWidth(windowSize.width());
-    resize(windowSize);
+    setFixedWidth(windowWidth);
     auto* page = new QWidget;
     auto* form = new QVBoxLayout(page);
     constexpr int side = margin - Theme::ringOutset; // the rings of the controls reach into the margin
@@ -82,6 +83,8 @@ PreferencesWindow::PreferencesWindow(Services services)
     whole->addWidget(area);
     connect(&m_services.preferences, &Preferences::changed, this, &PreferencesWindow::sync);
     sync();
+    const int highest = static_cast<int>(screen()->availableGeometry().height() * shareOfScreen);
+    resize(windowWidth, std::min(form->totalHeightForWidth(windowWidth), highest));
 }
 
 PreferencesWindow::~PreferencesWindow() = default;

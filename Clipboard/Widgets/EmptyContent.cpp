@@ -21,7 +21,7 @@ constexpr int belowTitle = 4;
 constexpr int aboveMiddle = 12;
 
 constexpr int aboveMore = 16;
-constexpr qreal moreWidth = 520;
+constexpr qreal moreWidth = 560;
 constexpr int wrappedAndCentred = Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap;
 
 /// The room of the paragraphs, with what is above them.

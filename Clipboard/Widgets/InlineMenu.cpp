@@ -28,13 +28,13 @@ public:
         : QAbstractButton(page)
         , m_action(action)
     {
+        Accessibility::setRole(this, action.isSeparator() ? QAccessible::Separator : QAccessible::MenuItem);
         setFocusPolicy(Qt::NoFocus);
         setAttribute(Qt::WA_Hover);
         setCheckable(action.isCheckable());
         setChecked(action.isChecked());
         setEnabled(action.isEnabled() && !action.isSeparator());
         setAccessibleName(QString(action.text()).remove(u'&'));
-        Accessibility::setRole(this, action.isSeparator() ? QAccessible::Separator : QAccessible::MenuItem);
         Accessibility::setShortcut(this, action.shortcut().toString(QKeySequence::NativeText));
     }
     void setHighlighted(bool highlighted)

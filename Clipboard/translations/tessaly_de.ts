@@ -801,7 +801,7 @@ Freie Software unter der MIT-Lizenz.</translation>
     </message>
     <message>
         <source>What programs mark as secret, such as passwords, is never recorded.</source>
-        <translation>Was Programme als geheim kennzeichnen, etwa Passwörter, wird nie aufgezeichnet.</translation>
+        <translation>Was als geheim gekennzeichnet ist, etwa Passwörter, wird nie aufgezeichnet.</translation>
     </message>
     <message>
         <source>Recording is paused until %1.</source>
@@ -1069,7 +1069,7 @@ Freie Software unter der MIT-Lizenz.</translation>
     </message>
     <message>
         <source>Texts with one of these regular expressions in them are not recorded.</source>
-        <translation>Texte, in denen einer dieser regulären Ausdrücke vorkommt, werden nicht aufgezeichnet.</translation>
+        <translation>Texte mit einem dieser regulären Ausdrücke werden nicht aufgezeichnet.</translation>
     </message>
 </context>
 <context>

@@ -16,6 +16,7 @@ private slots:
     void saysWhatIsThereAndWhereTheFocusGoes();
     void selectsFiltersAndPastesOnRequest();
     void opensTheSheetAsADialog();
+    void namesMenusAndPreferences();
 
 private:
     void prepare() override;
@@ -140,6 +141,25 @@ void AccessibilityJourneyTest::opensTheSheetAsADialog()
     expectHeard("focused list item Slugify");
     press("Escape");
     expectHeard("focused list item Text, the last note");
+}
+
+void AccessibilityJourneyTest::namesMenusAndPreferences()
+{
+    press("F10");
+    expectHeard("focused menu item Show History");
+    press("Down");
+    expectHeard("focused menu item Clear History…");
+    press("Escape Menu");
+    expectHeard("focused menu item Paste");
+    press("Escape ctrl+comma");
+    expectHeard("focused push button Hot key: Super+Shift+V");
+    press("Tab Tab");
+    expectHeard("focused radio button Newest copy");
+    press("Tab space Tab");
+    expectHeard("focused text Entries kept");
+    QVERIFY(find("check box", "Launch at Login").is(AssistiveClient::checked));
+    for (const Element& element : m_client->elements())
+        QVERIFY2(!element.is(AssistiveClient::focusable) || !element.name.isEmpty(), qPrintable(element.role));
 }
 
 QTEST_GUILESS_MAIN(AccessibilityJourneyTest)

@@ -7,6 +7,8 @@
 #include <X11/keysym.h>
 
 #include <algorithm>
+#include <array>
+#include <optional>
 
 namespace Clipboard {
 
@@ -20,11 +22,27 @@ Q_LOGGING_CATEGORY(timing, "tessaly.timing", QtWarningMsg)
 // Far below the pause between two presses, so that none is missed.
 constexpr auto heldKeyInterval = 10ms;
 
-// Where the V of a PC keyboard is, in the numbers of the kernel's key codes plus eight. When no layout has Latin
-// letters it stands in for that letter, as it does in programs that look for their shortcuts.
-constexpr xcb_keycode_t placeOfV = 55;
+/// Where a letter or digit is on a PC keyboard, in the numbers of the kernel's key codes plus eight; nothing for
+/// another key. When no layout has Latin letters the place stands in for the letter, as it does in programs that look
+/// for their shortcuts.
+std::optional<xcb_keycode_t> placeOf(const QString& key)
+{
+    struct Row
+    {
+        xcb_keycode_t first;
+        QLatin1String keys;
+    };
+    static constexpr std::array rows{Row{10, "1234567890"_L1}, Row{24, "QWERTYUIOP"_L1}, Row{38, "ASDFGHJKL"_L1},
+                                     Row{52, "ZXCVBNM"_L1}};
+    for (const Row& row : rows) {
+        const qsizetype column = key.size() == 1 ? row.keys.indexOf(key.front()) : -1;
+        if (column >= 0)
+            return static_cast<xcb_keycode_t>(row.first + column);
+    }
+    return std::nullopt;
+}
 
-/// What the key bears unshifted. (X.Org's names of the keys are those of their symbols but for case.)
+/// What the key bears unshifted.
 xcb_keysym_t symbolOf(const QString& key)
 {
     if (key.size() == 1) // Latin letters and digits are their own symbols
@@ -86,8 +104,8 @@ void X11HotKeyGrabber::grab()
 std::vector<xcb_keycode_t> X11HotKeyGrabber::wantedKeys()
 {
     auto keys = m_keyboard.keysWith(symbolOf(chord().key));
-    if (keys.empty() && chord().key == QLatin1String("V"))
-        keys.push_back(placeOfV);
+    if (const auto place = placeOf(chord().key); keys.empty() && place)
+        keys.push_back(*place);
     return keys;
 }
 
