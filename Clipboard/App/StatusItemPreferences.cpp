@@ -72,7 +72,6 @@ void StatusItemController::showPreferences()
     m_preferences.reread();
     m_preferencesWindow->sync();
     m_preferencesWindow->show();
-    m_preferencesWindow->raise();
     m_platform.windows->activate(m_preferencesWindow->windowHandle());
 }
 

@@ -4,7 +4,8 @@
 
 #include <viewporter-client-protocol.h>
 
-#include <QEvent>
+#include <QDrag>
+#include <QDragEnterEvent>
 
 #include <utility>
 
@@ -70,6 +71,16 @@ void ClickCatcher::applyRegion()
     wl_surface_commit(surface);
 }
 
+/// Until what is dragged has been let go.
+void ClickCatcher::stepAside(const QDragEnterEvent& event)
+{
+    const auto* drag = event.source() != nullptr ? event.source()->findChild<QDrag*>() : nullptr;
+    if (drag == nullptr)
+        return; // not out of the panel
+    connect(drag, &QObject::destroyed, this, [this] { setAside(false); });
+    setAside(true);
+}
+
 bool ClickCatcher::event(QEvent* event)
 {
     switch (event->type()) {
@@ -78,7 +89,7 @@ bool ClickCatcher::event(QEvent* event)
         emit clicked();
         return true;
     case QEvent::DragEnter:
-        setAside(true);
+        stepAside(*static_cast<QDragEnterEvent*>(event));
         break;
     default:
         break;

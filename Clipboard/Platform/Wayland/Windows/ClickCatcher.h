@@ -6,12 +6,13 @@
 
 #include <memory>
 
+class QDragEnterEvent;
 struct wp_viewport;
 
 namespace Clipboard::Wayland {
 
 /// Glass over one screen, which hears of a click beside the panel: where windows are the compositor's, nothing else
-/// tells of it. What it hears reaches no window.
+/// tells of it. What it hears reaches no window; what is dragged out of the panel does.
 class ClickCatcher final : public QWindow
 {
     Q_OBJECT
@@ -23,8 +24,6 @@ public:
     [[nodiscard]] QSize extent() const { return m_extent; }
     /// Lets through what happens there.
     void spare(const QRect& part);
-    /// Lets everything through, as something that is dragged has to reach a window, or no longer does so.
-    void setAside(bool isAside);
 
 signals:
     void clicked();
@@ -34,6 +33,8 @@ protected:
 
 private:
     void cover(QSize extent);
+    void stepAside(const QDragEnterEvent& event);
+    void setAside(bool isAside);
     void applyRegion();
 
     std::shared_ptr<LayerShell> m_shell;

@@ -61,10 +61,6 @@ bool WaylandWindowSystem::eventFilter(QObject* object, QEvent* event)
         m_toplevels->setCovered(false);
         m_catchers.clear();
         break;
-    case QEvent::Enter: // nothing is dragged any more
-        for (const auto& catcher : m_catchers)
-            catcher->setAside(false);
-        break;
     default:
         break;
     }
