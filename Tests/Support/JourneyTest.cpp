@@ -27,7 +27,7 @@ void JourneyTest::initTestCase()
     QString missing;
     if (isOnSway())
         missing = SwayCompositor::missing();
-    if (m_options.kind == VirtualSession::Kind::kwin)
+    if (isOnKwin())
         missing = KwinCompositor::missing();
     if (!missing.isEmpty())
         QSKIP(qPrintable(missing));

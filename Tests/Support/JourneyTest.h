@@ -24,6 +24,7 @@ protected:
 
     /// Whether the desktop is that of X11; TESSALY_DESKTOP says which one it is to be.
     [[nodiscard]] bool isOnX11() const { return m_options.kind == VirtualSession::Kind::x11; }
+    [[nodiscard]] bool isOnKwin() const { return m_options.kind == VirtualSession::Kind::kwin; }
     [[nodiscard]] bool isOnSway() const { return m_options.kind == VirtualSession::Kind::sway; }
 
     void fail(const QString& message, const Where& where) override;
