@@ -77,7 +77,10 @@ KGlobalAccelHotKey::KGlobalAccelHotKey(std::unique_ptr<HotKeyGrabber> otherwise)
     qDBusRegisterMetaType<KeySequences>();
     connect(&m_arrival, &QDBusServiceWatcher::serviceRegistered, this, &KGlobalAccelHotKey::enlist);
     connect(m_otherwise.get(), &HotKeyGrabber::pressed, this, &HotKeyGrabber::pressed);
-    connect(m_otherwise.get(), &HotKeyGrabber::granted, this, &HotKeyGrabber::granted);
+    connect(m_otherwise.get(), &HotKeyGrabber::granted, this, [this] {
+        setBound(m_otherwise->bound());
+        emit granted();
+    });
     connect(m_otherwise.get(), &HotKeyGrabber::failed, this, &HotKeyGrabber::failed);
 }
 
