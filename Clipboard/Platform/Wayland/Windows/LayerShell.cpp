@@ -113,12 +113,13 @@ wl_buffer* LayerShell::makeGlass() const
 {
     constexpr int edge = 12; // whole at every scale that screens have, as the size of a picture has to be
     constexpr int line = edge * 4;
+    constexpr int size = edge * line;
     const int file = ::memfd_create("tessaly-glass", MFD_CLOEXEC);
     if (file < 0)
         return nullptr;
     wl_buffer* buffer = nullptr;
-    if (::ftruncate(file, edge * line) == 0) {
-        wl_shm_pool* pool = wl_shm_create_pool(m_memory, file, edge * line);
+    if (::ftruncate(file, size) == 0) {
+        wl_shm_pool* pool = wl_shm_create_pool(m_memory, file, size);
         buffer = wl_shm_pool_create_buffer(pool, 0, edge, edge, line, WL_SHM_FORMAT_ARGB8888);
         wl_shm_pool_destroy(pool);
     }
