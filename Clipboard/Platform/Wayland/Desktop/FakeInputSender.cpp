@@ -2,6 +2,7 @@
 
 #include <fake-input-client-protocol.h>
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -67,8 +68,7 @@ bool FakeInputSender::type(PasteChord chord)
     send(keys.back(), WL_KEYBOARD_KEY_STATE_RELEASED);
     for (const uint32_t key : keys)
         send(key, WL_KEYBOARD_KEY_STATE_PRESSED);
-    for (auto key = keys.rbegin(); key != keys.rend(); ++key)
-        send(*key, WL_KEYBOARD_KEY_STATE_RELEASED);
+    std::for_each(keys.rbegin(), keys.rend(), [&](uint32_t key) { send(key, WL_KEYBOARD_KEY_STATE_RELEASED); });
     return true;
 }
 
