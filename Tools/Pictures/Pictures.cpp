@@ -111,6 +111,8 @@ QList<Scene> scenes()
         {"panel-file", panel, go(SampleRow::file)},
         {"panel-empty", emptyPanel, {}},
         {"panel-noresults", panel, letters("lighthouse keeper")},
+        {"panel-menu", panel, key("F10")},
+        {"panel-row-menu", panel, go(SampleRow::link) + key("Menu")},
         {"command-sheet", panel, go(SampleRow::text) + key("ctrl+k")},
         {"toast", document, go(SampleRow::link) + key("Return")},
         {"editor", editor, marks() + clickPicture({346, 650}) + pointAt(highlighterButton)},
