@@ -92,6 +92,7 @@ void CanonicalTextTest::repairsBytes()
     QCOMPARE(Utf8Text::fromUtf8(kept).toString().toUtf8(), kept);
     QCOMPARE(Utf8Text::fromUtf8(mark + "\xFF").utf8(), mark + replacement);
     QCOMPARE(Utf8Text::fromUtf8("a\xF0\x9F\x98").utf8(), "a" + replacement.repeated(3));
+    QCOMPARE(Utf8Text::fromUtf8("\x80").utf8(), replacement);
 }
 
 void CanonicalTextTest::whiteSpace()
@@ -111,7 +112,9 @@ void CanonicalTextTest::whiteSpace()
     }
 }
 
-/// Perl's \X is UAX #29, too. Members of every class, those on which exceptions are made among them, meet at random.
+/// Perl's \X is UAX #29, too. Members of every class, those on which exceptions are made among them, meet at random,
+/// and every code point meets those that it may join: another one like it behind a joiner, a vowel and a tail of
+/// Hangul.
 void CanonicalTextTest::charactersAreThoseOfPerl()
 {
     const std::u32string alphabet = U"ab \r\n\u0085\u00A9\u00AD\u0301\u0308\u200B\u200C\u200D\u2028\u20DD\uFE0F\uFEFF"
@@ -121,10 +124,9 @@ void CanonicalTextTest::charactersAreThoseOfPerl()
     std::minstd_rand random(1);
     QByteArray texts;
     QByteArray lengths; // of the characters, in code points
-    for (int round = 0; round < 10'000; ++round) {
+    const auto measure = [&](const std::u32string& codePoints) {
         QString text;
-        for (auto length = 1 + random() % 8; length > 0; --length) {
-            const char32_t codePoint = alphabet[random() % alphabet.size()];
+        for (const char32_t codePoint : codePoints) {
             text.append(QChar::fromUcs4(codePoint));
             texts += QByteArray::number(uint(codePoint), 16) + ' ';
         }
@@ -140,6 +142,15 @@ void CanonicalTextTest::charactersAreThoseOfPerl()
         QCOMPARE(Graphemes::countOfUtf8(text.toUtf8()), count);
         texts += '\n';
         lengths += '\n';
+    };
+    for (int round = 0; round < 10'000; ++round) {
+        std::u32string text(1 + random() % 8, U' ');
+        std::ranges::generate(text, [&] { return alphabet[random() % alphabet.size()]; });
+        measure(text);
+    }
+    for (char32_t codePoint = 0x80; codePoint < 0x20000; ++codePoint) {
+        if (!QChar::isSurrogate(codePoint))
+            measure({codePoint, U'\u200D', codePoint, U'\u1161', U'\u11A8'});
     }
     QProcess perl;
     perl.start(u"perl"_s,

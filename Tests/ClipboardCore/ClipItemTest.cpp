@@ -92,7 +92,7 @@ void ClipItemTest::equality()
 
 void ClipItemTest::isAColor()
 {
-    expect(ClipType::color, {u"#abc"_s, u"\u00A0 #A1b2C3\n"_s, u"#A1b2C3d4"_s});
+    expect(ClipType::color, {u"#abc"_s, u"\u00A0 #A1b2C3\n"_s, u"#A1b2C3d4"_s, u"#099aafAF"_s, u"#9FfAa0"_s});
     expect(ClipType::text, {QString(), u"#abcd"_s, u"#abg"_s, u"abc"_s});
 }
 
@@ -114,9 +114,13 @@ void ClipItemTest::isALink()
 void ClipItemTest::isCode()
 {
     const QString beyond = QString(100, u'x');
-    const QStringList code{u"return x;"_s,  u"{ a -> b }"_s,
-                           u"my_let_2 {"_s, u"class A {\n\n"_s,
-                           u"\u0301let;"_s, QString(4094, u' ').replace(0, 9, u"return it"_s) + u"=>"_s + beyond};
+    const QStringList code{u"return x;"_s,
+                           u"{ a -> b }"_s,
+                           u"my_let_2 {"_s,
+                           u"class A {\n\n"_s,
+                           u"\u0301let;"_s,
+                           u"\U0001F600let;"_s,
+                           QString(4094, u' ').replace(0, 9, u"return it"_s) + u"=>"_s + beyond};
     expect(ClipType::code, code);
     for (const QString& text : code)
         QVERIFY(TypeDetector::looksLikeCode(text));

@@ -133,6 +133,8 @@ void HistoryFileTest::appliesTheDocumentedJournal()
                digit + R"(","createdAt":)" + digit + ",\"isPinned\":false}}\n";
     };
     write(journal(), R"({"op":"file","size":182,"fingerprint":"9d74dbf7c90da733","missing":0})"
+                     "\n"
+                     R"({"op":"file","size":182,"fingerprint":"9d74dbf7c90da733","missing":-9999})"
                      "\n" +
                          put("1") + put("2") + "{\"op\":\"wrong\n" + put("3") + "{\"op\":\"of a later version\"}\n" +
                          R"({"op":"touch","time":1,"id":")" + id("1") + "\",\"createdAt\":9}\n" +

@@ -183,7 +183,7 @@ private:
     void start()
     {
         m_isSavePending = false;
-        m_model.cap = 4 + random(6);
+        m_model.cap = random(8) == 0 ? 0 : 4 + random(6);
         m_model.largest = 10 + random(30);
         m_store.reset(); // before the next one reads what it leaves
         m_store = std::make_unique<JSONHistoryStore>(m_path, m_model.cap, random(2) == 0 ? never : 0, m_model.largest);

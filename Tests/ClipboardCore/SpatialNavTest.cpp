@@ -51,6 +51,7 @@ void SpatialNavTest::measures()
     QCOMPARE(measured(FocusMove::down, {110, 140, 20, 30}), QList<double>({35, 20, 10, 1}));
     QCOMPARE(measured(FocusMove::left, {40, 110, 30, 20}), QList<double>({45, 30, 10, 1}));
     QCOMPARE(measured(FocusMove::down, {120, 140, 20, 20}), QList<double>({30, 20, 20, 0})); // they only touch
+    QCOMPARE(measured(FocusMove::down, {80, 140, 20, 20}), QList<double>({30, 20, 20, 0}));
     QCOMPARE(measured(FocusMove::right, {115, 100, 30, 20}), QList<double>({10, -5, 0, 1}));
 }
 

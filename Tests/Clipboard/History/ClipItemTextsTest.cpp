@@ -53,6 +53,7 @@ void ClipItemTextsTest::speaksAndSaysTheAge()
     QCOMPARE(accessibilityLabel(item, 1300), u"Text, hello world, from Notes, copied 5m, pinned"_s);
     QCOMPARE(ageLabel(item, qQNaN()) + ageLabel(item, 0), u"just nowjust now"_s);
     QCOMPARE(ageLabel(item, 1000 + 3599.9), u"59m ago"_s);
+    QCOMPARE(ageLabel(item, 1000 + 86399.9), u"23h ago"_s);
 }
 
 QTEST_GUILESS_MAIN(ClipItemTextsTest)
