@@ -1,4 +1,5 @@
 #include "Annotation/CanvasGesture.h"
+#include "Annotation/Constraint.h"
 #include "AnnotationFakes.h"
 #include "Rows.h"
 
@@ -142,6 +143,10 @@ void CanvasGestureTest::keepsTheGrabOfAHandle()
     canvas.drag({20, 20}, {7, 8});
     QCOMPARE(canvas.start(), QPointF(7, 8));
     canvas.drag({7, 8}, {20, 20});
+    // One that is drawn along an axis lies where there is more room.
+    const QRectF picture(0, 0, 200, 100);
+    QCOMPARE(Constraint::end(Annotation::Kind::rectangle, {20, 80}, {60, 80}, picture), QPointF(60, 40));
+    QCOMPARE(Constraint::end(Annotation::Kind::rectangle, {150, 20}, {150, 60}, picture), QPointF(110, 60));
     canvas.drag({92, 20}, {63, 30}, true); // a square with the corner that stays
     QCOMPARE(QRectF(canvas.start(), canvas.end()).normalized(), QRectF(20, 30, 62, 62));
 }
