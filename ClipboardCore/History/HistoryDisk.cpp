@@ -6,12 +6,14 @@
 #include "Support/PrivateFolder.h"
 #include "Support/RegularFile.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <numeric>
 #include <utility>
 
@@ -33,6 +35,10 @@ constexpr qint64 smallFile = qint64{1} << 20;
 constexpr qint64 journalShare = 4;
 
 constexpr auto unreadableSuffix = ".bad"_L1;
+
+// What a history file that is not there amounts to.
+constexpr const char* noFile = "[]";
+constexpr const char* sealContext = "history";
 
 QString journalPathFor(QString path)
 {
@@ -57,6 +63,35 @@ qint64 sizeOf(const QList<ClipItem>& items)
 {
     return std::accumulate(items.begin(), items.end(), qint64(0),
                            [](qint64 sum, const ClipItem& item) { return sum + item.content.byteCount(); });
+}
+
+QString freeNameFor(const QString& path)
+{
+    QString name = path + unreadableSuffix;
+    for (int number = 1; isThere(name); ++number)
+        name = path + unreadableSuffix + u'.' + QString::number(number);
+    return name;
+}
+
+/// Sealed unless there is no seal.
+FileState write(const QList<ClipItem>& items, const ContentSeal* seal, AtomicFile& file)
+{
+    FileState state;
+    Fingerprint fingerprint;
+    const auto sink = [&](QByteArrayView bytes) {
+        file.append(bytes);
+        fingerprint.add(bytes);
+        state.size += bytes.size();
+    };
+    if (seal != nullptr) {
+        const auto stream = seal->sealing(sealContext, sink);
+        HistoryCoding::encode(items, [&stream](QByteArrayView bytes) { stream->append(bytes); });
+        stream->finish();
+    } else {
+        HistoryCoding::encode(items, sink);
+    }
+    state.fingerprint = fingerprint.value();
+    return state;
 }
 
 QList<QUuid> idsOf(const HistoryOperation& operation)
@@ -87,31 +122,24 @@ HistoryDisk::HistoryDisk(const QString& path)
 {
 }
 
-EntryList HistoryDisk::load()
+std::optional<EntryList> HistoryDisk::load()
 {
-    auto items = loadFile(m_file);
+    const std::lock_guard lock(m_mutex);
+    std::optional<QByteArray> content = readFile();
+    m_isFileSealed = content && isSealed(*content);
+    if (!m_sealing.seal && (m_isFileSealed || m_journal.isSealedOnDisk()))
+        return std::nullopt;
+    const auto items = decodeFile(std::move(content));
     if (!items) {
         m_isUnreadableInPlace = true;
-        m_unreadable = freeNameForUnreadable();
-        return {};
+        m_unreadable = freeNameFor(m_path);
+        return EntryList();
     }
-    EntryList entries(*items);
-    const QList<HistoryOperation> missing = m_journal.load(m_file);
-    for (const HistoryOperation& operation : missing)
-        apply(operation, entries);
-    if (!missing.isEmpty()) {
-        QList<ClipItem> kept = entries.items();
-        if (kept.removeIf(hasLostItsPicture) > 0)
-            entries = EntryList(kept);
-    }
-    if (std::any_of(missing.begin(), missing.end(), isRemoval))
-        m_lastRemoval = m_appended = 1;
-    m_items = entries.items();
-    return entries;
+    return withJournal(*items);
 }
 
-/// A file that is not there is an empty history. Nothing for one that is there and cannot be loaded.
-std::optional<QList<ClipItem>> HistoryDisk::loadFile(FileState& state)
+/// What is there; nothing when it cannot be read. A file that is not there is an empty history.
+std::optional<QByteArray> HistoryDisk::readFile()
 {
     Fingerprint fingerprint;
     std::optional<QByteArray> content;
@@ -121,31 +149,76 @@ std::optional<QList<ClipItem>> HistoryDisk::loadFile(FileState& state)
                                     [&fingerprint](QByteArrayView bytes) { fingerprint.add(bytes); });
         ::close(file);
     } else if (errno == ENOENT || errno == ENOTDIR) {
-        state = {0, fingerprint.value()};
-        return QList<ClipItem>();
+        m_file = {0, fingerprint.value()};
+        return noFile;
     }
-    if (!content)
-        return std::nullopt;
-    state = {content->size(), fingerprint.value()};
-    return HistoryCoding::decode(std::move(*content));
+    if (content)
+        m_file = {content->size(), fingerprint.value()};
+    return content;
 }
 
-QString HistoryDisk::freeNameForUnreadable() const
+std::optional<QList<ClipItem>> HistoryDisk::decodeFile(std::optional<QByteArray> content) const
 {
-    QString name = m_path + unreadableSuffix;
-    for (int number = 1; isThere(name); ++number)
-        name = m_path + unreadableSuffix + u'.' + QString::number(number);
-    return name;
+    if (content && m_isFileSealed) {
+        auto sealed = std::make_unique<QBuffer>();
+        sealed->setData(*std::exchange(content, std::nullopt));
+        sealed->open(QIODevice::ReadOnly);
+        content = opened(*m_sealing.seal, std::move(sealed), sealContext, HistoryCoding::decodePadding);
+    }
+    return content ? HistoryCoding::decode(std::move(*content)) : std::nullopt;
+}
+
+EntryList HistoryDisk::withJournal(const QList<ClipItem>& items)
+{
+    EntryList entries(items);
+    const QList<HistoryOperation> missing = m_journal.load(m_file, m_sealing.seal);
+    for (const HistoryOperation& operation : missing)
+        apply(operation, entries);
+    if (!missing.isEmpty()) {
+        QList<ClipItem> kept = entries.items();
+        if (kept.removeIf(hasLostItsPicture) > 0)
+            entries = EntryList(kept);
+    }
+    if (std::any_of(missing.begin(), missing.end(), isRemoval))
+        m_lastRemoval = m_appended = 1;
+    if (m_journal.isDamaged()) {
+        m_damagedJournal = freeNameFor(m_journalPath);
+        m_lastGap = m_appended = 1; // what could be read of it is in memory alone
+    }
+    m_items = entries.items();
+    return entries;
+}
+
+void HistoryDisk::setSealing(const Sealing& sealing)
+{
+    const std::lock_guard lock(m_mutex);
+    m_sealing = sealing;
+    m_journal.setSeal(sealing.writing());
+}
+
+bool HistoryDisk::isAsWanted() const
+{
+    const std::lock_guard lock(m_mutex);
+    return (m_file.size == 0 || m_isFileSealed == m_sealing.isWanted) && m_journal.isAsWanted();
+}
+
+std::optional<QString> HistoryDisk::unreadableFile() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_unreadable ? m_unreadable : m_damagedJournal;
 }
 
 bool HistoryDisk::keepsUnreadableFile() const
 {
-    if (m_unreadable)
+    if (unreadableFile())
         return true;
-    const QFileInfo file(m_path);
-    return !QDir(file.path())
-                .entryList({file.fileName() + unreadableSuffix + u'*'}, QDir::AllEntries | QDir::Hidden | QDir::System)
-                .isEmpty();
+    const auto isKept = [](const QFileInfo& file) {
+        return !QDir(file.path())
+                    .entryList({file.fileName() + unreadableSuffix + u'*'},
+                               QDir::AllEntries | QDir::Hidden | QDir::System)
+                    .isEmpty();
+    };
+    return isKept(QFileInfo(m_path)) || isKept(QFileInfo(m_journalPath));
 }
 
 /// Before anything is written. With the file goes the journal, which belongs to it.
@@ -159,9 +232,16 @@ std::optional<QString> HistoryDisk::keepUnreadable()
     const QString suffix = m_unreadable->sliced(m_path.size());
     rename(QFile::encodeName(m_journalPath).constData(), QFile::encodeName(m_journalPath + suffix).constData());
     m_isUnreadableInPlace = false;
-    m_journal.restart();
     m_file = {0, Fingerprint().value()};
+    m_journal.restart(m_file);
     return std::nullopt;
+}
+
+/// Once the file holds all that could be read of it.
+void HistoryDisk::keepDamagedJournal()
+{
+    rename(QFile::encodeName(m_journalPath).constData(), QFile::encodeName(*m_damagedJournal).constData());
+    m_journal.restart(m_file);
 }
 
 void HistoryDisk::append(const QList<HistoryOperation>& operations, const QList<ClipItem>& items)
@@ -169,7 +249,7 @@ void HistoryDisk::append(const QList<HistoryOperation>& operations, const QList<
     const std::lock_guard lock(m_mutex);
     ++m_appended;
     m_items = items;
-    if (keepUnreadable() || !m_journal.append(operations)) {
+    if (keepUnreadable() || m_journal.isDamaged() || !m_journal.append(operations)) {
         m_lastGap = m_appended;
         for (const HistoryOperation& operation : operations)
             for (const QUuid& id : idsOf(operation))
@@ -220,10 +300,12 @@ bool HistoryDisk::isSaveDue() const
     return m_lastGap > m_saved || sizeOf(m_items) <= smallFile || m_journal.end() > m_file.size / journalShare;
 }
 
-bool HistoryDisk::hasLargeJournal() const
+bool HistoryDisk::isCatchingUpDue() const
 {
+    if (!isAsWanted())
+        return true;
     const std::lock_guard lock(m_mutex);
-    return m_journal.end() > std::max(smallFile, m_file.size / journalShare);
+    return m_lastGap > m_saved || m_journal.end() > std::max(smallFile, m_file.size / journalShare);
 }
 
 bool HistoryDisk::isForgettingDue() const
@@ -243,21 +325,16 @@ std::optional<QString> HistoryDisk::save(const std::optional<QList<ClipItem>>& i
         return failure;
     const qint64 end = m_journal.end();
     const quint64 appended = m_appended;
+    const Sealing sealing = m_sealing;
     lock.unlock();
 
     createPrivateFolder(m_folder); // somebody may have removed it
     AtomicFile file(m_path);
-    FileState state;
-    Fingerprint fingerprint;
-    HistoryCoding::encode(saved, [&](QByteArrayView bytes) {
-        file.append(bytes);
-        fingerprint.add(bytes);
-        state.size += bytes.size();
-    });
-    state.fingerprint = fingerprint.value();
+    const FileState state = write(saved, sealing.writing().get(), file);
     if (!file.hasFailed()) {
         lock.lock();
-        m_journal.announce(state, end);
+        if (!m_journal.isDamaged())
+            m_journal.announce(state, end);
         lock.unlock();
         flushJournal();
     }
@@ -265,8 +342,12 @@ std::optional<QString> HistoryDisk::save(const std::optional<QList<ClipItem>>& i
         return failure;
 
     lock.lock();
-    m_journal.rebase(state, end);
     m_file = state;
+    m_isFileSealed = sealing.isWanted;
+    if (m_journal.isDamaged())
+        keepDamagedJournal();
+    else
+        m_journal.rebase(state, end);
     m_saved = appended;
     m_unwritten.removeIf([appended](const auto& entry) { return entry.value().batch <= appended; });
     return std::nullopt;

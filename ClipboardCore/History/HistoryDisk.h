@@ -22,10 +22,15 @@ public:
     explicit HistoryDisk(const QString& path);
     Q_DISABLE_COPY_MOVE(HistoryDisk)
 
-    /// What both files hold together. To be called once, first.
-    [[nodiscard]] EntryList load();
+    /// What both files hold together; nothing, and again and again, while one of them is sealed and no seal opens it.
+    /// To be called first, until something comes of it.
+    [[nodiscard]] std::optional<EntryList> load();
+    /// How the files are written from the next save() on, and what opens them.
+    void setSealing(const Sealing& sealing);
+    /// False while a file stands in the other form.
+    [[nodiscard]] bool isAsWanted() const;
     /// Where a file that was there and could not be loaded is kept as soon as something is written.
-    [[nodiscard]] const std::optional<QString>& unreadableFile() const { return m_unreadable; }
+    [[nodiscard]] std::optional<QString> unreadableFile() const;
     /// True when such a file is kept, of this run or an earlier one.
     [[nodiscard]] bool keepsUnreadableFile() const;
 
@@ -37,9 +42,9 @@ public:
 
     /// True when the file should be written: it is small, the journal has become large beside it, or lacks something.
     [[nodiscard]] bool isSaveDue() const;
-    /// True when the journal has grown large beside the file, as after a program that was killed again and again before
-    /// it could save.
-    [[nodiscard]] bool hasLargeJournal() const;
+    /// True when the last run left something to be written: the journal has grown large beside the file, as after a
+    /// program that was killed again and again before it could save; it is damaged; a file stands in the other form.
+    [[nodiscard]] bool isCatchingUpDue() const;
     /// True when something that the user removed is still on the disk.
     [[nodiscard]] bool isForgettingDue() const;
     /// Writes the file as of the last append() or, with `items`, as of now, and empties the journal. Nothing on
@@ -53,9 +58,11 @@ private:
         double time = 0;
     };
 
-    [[nodiscard]] std::optional<QList<ClipItem>> loadFile(JournalCoding::FileState& state);
-    [[nodiscard]] QString freeNameForUnreadable() const;
+    [[nodiscard]] std::optional<QByteArray> readFile();
+    [[nodiscard]] std::optional<QList<ClipItem>> decodeFile(std::optional<QByteArray> content) const;
+    [[nodiscard]] EntryList withJournal(const QList<ClipItem>& items);
     [[nodiscard]] std::optional<QString> keepUnreadable();
+    void keepDamagedJournal();
     [[nodiscard]] bool appendUnwritten();
 
     const QString m_folder;
@@ -69,6 +76,9 @@ private:
     QList<ClipItem> m_items;
     std::optional<QString> m_unreadable;
     bool m_isUnreadableInPlace = false;
+    std::optional<QString> m_damagedJournal; // where it goes
+    Sealing m_sealing;
+    bool m_isFileSealed = false;
     // How many batches were appended, and after how many of them what happened.
     quint64 m_appended = 0;
     quint64 m_saved = 0;

@@ -25,6 +25,8 @@ using JournalCoding::Mark;
 
 namespace {
 
+constexpr const char* temporarySuffix = ".tmp";
+
 /// The same for every run on this machine, and nothing that tells which machine it is.
 const QByteArray& deviceID()
 {
@@ -69,7 +71,18 @@ void HistoryJournal::close()
         ::close(std::exchange(m_file, -1));
 }
 
-QList<HistoryOperation> HistoryJournal::load(const FileState& file)
+bool HistoryJournal::isSealedOnDisk() const
+{
+    const int journal = RegularFile::open(m_path, O_RDONLY);
+    if (journal < 0)
+        return false;
+    QByteArray beginning(sealedBeginning.size(), '\0');
+    const ssize_t count = pread(journal, beginning.data(), static_cast<size_t>(beginning.size()), 0);
+    ::close(journal);
+    return count == beginning.size() && ClipboardCore::isSealed(beginning);
+}
+
+QList<HistoryOperation> HistoryJournal::load(const FileState& file, const std::shared_ptr<const ContentSeal>& seal)
 {
     m_base = file;
     const int journal = RegularFile::open(m_path, O_RDONLY);
@@ -81,12 +94,13 @@ QList<HistoryOperation> HistoryJournal::load(const FileState& file)
     if (!content)
         return {};
 
+    m_form = JournalForm::of(*content, seal);
     std::optional<qint64> from;
     QList<std::pair<qint64, HistoryOperation>> found;
     JournalCoding::Decoder decoder;
-    qsizetype at = 0;
-    for (qsizetype end = content->indexOf('\n'); end >= 0; end = content->indexOf('\n', at)) {
-        const auto line = decoder.decode(QByteArrayView(*content).sliced(at, end - at));
+    qsizetype at = m_form.header().size();
+    for (qsizetype end = content->indexOf('\n', at); end >= 0; end = content->indexOf('\n', at)) {
+        const auto line = decode(decoder, QByteArrayView(*content).sliced(at, end - at), at);
         const auto* mark = line ? std::get_if<Mark>(&*line) : nullptr;
         const auto* operation = line ? std::get_if<HistoryOperation>(&*line) : nullptr;
         if (mark != nullptr && mark->file == file)
@@ -105,9 +119,28 @@ QList<HistoryOperation> HistoryJournal::load(const FileState& file)
     return missing;
 }
 
-void HistoryJournal::restart()
+std::optional<JournalCoding::Decoder::Line> HistoryJournal::decode(JournalCoding::Decoder& decoder, QByteArrayView line,
+                                                                   qint64 offset)
 {
-    m_base = {0, Fingerprint().value()};
+    if (!m_form.isSealed())
+        return decoder.decode(line);
+    const auto plain = m_form.read(line, offset);
+    m_isDamaged = m_isDamaged || !plain;
+    return plain ? decoder.decode(*plain) : std::nullopt;
+}
+
+void HistoryJournal::setSeal(std::shared_ptr<const ContentSeal> seal)
+{
+    if ((m_seal == nullptr) == (seal == nullptr))
+        return;
+    m_seal = std::move(seal);
+    unlink((m_path + temporarySuffix).constData()); // of a process that was killed, and in the other form
+}
+
+void HistoryJournal::restart(const FileState& file)
+{
+    m_base = file;
+    m_isDamaged = false;
     close();
     m_end = m_lastOperation = 0;
 }
@@ -146,6 +179,30 @@ void HistoryJournal::write(QByteArrayView bytes)
     }
 }
 
+/// What a journal has in front of everything else.
+void HistoryJournal::begin()
+{
+    if (m_end > 0)
+        return;
+    m_form = JournalForm(m_seal);
+    write(m_form.header());
+    writeLine(JournalCoding::encode(Mark{m_base, 0}));
+}
+
+void HistoryJournal::writeLine(QByteArrayView line)
+{
+    write(m_form.isSealed() ? m_form.written(line, m_end) : line);
+}
+
+void HistoryJournal::writeOperation(const HistoryOperation& operation)
+{
+    if (!m_form.isSealed())
+        return JournalCoding::encode(operation, deviceID(), [this](QByteArrayView bytes) { write(bytes); });
+    QByteArray line;
+    JournalCoding::encode(operation, deviceID(), [&line](QByteArrayView bytes) { line += bytes; });
+    writeLine(line);
+}
+
 bool HistoryJournal::finishWriting(qint64 start)
 {
     if (!std::exchange(m_hasFailed, false))
@@ -164,13 +221,12 @@ bool HistoryJournal::append(const QList<HistoryOperation>& operations)
     if (!open())
         return false;
     const qint64 start = m_end;
-    if (m_end == 0)
-        write(JournalCoding::encode(Mark{m_base, 0}));
+    begin();
     for (const HistoryOperation& operation : operations) {
         if (m_hasFailed)
             break;
         if (isFinite(operation))
-            JournalCoding::encode(operation, deviceID(), [this](QByteArrayView bytes) { write(bytes); });
+            writeOperation(operation);
     }
     if (!finishWriting(start))
         return false;
@@ -183,9 +239,8 @@ void HistoryJournal::announce(const FileState& file, qint64 from)
     if (!open())
         return;
     const qint64 start = m_end;
-    if (m_end == 0)
-        write(JournalCoding::encode(Mark{m_base, 0}));
-    write(JournalCoding::encode(Mark{file, std::max(m_end - from, qint64(0))}));
+    begin();
+    writeLine(JournalCoding::encode(Mark{file, std::max(m_end - from, qint64(0))}));
     static_cast<void>(finishWriting(start));
 }
 
@@ -198,31 +253,50 @@ void HistoryJournal::rebase(const FileState& file, qint64 from)
         m_end = m_lastOperation = 0;
         return;
     }
-    QByteArray content(m_end - from, Qt::Uninitialized);
-    if (pread(m_file, content.data(), static_cast<size_t>(content.size()), from) == content.size())
-        static_cast<void>(rewrite(JournalCoding::encode(Mark{file, 0}) + content));
+    QByteArray carried(m_end - from, Qt::Uninitialized);
+    if (pread(m_file, carried.data(), static_cast<size_t>(carried.size()), from) == carried.size())
+        static_cast<void>(rewrite(carried, from));
+}
+
+/// Lines of a journal in `form`, where they stood at `from`.
+void HistoryJournal::carry(const QByteArray& lines, const JournalForm& form, qint64 from)
+{
+    if (!form.isSealed() && !m_form.isSealed())
+        return write(lines);
+    qsizetype at = 0;
+    for (qsizetype end = lines.indexOf('\n'); end >= 0 && !m_hasFailed; end = lines.indexOf('\n', at)) {
+        const QByteArrayView line = QByteArrayView(lines).sliced(at, end - at);
+        const auto plain = form.isSealed() ? form.read(line, from + at) : line.toByteArray();
+        m_hasFailed = m_hasFailed || !plain;
+        if (plain)
+            writeLine(*plain + '\n');
+        at = end + 1;
+    }
 }
 
 /// On failure the old journal stays, which fits as well, and takes more room.
-bool HistoryJournal::rewrite(const QByteArray& content)
+bool HistoryJournal::rewrite(const QByteArray& carried, qint64 from)
 {
-    const QByteArray temporary = m_path + ".tmp";
-    const qint64 dropped = m_end - content.size();
+    const QByteArray temporary = m_path + temporarySuffix;
+    const JournalForm oldForm = m_form;
     const int old = std::exchange(m_file, RegularFile::open(temporary, O_RDWR | O_CREAT | O_TRUNC));
     const qint64 oldEnd = std::exchange(m_end, 0);
-    if (m_file >= 0 && !isTaken(m_file))
-        write(content);
-    const bool isWritten = m_file >= 0 && !std::exchange(m_hasFailed, false) && m_end == content.size() &&
-                           fdatasync(m_file) == 0 && std::rename(temporary.constData(), m_path.constData()) == 0;
+    if (m_file >= 0 && !isTaken(m_file)) {
+        begin();
+        carry(carried, oldForm, from);
+    }
+    const bool isWritten = m_file >= 0 && !std::exchange(m_hasFailed, false) && m_end > 0 && fdatasync(m_file) == 0 &&
+                           std::rename(temporary.constData(), m_path.constData()) == 0;
     if (isWritten) {
         ::close(old);
-        m_lastOperation -= dropped;
+        m_lastOperation = m_end;
         return true;
     }
     close();
     unlink(temporary.constData());
     m_file = old;
     m_end = oldEnd;
+    m_form = oldForm;
     return false;
 }
 

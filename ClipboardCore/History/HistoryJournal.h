@@ -1,10 +1,14 @@
 #pragma once
 
 #include "History/JournalCoding.h"
+#include "History/JournalForm.h"
 
 #include <QByteArray>
 #include <QList>
 #include <QString>
+
+#include <memory>
+#include <optional>
 
 namespace ClipboardCore {
 
@@ -17,11 +21,20 @@ public:
     ~HistoryJournal();
     Q_DISABLE_COPY_MOVE(HistoryJournal)
 
+    /// True when what is there can be read with a key alone.
+    [[nodiscard]] bool isSealedOnDisk() const;
     /// The operations that the file in this state lacks; none when the journal belongs to another state. Torn
-    /// lines are left out. To be called once, first.
-    [[nodiscard]] QList<HistoryOperation> load(const JournalCoding::FileState& file);
-    /// Forgets the file that was loaded: there is none now, and what has been appended is gone.
-    void restart();
+    /// lines are left out. `seal` opens a sealed one. To be called once, first.
+    [[nodiscard]] QList<HistoryOperation> load(const JournalCoding::FileState& file,
+                                               const std::shared_ptr<const ContentSeal>& seal = nullptr);
+    /// True when sealed lines were found that somebody has changed; load() left them out.
+    [[nodiscard]] bool isDamaged() const { return m_isDamaged; }
+    /// What lines are sealed with from the next time on that the journal begins anew; null for plain ones.
+    void setSeal(std::shared_ptr<const ContentSeal> seal);
+    /// False while lines are there that stand otherwise.
+    [[nodiscard]] bool isAsWanted() const { return m_end == 0 || m_form.isSealed() == (m_seal != nullptr); }
+    /// Forgets what was loaded, which is gone: the file is `file` now, or none.
+    void restart(const JournalCoding::FileState& file);
 
     /// False when they could not be written; the journal is then as before.
     [[nodiscard]] bool append(const QList<HistoryOperation>& operations);
@@ -41,9 +54,15 @@ public:
 private:
     [[nodiscard]] bool open();
     void close();
+    [[nodiscard]] std::optional<JournalCoding::Decoder::Line> decode(JournalCoding::Decoder& decoder,
+                                                                     QByteArrayView line, qint64 offset);
+    void begin();
     void write(QByteArrayView bytes);
+    void writeLine(QByteArrayView line);
+    void writeOperation(const HistoryOperation& operation);
+    void carry(const QByteArray& lines, const JournalForm& form, qint64 from);
     [[nodiscard]] bool finishWriting(qint64 start);
-    [[nodiscard]] bool rewrite(const QByteArray& content);
+    [[nodiscard]] bool rewrite(const QByteArray& carried, qint64 from);
 
     QByteArray m_path;
     JournalCoding::FileState m_base;
@@ -51,6 +70,9 @@ private:
     qint64 m_end = 0;
     qint64 m_lastOperation = 0; // where it ends
     bool m_hasFailed = false;
+    bool m_isDamaged = false;
+    JournalForm m_form;
+    std::shared_ptr<const ContentSeal> m_seal;
 };
 
 } // namespace ClipboardCore

@@ -39,6 +39,7 @@ struct HistorySaver::Private
     // On `io`.
     void saveWhenDue();
     void forgetSoon();
+    void catchUp();
     std::optional<QString> save(const std::optional<QList<ClipItem>>& items = std::nullopt);
     void retrySoon();
     void report(const std::optional<QString>& failure);
@@ -48,6 +49,7 @@ struct HistorySaver::Private
     QObject receiver; // of what `io` has to say
     std::function<void(const std::optional<QString>&)> failureChanged;
 
+    bool isLocked = false;
     std::optional<SerialQueue::TaskID> pendingSave;
     Clock::time_point due;
     Clock::time_point since;
@@ -98,6 +100,15 @@ void HistorySaver::Private::forgetSoon()
     pendingForget = io.async(forget, forgetDelay);
 }
 
+/// With what was left to do when the program ended the last time.
+void HistorySaver::Private::catchUp()
+{
+    if (disk.isForgettingDue())
+        io.async([this] { forgetSoon(); });
+    if (disk.isCatchingUpDue())
+        io.async([this] { static_cast<void>(save()); }, delay);
+}
+
 std::optional<QString> HistorySaver::Private::save(const std::optional<QList<ClipItem>>& items)
 {
     if (pendingRetry)
@@ -144,12 +155,35 @@ HistorySaver::~HistorySaver()
 
 EntryList HistorySaver::load()
 {
-    EntryList entries = d->disk.load();
-    if (d->disk.isForgettingDue())
-        d->io.async([this] { d->forgetSoon(); });
-    if (d->disk.hasLargeJournal())
-        d->io.async([this] { static_cast<void>(d->save()); }, d->delay);
-    return entries;
+    const std::optional<EntryList> entries = d->disk.load();
+    d->isLocked = !entries;
+    if (entries)
+        d->catchUp();
+    return entries.value_or(EntryList());
+}
+
+bool HistorySaver::isLocked() const
+{
+    return d->isLocked;
+}
+
+void HistorySaver::setSealing(const Sealing& sealing, std::function<void(const std::optional<EntryList>& found)> opened)
+{
+    const auto take = [this, sealing, wasLocked = d->isLocked, opened = std::move(opened)] {
+        d->journal.drain();
+        d->disk.setSealing(sealing);
+        const std::optional<EntryList> found = wasLocked ? d->disk.load() : std::nullopt;
+        const auto tell = [this, found, opened] {
+            d->isLocked = d->isLocked && !found;
+            opened(found);
+            if (found)
+                d->io.async([this] { d->catchUp(); });
+        };
+        QMetaObject::invokeMethod(&d->receiver, tell, Qt::QueuedConnection);
+        if (!wasLocked && !d->disk.isAsWanted())
+            static_cast<void>(d->save());
+    };
+    d->io.async(take);
 }
 
 const HistoryDisk& HistorySaver::disk() const
@@ -164,6 +198,8 @@ void HistorySaver::onFailureChanged(std::function<void(const std::optional<QStri
 
 void HistorySaver::changed(const QList<HistoryOperation>& operations, const QList<ClipItem>& items)
 {
+    if (d->isLocked)
+        return;
     d->journal.async([this, operations, items] { d->append(operations, items); });
 
     if (d->pendingSave)
@@ -177,6 +213,8 @@ void HistorySaver::changed(const QList<HistoryOperation>& operations, const QLis
 
 std::optional<QString> HistorySaver::save(const QList<ClipItem>& items)
 {
+    if (d->isLocked)
+        return QStringLiteral("The history is locked");
     std::optional<QString> failure;
     d->journal.drain();
     d->io.sync([&] { failure = d->save(items); });

@@ -2,6 +2,7 @@
 
 #include "History/EntryList.h"
 #include "History/HistoryOperation.h"
+#include "Sealing/ContentSeal.h"
 
 #include <QList>
 #include <QString>
@@ -25,8 +26,14 @@ public:
     ~HistorySaver();
     Q_DISABLE_COPY_MOVE(HistorySaver)
 
-    /// What is on the disk, at once. To be called once, first.
+    /// What is on the disk, at once; nothing while it is sealed and no seal opens it. To be called once, first.
     [[nodiscard]] EntryList load();
+    /// True while what is on the disk could not be opened: nothing is written then.
+    [[nodiscard]] bool isLocked() const;
+    /// How the files are kept from now on; those that are kept otherwise are written anew in the background. `opened`
+    /// is called on the caller's thread, for a locked history with what it held: who then has put together the two
+    /// hands over the whole.
+    void setSealing(const Sealing& sealing, std::function<void(const std::optional<EntryList>& found)> opened);
     [[nodiscard]] const HistoryDisk& disk() const;
 
     /// Called on the caller's thread with what went wrong when saving starts to fail, and with nothing when it works

@@ -83,6 +83,36 @@ bool JSONHistoryStore::namesAllPictures() const
     return !d->saver.disk().keepsUnreadableFile();
 }
 
+bool JSONHistoryStore::isLocked() const
+{
+    return d->saver.isLocked();
+}
+
+void JSONHistoryStore::setSealing(const Sealing& sealing, std::function<void(const QList<ClipItem>& evicted)> done)
+{
+    d->saver.setSealing(sealing, [this, done = std::move(done)](const std::optional<EntryList>& found) {
+        done(found ? join(*found) : QList<ClipItem>());
+    });
+}
+
+/// What was recorded without the history, into the history.
+QList<ClipItem> JSONHistoryStore::join(const EntryList& found)
+{
+    const QList<ClipItem> recorded = items();
+    d->entries = found;
+    d->changes.clear();
+    QList<ClipItem> evicted;
+    for (qsizetype i = recorded.size(); i-- > 0;) {
+        evicted += add(recorded[i]);
+        const qsizetype known = d->entries.findEqual(recorded[i]);
+        if (recorded[i].isPinned && known >= 0 && !items()[known].isPinned)
+            togglePin(items()[known].id);
+    }
+    if (!recorded.isEmpty())
+        saveAsync();
+    return evicted;
+}
+
 double JSONHistoryStore::timeOfNewEntry() const
 {
     double time = currentTime();

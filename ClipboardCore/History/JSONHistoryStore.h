@@ -1,6 +1,7 @@
 #pragma once
 
 #include "History/ClipItem.h"
+#include "Sealing/ContentSeal.h"
 
 #include <QList>
 #include <QString>
@@ -9,6 +10,8 @@
 #include <memory>
 
 namespace ClipboardCore {
+
+class EntryList;
 
 /// The clipboard history in memory, its one JSON file and the journal beside it (docs/history-format.md).
 ///
@@ -30,6 +33,12 @@ public:
     [[nodiscard]] std::optional<QString> unreadableFile() const;
     /// False while such a file is kept, from this run or an earlier one: it may name pictures that items() does not.
     [[nodiscard]] bool namesAllPictures() const;
+    /// True while the file is sealed and no seal opens it: items() are those of this run alone, and nothing is written.
+    [[nodiscard]] bool isLocked() const;
+    /// How the files are kept from now on, and what opens them. Files that are kept otherwise are written anew in the
+    /// background. Once that is known to the writer of the files, `done` is called: a locked history that was opened
+    /// has then been put together with what was recorded, which evicted the entries that it is called with.
+    void setSealing(const Sealing& sealing, std::function<void(const QList<ClipItem>& evicted)> done);
     /// For a new entry: now, but never before the newest entry, so that a clock that was wrong hides no copies.
     [[nodiscard]] double timeOfNewEntry() const;
 
@@ -61,6 +70,8 @@ public:
     void onSaveFailureChanged(std::function<void(const std::optional<QString>& failure)> callback);
 
 private:
+    [[nodiscard]] QList<ClipItem> join(const EntryList& found);
+
     struct Private;
     std::unique_ptr<Private> d;
 };

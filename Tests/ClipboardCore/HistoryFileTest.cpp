@@ -205,7 +205,7 @@ void HistoryFileTest::leavesTwoPrivateFiles()
 void HistoryFileTest::rewritesALargeFileSeldom()
 {
     HistoryDisk disk(path());
-    QVERIFY(disk.load().items().isEmpty());
+    QVERIFY(disk.load()->items().isEmpty());
     const QList<ClipItem> small{entry(QString(1 << 20, u'x'))};
     const QList<ClipItem> large{entry(QString((1 << 20) + 1, u'x'))};
     QCOMPARE(disk.save(large), std::nullopt);
