@@ -1,6 +1,7 @@
 #include "PasteboardWatcher.h"
 
 #include "History/CaptureExclusion.h"
+#include "History/CopiedFile.h"
 #include "History/JSONHistoryStore.h"
 #include "History/TypeDetector.h"
 #include "ImageBlobs.h"
@@ -127,8 +128,9 @@ void PasteboardWatcher::poll()
 void PasteboardWatcher::capture(const QSet<QString>& types, const Capture& capture)
 {
     if (const QList<QUrl> files = m_pasteboard.fileURLs(); !files.isEmpty())
-        return m_rules.allows(ClipType::file) ? store(makeItem(ClipType::file, files.first().toLocalFile(), capture))
-                                              : skip(u"type"_s);
+        return m_rules.allows(ClipType::file)
+                   ? store(makeItem(ClipType::file, ClipboardCore::CopiedFile::content(files.first()), capture))
+                   : skip(u"type"_s);
 
     std::optional<QByteArray> picture = m_pasteboard.pngData();
     if (!picture)

@@ -1,5 +1,6 @@
 #include "ClipItemTexts.h"
 
+#include "History/CopiedFile.h"
 #include "History/RelativeTime.h"
 #include "ImageDimensions.h"
 #include "Support/Graphemes.h"
@@ -64,13 +65,6 @@ QString firstLine(const QString& text)
     return end < 0 ? text : text.first(end);
 }
 
-QString lastPathComponent(QString path)
-{
-    while (path.size() > 1 && path.endsWith(u'/'))
-        path.chop(1);
-    return path.size() > 1 ? path.mid(path.lastIndexOf(u'/') + 1) : path;
-}
-
 } // namespace
 
 ClipTypeMeta meta(ClipType type)
@@ -125,7 +119,7 @@ QString rowTitle(const ClipItem& item)
     case ClipType::code:
         return firstLine(ClipboardCore::Graphemes::prefix(item.content, titleCharacters).text);
     case ClipType::file:
-        return lastPathComponent(item.content.toString());
+        return ClipboardCore::CopiedFile::shownName(item.content.utf8());
     }
     Q_UNREACHABLE();
 }

@@ -1,14 +1,12 @@
 #include "HistoryViewModel.h"
 
+#include "History/CopiedFile.h"
 #include "History/JSONHistoryStore.h"
 #include "History/TypeDetector.h"
 #include "OffMainThread.h"
 #include "PasteService.h"
 #include "PictureReading.h"
 #include "Support/WhiteSpace.h"
-
-#include <QFileInfo>
-#include <QUrl>
 
 #include <algorithm>
 #include <utility>
@@ -23,6 +21,7 @@ using ClipboardCore::SmartAction;
 using ClipboardCore::SmartActionResult;
 using ClipboardCore::ToastText;
 using ClipboardCore::Utf8Text;
+namespace CopiedFile = ClipboardCore::CopiedFile;
 
 namespace {
 
@@ -102,13 +101,11 @@ void HistoryViewModel::copy(const ClipItem& item)
 bool HistoryViewModel::writeToPasteboard(const ClipItem& item)
 {
     switch (item.type) {
-    case ClipType::file: {
-        const QString path = item.content.toString();
-        if (!QFileInfo::exists(path))
+    case ClipType::file:
+        if (!CopiedFile::status(item.content.utf8()))
             return false;
-        m_services.pasteboard.setFile(QUrl::fromLocalFile(path));
+        m_services.pasteboard.setFile(CopiedFile::url(item.content.utf8()));
         break;
-    }
     case ClipType::image:
         if (!m_services.pasteboard.setPNGFile(item.content.toString()))
             return false;

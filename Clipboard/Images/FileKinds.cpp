@@ -1,8 +1,7 @@
 #include "FileKinds.h"
 
+#include "History/CopiedFile.h"
 #include "OffMainThread.h"
-
-#include <QFileInfo>
 
 namespace Clipboard {
 
@@ -13,10 +12,10 @@ constexpr qsizetype maxKnown = 500;
 
 FileKinds::Kind lookAt(const QString& path)
 {
-    const QFileInfo file(path);
-    if (!file.exists())
+    const auto status = ClipboardCore::CopiedFile::status(path.toUtf8());
+    if (!status)
         return FileKinds::Kind::gone;
-    return file.isDir() ? FileKinds::Kind::folder : FileKinds::Kind::file;
+    return status->isFolder ? FileKinds::Kind::folder : FileKinds::Kind::file;
 }
 
 } // namespace

@@ -8,8 +8,8 @@
 
 namespace Clipboard {
 
-/// What is at the paths that entries name, looked up off the main thread: a disk may sleep, and a server may be gone.
-/// Main thread only.
+/// What is at the paths that entries hold as their content, looked up off the main thread: a disk may sleep, and a
+/// server may be gone. Main thread only.
 class FileKinds final : public QObject
 {
     Q_OBJECT

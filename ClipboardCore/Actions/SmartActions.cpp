@@ -3,6 +3,7 @@
 #include "Actions/ColorMath.h"
 #include "Actions/ContentDetectors.h"
 #include "Actions/JSONText.h"
+#include "History/CopiedFile.h"
 #include "Support/FilePath.h"
 #include "Support/Graphemes.h"
 #include "Support/UrlHost.h"
@@ -114,8 +115,26 @@ Utf8Text fenced(QByteArrayView text)
 }
 
 /// A path as one word of a POSIX shell (Shell Command Language, section 2.2.2).
-QString shellForm(const QString& path)
+/// As the shell takes bytes that are no text: $'…' with escapes in octal (POSIX.1-2024, 2.2.4).
+QString shellEscapes(const QByteArray& path)
 {
+    QString form = u"$'"_s;
+    for (const char c : path) {
+        const uint byte = static_cast<uchar>(c);
+        if (byte >= ' ' && byte < 0x7F && c != '\'' && c != '\\')
+            form += QLatin1Char(c);
+        else
+            form += u"\\%1"_s.arg(byte, 3, 8, QLatin1Char('0'));
+    }
+    return form + u'\'';
+}
+
+QString shellForm(QByteArrayView content)
+{
+    const QByteArray bytes = CopiedFile::path(content);
+    if (bytes != content)
+        return shellEscapes(bytes);
+    const QString path = QString::fromUtf8(content);
     const auto isPlain = [](QChar c) {
         const char16_t unit = c.unicode();
         return unit < 0x80 && (c.isLetterOrNumber() || QStringView(u"_/.+-").contains(c));
@@ -274,8 +293,8 @@ QList<SmartAction> file(const Utf8Text& content)
     return {
         {u"Copy path"_s, [content] { return copy(content, Toast::tr("Copied path")); }},
         {u"Copy shell-escaped path"_s,
-         [content] { return copy(shellForm(content.toString()), Toast::tr("Copied shell-safe path")); }},
-        copyNamed(u"Copy filename"_s, Utf8::toString(FilePath::lastComponent(content.utf8()))),
+         [content] { return copy(shellForm(content.utf8()), Toast::tr("Copied shell-safe path")); }},
+        copyNamed(u"Copy filename"_s, CopiedFile::shownName(content.utf8())),
         {u"Reveal in Finder"_s,
          [content] {
              return SmartActionResult{{Kind::revealInFinder, content}, Toast::tr("Revealing in Finder …")};

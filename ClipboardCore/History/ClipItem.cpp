@@ -1,7 +1,7 @@
 #include "History/ClipItem.h"
 
+#include "History/CopiedFile.h"
 #include "Support/CanonicalText.h"
-#include "Support/FilePath.h"
 #include "Support/Graphemes.h"
 #include "Support/UrlHost.h"
 
@@ -39,7 +39,7 @@ QString snippetBase(const ClipItem& item)
     case ClipType::code:
         return QCoreApplication::translate("ClipItem", "code snippet");
     case ClipType::file:
-        return Graphemes::prefixOfUtf8(FilePath::lastComponent(content), snippetSource).text;
+        return CopiedFile::shownName(content);
     }
     Q_UNREACHABLE();
 }

@@ -73,6 +73,8 @@ void ClipItemTest::snippet()
     shows(ClipType::color, u"#ff8800"_s, u"#FF8800"_s);
     shows(ClipType::file, u"/home/me/notes.txt"_s, u"notes.txt"_s);
     shows(ClipType::file, u"/"_s, u"/"_s);
+    shows(ClipType::file, u"file:///caf%E9/na%EFve/"_s, u"na\uFFFDve"_s);
+    shows(ClipType::file, u"file:///na%C3%AFve"_s, u"na%C3%AFve"_s); // another's: it would be "/naïve" here
 }
 
 void ClipItemTest::equality()

@@ -113,6 +113,7 @@ void SmartActionsTest::copies()
     for (const auto& [path, escaped] : {std::pair(u"/tmp/A-b_c.d+1"_s, u"/tmp/A-b_c.d+1"_s),
                                         {u"/tmp/it's"_s, u"'/tmp/it'\\''s'"_s},
                                         {u"/tmp/a\n"_s, u"'/tmp/a\n'"_s},
+                                        {u"file:///it%27s%0A1%E90"_s, uR"($'/it\047s\0121\3510')"_s},
                                         {QString(), u"''"_s}})
         file(u"Copy shell-escaped path"_s, path, escaped, u"Copied shell-safe path"_s);
 }

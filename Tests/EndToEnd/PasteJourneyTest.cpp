@@ -2,6 +2,9 @@
 
 #include <QFile>
 
+#include <cstdio>
+#include <fstream>
+
 using namespace Qt::StringLiterals;
 using namespace Clipboard::Testing;
 
@@ -19,6 +22,7 @@ private slots:
     void pastesIntoATerminal();
     void pastesIntoAnEditor();
     void closesAndGivesTheFocusBack();
+    void keepsTheBytesOfAFilesName();
     void tellsThatAFileIsGone();
     void trayIconHasThePanelAndTheMenu();
     void opensWhereTheUserWorks();
@@ -78,6 +82,23 @@ void PasteJourneyTest::closesAndGivesTheFocusBack()
         lines += "here\n";
         expectFile(typedFile(), lines);
     }
+}
+
+void PasteJourneyTest::keepsTheBytesOfAFilesName()
+{
+    const QByteArray uri = "file://" + session().homePath(u"caf"_s).toUtf8() + "%E9.txt"; // no text has that byte
+    const QByteArray path = QByteArray::fromPercentEncoding(uri.mid(7));
+    QVERIFY(std::ofstream(path.toStdString()) << "an old file");
+    copy(uri, asFiles);
+    expectNewest(uri);
+    copyUnrecorded("between", u"image/x-none"_s);
+    callUp();
+    press("ctrl+c");
+    expectNotice("Copied “caf\uFFFD.txt”");
+    expectClipboard(uri + "\r\n", asFiles);
+    QCOMPARE(std::remove(path.constData()), 0);
+    press("Return");
+    expectNotice("File no longer exists — removed from history");
 }
 
 void PasteJourneyTest::tellsThatAFileIsGone()

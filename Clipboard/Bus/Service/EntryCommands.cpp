@@ -3,6 +3,7 @@
 #include "BusNames.h"
 #include "BusService.h"
 #include "EntryQuery.h"
+#include "History/CopiedFile.h"
 #include "HistoryViewModel.h"
 #include "OffMainThread.h"
 #include "SelectionLimits.h"
@@ -13,8 +14,6 @@
 #include <QDBusUnixFileDescriptor>
 #include <QDBusVariant>
 #include <QFile>
-#include <QFileInfo>
-#include <QUrl>
 
 #include <algorithm>
 
@@ -24,6 +23,7 @@ namespace Clipboard::Bus {
 using namespace Qt::StringLiterals;
 using ClipboardCore::ClipItem;
 using ClipboardCore::ClipType;
+namespace CopiedFile = ClipboardCore::CopiedFile;
 using ClipboardCore::SmartAction;
 
 namespace {
@@ -51,7 +51,7 @@ std::optional<QVariant> contentOf(const ClipItem& item, const QString& type)
     const QString path = item.type == ClipType::image ? item.content.toString() : QString();
     if (path.isEmpty()) {
         const bool asURL = type == "text/uri-list"_L1;
-        return toWire(asURL ? QUrl::fromLocalFile(item.content.toString()).toEncoded() + "\r\n" : item.content.utf8());
+        return toWire(asURL ? CopiedFile::url(item.content.utf8()).toEncoded() + "\r\n" : item.content.utf8());
     }
     QFile file(path);
     if (!file.open(QFile::ReadOnly))
@@ -62,7 +62,7 @@ std::optional<QVariant> contentOf(const ClipItem& item, const QString& type)
 bool isFileGone(const ClipItem& item)
 {
     const bool isOnDisk = item.type == ClipType::image || item.type == ClipType::file;
-    return isOnDisk && !QFileInfo::exists(item.content.toString());
+    return isOnDisk && !CopiedFile::status(item.content.utf8());
 }
 
 const SmartAction* actionNamed(const QString& label, const QList<SmartAction>& actions)

@@ -1,6 +1,7 @@
 #include "EntryIntake.h"
 
 #include "BusContent.h"
+#include "History/CopiedFile.h"
 #include "History/TypeDetector.h"
 #include "ImageBlobs.h"
 #include "OffMainThread.h"
@@ -42,7 +43,9 @@ std::optional<ClipItem> makeEntry(const QString& type, const QByteArray& bytes, 
     }
     if (type == "text/uri-list"_L1) {
         const QList<QUrl> files = UriList::localFiles(bytes, QSysInfo::machineHostName().toUtf8());
-        return files.isEmpty() ? std::nullopt : std::optional(entry(ClipType::file, files.first().toLocalFile()));
+        return files.isEmpty()
+                   ? std::nullopt
+                   : std::optional(entry(ClipType::file, ClipboardCore::CopiedFile::content(files.first())));
     }
     return textEntry(bytes);
 }

@@ -1,7 +1,8 @@
 #include "EntryMimeData.h"
 
+#include "History/CopiedFile.h"
+
 #include <QFile>
-#include <QFileInfo>
 #include <QUrl>
 
 using namespace Qt::StringLiterals;
@@ -31,12 +32,12 @@ std::unique_ptr<EntryMimeData> EntryMimeData::make(const ClipboardCore::ClipItem
         data->setData(plainText, item.content.utf8());
         return data;
     }
-    const QString path = item.content.toString();
-    if (!QFileInfo::exists(path))
+    const QByteArray& content = item.content.utf8();
+    if (!ClipboardCore::CopiedFile::status(content))
         return nullptr;
-    data->setUrls({QUrl::fromLocalFile(path)});
+    data->setUrls({ClipboardCore::CopiedFile::url(content)});
     if (item.type == ClipType::image)
-        data->m_picture = std::async(std::launch::async, readPicture, path).share();
+        data->m_picture = std::async(std::launch::async, readPicture, item.content.toString()).share();
     return data;
 }
 

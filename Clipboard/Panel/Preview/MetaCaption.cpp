@@ -2,6 +2,7 @@
 
 #include "Accessibility.h"
 #include "ClipItemTexts.h"
+#include "History/CopiedFile.h"
 #include "IconCache.h"
 #include "ImageDimensions.h"
 #include "OffMainThread.h"
@@ -48,13 +49,14 @@ QString textDetail(const ClipItem& item)
 
 QStringList fileDetails(const ClipItem& item)
 {
-    const QFileInfo file(item.content.toString());
+    const QFileInfo file(ClipboardCore::CopiedFile::shownPath(item.content.utf8()));
     QStringList details;
     const QMimeType type = QMimeDatabase().mimeTypeForFile(file, QMimeDatabase::MatchExtension);
     if (!type.isDefault() && !type.comment().isEmpty())
         details.append(type.comment());
-    if (file.isFile())
-        details.append(bytes(file.size()));
+    const auto status = ClipboardCore::CopiedFile::status(item.content.utf8());
+    if (status && status->isRegular)
+        details.append(bytes(status->size));
     return details;
 }
 

@@ -1,5 +1,6 @@
 #include "XdgWorkspace.h"
 
+#include "History/CopiedFile.h"
 #include "Support/CoreDumps.h"
 #include "Support/UrlHost.h"
 
@@ -88,7 +89,7 @@ void XdgWorkspace::openURL(const QString& link)
 
 void XdgWorkspace::revealFile(const QString& path)
 {
-    const QUrl file = QUrl::fromLocalFile(path);
+    const QUrl file = ClipboardCore::CopiedFile::url(path.toUtf8());
     const QByteArray folder = file.adjusted(QUrl::RemoveFilename).toEncoded();
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) {

@@ -1,5 +1,6 @@
 #include "SelectionForms.h"
 
+#include "History/CopiedFile.h"
 #include "SelectionLimits.h"
 #include "SelectionText.h"
 #include "UriList.h"
@@ -74,7 +75,7 @@ SelectionForms formsOfFile(const QUrl& file)
         verbatimForm("text/uri-list", "text/uri-list", 8, UriList::uriList({file})),
         verbatimForm("x-special/gnome-copied-files", "x-special/gnome-copied-files", 8, UriList::copiedFiles({file})),
     };
-    for (auto& form : formsOfText(file.toLocalFile().toUtf8()))
+    for (auto& form : formsOfText(ClipboardCore::CopiedFile::content(file).utf8()))
         forms.push_back(std::move(form));
     return forms;
 }

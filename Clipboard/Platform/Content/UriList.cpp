@@ -1,6 +1,6 @@
 #include "UriList.h"
 
-#include <QUtf8StringView>
+#include "History/CopiedFile.h"
 
 #include <optional>
 
@@ -37,9 +37,9 @@ std::optional<QUrl> localFile(QByteArrayView uri, const QByteArray& hostName)
     if (!path.startsWith('/'))
         return {};
     const QByteArray unescaped = QByteArray::fromPercentEncoding(path.toByteArray());
-    if (unescaped.contains('\0') || !QUtf8StringView(unescaped).isValidUtf8())
+    if (unescaped.contains('\0'))
         return {};
-    return QUrl::fromLocalFile(QString::fromUtf8(unescaped));
+    return ClipboardCore::CopiedFile::urlOfPath(unescaped);
 }
 
 QByteArray joined(const QList<QUrl>& files, QByteArrayView separator)

@@ -14,7 +14,7 @@ inline constexpr qsizetype maxFiles = 10'000;
 
 /// The local files of either form, in order, as file URLs. A file of this machine may be written `file:///path`,
 /// `file:/path`, `file://localhost/path` or with `hostName` as the host (RFC 8089). Left out are comments, the verb,
-/// other schemes, files of other hosts, and names that are not UTF-8 once unescaped: no text could hold them.
+/// other schemes and files of other hosts. A name that is not UTF-8 keeps its bytes, escaped.
 [[nodiscard]] QList<QUrl> localFiles(QByteArrayView list, const QByteArray& hostName);
 
 [[nodiscard]] QByteArray uriList(const QList<QUrl>& files);

@@ -1,3 +1,4 @@
+#include "History/CopiedFile.h"
 #include "Rows.h"
 #include "SelectionText.h"
 #include "UriList.h"
@@ -42,7 +43,7 @@ void SelectionFormatsTest::localFiles()
     const auto check = [](const char* /*name*/, const QByteArray& list, const QStringList& expected) {
         QStringList paths;
         for (const QUrl& file : UriList::localFiles(list, "thishost"))
-            paths.append(file.toLocalFile());
+            paths.append(ClipboardCore::CopiedFile::content(file).toString());
         QCOMPARE(paths, expected);
     };
     checkRows(+check, {{"line feed only, no end", "file:///a\nfile:///b", {u"/a"_s, u"/b"_s}},
@@ -57,18 +58,19 @@ void SelectionFormatsTest::localFiles()
                        {"four slashes", "file:////a", {u"/a"_s}},
                        {"scheme in capitals", "FILE:///a", {u"/a"_s}},
                        {"not a file", "https://example.org/a\r\nsftp://host/b\r\nfile:///c", {u"/c"_s}},
-                       {"not UTF-8", "file:///caf%E9\r\nfile:///b", {u"/b"_s}},
+                       {"not UTF-8", "file:///%63af%e9/%C3%A4\r\nfile:///b", {u"file:///caf%E9/%C3%A4"_s, u"/b"_s}},
                        {"none", "file://elsewhere/a\nfile:///a%00b\nfile:a\nfile://localhost", {}}});
 }
 
 void SelectionFormatsTest::writtenListsReadBack()
 {
     const QList<QUrl> files{QUrl::fromLocalFile(u"/tmp/a b#c%41d?e&f'g\"h\\i[j]ä😀\n.txt"_s),
-                            QUrl::fromLocalFile(u"/second"_s)};
+                            QUrl::fromLocalFile(u"/second"_s),
+                            ClipboardCore::CopiedFile::urlOfPath("/tmp/caf\xE9 %41#?;\n.txt")};
     QCOMPARE(UriList::localFiles(UriList::uriList(files), {}), files);
     QCOMPARE(UriList::localFiles(UriList::copiedFiles(files), {}), files);
     QVERIFY(UriList::copiedFiles(files).startsWith("copy\nfile:///"));
-    QCOMPARE(UriList::uriList(files).count("\r\n"), 2);
+    QCOMPARE(UriList::uriList(files).count("\r\n"), 3);
 
     const QByteArray tooMany = QByteArray("file:///a\n").repeated(UriList::maxFiles + 1);
     QCOMPARE(UriList::localFiles(tooMany, {}).size(), UriList::maxFiles);
