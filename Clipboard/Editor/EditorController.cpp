@@ -7,6 +7,7 @@
 #include "PictureTranscoder.h"
 #include "QtGraphics.h"
 #include "ResultFile.h"
+#include "Sealing/StoredFile.h"
 #include "WindowSystem.h"
 
 #include <QDir>
@@ -42,17 +43,6 @@ constexpr QLatin1StringView sizeKey("editorSize");
 
 // No window manager takes longer to give the keyboard to a window that asks for it.
 constexpr std::chrono::milliseconds handOver{500};
-
-std::optional<QByteArray> readWhole(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError || bytes.isEmpty())
-        return std::nullopt;
-    return bytes;
-}
 
 /// Nothing when memory is missing. Takes its time.
 QImage flattened(const AnnotationSession& session)
@@ -263,7 +253,7 @@ void EditorController::carryOut(const EditorOutcomes::Commit& outcome)
             handle(EditorEvents::CommitFailed{outcome.generation});
         return;
     }
-    const auto read = [path = outcome.path] { return readWhole(path); };
+    const auto read = [path = outcome.path] { return ClipboardCore::StoredFile::readAll(path); };
     runOffMainThread(m_pool, this, read, [this, outcome](const std::optional<QByteArray>& png) {
         if (!png)
             return handle(EditorEvents::CommitFailed{outcome.generation});

@@ -1,5 +1,7 @@
 #include "NumberedCopy.h"
 
+#include "Sealing/StoredFile.h"
+
 #include <QByteArray>
 #include <QFile>
 #include <QFileInfo>
@@ -43,7 +45,7 @@ std::optional<QString> createNumbered(QFile& file, const QString& folder, const 
     }
 }
 
-bool copyContent(QFile& source, QFile& target)
+bool copyContent(QIODevice& source, QFile& target)
 {
     QByteArray chunk(chunkSize, Qt::Uninitialized);
     for (;;) {
@@ -61,17 +63,18 @@ std::optional<QString> copyNumbered(const QString& sourcePath, const QString& fo
 {
     // Opening a pipe would wait for somebody to write into it.
     const QFileInfo info(sourcePath);
-    QFile source(sourcePath);
     struct ::stat status = {};
-    if (!info.isFile() || !source.open(QIODevice::ReadOnly | QIODevice::Unbuffered) ||
-        ::fstat(source.handle(), &status) != 0)
+    if (!info.isFile() || ::stat(QFile::encodeName(sourcePath).constData(), &status) != 0)
+        return std::nullopt;
+    const auto source = ClipboardCore::StoredFile::open(sourcePath);
+    if (!source)
         return std::nullopt;
 
     QFile target;
     auto path = createNumbered(target, folder, name.isEmpty() ? info.fileName() : name, status.st_mode & ACCESSPERMS);
     if (!path)
         return std::nullopt;
-    if (!copyContent(source, target)) {
+    if (!copyContent(*source, target)) {
         QFile::remove(*path);
         return std::nullopt;
     }

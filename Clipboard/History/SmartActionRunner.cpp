@@ -6,6 +6,7 @@
 #include "OffMainThread.h"
 #include "Pasteboard.h"
 #include "PictureReading.h"
+#include "Sealing/StoredFile.h"
 #include "Support/Graphemes.h"
 #include "Support/UrlHost.h"
 #include "TextRecognizer.h"
@@ -169,7 +170,17 @@ void SmartActionRunner::recognizeText(const QString& path, HistoryViewModel& vie
         const qsizetype count = ClipboardCore::Graphemes::countOfUtf8(text.utf8());
         m_services.toast(Notice::tr("Copied %1 chars of text").arg(count));
     };
-    m_services.textRecognizer.recognize(path, finish);
+    if (!ClipboardCore::StoredFile::sealing().seal)
+        return m_services.textRecognizer.recognize({path}, finish);
+    // The worker has no key.
+    const auto read = [path] {
+        return ClipboardCore::StoredFile::isSealed(path) ? ClipboardCore::StoredFile::readAll(path) : QByteArray();
+    };
+    runOffMainThread(m_pool, &viewModel, read, [this, path, finish](const std::optional<QByteArray>& content) {
+        if (!content)
+            return finish({});
+        m_services.textRecognizer.recognize({path, *content}, finish);
+    });
 }
 
 void SmartActionRunner::copyQRCode(const Utf8Text& text, HistoryViewModel& viewModel)

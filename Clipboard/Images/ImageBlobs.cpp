@@ -1,6 +1,7 @@
 #include "ImageBlobs.h"
 
 #include "PictureTranscoder.h"
+#include "Sealing/StoredFile.h"
 #include "Support/PrivateFolder.h"
 #include "ThumbFiles.h"
 #include "WholeFile.h"
@@ -22,6 +23,9 @@ namespace {
 
 // A picture is written before its entry is stored: what is younger than this may be waiting for its entry.
 constexpr int orphanAgeSeconds = 60;
+
+// Named by what is in them: not those that are being written.
+const QStringList storedPictures{u"????????????????????????????????????????????????????????????????.png"_s};
 
 /// A sweep that is under way must take the file for a new one.
 void markAsNew(const QString& path)
@@ -59,6 +63,28 @@ void removeOrphans(const QString& dir, const QSet<QString>& referenced)
     for (const QFileInfo& file : files) {
         if (!referenced.contains(file.fileName()) && file.lastModified() < cutoff)
             QFile::remove(file.filePath());
+    }
+}
+
+/// Small copies are made again from their pictures when somebody looks.
+void dropOtherForm(const QString& dir, const std::stop_token& stop)
+{
+    const bool isSealingWanted = ClipboardCore::StoredFile::sealing().isWanted;
+    for (const QString& name : QDir(dir).entryList(storedPictures, QDir::Files)) {
+        if (stop.stop_requested())
+            return;
+        const QString path = dir + u'/' + name;
+        if (ClipboardCore::StoredFile::isSealed(path) != isSealingWanted)
+            QFile::remove(path);
+    }
+}
+
+void rewriteAll(const QString& dir, const std::stop_token& stop)
+{
+    for (const QString& name : QDir(dir).entryList(storedPictures, QDir::Files)) {
+        if (stop.stop_requested())
+            return;
+        rewriteAsWanted(dir + u'/' + name);
     }
 }
 
@@ -103,6 +129,14 @@ void ImageBlobs::sweepOrphans(const QString& dir, const QList<ClipItem>& items, 
     pool.start([dir, referenced] {
         removeOrphans(dir, referenced);
         removeOrphans(ThumbFiles::folderIn(dir), referenced);
+    });
+}
+
+void ImageBlobs::bringIntoForm(const QString& dir, QThreadPool& pool, const std::stop_token& stop)
+{
+    pool.start([dir, stop] {
+        rewriteAll(dir, stop);
+        dropOtherForm(ThumbFiles::folderIn(dir), stop);
     });
 }
 

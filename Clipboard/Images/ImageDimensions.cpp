@@ -1,5 +1,7 @@
 #include "ImageDimensions.h"
 
+#include "Sealing/StoredFile.h"
+
 #include <QCache>
 #include <QImageReader>
 #include <QLocale>
@@ -15,7 +17,8 @@ constexpr qsizetype maxLabels = 2000;
 
 std::optional<QString> readLabel(const QString& path)
 {
-    const QSize size = QImageReader(path).size();
+    const auto file = ClipboardCore::StoredFile::open(path);
+    const QSize size = file ? QImageReader(file.get()).size() : QSize();
     if (size.isEmpty())
         return std::nullopt;
     QLocale locale;

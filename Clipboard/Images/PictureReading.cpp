@@ -1,5 +1,7 @@
 #include "PictureReading.h"
 
+#include "Sealing/StoredFile.h"
+
 #include <QBuffer>
 #include <QColorSpace>
 #include <QImageReader>
@@ -46,13 +48,20 @@ QImage readUpright(QImageReader& reader, int maxPixel)
 
 QImage PictureReading::readFile(const QString& path, int maxPixel)
 {
-    QImageReader reader(path);
+    const auto file = ClipboardCore::StoredFile::open(path);
+    return file ? read(*file, maxPixel) : QImage();
+}
+
+QImage PictureReading::read(QIODevice& device, int maxPixel)
+{
+    QImageReader reader(&device);
     return readUpright(reader, maxPixel);
 }
 
 QSize PictureReading::announcedSize(const QString& path)
 {
-    const QSize size = QImageReader(path).size();
+    const auto file = ClipboardCore::StoredFile::open(path);
+    const QSize size = file ? QImageReader(file.get()).size() : QSize();
     return isWithinBounds(size) ? size : QSize();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QIODevice>
 #include <QImage>
 #include <QSize>
 #include <QString>
@@ -15,6 +16,9 @@ inline constexpr qsizetype maxDecodedBytes = qsizetype{512} * 1024 * 1024;
 /// The first picture in the file, upright; null when it cannot be read or passes maxDecodedBytes. With a positive
 /// `maxPixel` it is scaled down until its larger side fits.
 [[nodiscard]] QImage readFile(const QString& path, int maxPixel = 0);
+
+/// The same of a picture that is open for reading, from front to back at least.
+[[nodiscard]] QImage read(QIODevice& device, int maxPixel = 0);
 
 /// The size in pixels that the file's header announces, before it is turned upright; empty when that is no picture that
 /// readFile() would try to decode. Reads no more than the header.

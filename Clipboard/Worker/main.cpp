@@ -19,10 +19,10 @@ namespace {
 constexpr int noResult = 1;
 constexpr int wrongUsage = 2;
 
-constexpr const char* usage = "Usage: tessaly-worker recognize <picture>\n"
+constexpr const char* usage = "Usage: tessaly-worker recognize <picture>|-\n"
                               "       tessaly-worker title\n"
                               "\n"
-                              "  recognize  prints the lines of text in the picture\n"
+                              "  recognize  prints the lines of text in the picture, for - that of the standard input\n"
                               "  title      reads a link from the standard input and prints the title of its page\n"
                               "\n"
                               "Tessaly starts it. It ends with 1 when there is no result.\n";
@@ -37,7 +37,10 @@ bool print(const QString& text)
 
 int recognize(const QString& picturePath)
 {
-    const std::optional<QStringList> lines = Clipboard::recognizeText(picturePath, QLocale::system().uiLanguages());
+    QFile picture(picturePath);
+    if (picturePath == "-"_L1 ? !picture.open(stdin, QIODevice::ReadOnly) : !picture.open(QIODevice::ReadOnly))
+        return noResult;
+    const std::optional<QStringList> lines = Clipboard::recognizeText(picture, QLocale::system().uiLanguages());
     if (!lines)
         return noResult;
     QString text;

@@ -6,6 +6,7 @@
 #include "History/CopiedFile.h"
 #include "HistoryViewModel.h"
 #include "OffMainThread.h"
+#include "Sealing/StoredFile.h"
 #include "SelectionLimits.h"
 
 #include <QDBusArgument>
@@ -45,13 +46,17 @@ QStringList typesOf(const ClipItem& item)
     return {u"text/plain"_s};
 }
 
-/// What is on disk goes as it is, opened for the reader; nothing when it is gone.
+/// What is on disk goes as it is, opened for the reader, unless it is sealed; nothing when it is gone.
 std::optional<QVariant> contentOf(const ClipItem& item, const QString& type)
 {
     const QString path = item.type == ClipType::image ? item.content.toString() : QString();
     if (path.isEmpty()) {
         const bool asURL = type == "text/uri-list"_L1;
         return toWire(asURL ? CopiedFile::url(item.content.utf8()).toEncoded() + "\r\n" : item.content.utf8());
+    }
+    if (ClipboardCore::StoredFile::isSealed(path)) {
+        const auto picture = ClipboardCore::StoredFile::readAll(path);
+        return picture ? toWire(*picture) : std::nullopt;
     }
     QFile file(path);
     if (!file.open(QFile::ReadOnly))

@@ -1,8 +1,9 @@
 #include "EntryMimeData.h"
 
 #include "History/CopiedFile.h"
+#include "Sealing/StoredFile.h"
 
-#include <QFile>
+#include <QFileInfo>
 #include <QUrl>
 
 using namespace Qt::StringLiterals;
@@ -19,8 +20,9 @@ constexpr qint64 maxPictureBytes = qint64{256} * 1024 * 1024;
 
 QByteArray readPicture(const QString& path)
 {
-    QFile file(path);
-    return file.open(QFile::ReadOnly) && file.size() <= maxPictureBytes ? file.readAll() : QByteArray();
+    if (QFileInfo(path).size() > maxPictureBytes)
+        return {};
+    return ClipboardCore::StoredFile::readAll(path).value_or(QByteArray());
 }
 
 } // namespace
@@ -35,7 +37,9 @@ std::unique_ptr<EntryMimeData> EntryMimeData::make(const ClipboardCore::ClipItem
     const QByteArray& content = item.content.utf8();
     if (!ClipboardCore::CopiedFile::status(content))
         return nullptr;
-    data->setUrls({ClipboardCore::CopiedFile::url(content)});
+    // Nobody else could read a sealed file.
+    if (item.type == ClipType::file || !ClipboardCore::StoredFile::sealing().isWanted)
+        data->setUrls({ClipboardCore::CopiedFile::url(content)});
     if (item.type == ClipType::image)
         data->m_picture = std::async(std::launch::async, readPicture, item.content.toString()).share();
     return data;

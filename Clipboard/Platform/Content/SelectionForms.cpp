@@ -1,6 +1,7 @@
 #include "SelectionForms.h"
 
 #include "History/CopiedFile.h"
+#include "Sealing/StoredFile.h"
 #include "SelectionLimits.h"
 #include "SelectionText.h"
 #include "UriList.h"
@@ -20,7 +21,7 @@ std::shared_ptr<FileHandle> FileHandle::open(const QString& path)
     const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (descriptor < 0)
         return nullptr;
-    std::shared_ptr<FileHandle> handle(new FileHandle(descriptor));
+    std::shared_ptr<FileHandle> handle(new FileHandle(descriptor, path));
     struct stat status = {};
     // A folder opens too, and a pipe would keep the reader waiting.
     if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))
@@ -48,7 +49,7 @@ std::optional<QByteArray> FileHandle::readAll() const
             return {};
         done += got;
     }
-    return bytes;
+    return ClipboardCore::StoredFile::contentOf(bytes, m_path);
 }
 
 SelectionForm verbatimForm(const QByteArray& target, const QByteArray& type, int format, const QByteArray& bytes)

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <QByteArray>
+#include <QString>
 #include <QUrl>
 
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace Clipboard {
@@ -32,16 +34,18 @@ public:
     FileHandle(const FileHandle&) = delete;
     FileHandle& operator=(const FileHandle&) = delete;
 
-    /// The whole file, from its beginning; nothing when it cannot be read or is larger than a selection may be.
+    /// What the whole file holds, sealed or not; nothing when it cannot be read or is larger than a selection may be.
     [[nodiscard]] std::optional<QByteArray> readAll() const;
 
 private:
-    explicit FileHandle(int descriptor)
+    FileHandle(int descriptor, QString path)
         : m_descriptor(descriptor)
+        , m_path(std::move(path))
     {
     }
 
     int m_descriptor;
+    QString m_path;
 };
 
 [[nodiscard]] SelectionForms formsOfText(const QByteArray& utf8);

@@ -12,9 +12,10 @@ WorkerTextRecognizer::WorkerTextRecognizer(QString worker, std::chrono::millisec
 {
 }
 
-void WorkerTextRecognizer::recognize(const QString& picturePath, std::function<void(const QStringList& lines)> done)
+void WorkerTextRecognizer::recognize(const Picture& picture, std::function<void(const QStringList& lines)> done)
 {
-    m_queue.run({.arguments = {u"recognize"_s, picturePath}, .input = {}, .limit = m_limit},
+    const QString where = picture.content.isEmpty() ? picture.path : u"-"_s;
+    m_queue.run({.arguments = {u"recognize"_s, where}, .input = picture.content, .limit = m_limit},
                 [done = std::move(done)](const std::optional<QString>& output) {
                     QStringList lines;
                     for (const QString& line : output.value_or(QString()).split(u'\n')) {

@@ -18,7 +18,7 @@ public:
     /// `worker` is the path of the worker program.
     explicit WorkerTextRecognizer(QString worker, std::chrono::milliseconds limit = timeLimit);
 
-    void recognize(const QString& picturePath, std::function<void(const QStringList& lines)> done) override;
+    void recognize(const Picture& picture, std::function<void(const QStringList& lines)> done) override;
 
 private:
     WorkerQueue m_queue;

@@ -55,10 +55,10 @@ QStringList linesIn(const QImage& picture, const QStringList& uiLanguages)
 
 } // namespace
 
-std::optional<QStringList> recognizeText(const QString& picturePath, const QStringList& uiLanguages)
+std::optional<QStringList> recognizeText(QIODevice& source, const QStringList& uiLanguages)
 {
     stayOnOneThread();
-    const QImage picture = recognitionPicture(PictureReading::readFile(picturePath));
+    const QImage picture = recognitionPicture(PictureReading::read(source));
     if (picture.isNull())
         return std::nullopt;
     return linesIn(picture, uiLanguages);

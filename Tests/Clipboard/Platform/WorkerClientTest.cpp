@@ -72,7 +72,7 @@ void WorkerClientTest::linesOf(const char* /*name*/, const QByteArray& script, s
     QTimer::singleShot(0, this, [this] { QVERIFY(QFile(m_folder->filePath(u"turned"_s)).open(QFile::WriteOnly)); });
     WorkerTextRecognizer recognizer(standIn(script), limit);
     QList<QStringList> answers;
-    recognizer.recognize(u"/a picture.png"_s, [&](const QStringList& lines) { answers.append(lines); });
+    recognizer.recognize({u"/a picture.png"_s}, [&](const QStringList& lines) { answers.append(lines); });
     QVERIFY(answers.isEmpty());
     // Who has no child left has heard all that there is to hear of it.
     const auto hasNoChild = [] {
@@ -133,7 +133,7 @@ void WorkerClientTest::runsAFewAtOnce()
                                                until [ -e "$folder/go" ]; do sleep 0.01; done; echo "$2")"));
     QStringList pictures;
     for (const char picture : QByteArray("abcdefg"))
-        recognizer.recognize(QString(QLatin1Char(picture)), [&](const QStringList& lines) { pictures += lines; });
+        recognizer.recognize({QString(QLatin1Char(picture))}, [&](const QStringList& lines) { pictures += lines; });
     const QDir folder(m_folder->path());
     QTRY_COMPARE_WITH_TIMEOUT(folder.entryList({u"early.*"_s}).size(), WorkerTextRecognizer::maxAtOnce, patience);
     QVERIFY(QFile(folder.filePath(u"go"_s)).open(QFile::WriteOnly));
@@ -149,7 +149,7 @@ void WorkerClientTest::leavesNothingBehind()
         std::make_unique<WorkerTextRecognizer>(standIn(R"(touch "$folder/pid.$$"; trap '' TERM; exec sleep 60)"));
     bool isAnswered = false;
     for (int i = 0; i < 5; ++i)
-        recognizer->recognize(u"/picture.png"_s, [&](const QStringList& /*lines*/) { isAnswered = true; });
+        recognizer->recognize({u"/picture.png"_s}, [&](const QStringList& /*lines*/) { isAnswered = true; });
     const QDir folder(m_folder->path());
     const QStringList started{u"pid.*"_s};
     QTRY_COMPARE_WITH_TIMEOUT(folder.entryList(started).size(), WorkerTextRecognizer::maxAtOnce, patience);
@@ -172,7 +172,7 @@ void WorkerClientTest::mayBeDestroyedByItsAnswer()
         auto recognizer = std::make_unique<WorkerTextRecognizer>(standIn(script), 300ms);
         int answers = 0;
         for (int i = 0; i < 4; ++i) {
-            recognizer->recognize(u"/picture.png"_s, [&](const QStringList& /*lines*/) {
+            recognizer->recognize({u"/picture.png"_s}, [&](const QStringList& /*lines*/) {
                 ++answers;
                 recognizer.reset();
             });

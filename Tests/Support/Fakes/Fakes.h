@@ -157,9 +157,9 @@ private:
 class FakeTextRecognizer final : public TextRecognizer
 {
 public:
-    void recognize(const QString& picturePath, std::function<void(const QStringList& lines)> done) override
+    void recognize(const Picture& picture, std::function<void(const QStringList& lines)> done) override
     {
-        paths.append(picturePath);
+        paths.append(picture.path);
         underWay.append(std::move(done));
     }
     /// Ends the recognition that has waited longest.
