@@ -52,7 +52,8 @@ void Journey::begin(const Options& options, Where where)
 
 void Journey::startTessaly(Where where)
 {
-    m_expectedNotice = 0; // a new program's windows may have the same numbers
+    hear();
+    m_notices.clear(); // of a program that has ended
     if (!hasFailed() && !m_tessaly->start())
         fail(u"the program does not watch the clipboard"_s, where);
 }
@@ -70,7 +71,26 @@ void Journey::end()
 {
     endTessaly();
     m_tessaly.reset();
+    m_listener = nullptr;
     m_session.reset();
+}
+
+void Journey::listen(Where where)
+{
+    m_listener = &m_session->start(QStringLiteral(TESSALY_LISTENER));
+    expect(
+        "the accessibility bus", [this] { return m_listener->canReadLine(); }, where);
+    m_session->setEnvironment(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, u"1"_s);
+}
+
+void Journey::hear()
+{
+    constexpr QByteArrayView notice = "showing notification ";
+    while (m_listener != nullptr && m_listener->canReadLine()) {
+        const QByteArray words = m_listener->readLine().chopped(1);
+        if (words.startsWith(notice))
+            m_notices.append(QString::fromUtf8(words.sliced(notice.size())));
+    }
 }
 
 // ── What other programs do
@@ -240,17 +260,13 @@ void Journey::expectNoPanel(Where where)
 void Journey::expectNotice(QAnyStringView text, Where where)
 {
     const QString wanted = text.toString();
-    const auto isShown = [&] {
-        const auto notice = m_tessaly->toast();
-        if (!notice || notice->id == m_expectedNotice)
-            return false;
-        m_lastNotice = notice->title;
-        if (notice->title != wanted)
-            return false;
-        m_expectedNotice = notice->id;
-        return true;
+    const auto isHeard = [&] {
+        hear();
+        const qsizetype at = m_notices.indexOf(wanted);
+        m_notices.remove(0, at + 1);
+        return at >= 0;
     };
-    expect(u"the notice “%1”"_s.arg(wanted), isShown, where);
+    expect(u"the notice “%1”"_s.arg(wanted), isHeard, where);
 }
 
 void Journey::expectFront(QAnyStringView title, Where where)
@@ -341,9 +357,9 @@ QString Journey::situation()
     QStringList entries;
     for (const QString& content : contents())
         entries.append(content.left(shownCharacters));
-    return u"there is, in front: “%1”; windows of the program: [%2]; last notice: “%3”; entries in the file: [%4]"_s
-        .arg(desktop().activeWindow().value_or(Window()).title, windows.join(u", "), m_lastNotice,
-             entries.mid(0, 5).join(u", "));
+    return u"there is, in front: “%1”; windows of the program: [%2]; notices: [%3]; entries in the file: [%4]"_s.arg(
+        desktop().activeWindow().value_or(Window()).title, windows.join(u", "), m_notices.join(u", "),
+        entries.mid(0, 5).join(u", "));
 }
 
 } // namespace Clipboard::Testing

@@ -55,6 +55,8 @@ public:
     /// Ends the program by a signal, which other than SIGKILL it answers with an orderly end.
     void endTessaly(int signal = SIGTERM, Where where = Where::current());
     void end();
+    /// Has a program of the session listen to what is read out, for expectNotice(). Before the program starts.
+    void listen(Where where = Where::current());
     [[nodiscard]] VirtualSession& session() { return *m_session; }
     [[nodiscard]] Desktop& desktop() { return m_session->desktop(); }
     [[nodiscard]] RunningTessaly& tessaly() { return *m_tessaly; }
@@ -96,7 +98,7 @@ public:
     void expect(QAnyStringView what, const std::function<bool()>& condition, Where where = Where::current());
     void expectPanel(Where where = Where::current());
     void expectNoPanel(Where where = Where::current());
-    /// A notice of that text which was not expected before.
+    /// A notice of that text is read out which was not expected before. It is for those who listen().
     void expectNotice(QAnyStringView text, Where where = Where::current());
     /// The window with the keyboard has that in its title.
     void expectFront(QAnyStringView title, Where where = Where::current());
@@ -128,8 +130,11 @@ private:
     [[nodiscard]] QString situation();
 
     QString m_program;
-    QString m_lastNotice;
-    quint32 m_expectedNotice = 0; // the window of the last one that was expected
+    /// Takes in what has been read out.
+    void hear();
+
+    QStringList m_notices;          // heard, and not expected yet
+    QProcess* m_listener = nullptr; // owned by the session
     std::unique_ptr<VirtualSession> m_session;
     std::unique_ptr<RunningTessaly> m_tessaly;
 };

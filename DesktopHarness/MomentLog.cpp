@@ -68,6 +68,12 @@ LayerLog MomentLog::layers() const
     return m_layers;
 }
 
+QByteArray MomentLog::said() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_said;
+}
+
 int MomentLog::count(const QByteArray& name) const
 {
     const std::lock_guard lock(m_mutex);
@@ -91,6 +97,10 @@ void MomentLog::read()
         }
         const Time now = std::chrono::steady_clock::now();
         pending.append(buffer, length);
+        {
+            const std::lock_guard lock(m_mutex);
+            m_said.append(buffer, length);
+        }
         for (qsizetype end = pending.indexOf('\n'); end >= 0; end = pending.indexOf('\n')) {
             take(pending.left(end), now);
             pending.remove(0, end + 1);

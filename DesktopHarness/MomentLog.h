@@ -30,7 +30,7 @@ public:
     MomentLog& operator=(const MomentLog&) = delete;
 
     /// The environment variables that make the program report, in the form that this class reads.
-    static constexpr auto rules = "tessaly.timing=true\ntessaly.layers=true";
+    static constexpr auto rules = "tessaly.*=true";
     static constexpr auto pattern = "%{category} %{message}";
 
     /// Waits for a moment of that name and uses it up; those of other names stay.
@@ -39,6 +39,8 @@ public:
     void clear();
     /// How many moments of that name have come since the start.
     [[nodiscard]] int count(const QByteArray& name) const;
+    /// All that it has said, of moments and otherwise.
+    [[nodiscard]] QByteArray said() const;
     /// What it has on the screen above all windows, since clear().
     [[nodiscard]] LayerLog layers() const;
 
@@ -57,6 +59,7 @@ private:
     std::deque<Moment> m_moments;
     std::map<QByteArray, int> m_counts;
     LayerLog m_layers;
+    QByteArray m_said;
     int m_pipe = -1;
     int m_stop[2] = {-1, -1};
     std::thread m_reader;

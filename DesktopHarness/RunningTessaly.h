@@ -58,7 +58,7 @@ public:
     [[nodiscard]] std::optional<Window> panel() const;
     /// The annotation editor, while it is on the screen.
     [[nodiscard]] std::optional<Window> editor() const;
-    /// The notice, while it is on the screen; its text is its title.
+    /// The notice, while it is on the screen. What it says is not for its title, which every program can read.
     [[nodiscard]] std::optional<Window> toast() const;
     /// The icon in an XEmbed tray.
     [[nodiscard]] std::optional<Window> trayIcon() const;

@@ -1,5 +1,7 @@
 #include "Xcb.h"
 
+#include <vector>
+
 namespace Clipboard::Testing::Xcb {
 
 namespace {
@@ -41,6 +43,30 @@ QByteArray property(xcb_connection_t* connection, xcb_window_t window, const QBy
     if (!reply)
         return {};
     return {static_cast<const char*>(xcb_get_property_value(reply.get())), xcb_get_property_value_length(reply.get())};
+}
+
+QByteArray allProperties(xcb_connection_t* connection)
+{
+    QByteArray all;
+    std::vector<xcb_window_t> windows{root(connection)};
+    while (!windows.empty()) {
+        const xcb_window_t window = windows.back();
+        windows.pop_back();
+        const Pointer<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(connection, xcb_query_tree(connection, window), nullptr));
+        const Pointer<xcb_list_properties_reply_t> listed(
+            xcb_list_properties_reply(connection, xcb_list_properties(connection, window), nullptr));
+        if (!tree || !listed)
+            continue; // it is gone
+        const xcb_window_t* children = xcb_query_tree_children(tree.get());
+        windows.insert(windows.end(), children, children + xcb_query_tree_children_length(tree.get()));
+        const xcb_atom_t* atoms = xcb_list_properties_atoms(listed.get());
+        for (int i = 0; i < xcb_list_properties_atoms_length(listed.get()); ++i) {
+            const QByteArray name = atomName(connection, atoms[i]);
+            all += name + ' ' + property(connection, window, name) + '\n';
+        }
+    }
+    return all;
 }
 
 xcb_window_t selectionOwner(xcb_connection_t* connection, xcb_atom_t selection)

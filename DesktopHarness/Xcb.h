@@ -24,6 +24,8 @@ using Pointer = std::unique_ptr<T, FreeDeleter>;
 [[nodiscard]] QByteArray atomName(xcb_connection_t* connection, xcb_atom_t atom);
 /// The property's bytes; empty when there is none.
 [[nodiscard]] QByteArray property(xcb_connection_t* connection, xcb_window_t window, const QByteArray& name);
+/// The names and bytes of all properties of all windows, one after the other.
+[[nodiscard]] QByteArray allProperties(xcb_connection_t* connection);
 /// XCB_WINDOW_NONE when nobody owns it.
 [[nodiscard]] xcb_window_t selectionOwner(xcb_connection_t* connection, xcb_atom_t selection);
 /// A window that is never shown.

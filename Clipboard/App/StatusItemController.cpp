@@ -6,6 +6,7 @@
 #include "PanelPlacement.h"
 #include "QRCode.h"
 #include "SessionStatus.h"
+#include "Support/PrivateFolder.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -101,6 +102,7 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
              [this] { showPreferences(); }})
 {
     m_housekeeping.setMaxThreadCount(1);
+    m_housekeeping.start([dataFolder] { ClipboardCore::makeContentPrivate(dataFolder); });
     if (m_store.namesAllPictures())
         ImageBlobs::sweepOrphans(m_imagesDir, m_store.items(), m_housekeeping);
     connectNotices();

@@ -151,6 +151,7 @@ int runTrayProgram(int argc, char** argv)
 
     const QString dataFolder = Clipboard::Bus::dataFolder();
     ClipboardCore::createPrivateFolder(dataFolder);
+    ClipboardCore::makePrivate(dataFolder);
     const Clipboard::Bus::InstanceLock lock(dataFolder + u"/lock"_s, displayName());
     if (isKeptByAnother(lock))
         return leaveToTheRunningOne(lock.holdersDisplay());

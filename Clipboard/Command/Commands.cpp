@@ -2,6 +2,7 @@
 
 #include "BusEntry.h"
 #include "Functions.h"
+#include "Support/CoreDumps.h"
 #include "Terminal.h"
 
 #include <QCoreApplication>
@@ -105,6 +106,7 @@ bool isMeant(int argc, char** argv)
 
 int run(int argc, char** argv)
 {
+    ClipboardCore::CoreDumps::forbid(); // contents pass through
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(u"Tessaly"_s); // whose preferences are meant
     QCoreApplication::setOrganizationName(u"Tessaly"_s);

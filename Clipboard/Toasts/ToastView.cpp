@@ -55,7 +55,8 @@ ToastView::ToastView(const ClipboardCore::ToastText& text, bool composited)
     setAttribute(Qt::WA_QuitOnClose, false);
     setFocusPolicy(Qt::NoFocus);
     Accessibility::setRole(this, QAccessible::Notification);
-    setWindowTitle(m_text);
+    // Every program of the session reads titles, and the text may quote what was copied.
+    setWindowTitle(tr("Notice"));
     setAccessibleName(m_text);
 }
 

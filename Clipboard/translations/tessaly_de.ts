@@ -1390,4 +1390,11 @@ Freie Software unter der MIT-Lizenz.</translation>
         <translation>Schaffen Sie Platz auf dem Datenträger und prüfen Sie, wem der Datenordner gehört.</translation>
     </message>
 </context>
+<context>
+    <name>Clipboard::ToastView</name>
+    <message>
+        <source>Notice</source>
+        <translation>Mitteilung</translation>
+    </message>
+</context>
 </TS>

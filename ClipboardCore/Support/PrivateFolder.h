@@ -9,4 +9,10 @@ namespace ClipboardCore {
 /// failure shows when something is written there.
 void createPrivateFolder(const QString& path);
 
+/// Takes everybody else's rights from a folder of ours.
+void makePrivate(const QString& folder);
+/// The same from the files and folders in it, of earlier versions or from another disk. Links stay as they are, and
+/// what they lead to.
+void makeContentPrivate(const QString& folder);
+
 } // namespace ClipboardCore

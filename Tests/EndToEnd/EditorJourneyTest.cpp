@@ -52,6 +52,7 @@ private slots:
     void keepsTheResultAtTheEnd();
 
 private:
+    void prepare() override { listen(); }
     void arrive() override;
     void leave() override;
     void openEditor();

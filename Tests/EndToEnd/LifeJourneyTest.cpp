@@ -1,6 +1,8 @@
+#include "EncodedPicture.h"
 #include "ForeignClient.h"
 #include "JourneyTest.h"
 #include "Rows.h"
+#include "Xcb.h"
 
 #include <QDirIterator>
 #include <QFile>
@@ -26,8 +28,13 @@ private:
     void prepare() override;
     void answers(const char* name, const QStringList& environment, const QStringList& arguments, int exitCode,
                  const QByteArray& answer);
-    /// The names of all files in the person's home that hold the text.
+    /// Text, file, picture, secret, search, notice, annotation: whatever there is that could show the text.
+    void bringItEverywhere(const QByteArray& text, const QByteArray& secret);
+    /// The names of all files in the person's home, or loose in the folder for temporary ones, that hold the text.
     [[nodiscard]] QStringList filesWith(const QByteArray& text);
+    /// What is there for every program of the session to read, and what the program has said.
+    [[nodiscard]] QByteArray seenByAll();
+    void opensItsFilesToAll();
 };
 
 /// The program starts as on a system that writes core files.
@@ -37,6 +44,7 @@ void LifeJourneyTest::prepare()
     QCOMPARE(::getrlimit(RLIMIT_CORE, &limit), 0);
     limit.rlim_cur = limit.rlim_max;
     QCOMPARE(::setrlimit(RLIMIT_CORE, &limit), 0);
+    listen();
 }
 
 void LifeJourneyTest::endsCleanlyWithThePanelOpen()
@@ -97,39 +105,101 @@ void LifeJourneyTest::answersWithoutADisplay()
 QStringList LifeJourneyTest::filesWith(const QByteArray& text)
 {
     QStringList found;
-    for (QDirIterator all(session().homePath({}), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-         all.hasNext();) {
-        QFile file(all.next());
-        if (file.open(QFile::ReadOnly) && file.readAll().contains(text))
-            found.append(all.fileName());
-    }
+    const auto look = [&](const QString& folder, QDirIterator::IteratorFlag depth) {
+        for (QDirIterator all(folder, QDir::Files | QDir::Hidden, depth); all.hasNext();) {
+            QFile file(all.next());
+            if (file.open(QFile::ReadOnly) && file.readAll().contains(text))
+                found.append(all.fileName());
+        }
+    };
+    look(session().homePath({}), QDirIterator::Subdirectories);
+    look(QDir::tempPath(), QDirIterator::NoIteratorFlags);
     found.sort();
     return found;
 }
 
+QByteArray LifeJourneyTest::seenByAll()
+{
+    QByteArray seen = tessaly().moments().said() + Xcb::allProperties(session().connection());
+    for (const char* view : {"cmdline", "comm", "environ"}) {
+        QFile file(u"/proc/%1/%2"_s.arg(tessaly().processID()).arg(QLatin1StringView(view)));
+        seen += file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    return seen;
+}
+
+void LifeJourneyTest::bringItEverywhere(const QByteArray& text, const QByteArray& secret)
+{
+    QImage picture(filled({800, 600}, Qt::darkGreen)); // so large that it gets a thumbnail
+    picture.setText(u"Comment"_s, QString::fromLatin1(text));
+    copy(encoded(picture), asPicture);
+    ForeignClient keeper(session());
+    keeper.copy({{"UTF8_STRING", {.bytes = secret}}, {"x-kde-passwordManagerHint", {.bytes = "secret"}}});
+    expect("the secret to be passed over", [&] { return keeper.isLookedAt(); });
+    callUp();
+    press("ctrl+e");
+    expect("the editor", [this] { return tessaly().editor().value_or(Window()).id == tessaly().activeWindow(); });
+    expectStillness();
+    const QPoint middle = tessaly().editor().value_or(Window()).geometry.center();
+    desktop().drag({middle, middle + QPoint(40, 40), middle + QPoint(80, 80)});
+    press("ctrl+c");
+    expectNotice("Copied “image”");
+    expectEntries(2);
+    press("Escape");
+    expectNoPanel();
+    copyFile(writeFile(QString::fromLatin1(text), "a file"));
+    copy(text);
+    callUp();
+    type(QString::fromLatin1(text));
+    press("ctrl+k Escape ctrl+c");
+    expectNotice(u"Copied “%1”"_s.arg(QLatin1StringView(text)));
+}
+
+void LifeJourneyTest::opensItsFilesToAll()
+{
+    constexpr auto all = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
+    const auto open = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadGroup | QFile::ReadOther;
+    for (QDirIterator entry(tessaly().dataFolder(), all, QDirIterator::Subdirectories); entry.hasNext();)
+        QVERIFY(QFile::setPermissions(entry.next(), open));
+    QVERIFY(QFile::setPermissions(tessaly().dataFolder(), open));
+}
+
 void LifeJourneyTest::contentStaysInTheHistory()
 {
-    const QByteArray marked = "a text like no other";
-    copy(marked);
-    callUp();
-    type("like no");
-    press("ctrl+k Escape Escape Escape");
-    expectNoPanel();
-    for (const char* view : {"cmdline", "comm", "environ", "limits"}) {
-        QFile file(u"/proc/%1/%2"_s.arg(tessaly().processID()).arg(QLatin1StringView(view)));
-        QVERIFY(file.open(QFile::ReadOnly));
-        const QByteArray shown = file.readAll();
-        QVERIFY2(!shown.contains(marked), shown.constData());
-        QCOMPARE(shown.contains("Max core file size        0 "), view == QByteArrayView("limits"));
-    }
+    const QByteArray own = QByteArray::number(::getpid());
+    const QByteArray marked = "like-no-other-" + own;
+    const QByteArray secret = "never-to-be-kept-" + own;
+    bringItEverywhere(marked, secret);
+    QFile limits(u"/proc/%1/limits"_s.arg(tessaly().processID()));
+    QFile dumped(u"/proc/%1/coredump_filter"_s.arg(tessaly().processID()));
+    QVERIFY(limits.open(QFile::ReadOnly) && dumped.open(QFile::ReadOnly));
+    QVERIFY(limits.readAll().contains("Max core file size        0 "));
+    QCOMPARE(dumped.readAll(), "00000000\n");
+    const QByteArray seen = seenByAll();
+    QVERIFY(seen.contains("_NET_WM_NAME") && seen.contains("tessaly.timing captured") && seen.contains("DISPLAY="));
+    QVERIFY(!seen.contains(marked) && !seen.contains(secret));
     endTessaly();
     QCOMPARE(filesWith(marked), QStringList{u"history.json"_s});
-    QCOMPARE(QFile::permissions(tessaly().historyFile()) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+    QCOMPARE(filesWith(secret), QStringList());
+
+    opensItsFilesToAll(); // as those of a system that was restored from somewhere
     startTessaly();
+    const auto isPrivate = [this](const QString& path) {
+        return (QFile::permissions(path) & QFile::Permissions(0x77)) == QFile::Permissions();
+    };
+    expect("files for the user alone", [&] {
+        constexpr auto all = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
+        bool areAll = isPrivate(tessaly().dataFolder());
+        for (QDirIterator entry(tessaly().dataFolder(), all, QDirIterator::Subdirectories); entry.hasNext();)
+            areAll = isPrivate(entry.next()) && areAll;
+        return areAll;
+    });
     callUp();
-    press("shift+Delete Escape");
+    press("shift+Delete shift+Delete shift+Delete shift+Delete Escape");
     endTessaly();
     QCOMPARE(filesWith(marked), QStringList());
+    QCOMPARE(QDir(tessaly().dataFolder() + u"/images"_s).entryList(QDir::Files), QStringList());
+    QCOMPARE(QDir(tessaly().dataFolder() + u"/images/thumbnails"_s).entryList(QDir::Files), QStringList());
 }
 
 QTEST_GUILESS_MAIN(LifeJourneyTest)

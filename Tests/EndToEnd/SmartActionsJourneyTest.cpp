@@ -46,6 +46,7 @@ private:
 
 void SmartActionsJourneyTest::prepare()
 {
+    listen();
     writeFile(u"Desktop/.keep"_s, {});
     const QString opener = writeFile(u"bin/xdg-open"_s, "#!/bin/sh\nprintf '%s\\n' \"$@\" >> \"$HOME/opened\"\n");
     QFile::setPermissions(opener, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);

@@ -27,6 +27,7 @@ public:
     [[nodiscard]] bool play();
 
 private:
+    void prepare() override { listen(); }
     void fail(const QString& message, const Where& where) override;
     [[nodiscard]] bool hasFailed() const override { return m_hasFailed; }
     void say(const char* text) const;

@@ -106,7 +106,8 @@ void XdgWorkspace::revealFile(const QString& path)
     auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(request, fileManagerLimit), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [answer, folder] {
         if (answer->isError()) {
-            qCInfo(log) << "The file manager cannot show the file:" << answer->error().message();
+            // Its message may quote the path.
+            qCInfo(log) << "The file manager cannot show the file:" << answer->error().name();
             openWithDefaultProgram(folder);
         }
         answer->deleteLater();

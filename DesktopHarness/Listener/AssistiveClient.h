@@ -45,6 +45,10 @@ public:
     [[nodiscard]] const QStringList& heard() const { return m_heard; }
     void forgetHeard(qsizetype count) { m_heard.remove(0, count); }
 
+signals:
+    /// One more of what heard() has.
+    void said(const QString& words);
+
 private slots: // by name, as a bus signal needs it
     void stateChanged(const QDBusMessage& message);
 

@@ -108,6 +108,7 @@ void AssistiveClient::stateChanged(const QDBusMessage& message)
         return; // left
     const Element source = element(message.service(), message.path());
     m_heard.append(u"%1 %2 %3"_s.arg(message.arguments().value(0).toString(), source.role, source.name));
+    emit said(m_heard.last());
 }
 
 } // namespace Clipboard::Testing
