@@ -119,7 +119,11 @@ void DrawnButton::timerEvent(QTimerEvent* event)
 void DrawnButton::hideTip()
 {
     m_tipTimer.stop();
-    delete m_tip;
+    if (m_tip == nullptr)
+        return;
+    m_tip->hide();
+    m_tip->deleteLater(); // the window may be in the middle of hiding all that is in it
+    m_tip.clear();
 }
 
 void DrawnButton::changeEvent(QEvent* event)

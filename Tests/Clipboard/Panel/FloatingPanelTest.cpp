@@ -1,6 +1,8 @@
 #include "PanelFixture.h"
 
+#include "DrawnButton.h"
 #include "HistoryList.h"
+#include "HoverTip.h"
 #include "InlineMenu.h"
 
 #include <QAction>
@@ -23,6 +25,7 @@ private slots:
     void fieldPastesWhatIsThereAlready();
     void caretDecidesWhetherArrowsLeaveTheField();
     void menusAreInside();
+    void closesUnderATip();
 };
 
 void FloatingPanelTest::takesAndReturnsTheKeyboardOnce()
@@ -67,6 +70,23 @@ void FloatingPanelTest::marginIsNotPartOfThePanel()
     f.windows.setCompositing(true);
     QTRY_COMPARE(card(), panel);
     QVERIFY(f.colorAt({0, 0}) != QColor(Theme::outline));
+}
+
+void FloatingPanelTest::closesUnderATip()
+{
+    PanelFixture f;
+    f.fillTexts({u"one"_s});
+    QVERIFY(f.open());
+    const auto buttons = f.panel.findChildren<DrawnButton*>();
+    for (DrawnButton* button : buttons) { // the one that is hidden first takes the tip with it
+        const QPointF place(button->controlRect().center());
+        QHoverEvent arrival(QEvent::HoverEnter, place, place, place);
+        if (button->isVisible())
+            QCoreApplication::sendEvent(button, &arrival);
+    }
+    QTRY_VERIFY(f.panel.findChild<HoverTip*>() != nullptr);
+    f.panel.dismiss();
+    QTRY_VERIFY(f.panel.findChild<HoverTip*>() == nullptr);
 }
 
 void FloatingPanelTest::composingKeepsItsKeys()
