@@ -62,6 +62,15 @@ QStringList launcherOnWayland()
     return u"unshare --user --map-user=1 --map-group=1 setpriv --pdeathsig KILL"_s.split(u' ');
 }
 
+bool letFocusFollowPointer(const QString& home)
+{
+    QDir().mkpath(home + u"/.config/openbox"_s);
+    QFile settings(home + u"/.config/openbox/rc.xml"_s);
+    const QByteArray content = R"(<openbox_config xmlns="http://openbox.org/3.4/rc">
+        <focus><followMouse>yes</followMouse></focus></openbox_config>)";
+    return settings.open(QFile::WriteOnly) && settings.write(content) == content.size();
+}
+
 } // namespace
 
 VirtualSession::VirtualSession()
@@ -131,6 +140,9 @@ QString VirtualSession::bringUpX11(const Options& options)
         return failure;
     }
     if (options.windowManager) {
+        if (options.focusFollowsPointer && !letFocusFollowPointer(home())) {
+            return u"The window manager's settings could not be written."_s;
+        }
         if (QString failure = startOwner(u"openbox"_s, {u"--sm-disable"_s}, "WM_S0"); !failure.isEmpty()) {
             return failure;
         }

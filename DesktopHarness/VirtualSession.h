@@ -32,6 +32,7 @@ public:
         QSize size{1280, 800};
         // Of an X11 session.
         bool windowManager = true;
+        bool focusFollowsPointer = false;
         bool trayHost = false;
         bool compositor = false;
     };

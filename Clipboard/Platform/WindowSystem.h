@@ -43,8 +43,15 @@ public:
     /// True when a whole window can be more or less opaque; without that, none fades in or out.
     [[nodiscard]] virtual bool canFade() const { return isCompositing(); }
 
+    /// True when the panel has lost the keyboard, or is about to, merely because the pointer came upon another window,
+    /// where the desktop gives the keyboard to what the pointer is over.
+    [[nodiscard]] virtual bool isFocusAtPointer() const { return false; }
+
 signals:
     void compositingChanged();
+    /// The user clicked beside the open panel, or typed, in whichever window. Told where isFocusAtPointer() may be
+    /// true.
+    void userWorked();
 };
 
 } // namespace Clipboard

@@ -22,6 +22,7 @@ private slots:
     void pastesIntoATerminal();
     void pastesIntoAnEditor();
     void closesAndGivesTheFocusBack();
+    void staysOpenUnderAPassingPointer();
     void keepsTheBytesOfAFilesName();
     void tellsThatAFileIsGone();
     void trayIconHasThePanelAndTheMenu();
@@ -83,6 +84,38 @@ void PasteJourneyTest::closesAndGivesTheFocusBack()
         lines += "here\n";
         expectFile(typedFile(), lines);
     }
+}
+
+void PasteJourneyTest::staysOpenUnderAPassingPointer()
+{
+    if (!isOnX11())
+        QSKIP("a click gives the keyboard on the Wayland desktops");
+    const QPoint inTheTerminal(100, 790);
+    end();
+    begin({.focusFollowsPointer = true});
+    arrive();
+    openTerminal();
+    const auto rest = [&] {
+        desktop().movePointer({900, 20}); // the panel opens there, and leaves the terminal free
+        callUp();
+        desktop().movePointer(inTheTerminal);
+        expectFront("the terminal");
+        expectStillness();
+    };
+    rest();
+    click(row(1), 2);
+    expectNotice("Pasted “beta”");
+    rest();
+    press("super+shift+v"); // closes it, and is no word to the terminal
+    expectNoPanel();
+    rest();
+    type("beside");
+    expectNoPanel();
+    rest();
+    click(inTheTerminal);
+    expectNoPanel();
+    press("Return");
+    expectFile(typedFile(), "betabeside\n");
 }
 
 void PasteJourneyTest::keepsTheBytesOfAFilesName()

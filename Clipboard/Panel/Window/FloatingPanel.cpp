@@ -33,6 +33,10 @@ FloatingPanel::FloatingPanel(const Services& services)
     setWindowTitle(tr("Tessaly"));
     Accessibility::setRole(this, QAccessible::Window);
     setObjectName(QStringLiteral("FloatingPanel"));
+    connect(&services.windows, &WindowSystem::userWorked, this, [this] {
+        if (m_open && m_isOnScreen && !isActiveWindow() && !m_view->isDragging())
+            dismiss();
+    });
     connect(&services.windows, &WindowSystem::compositingChanged, this, &FloatingPanel::applyCompositing);
 }
 
@@ -126,7 +130,8 @@ void FloatingPanel::dismiss()
 bool FloatingPanel::event(QEvent* event)
 {
     const bool isDragging = m_view != nullptr && m_view->isDragging();
-    if (event->type() == QEvent::WindowDeactivate && m_isOnScreen && !isDragging)
+    const bool hasLostKeyboard = event->type() == QEvent::WindowDeactivate && m_open && m_isOnScreen && !isDragging;
+    if (hasLostKeyboard && !m_services.windows.isFocusAtPointer())
         dismiss();
     return QWidget::event(event);
 }

@@ -22,7 +22,8 @@ class WindowSystem;
 class Workspace;
 
 /// The window of the history: it takes the keyboard without taking the place of the application in front, and closes as
-/// soon as it loses the keyboard or Escape is left over.
+/// soon as it loses the keyboard or Escape is left over. Where the keyboard follows the pointer, a click or a key in
+/// another window closes it.
 class FloatingPanel final : public QWidget
 {
     Q_OBJECT

@@ -60,6 +60,19 @@ std::optional<xcb_keycode_t> Keyboard::modifierKey(xcb_map_index_t modifier)
     return found == keys.end() ? std::nullopt : std::optional(*found);
 }
 
+std::bitset<256> Keyboard::modifierKeys(uint32_t mask) const
+{
+    std::bitset<256> found;
+    const auto reply = modifiers();
+    const xcb_keycode_t* codes = reply ? xcb_get_modifier_mapping_keycodes(reply.get()) : nullptr;
+    const unsigned count = reply ? 8U * reply->keycodes_per_modifier : 0;
+    for (unsigned i = 0; i < count; ++i) {
+        if (codes[i] != 0 && (mask >> (i / reply->keycodes_per_modifier) & 1U) != 0)
+            found.set(codes[i]);
+    }
+    return found;
+}
+
 std::optional<xcb_keycode_t> Keyboard::spareKey()
 {
     const xcb_setup_t* setup = xcb_get_setup(m_session->xcb());

@@ -23,6 +23,8 @@ public:
     [[nodiscard]] std::vector<xcb_keycode_t> keysWith(xcb_keysym_t symbol);
     /// A key that is the modifier, whatever it bears; nothing when none is.
     [[nodiscard]] std::optional<xcb_keycode_t> modifierKey(xcb_map_index_t modifier);
+    /// The keys of all the modifiers in the mask.
+    [[nodiscard]] std::bitset<256> modifierKeys(uint32_t mask) const;
     /// A key code that stands for no key: it bears no symbol and is no modifier. Nothing when all are taken.
     [[nodiscard]] std::optional<xcb_keycode_t> spareKey();
     /// The modifier bit of the key; `otherwise` when the key is no modifier.

@@ -97,6 +97,13 @@ xcb_window_t X11Session::focusWindow()
     return reply->focus;
 }
 
+X11Session::Pointer X11Session::pointer() const
+{
+    const XcbPointer<xcb_query_pointer_reply_t> reply(
+        xcb_query_pointer_reply(xcb(), xcb_query_pointer(xcb(), m_connection->root()), nullptr));
+    return reply ? Pointer{{reply->root_x, reply->root_y}, reply->child} : Pointer();
+}
+
 QRect X11Session::geometry(xcb_window_t window) const
 {
     const auto sizeCookie = xcb_get_geometry(xcb(), window);

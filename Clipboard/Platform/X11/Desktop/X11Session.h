@@ -36,6 +36,13 @@ public:
     [[nodiscard]] xcb_window_t activeWindow();
     /// The window with the input focus; none while the focus follows the pointer or is nowhere.
     [[nodiscard]] xcb_window_t focusWindow();
+    struct Pointer
+    {
+        QPoint place; // on the root window, in pixels
+        /// The outermost window beneath it; none over the bare root window.
+        xcb_window_t window = XCB_WINDOW_NONE;
+    };
+    [[nodiscard]] Pointer pointer() const;
     /// On the root window, in pixels; empty when the window is gone.
     [[nodiscard]] QRect geometry(xcb_window_t window) const;
     /// True for the window that file managers keep behind all others, over every screen.

@@ -64,6 +64,7 @@ X11WindowSystem::X11WindowSystem(std::shared_ptr<X11::X11Session> session,
     , m_frontWindow(std::move(frontWindow))
     , m_compositorSelection(
           m_session->connection().atom("_NET_WM_CM_S" + QByteArray::number(m_session->connection().screenNumber())))
+    , m_activity(m_session)
 {
     if (m_session->connection().hasExtension(&xcb_xfixes_id)) {
         xcb_connection_t* xcb = m_session->xcb();
@@ -76,6 +77,8 @@ X11WindowSystem::X11WindowSystem(std::shared_ptr<X11::X11Session> session,
                                               XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
     }
     connect(m_session.get(), &X11::X11Session::eventReceived, this, &X11WindowSystem::handle);
+    connect(&m_activity, &X11::UserActivity::clicked, this, &X11WindowSystem::userClicked);
+    connect(&m_activity, &X11::UserActivity::typed, this, &X11WindowSystem::userWorked);
     m_isCompositing = hasCompositor();
 }
 
@@ -99,6 +102,12 @@ bool X11WindowSystem::eventFilter(QObject* object, QEvent* event)
     if (event->type() == QEvent::Show) {
         m_awaited.insert(window);
         writeStates(*window);
+        m_panel = window;
+        m_hasClickedBeside = false;
+        m_activity.follow();
+    } else if (event->type() == QEvent::Hide) {
+        m_panel = nullptr;
+        m_activity.stop();
     }
     const bool isShown = event->type() == QEvent::Expose && window->isExposed() && m_awaited.remove(window);
     if (isShown || event->type() == QEvent::Hide)
@@ -162,6 +171,23 @@ QScreen* X11WindowSystem::workScreen() const
     QScreen* screen =
         window == XCB_WINDOW_NONE || m_session->isDesktop(window) ? nullptr : screenOf(m_session->geometry(window));
     return screen != nullptr ? screen : QGuiApplication::screenAt(QCursor::pos());
+}
+
+/// A click gives the keyboard away on any desktop: what follows it is no longer the pointer's doing.
+bool X11WindowSystem::isFocusAtPointer() const
+{
+    if (m_hasClickedBeside || !m_activity.hasMovedPointer())
+        return false;
+    const xcb_window_t active = m_session->activeWindow();
+    return active == XCB_WINDOW_NONE || m_session->isInside(active, m_session->pointer().window);
+}
+
+void X11WindowSystem::userClicked()
+{
+    if (m_panel == nullptr || m_panel->geometry().contains(QCursor::pos()))
+        return;
+    m_hasClickedBeside = true;
+    emit userWorked();
 }
 
 void X11WindowSystem::handle(const xcb_generic_event_t* event)

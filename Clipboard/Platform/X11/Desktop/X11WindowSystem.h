@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FrontWindow.h"
+#include "UserActivity.h"
 #include "WindowSystem.h"
 #include "X11Session.h"
 
@@ -23,6 +24,7 @@ public:
     void restoreFrontWindow() override;
     [[nodiscard]] QScreen* workScreen() const override;
     [[nodiscard]] bool isCompositing() const override { return m_isCompositing; }
+    [[nodiscard]] bool isFocusAtPointer() const override;
 
     bool eventFilter(QObject* object, QEvent* event) override;
 
@@ -30,12 +32,16 @@ private:
     void writeStates(const QWindow& window);
     void handle(const xcb_generic_event_t* event);
     [[nodiscard]] bool hasCompositor() const;
+    void userClicked();
 
     std::shared_ptr<X11::X11Session> m_session;
     std::shared_ptr<X11::FrontWindow> m_frontWindow;
     xcb_atom_t m_compositorSelection;
     int m_selectionEvent = -1;
     QSet<const QWindow*> m_awaited; // those that the server is yet to show
+    X11::UserActivity m_activity;
+    const QWindow* m_panel = nullptr; // while it is shown
+    bool m_hasClickedBeside = false;
     bool m_isCompositing = false;
 };
 
