@@ -143,6 +143,7 @@ std::optional<QByteArray> HistoryDisk::readFile()
 {
     Fingerprint fingerprint;
     std::optional<QByteArray> content;
+    m_trace = RegularFile::traceOf(m_path);
     const int file = RegularFile::open(QFile::encodeName(m_path), O_RDONLY);
     if (file >= 0) {
         content = RegularFile::read(file, HistoryCoding::largestDocument, HistoryCoding::decodePadding,
@@ -233,6 +234,7 @@ std::optional<QString> HistoryDisk::keepUnreadable()
     rename(QFile::encodeName(m_journalPath).constData(), QFile::encodeName(m_journalPath + suffix).constData());
     m_isUnreadableInPlace = false;
     m_file = {0, Fingerprint().value()};
+    m_trace = {};
     m_journal.restart(m_file);
     return std::nullopt;
 }
@@ -297,7 +299,14 @@ void HistoryDisk::flushJournal()
 bool HistoryDisk::isSaveDue() const
 {
     const std::lock_guard lock(m_mutex);
-    return m_lastGap > m_saved || sizeOf(m_items) <= smallFile || m_journal.end() > m_file.size / journalShare;
+    return m_lastGap > m_saved || sizeOf(m_items) <= smallFile || m_journal.end() > m_file.size / journalShare ||
+           RegularFile::traceOf(m_path) != m_trace; // the journal says nothing to it
+}
+
+bool HistoryDisk::isFileGone() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_trace != RegularFile::Trace() && !isThere(m_path);
 }
 
 bool HistoryDisk::isCatchingUpDue() const
@@ -343,6 +352,7 @@ std::optional<QString> HistoryDisk::save(const std::optional<QList<ClipItem>>& i
 
     lock.lock();
     m_file = state;
+    m_trace = RegularFile::traceOf(m_path);
     m_isFileSealed = sealing.isWanted;
     if (m_journal.isDamaged())
         keepDamagedJournal();

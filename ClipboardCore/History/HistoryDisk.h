@@ -2,6 +2,7 @@
 
 #include "History/EntryList.h"
 #include "History/HistoryJournal.h"
+#include "Support/RegularFile.h"
 
 #include <QHash>
 #include <QList>
@@ -40,8 +41,11 @@ public:
     /// Flushes what was appended to the disk. Takes its time; append() need not wait for it.
     void flushJournal();
 
-    /// True when the file should be written: it is small, the journal has become large beside it, or lacks something.
+    /// True when the file should be written: it is small, another one stands in its place, the journal has become large
+    /// beside it, or lacks something.
     [[nodiscard]] bool isSaveDue() const;
+    /// True when the file that was there last is there no more: its folder may have gone.
+    [[nodiscard]] bool isFileGone() const;
     /// True when the last run left something to be written: the journal has grown large beside the file, as after a
     /// program that was killed again and again before it could save; it is damaged; a file stands in the other form.
     [[nodiscard]] bool isCatchingUpDue() const;
@@ -73,6 +77,7 @@ private:
     // All below: guarded by `m_mutex`, but for load() and what it alone sets.
     HistoryJournal m_journal;
     JournalCoding::FileState m_file;
+    RegularFile::Trace m_trace; // of that file
     QList<ClipItem> m_items;
     std::optional<QString> m_unreadable;
     bool m_isUnreadableInPlace = false;

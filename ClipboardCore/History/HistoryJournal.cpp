@@ -147,9 +147,8 @@ void HistoryJournal::restart(const FileState& file)
 
 bool HistoryJournal::open()
 {
-    struct stat status = {};
-    if (m_file >= 0 && fstat(m_file, &status) == 0 && status.st_nlink == 0) {
-        close(); // somebody removed it, and what it held
+    if (m_file >= 0 && !RegularFile::isNamed(m_file, m_path)) {
+        close(); // somebody removed it or its folder, or put another one there
         m_end = m_lastOperation = 0;
         return false;
     }

@@ -223,12 +223,13 @@ std::optional<QString> HistorySaver::save(const QList<ClipItem>& items)
 
 bool HistorySaver::flush(const QList<HistoryOperation>& operations, const QList<ClipItem>& items)
 {
-    if (!d->pendingSave) {
+    if (!d->pendingSave && (d->isLocked || !d->disk.isFileGone())) {
         d->journal.drain();
         d->io.drain();
         return false;
     }
-    d->io.cancel(*std::exchange(d->pendingSave, std::nullopt));
+    if (d->pendingSave)
+        d->io.cancel(*std::exchange(d->pendingSave, std::nullopt));
     if (save(items))
         d->disk.append(operations, items);
     return true;

@@ -44,7 +44,8 @@ public:
     void changed(const QList<HistoryOperation>& operations, const QList<ClipItem>& items);
     /// Writes the file now. Nothing on success, else what went wrong.
     [[nodiscard]] std::optional<QString> save(const QList<ClipItem>& items);
-    /// Waits for what is under way; when something changed since the last flush, writes the file as well. Where that
+    /// Waits for what is under way; when something changed since the last flush, or the file
+    /// is gone, writes the file as well. Where that
     /// fails, the journal takes what it does not have. False when nothing was to be written.
     bool flush(const QList<HistoryOperation>& operations, const QList<ClipItem>& items);
 

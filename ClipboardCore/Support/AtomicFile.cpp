@@ -37,15 +37,6 @@ bool lock(int file)
     return true;
 }
 
-/// True when `path` still names the file that is open as `file`.
-bool isSameFile(int file, const QByteArray& path)
-{
-    struct stat open = {};
-    struct stat named = {};
-    return fstat(file, &open) == 0 && lstat(path.constData(), &named) == 0 && open.st_ino == named.st_ino &&
-           open.st_dev == named.st_dev;
-}
-
 } // namespace
 
 AtomicFile::AtomicFile(QString path)
@@ -76,7 +67,7 @@ void AtomicFile::open()
             close(std::exchange(m_file, -1)); // not ours to remove
             return fail("lock"_L1);
         }
-    } while (m_file < 0 || !isSameFile(m_file, m_temporary));
+    } while (m_file < 0 || !RegularFile::isNamed(m_file, m_temporary));
 
     if (ftruncate(m_file, 0) < 0)
         return fail("truncate"_L1);

@@ -62,6 +62,23 @@ QString target(const QString& path)
     return path;
 }
 
+bool isNamed(int file, const QByteArray& path)
+{
+    struct stat open = {};
+    struct stat named = {};
+    return fstat(file, &open) == 0 && lstat(path.constData(), &named) == 0 && open.st_ino == named.st_ino &&
+           open.st_dev == named.st_dev;
+}
+
+Trace traceOf(const QString& path)
+{
+    constexpr qint64 second = 1'000'000'000;
+    struct stat status = {};
+    if (lstat(QFile::encodeName(path).constData(), &status) < 0)
+        return {};
+    return {status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec * second + status.st_mtim.tv_nsec};
+}
+
 void syncFolder(const QString& path)
 {
     const QByteArray folder = QFile::encodeName(QFileInfo(path).path());

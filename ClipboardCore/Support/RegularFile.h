@@ -34,6 +34,21 @@ auto uninterrupted(Call call)
 /// of one that leads nowhere.
 [[nodiscard]] QString target(const QString& path);
 
+/// False when the path stands for another file than the one that is open, or for none.
+[[nodiscard]] bool isNamed(int file, const QByteArray& path);
+
+/// Which file stands under a name, and as of when: not equal once another one stands there or somebody wrote to it.
+/// That of no file is the default.
+struct Trace
+{
+    quint64 device = 0;
+    quint64 node = 0;
+    qint64 bytes = 0;
+    qint64 changed = 0; // ns since 1970
+    bool operator==(const Trace&) const = default;
+};
+[[nodiscard]] Trace traceOf(const QString& path);
+
 /// Flushes the entries of the folder in which `path` is. Some file systems cannot, which takes nothing from the file.
 void syncFolder(const QString& path);
 

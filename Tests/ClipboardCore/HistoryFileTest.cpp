@@ -17,6 +17,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <functional>
 #include <map>
 #include <thread>
 
@@ -94,6 +95,7 @@ private slots:
     void leavesTwoPrivateFiles();
     void rewritesALargeFileSeldom();
     void triesAgainUntilTheFolderIsThere();
+    void writesWhatAnotherFileLacks();
     void survivesAFullDisk();
     void writersTakeTurns();
     void somethingElseInPlaceOf();
@@ -239,6 +241,50 @@ void HistoryFileTest::triesAgainUntilTheFolderIsThere()
     store.saveAsync();
     QTRY_COMPARE(HistoryCoding::decode(contentOf(folder + u"/history.json"_s)), store.items());
     QCOMPARE(modeOf(folder) & 07777, mode_t(0700));
+}
+
+/// What happens to the files of a history so large that its changes are left to the journal.
+void HistoryFileTest::writesWhatAnotherFileLacks()
+{
+    const QString away = m_folder.folder() + u"-away"_s;
+    const auto leave = qScopeGuard([&away] { QDir(away).removeRecursively(); });
+    const auto moveFolder = [&] { QVERIFY(QDir().rename(m_folder.folder(), away)); };
+    const QList<std::function<void()>> accidents{
+        [&] { QVERIFY(QFile::remove(path())); },
+        [&] { QVERIFY(QFile::remove(journal())); },
+        [&] { write(path(), "[]"); },
+        [&] { QVERIFY(QFile::rename(journal(), away)); },
+        moveFolder,
+        [&] {
+            moveFolder();
+            QVERIFY(QDir().mkdir(m_folder.folder()));
+            write(path(), "[]");
+            write(journal(), "{}\n");
+        },
+    };
+    for (const auto& happen : accidents) {
+        for (const bool isChanged : {true, false}) {
+            QDir(away).removeRecursively();
+            QFile::remove(away);
+            m_folder.renew();
+            JSONHistoryStore store(path(), 500, 0);
+            QVERIFY(store.add(entry(QString(1'200'000, u'a'))).isEmpty());
+            store.saveAsync();
+            store.flush();
+            QVERIFY(store.add(entry(u"b"_s)).isEmpty());
+            store.saveAsync();
+            store.flush();
+            happen();
+            if (isChanged) {
+                QVERIFY(store.add(entry(u"c"_s)).isEmpty());
+                store.saveAsync();
+                QTRY_COMPARE(saved(), store.items());
+            } else if (!QFile::exists(path())) {
+                store.flush(); // at the end
+                QCOMPARE(saved(), store.items());
+            }
+        }
+    }
 }
 
 void HistoryFileTest::survivesAFullDisk()
