@@ -11,6 +11,7 @@
 #include "WindowSystem.h"
 
 #include <QKeyEvent>
+#include <QLoggingCategory>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QVariantAnimation>
@@ -21,6 +22,12 @@
 using ClipboardCore::KeyCode;
 
 namespace Clipboard {
+
+namespace {
+
+Q_LOGGING_CATEGORY(timing, "tessaly.timing", QtWarningMsg)
+
+} // namespace
 
 FloatingPanel::FloatingPanel(const Services& services)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint)
@@ -131,7 +138,9 @@ bool FloatingPanel::event(QEvent* event)
 {
     const bool isDragging = m_view != nullptr && m_view->isDragging();
     const bool hasLostKeyboard = event->type() == QEvent::WindowDeactivate && m_open && m_isOnScreen && !isDragging;
-    if (hasLostKeyboard && !m_services.windows.isFocusAtPointer())
+    if (hasLostKeyboard && m_services.windows.isFocusAtPointer())
+        qCDebug(timing, "panel-left-open");
+    else if (hasLostKeyboard)
         dismiss();
     return QWidget::event(event);
 }
