@@ -18,6 +18,7 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <utility>
 
 using ClipboardCore::KeyCode;
 
@@ -96,6 +97,7 @@ void FloatingPanel::open()
     m_view->sync();
     m_open = true;
     m_isOnScreen = false;
+    m_mayInsist = true;
     startEntrance();
     show();
     m_services.windows.activate(windowHandle());
@@ -117,9 +119,14 @@ void FloatingPanel::applyEntrance(qreal progress)
     if (m_services.windows.canFade())
         setWindowOpacity(progress);
     const int below = qRound((1 - progress) * Theme::panelRise);
-    const QPoint place = m_geometry.marginsAdded(m_surface.margins()).topLeft() + QPoint(0, below);
+    const QPoint place = windowPlace() + QPoint(0, below);
     if (pos() != place)
         move(place);
+}
+
+QPoint FloatingPanel::windowPlace() const
+{
+    return m_geometry.marginsAdded(m_surface.margins()).topLeft();
 }
 
 void FloatingPanel::dismiss()
@@ -199,6 +206,16 @@ void FloatingPanel::keyPressEvent(QKeyEvent* event)
     if (event->key() == Qt::Key_Escape && !m_view->activeField()->isComposing())
         return dismiss();
     QWidget::keyPressEvent(event);
+}
+
+/// Some window managers first reckon with a frame of theirs, leave it out and the window where it stood inside: asked
+/// again, they put it in its place. One that moves it then as well has its reasons.
+void FloatingPanel::moveEvent(QMoveEvent* event)
+{
+    QWidget::moveEvent(event);
+    const bool isMovedByOthers = m_isOnScreen && m_entrance->state() != QVariantAnimation::Running;
+    if (m_open && isMovedByOthers && event->pos() != windowPlace() && std::exchange(m_mayInsist, false))
+        move(windowPlace());
 }
 
 void FloatingPanel::resizeEvent(QResizeEvent* event)

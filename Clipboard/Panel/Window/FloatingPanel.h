@@ -66,6 +66,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
@@ -77,6 +78,7 @@ private:
     void layOutView();
     void startEntrance();
     void applyEntrance(qreal progress);
+    [[nodiscard]] QPoint windowPlace() const;
 
     Services m_services;
     Surface m_surface;
@@ -84,6 +86,7 @@ private:
     PanelView* m_view = nullptr;
     QVariantAnimation* m_entrance = nullptr;
     bool m_open = false;
+    bool m_mayInsist = false;  // on its place, once a showing
     bool m_isOnScreen = false; // until then, a loss of the keyboard is late news of an earlier showing
 };
 

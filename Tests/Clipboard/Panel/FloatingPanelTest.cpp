@@ -10,6 +10,7 @@
 #include <QGuiApplication>
 #include <QInputMethodEvent>
 #include <QSignalSpy>
+#include <QWindow>
 
 using namespace Clipboard;
 using namespace Clipboard::Testing;
@@ -21,6 +22,7 @@ class FloatingPanelTest final : public QObject
 private slots:
     void takesAndReturnsTheKeyboardOnce();
     void marginIsNotPartOfThePanel();
+    void insistsOnItsPlaceOnce();
     void composingKeepsItsKeys();
     void fieldPastesWhatIsThereAlready();
     void caretDecidesWhetherArrowsLeaveTheField();
@@ -87,6 +89,19 @@ void FloatingPanelTest::closesUnderATip()
     QTRY_VERIFY(f.panel.findChild<HoverTip*>() != nullptr);
     f.panel.dismiss();
     QTRY_VERIFY(f.panel.findChild<HoverTip*>() == nullptr);
+}
+
+void FloatingPanelTest::insistsOnItsPlaceOnce()
+{
+    PanelFixture f;
+    QVERIFY(f.open());
+    const QPoint place = f.panel.pos();
+    const QPoint besideAFrame = place + QPoint(2, 22);
+    f.panel.move(besideAFrame); // as a window manager does
+    QTRY_COMPARE(f.panel.pos(), place);
+    f.panel.move(besideAFrame);
+    QTRY_COMPARE(f.panel.windowHandle()->position(), besideAFrame);
+    QCOMPARE(f.panel.pos(), besideAFrame);
 }
 
 void FloatingPanelTest::composingKeepsItsKeys()
