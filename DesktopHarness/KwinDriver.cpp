@@ -1,5 +1,7 @@
 #include "KwinDriver.h"
 
+#include "VirtualSession.h"
+
 namespace Clipboard::Testing {
 
 KwinDriver::KwinDriver(VirtualSession& session, QSize size)
@@ -22,11 +24,22 @@ void KwinDriver::movePointer(QPoint place)
 
 void KwinDriver::click(QPoint place, int times, int button)
 {
-    movePointer(place);
+    point(place);
     for (int i = 0; i < times; ++i) {
         m_hands->setButton(button, true);
         m_hands->setButton(button, false);
     }
+}
+
+/// A window has the keyboard before it is painted; until it is, the compositor has the pointer on the one behind it.
+void KwinDriver::point(QPoint place)
+{
+    const std::optional<Window> front = x11().activeWindow();
+    const bool isInFront = front && front->geometry.contains(place);
+    (void)VirtualSession::waitUntil([&] {
+        movePointer(place);
+        return !isInFront || x11().pointer() == place;
+    });
 }
 
 void KwinDriver::pressButton()

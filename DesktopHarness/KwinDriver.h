@@ -32,6 +32,7 @@ public:
 
 private:
     [[nodiscard]] WaylandKeyboard& keyboard() override { return *m_hands; }
+    void point(QPoint place);
 
     QSize m_size;
     std::unique_ptr<FakeInput> m_hands;

@@ -100,6 +100,13 @@ void X11Driver::awaitRelease()
     });
 }
 
+QPoint X11Driver::pointer() const
+{
+    const Xcb::Pointer<xcb_query_pointer_reply_t> pointer(
+        xcb_query_pointer_reply(xcb(), xcb_query_pointer(xcb(), Xcb::root(xcb())), nullptr));
+    return pointer ? QPoint(pointer->root_x, pointer->root_y) : QPoint();
+}
+
 QByteArray X11Driver::pointerShape() const
 {
     const auto version = xcb_xfixes_query_version(xcb(), XCB_XFIXES_MAJOR_VERSION, XCB_XFIXES_MINOR_VERSION);

@@ -23,6 +23,8 @@ public:
     void pressButton() override;
     void releaseButton() override;
     [[nodiscard]] QByteArray pointerShape() const override;
+    /// Where the programs of X11 know the pointer to be.
+    [[nodiscard]] QPoint pointer() const;
     void copy(const QByteArray& content, const QString& target) override;
     [[nodiscard]] std::unique_ptr<ForeignOwner> otherProgram() override;
     [[nodiscard]] QByteArray pasted(const QString& target) override;
