@@ -66,6 +66,11 @@ int RunningTessaly::stop(int signal)
 {
     ::kill(static_cast<pid_t>(processID()), signal);
     m_process->waitForFinished(VirtualSession::defaultTimeout);
+    return exitCode();
+}
+
+int RunningTessaly::exitCode() const
+{
     return m_process->exitStatus() == QProcess::NormalExit ? m_process->exitCode() : -1;
 }
 

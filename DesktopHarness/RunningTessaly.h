@@ -41,6 +41,8 @@ public:
     [[nodiscard]] const QString& program() const { return m_program; }
     [[nodiscard]] qint64 processID() const;
     [[nodiscard]] bool isRunning() const;
+    /// Once it has ended; -1 when a signal ended it.
+    [[nodiscard]] int exitCode() const;
 
     [[nodiscard]] MomentLog& moments() { return m_moments; }
 

@@ -340,6 +340,14 @@ void VirtualSession::kill(QProcess& process)
     std::erase_if(m_processes, [&](const auto& owned) { return owned.get() == &process; });
 }
 
+void VirtualSession::crashDisplay()
+{
+    // A compositor needs the message bus, which is started before it.
+    QProcess& display = *m_processes[m_kind == Kind::x11 ? 0 : 1];
+    display.kill();
+    display.waitForFinished();
+}
+
 bool VirtualSession::screenshot(const QString& path)
 {
     if (m_kind == Kind::kwin) {

@@ -81,6 +81,8 @@ public:
     [[nodiscard]] int connectToCompositor();
     /// Ends a program that start() gave out, with SIGKILL, and forgets it.
     void kill(QProcess& process);
+    /// Ends the X server or the compositor, as its crash does. Nothing works from then on.
+    void crashDisplay();
 
     /// Whoever sits at it; there is none when the session did not come up.
     [[nodiscard]] Kind kind() const { return m_kind; }

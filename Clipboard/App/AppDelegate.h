@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DisplayLoss.h"
 #include "StatusItemController.h"
 
 #include <QObject>
@@ -26,6 +27,7 @@ private:
     void willTerminate();
 
     StatusItemController m_statusItemController;
+    DisplayLoss m_displayLoss;
 };
 
 } // namespace Clipboard

@@ -18,6 +18,7 @@ private slots:
     void contentOutlivesItsProgram();
     void aDeliberateClearStays();
     void noKillLosesACopy();
+    void savesEverythingWhenTheDisplayIsGone();
 
 private:
     /// In the history or its journal.
@@ -116,6 +117,17 @@ void ResilienceJourneyTest::noKillLosesACopy()
     }
     copy(filling + "the end");
     expectEntries(rounds + 1);
+}
+
+void ResilienceJourneyTest::savesEverythingWhenTheDisplayIsGone()
+{
+    callUp();
+    copy("just before the crash"); // the save that waits for a pause of a second is still to come
+    copyUnrecorded("on its way");
+    session().crashDisplay();
+    expect("its end", [this] { return !tessaly().isRunning(); });
+    QCOMPARE(tessaly().exitCode(), 1); // not aborted
+    QVERIFY(contents().contains(u"just before the crash"_s));
 }
 
 QTEST_GUILESS_MAIN(ResilienceJourneyTest)

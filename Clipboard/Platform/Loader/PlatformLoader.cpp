@@ -182,4 +182,9 @@ Platform loadPlatform(const Wayland::WaylandSession& compositor)
     return platform;
 }
 
+bool isDisplayLost()
+{
+    return X11WindowSystem::isDisplayLost() || WaylandWindowSystem::isDisplayLost();
+}
+
 } // namespace Clipboard

@@ -33,4 +33,7 @@ struct Platform
 /// let programs do; the only code that names them.
 [[nodiscard]] Platform loadPlatform(const Wayland::WaylandSession& compositor = {});
 
+/// Whether the toolkit's own connection to its display is lost. Any thread.
+[[nodiscard]] bool isDisplayLost();
+
 } // namespace Clipboard

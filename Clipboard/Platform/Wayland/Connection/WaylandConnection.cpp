@@ -92,8 +92,11 @@ short WaylandConnection::events() const
 
 void WaylandConnection::serve()
 {
-    while (wl_display_prepare_read(m_display) != 0)
-        wl_display_dispatch_pending(m_display);
+    while (wl_display_prepare_read(m_display) != 0) {
+        // What came before an error stays where it is, and would be tried for ever.
+        if (wl_display_dispatch_pending(m_display) < 0)
+            return;
+    }
     flush();
     wl_display_read_events(m_display);
     wl_display_dispatch_pending(m_display);

@@ -4,7 +4,9 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <qpa/qplatformnativeinterface.h>
 #include <qpa/qwindowsysteminterface.h>
+#include <wayland-client-core.h>
 
 #include <utility>
 
@@ -17,6 +19,15 @@ void WaylandWindowSystem::prepareToolkit()
 {
     qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
     qputenv("QT_WAYLAND_DISABLE_FIXED_POSITIONS", "1");
+}
+
+bool WaylandWindowSystem::isDisplayLost()
+{
+    if (!QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+        return false;
+    QPlatformNativeInterface* native = QGuiApplication::platformNativeInterface();
+    auto* display = static_cast<wl_display*>(native->nativeResourceForIntegration("wl_display"));
+    return display != nullptr && wl_display_get_error(display) != 0;
 }
 
 std::unique_ptr<WaylandWindowSystem> WaylandWindowSystem::create(std::shared_ptr<Wayland::Toplevels> toplevels)

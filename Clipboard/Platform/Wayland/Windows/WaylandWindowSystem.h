@@ -18,6 +18,9 @@ public:
     /// Set before the toolkit starts, they have it leave such windows to us, and each where it was put.
     static void prepareToolkit();
 
+    /// Whether the toolkit has a compositor for its display and has lost it. Any thread.
+    [[nodiscard]] static bool isDisplayLost();
+
     /// Null when the toolkit's windows are not those of a compositor with layer shell.
     [[nodiscard]] static std::unique_ptr<WaylandWindowSystem> create(std::shared_ptr<Wayland::Toplevels> toplevels);
     ~WaylandWindowSystem() override;

@@ -58,6 +58,12 @@ xcb_window_t idOf(const QWindow& window)
 
 } // namespace
 
+bool X11WindowSystem::isDisplayLost()
+{
+    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return x11 != nullptr && xcb_connection_has_error(x11->connection()) != 0;
+}
+
 X11WindowSystem::X11WindowSystem(std::shared_ptr<X11::X11Session> session,
                                  std::shared_ptr<X11::FrontWindow> frontWindow)
     : m_session(std::move(session))

@@ -15,6 +15,9 @@ namespace Clipboard {
 class X11WindowSystem final : public WindowSystem
 {
 public:
+    /// Whether the toolkit has an X server for its display and has lost it. Any thread.
+    [[nodiscard]] static bool isDisplayLost();
+
     X11WindowSystem(std::shared_ptr<X11::X11Session> session, std::shared_ptr<X11::FrontWindow> frontWindow);
 
     void prepare(QWindow* window, Role role) override;
