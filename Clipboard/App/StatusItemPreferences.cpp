@@ -5,6 +5,8 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <chrono>
+#include <optional>
 #include <utility>
 
 /// The part of the composition root that has to do with what the user can choose.
@@ -12,6 +14,13 @@ namespace Clipboard {
 
 using namespace Qt::StringLiterals;
 using ClipboardCore::ToastText;
+
+namespace {
+
+// Password managers clear what they copied after 10 to 45 s.
+constexpr std::chrono::seconds clearedWithin{60};
+
+} // namespace
 
 void StatusItemController::connectPreferences()
 {
@@ -39,6 +48,7 @@ void StatusItemController::applyPreferences()
     m_limits.set(m_preferences.number(historyEntries), m_preferences.number(historyDays));
     m_watcher.setRules({m_preferences.values(recordedTypes), m_preferences.values(neverApplications),
                         m_preferences.values(neverPatterns)});
+    m_watcher.setForgetting(m_preferences.flag(forgetCleared) ? std::optional(clearedWithin) : std::nullopt);
     m_viewModel.selectsNewest = m_preferences.value(selectAtOpening) == "newest"_L1;
     bindHotKey();
 }

@@ -15,6 +15,7 @@
 #include <QFile>
 #include <QLoggingCategory>
 
+#include <algorithm>
 #include <utility>
 
 namespace Clipboard {
@@ -114,6 +115,8 @@ void PasteboardWatcher::poll()
     if (m_pasteboard.changeCount() == m_lastChangeCount)
         return;
     m_lastChangeCount = m_pasteboard.changeCount();
+    if (m_pasteboard.isTakenBack())
+        return forgetTakenBack();
     const QSet<QString> types = m_pasteboard.types();
     if (m_isPaused)
         return skip(u"paused"_s);
@@ -122,6 +125,8 @@ void PasteboardWatcher::poll()
     const Capture seen = captureNow();
     if (!m_rules.allowsFrom(seen.bundleID))
         return skip(u"application"_s);
+    if (m_forgetWithin)
+        m_lastCopy = {seen.change, QDeadlineTimer(*m_forgetWithin)};
     capture(types, seen);
 }
 
@@ -129,7 +134,8 @@ void PasteboardWatcher::capture(const QSet<QString>& types, const Capture& captu
 {
     if (const QList<QUrl> files = m_pasteboard.fileURLs(); !files.isEmpty())
         return m_rules.allows(ClipType::file)
-                   ? store(makeItem(ClipType::file, ClipboardCore::CopiedFile::content(files.first()), capture))
+                   ? store(makeItem(ClipType::file, ClipboardCore::CopiedFile::content(files.first()), capture),
+                           capture)
                    : skip(u"type"_s);
 
     std::optional<QByteArray> picture = m_pasteboard.pngData();
@@ -147,15 +153,15 @@ void PasteboardWatcher::capture(const QSet<QString>& types, const Capture& captu
 PasteboardWatcher::Capture PasteboardWatcher::captureNow() const
 {
     const auto source = m_workspace.frontmostApplication().value_or(Workspace::Application{});
-    return {source.name, source.bundleID, m_store.timeOfNewEntry()};
+    return {source.name, source.bundleID, m_store.timeOfNewEntry(), m_lastChangeCount};
 }
 
 void PasteboardWatcher::captureText(const QByteArray& utf8, const Capture& capture)
 {
     const auto make = [utf8, capture, rules = m_rules] { return makeTextItem(utf8, capture, rules); };
-    const auto storeIfAny = [this](const Outcome& outcome) {
+    const auto storeIfAny = [this, capture](const Outcome& outcome) {
         if (outcome.item)
-            store(*outcome.item);
+            store(*outcome.item, capture);
         else
             skip(outcome.reason);
     };
@@ -176,7 +182,7 @@ void PasteboardWatcher::capturePicture(const QByteArray& picture, const Capture&
         // An equal picture's entry may have gone meanwhile, and the file that both share with it.
         if (mayRetry && !QFile::exists(*path))
             return capturePicture(picture, capture, false);
-        store(makeItem(ClipType::image, *path, capture));
+        store(makeItem(ClipType::image, *path, capture), capture);
         if (onPicture)
             onPicture(*path);
     };
@@ -197,13 +203,44 @@ void PasteboardWatcher::convert(QThreadPool& pool, qsizetype bytes, Work work, D
     });
 }
 
-void PasteboardWatcher::store(const ClipItem& item)
+/// Nobody else copied in between: then it was the last copy that went.
+void PasteboardWatcher::forgetTakenBack()
+{
+    if (m_lastCopy.change + 1 != m_lastChangeCount || m_lastCopy.patience.hasExpired())
+        return;
+    m_takenBack = m_lastCopy.change; // it may still be converted
+    if (m_lastCopy.entry)
+        forget(*std::exchange(m_lastCopy.entry, {}));
+}
+
+void PasteboardWatcher::forget(const ClipItem& item)
+{
+    const auto isSame = [&item](const ClipItem& kept) {
+        return kept.type == item.type && kept.content == item.content && !kept.isPinned;
+    };
+    const auto found = std::ranges::find_if(m_store.items(), isSame);
+    if (found == m_store.items().end())
+        return;
+    skip(u"cleared"_s);
+    const QUuid id = found->id;
+    if (const auto removed = m_store.remove(id))
+        ImageBlobs::release({*removed});
+    m_store.saveAsync();
+    if (onChange)
+        onChange();
+}
+
+void PasteboardWatcher::store(const ClipItem& item, const Capture& capture)
 {
     ImageBlobs::release(m_store.add(item));
     m_store.saveAsync();
     qCDebug(timing, "captured %lld", static_cast<long long>(QDateTime::currentMSecsSinceEpoch()));
     if (onChange)
         onChange();
+    if (capture.change == m_takenBack)
+        forget(item);
+    else if (capture.change == m_lastCopy.change)
+        m_lastCopy.entry = item;
 }
 
 ClipItem PasteboardWatcher::makeItem(ClipType type, const Utf8Text& content, const Capture& capture)

@@ -44,9 +44,13 @@ public:
     void setPaused(bool isPaused) { m_isPaused = isPaused; }
     /// What the user does not want recorded, from the next copy on.
     void setRules(const RecordingRules& rules) { m_rules = rules; }
+    /// Forgets what its program takes back within that time after the copy; without one it stays. For what was copied
+    /// from then on.
+    void setForgetting(std::optional<std::chrono::nanoseconds> within) { m_forgetWithin = within; }
     /// How many copies were not recorded since the start, by the reason: "secret", "transient" and "generated" by their
     /// mark; "paused"; "application", "type" and "pattern" by the rules; "blank"; "unreadable" for no content that can
-    /// be recorded; "overload" for too much at once.
+    /// be recorded; "overload" for too much at once; "cleared"
+    /// when they were forgotten again.
     [[nodiscard]] const QMap<QString, int>& skipped() const { return m_skipped; }
     struct Limits
     {
@@ -70,6 +74,7 @@ private:
         std::optional<QString> sourceApp;
         std::optional<QString> bundleID;
         double time = 0;
+        qint64 change = 0; // the change count
     };
 
     /// An entry, or why there is none.
@@ -77,6 +82,14 @@ private:
     {
         std::optional<ClipboardCore::ClipItem> item;
         QString reason;
+    };
+
+    /// The copy that its program may take back.
+    struct LastCopy
+    {
+        qint64 change = -1;
+        QDeadlineTimer patience;
+        std::optional<ClipboardCore::ClipItem> entry{};
     };
 
     void poll();
@@ -88,7 +101,9 @@ private:
     void convert(QThreadPool& pool, qsizetype bytes, Work work, Done done);
     void waitForConversions(const QDeadlineTimer& deadline);
     void skip(const QString& reason) { ++m_skipped[reason]; }
-    void store(const ClipboardCore::ClipItem& item);
+    void store(const ClipboardCore::ClipItem& item, const Capture& capture);
+    void forgetTakenBack();
+    void forget(const ClipboardCore::ClipItem& item);
     [[nodiscard]] static ClipboardCore::ClipItem
     makeItem(ClipboardCore::ClipType type, const ClipboardCore::Utf8Text& content, const Capture& capture);
     [[nodiscard]] static Outcome makeTextItem(const QByteArray& utf8, const Capture& capture,
@@ -103,7 +118,10 @@ private:
     bool m_isPaused = false;
     RecordingRules m_rules;
     QMap<QString, int> m_skipped;
-    int m_conversions = 0; // under way or waiting, with this many bytes:
+    std::optional<std::chrono::nanoseconds> m_forgetWithin;
+    LastCopy m_lastCopy;
+    qint64 m_takenBack = -1; // the change whose copy is not to be stored any more
+    int m_conversions = 0;   // under way or waiting, with this many bytes:
     qsizetype m_pendingBytes = 0;
     std::stop_source m_hurry;
     // One thread each: conversions finish in the order of the copies, and a burst costs the memory of one.

@@ -35,6 +35,9 @@ public:
     [[nodiscard]] virtual std::optional<QByteArray> tiffData() const = 0;
     /// The plain text as UTF-8; nothing when there is none.
     [[nodiscard]] virtual std::optional<QByteArray> string() const = 0;
+    /// True when there is nothing because the program whose content was there took it back, as password managers do
+    /// after a while. Never where the desktop cannot tell that from the end of the program.
+    [[nodiscard]] virtual bool isTakenBack() const { return false; }
     /// False on a platform whose clipboard cannot tell that it changed; the watcher then polls.
     [[nodiscard]] virtual bool notifiesChanges() const = 0;
 

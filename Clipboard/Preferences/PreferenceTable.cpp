@@ -72,6 +72,9 @@ const Preference::Texts daysTexts{QT_TRANSLATE_NOOP("Preference", "History"),
 const Preference::Texts forgetTexts{QT_TRANSLATE_NOOP("Preference", "History"),
                                     QT_TRANSLATE_NOOP("Preference", "Forget at the end"),
                                     QT_TRANSLATE_NOOP("Preference", "Only pinned entries stay when Tessaly ends.")};
+const Preference::Texts clearedTexts{QT_TRANSLATE_NOOP("Preference", "History"),
+                                     QT_TRANSLATE_NOOP("Preference", "Forget what is cleared"),
+                                     QT_TRANSLATE_NOOP("Preference", "Within a minute, as password managers do.")};
 const Preference::Texts typesTexts{QT_TRANSLATE_NOOP("Preference", "Recording"),
                                    QT_TRANSLATE_NOOP("Preference", "Record"),
                                    "",
@@ -96,6 +99,7 @@ QList<Preference> makeTable()
         {historyEntries, Kind::number, {u"500"_s}, entriesTexts, {}, fewestEntries, mostEntries},
         {historyDays, Kind::number, {u"0"_s}, daysTexts, {}, 0, mostDays},
         {forgetOnExit, Kind::flag, {u"false"_s}, forgetTexts},
+        {forgetCleared, Kind::flag, {u"false"_s}, clearedTexts},
         {recordedTypes, Kind::words, typeNames(), typesTexts, typeNames()},
         {neverApplications, Kind::names, {}, applicationsTexts, {}, 0, mostApplications},
         {neverPatterns, Kind::patterns, {}, patternsTexts, {}, 0, mostPatterns},

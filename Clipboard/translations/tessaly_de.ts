@@ -1024,6 +1024,14 @@ Freie Software unter der MIT-Lizenz.</translation>
         <translation>Nur Angeheftetes bleibt, wenn Tessaly endet.</translation>
     </message>
     <message>
+        <source>Forget what is cleared</source>
+        <translation>Geleertes vergessen</translation>
+    </message>
+    <message>
+        <source>Within a minute, as password managers do.</source>
+        <translation>Binnen einer Minute, wie es Passwortverwaltungen tun.</translation>
+    </message>
+    <message>
         <source>Recording</source>
         <translation>Aufzeichnung</translation>
     </message>

@@ -88,6 +88,14 @@ void ResilienceJourneyTest::aDeliberateClearStays()
     passwords.copyText("for a minute only");
     expectCapture();
     passwords.clear();
+    expectNewest("for a minute only");
+    QCOMPARE(session().run(tessaly().program(), u"config set forgetCleared true"_s.split(u' ')).exitCode, 0);
+    copy("kept");
+    passwords.copyText("for a minute only");
+    expectCapture();
+    expectEntries(2);
+    passwords.clear();
+    expectHistory({u"kept"_s});
     // Who answers for the clipboard's manager has met the end of the ownership before.
     ForeignClient other(session(), "CLIPBOARD_MANAGER");
     QVERIFY(!other.targets().isEmpty());

@@ -24,8 +24,8 @@ _tessaly() {
             clear) words="--pinned" ;;
             bind) words="--yes" ;;
             status) words="--json" ;;
-            config) words="list get set hotKey selectAtOpening startAtLogin historyEntries historyDays forgetOnExit recordedTypes
-                neverApplications neverPatterns editorColor editorSize" ;;
+            config) words="list get set hotKey selectAtOpening startAtLogin historyEntries historyDays forgetOnExit
+                forgetCleared recordedTypes neverApplications neverPatterns editorColor editorSize" ;;
             pause) words="15m 1h 8h" ;;
             copy | paste | pin | unpin | delete | actions | annotate) words=$(_tessaly_entries) ;;
             run)

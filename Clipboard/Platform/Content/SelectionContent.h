@@ -29,6 +29,7 @@ struct SelectionSnapshot
     SelectionContent content;
     quint64 writesBefore = 0; // how many writes of our own it came after
     bool isInitial = false;   // what was there when the engine started, or started again: no change
+    bool isTakenBack = false; // nothing, for its program took back what was there
 };
 
 } // namespace Clipboard

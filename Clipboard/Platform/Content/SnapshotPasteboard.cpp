@@ -108,6 +108,7 @@ void SnapshotPasteboard::write(const SelectionForms& forms, SelectionContent con
     for (const auto& form : forms)
         content.types.insert(QString::fromLatin1(form.target));
     m_content = std::move(content);
+    m_isTakenBack = false;
     ++m_changeCount;
     m_writes = m_engine->own(forms);
 }
@@ -126,11 +127,14 @@ void SnapshotPasteboard::take(const SelectionSnapshot& snapshot)
         return;
     }
     SelectionContent own = std::exchange(m_content, std::move(content));
+    m_isTakenBack = snapshot.isTakenBack;
     ++m_changeCount;
     const quint64 writesThen = m_writes;
     emit changed();
-    if (isOutdated && m_writes == writesThen)
+    if (isOutdated && m_writes == writesThen) {
         m_content = std::move(own);
+        m_isTakenBack = false;
+    }
 }
 
 } // namespace Clipboard

@@ -24,6 +24,7 @@ public:
     [[nodiscard]] std::optional<QByteArray> pngData() const override { return m_content.png; }
     [[nodiscard]] std::optional<QByteArray> tiffData() const override { return m_content.tiff; }
     [[nodiscard]] std::optional<QByteArray> string() const override { return m_content.text; }
+    [[nodiscard]] bool isTakenBack() const override { return m_isTakenBack; }
     [[nodiscard]] bool notifiesChanges() const override { return true; }
 
     void setString(const QByteArray& utf8) override;
@@ -52,6 +53,7 @@ private:
 
     std::shared_ptr<ClipboardEngine> m_engine;
     SelectionContent m_content;
+    bool m_isTakenBack = false;
     bool m_isConnected = true;
     qint64 m_changeCount = 0;
     quint64 m_writes = 0;

@@ -5,11 +5,13 @@
 #include "Rows.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <functional>
 #include <thread>
 
 using namespace Clipboard;
@@ -70,6 +72,7 @@ private slots:
     void ignoresTheStartAndItsOwn();
     void mergesTheSameCopy();
     void keepsTheOrderOfTheCopies();
+    void forgetsWhatIsTakenBack();
     void boundsWhatWaits();
     void convertsAgainWhenTheFileWent();
     void dropsConversionsWhenItEnds();
@@ -172,6 +175,53 @@ void PasteboardWatcherTest::keepsTheOrderOfTheCopies()
         QCOMPARE(f.stored().at(0), u"last text"_s);
         QCOMPARE(QImage(f.stored().at(4)).width(), 2000);
     }
+}
+
+void PasteboardWatcherTest::forgetsWhatIsTakenBack()
+{
+    const auto check = [](const char* /*name*/, const std::function<void(Fixture&)>& happen, const QStringList& kept) {
+        Fixture f;
+        f.watcher->setForgetting(1h);
+        f.pasteboard.copyTextFromOutside("earlier");
+        happen(f);
+        f.pasteboard.takeBack();
+        f.finish();
+        f.pasteboard.takeBack(); // once more is nothing
+        QCOMPARE(f.stored(), kept);
+        QCOMPARE(f.watcher->skipped().value(u"cleared"_s), 2 - kept.size());
+        QVERIFY(QDir(f.folder.filePath(u"images"_s)).isEmpty());
+    };
+    const auto copy = [](Fixture& f) { f.pasteboard.copyTextFromOutside("later"); };
+    const QStringList both{u"later"_s, u"earlier"_s};
+    const auto then = [&copy](const std::function<void(Fixture&)>& more) {
+        return [copy, more](Fixture& f) { copy(f), more(f); };
+    };
+    checkRows(+check,
+              {{"the last copy", copy, {u"earlier"_s}},
+               {"while it pauses", then([](Fixture& f) { f.watcher->setPaused(true); }), {u"earlier"_s}},
+               {"a picture that is still converted", [](Fixture& f) { f.copyPicture(picture(20)); }, {u"earlier"_s}},
+               {"no preference",
+                [&](Fixture& f) {
+                    f.watcher->setForgetting(std::nullopt);
+                    copy(f);
+                },
+                both},
+               {"too late",
+                [&](Fixture& f) {
+                    f.watcher->setForgetting(0ns);
+                    copy(f);
+                },
+                both},
+               {"another copy in between, which is a secret", then([](Fixture& f) {
+                    f.pasteboard.copyFromOutside(text("secret", {u"org.nspasteboard.ConcealedType"_s}));
+                }),
+                both},
+               {"our own write in between", then([](Fixture& f) {
+                    f.pasteboard.setString("own");
+                    f.watcher->markOwnChange();
+                }),
+                both},
+               {"pinned", then([](Fixture& f) { f.store.togglePin(f.store.items().first().id); }), both}});
 }
 
 void PasteboardWatcherTest::boundsWhatWaits()

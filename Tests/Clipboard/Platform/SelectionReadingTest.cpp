@@ -34,6 +34,7 @@ class SelectionReadingTest final : public EngineTest
 private slots:
     void firstContentWorthHaving();
     void badOwners();
+    void whoTakesItBack();
     void secretsAreNeverAskedFor();
     void muteOwnerIsOvertaken();
     void lateReplyIsNotTakenForAnother();
@@ -41,6 +42,8 @@ private slots:
 
 private:
     void reads(const char* name, const Answers& answers, const QByteArray& content);
+    void takesBack(const char* name, const std::function<void(ForeignClient& owner, ForeignClient& other)>& happen,
+                   bool isTakenBack);
 };
 
 void SelectionReadingTest::reads(const char* /*name*/, const Answers& answers, const QByteArray& content)
@@ -124,6 +127,43 @@ void SelectionReadingTest::badOwners()
          {"drips",
           {{"image/png", {.bytes = "x", .manner = Manner::EndlessPieces}}, {"UTF8_STRING", text}},
           "text text"}});
+}
+
+void SelectionReadingTest::takesBack(const char* /*name*/,
+                                     const std::function<void(ForeignClient& owner, ForeignClient& other)>& happen,
+                                     bool isTakenBack)
+{
+    startEngine();
+    ForeignClient owner(display());
+    ForeignClient other(display());
+    owner.copy({{"image/png", {.bytes = png}}, {"secret/marker", {}}}); // does not outlive its owner
+    QCOMPARE(summary(waitForSnapshot()), "nothing");
+    owner.copyText("for a moment");
+    QCOMPARE(summary(waitForSnapshot(2)), "text for a moment");
+    QVERIFY(!snapshots().back().isTakenBack);
+    happen(owner, other);
+    QCOMPARE(summary(waitForSnapshot(3)), "nothing");
+    QCOMPARE(snapshots().back().isTakenBack, isTakenBack);
+}
+
+void SelectionReadingTest::whoTakesItBack()
+{
+    using Client = ForeignClient;
+    const auto nothing = [](Client& client) { client.copy({{"UTF8_STRING", {.bytes = {}}}}); };
+    checkRows(this, &SelectionReadingTest::takesBack,
+              {{"gives it up", [](Client& owner, Client&) { owner.clear(); }, true},
+               {"has nothing any more", [&](Client& owner, Client&) { nothing(owner); }, true},
+               {"another one has nothing", [&](Client&, Client& other) { nothing(other); }, false},
+               {"something that nobody knows",
+                [](Client& owner, Client&) {
+                    owner.copy({{"application/x-thing", {}}});
+                },
+                false},
+               {"a secret, given up",
+                [&](Client& owner, Client&) {
+                    owner.copy({{"secret/marker", {}}});
+                },
+                false}});
 }
 
 void SelectionReadingTest::secretsAreNeverAskedFor()

@@ -108,7 +108,16 @@ public:
         copyFromOutside({{QStringLiteral("UTF8_STRING")}, {}, {}, {}, utf8});
     }
 
+    /// Its program clears it.
+    void takeBack()
+    {
+        isEmptied = true;
+        copyFromOutside({});
+        isEmptied = false;
+    }
+
     [[nodiscard]] QString unavailableReason() const override { return reason; }
+    [[nodiscard]] bool isTakenBack() const override { return isEmptied; }
     [[nodiscard]] qint64 changeCount() const override { return count; }
     [[nodiscard]] QSet<QString> types() const override { return content.types; }
     [[nodiscard]] QList<QUrl> fileURLs() const override { return noteRead(content.fileURLs); }
@@ -131,6 +140,7 @@ public:
     }
 
     Content content;
+    bool isEmptied = false;
     qint64 count = 0;
     bool notifies = true;
     QString reason;

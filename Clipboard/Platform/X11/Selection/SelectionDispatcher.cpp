@@ -3,14 +3,29 @@
 #include <xcb/xfixes.h>
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace Clipboard::X11 {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
 // After so many events the engine looks at its other duties, however fast more come in.
 constexpr int maxEventsInARow = 256;
+
+/// True when none of the types stands for content other than text.
+bool areTextual(const QSet<QString>& types)
+{
+    constexpr std::array protocol{"TARGETS"_L1, "MULTIPLE"_L1, "TIMESTAMP"_L1, "SAVE_TARGETS"_L1};
+    constexpr std::array texts{"UTF8_STRING"_L1, "STRING"_L1, "TEXT"_L1, "COMPOUND_TEXT"_L1};
+    return std::ranges::all_of(types, [&](const QString& type) {
+        return type.startsWith("text/plain"_L1) || std::ranges::find(protocol, type) != protocol.end() ||
+               std::ranges::find(texts, type) != texts.end();
+    });
+}
+
 /// Those that every start needs, in one round trip.
 std::unique_ptr<XcbConnection> withAtoms(std::unique_ptr<XcbConnection> connection)
 {
@@ -237,12 +252,15 @@ void SelectionDispatcher::ownerChanged(const xcb_generic_event_t& event)
         return;
     m_isInitial = false;
     m_known.reset();
+    const bool isDeliberate = change.subtype == XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER;
+    m_mayTakeBack = isDeliberate && m_reader.content() && belongsToTheOwner(change.owner);
+    m_owner = change.owner;
     if (change.owner == m_window) {
         m_reader.cancel();
     } else if (change.owner != XCB_WINDOW_NONE) {
         m_reader.start(change.selection, change.selection_timestamp);
     } else {
-        ownerGone(change.subtype == XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER, change.selection_timestamp);
+        ownerGone(isDeliberate, change.selection_timestamp);
     }
     if (!m_reader.isBusy())
         m_manager.answerHeldSaves();
@@ -258,6 +276,13 @@ void SelectionDispatcher::ownerGone(bool isDeliberate, xcb_timestamp_t ownedSinc
         return;
     m_reader.cancel();
     publish({});
+}
+
+/// Or nobody took its place: then who gave the clipboard up was the owner.
+bool SelectionDispatcher::belongsToTheOwner(xcb_window_t window) const
+{
+    const uint32_t ofClient = ~xcb_get_setup(m_connection->get())->resource_id_mask;
+    return window == XCB_WINDOW_NONE || (window & ofClient) == (m_owner & ofClient);
 }
 
 void SelectionDispatcher::propertyChanged(const xcb_property_notify_event_t& event)
@@ -328,7 +353,7 @@ void SelectionDispatcher::publish(const SelectionContent& content)
     if (isEmpty && !hasWindow())
         return;
     const bool isKnown = std::exchange(m_known, {}) == content;
-    m_publish({content, m_writes, m_isInitial || isKnown});
+    m_publish({content, m_writes, m_isInitial || isKnown, m_mayTakeBack && isEmpty && areTextual(content.types)});
 }
 
 /// Asks the server: the news of its end may still be on its way.

@@ -74,6 +74,7 @@ private:
     /// Tells those that wait for the reading to come to an end.
     void tellWaiting();
     [[nodiscard]] bool hasWindow() const;
+    [[nodiscard]] bool belongsToTheOwner(xcb_window_t window) const;
     void publish(const SelectionContent& content);
 
     std::unique_ptr<XcbConnection> m_connection;
@@ -92,6 +93,8 @@ private:
     quint64 m_unfinishedNumber = 0;
     bool m_isInitial = true;
     std::optional<SelectionContent> m_known; // see Remains
+    xcb_window_t m_owner = XCB_WINDOW_NONE;  // the last one
+    bool m_mayTakeBack = false;              // nothing to come would be what the owner makes of its own content
     std::deque<TimedAction> m_waitingForTime;
     std::vector<std::function<void()>> m_settling;
 };
