@@ -33,13 +33,16 @@ QVariantList services(const Platform& platform, const ServiceNotices& notices)
     const QString tray = QSystemTrayIcon::isSystemTrayAvailable()
                              ? QString()
                              : text(QT_TRANSLATE_NOOP("SessionStatus", "There is no tray in this session."));
+    QVariantMap hotKey = service(u"hot-key"_s, notices.textOf(u"hot-key"_s), bindKey);
+    if (hotKey.value(u"works"_s).toBool())
+        hotKey.insert(u"holder"_s, platform.hotKey->holder());
     return {
         service(u"clipboard"_s, platform.pasteboard->unavailableReason(),
                 text(QT_TRANSLATE_NOOP("SessionStatus", "Start Tessaly in a session that offers it."))),
         service(u"paste"_s, platform.keystrokes->unavailableReason(),
                 text(QT_TRANSLATE_NOOP("SessionStatus",
                                        "Choose an entry, then press the keys for pasting: it is on the clipboard."))),
-        service(u"hot-key"_s, notices.textOf(u"hot-key"_s), bindKey),
+        hotKey,
         service(u"tray"_s, tray, bindKey),
         service(u"history"_s, notices.textOf(u"save"_s),
                 text(QT_TRANSLATE_NOOP("SessionStatus", "Make room on the disk, and see who owns the data folder."))),

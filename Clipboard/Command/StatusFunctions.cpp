@@ -67,7 +67,9 @@ QString asText(const QJsonObject& status)
     for (const auto& element : services) {
         const QJsonObject service = element.toObject();
         const bool works = service.value("works"_L1).toBool();
-        text += line(service.value("name"_L1).toString(), works ? u"works"_s : service.value("reason"_L1).toString());
+        const QString holder = service.value("holder"_L1).toString();
+        const QString working = holder.isEmpty() ? u"works"_s : u"works, by "_s + holder;
+        text += line(service.value("name"_L1).toString(), works ? working : service.value("reason"_L1).toString());
         if (!works)
             text += line({}, service.value("advice"_L1).toString());
     }

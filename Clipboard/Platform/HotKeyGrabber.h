@@ -23,6 +23,8 @@ public:
     /// Asks for the combination, and lets an earlier one go; granted() or failed() follows, and again whenever that
     /// changes.
     virtual void grab() = 0;
+    /// Who has the key for us once it is granted, in a word for `status`; empty for nobody.
+    [[nodiscard]] virtual QString holder() const { return {}; }
 
 signals:
     void pressed();

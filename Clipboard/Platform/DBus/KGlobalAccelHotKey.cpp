@@ -103,6 +103,11 @@ void KGlobalAccelHotKey::grab()
         m_otherwise->grab();
 }
 
+QString KGlobalAccelHotKey::holder() const
+{
+    return m_service.isEmpty() ? m_otherwise->holder() : u"plasma"_s;
+}
+
 void KGlobalAccelHotKey::enlist()
 {
     ask(u"doRegister"_s, {m_action}, [this](const QDBusMessage& reply) {

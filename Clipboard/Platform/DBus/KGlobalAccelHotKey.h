@@ -25,6 +25,7 @@ public:
     ~KGlobalAccelHotKey() override;
 
     void grab() override;
+    [[nodiscard]] QString holder() const override;
 
 private slots:
     void shortcutPressed(const QString& component, const QString& shortcut, qlonglong time);

@@ -19,6 +19,7 @@ public:
     [[nodiscard]] static bool isThere();
 
     void grab() override;
+    [[nodiscard]] QString holder() const override { return QStringLiteral("gnome"); }
 
 private:
     void judge(const QString& binding);

@@ -10,6 +10,7 @@
 #include "NullWindowSystem.h"
 #include "NullWorkspace.h"
 #include "PlasmaToplevels.h"
+#include "PortalHotKey.h"
 #include "VirtualKeyboardSender.h"
 #include "WaylandPasteboard.h"
 #include "WaylandWindowSystem.h"
@@ -95,7 +96,7 @@ std::unique_ptr<HotKeyGrabber> configuredHotKey()
 /// A key grabbed from Xwayland is ours only while one of its windows has the keyboard.
 void addCompositorHotKey(Platform& platform)
 {
-    platform.hotKey = std::make_unique<KGlobalAccelHotKey>(configuredHotKey());
+    platform.hotKey = std::make_unique<KGlobalAccelHotKey>(std::make_unique<PortalHotKey>(configuredHotKey()));
 }
 
 std::shared_ptr<ClipboardEngine> engineOf(const Platform& platform)

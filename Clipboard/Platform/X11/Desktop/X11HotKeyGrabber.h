@@ -15,6 +15,7 @@ public:
     ~X11HotKeyGrabber() override;
 
     void grab() override;
+    [[nodiscard]] QString holder() const override { return QStringLiteral("x11"); }
 
 private:
     struct Combination
