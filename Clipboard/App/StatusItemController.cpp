@@ -157,6 +157,13 @@ void StatusItemController::connectHistory()
             m_notices.clear(id);
     });
     m_watcher.onChange = [this] { m_viewModel.refresh(); };
+    m_watcher.onPicturesWaiting = [this](bool areWaiting) {
+        const QString id = u"save-picture"_s;
+        if (areWaiting)
+            m_notices.raise(id, tr("A copied picture cannot be saved yet; Tessaly tries again until it can."));
+        else
+            m_notices.clear(id);
+    };
     m_watcher.onPicture = [this](const QString& path) { m_thumbs.prepare(path); };
     m_viewModel.markOwnChange = [this] { m_watcher.markOwnChange(); };
     m_viewModel.onRequestClose = [this] { m_panel.dismiss(); };

@@ -7,6 +7,7 @@
 #include "ImageBlobs.h"
 #include "OffMainThread.h"
 #include "Pasteboard.h"
+#include "PictureTranscoder.h"
 #include "Support/WhiteSpace.h"
 
 #include <QCoreApplication>
@@ -16,6 +17,7 @@
 #include <QLoggingCategory>
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 namespace Clipboard {
@@ -38,6 +40,12 @@ constexpr qsizetype maxInlineTextBytes = qsizetype{1024} * 1024;
 // the machine's memory.
 constexpr qsizetype maxPendingBytes = qsizetype{512} * 1024 * 1024;
 
+// Pictures whose files cannot be written wait in memory, as many as a person copies before the notice is read.
+constexpr qsizetype maxWaitingBytes = qsizetype{128} * 1024 * 1024;
+// Each try converts them anew.
+constexpr std::chrono::milliseconds firstWriteDelay{1000};
+constexpr std::chrono::milliseconds longestWriteDelay{10000};
+
 /// Under which name a copy counts that asks not to be recorded.
 QString markOf(const QSet<QString>& types)
 {
@@ -56,11 +64,14 @@ PasteboardWatcher::PasteboardWatcher(Pasteboard& pasteboard, const Workspace& wo
     , m_store(store)
     , m_imagesDir(std::move(imagesDir))
     , m_lastChangeCount(pasteboard.changeCount())
+    , m_writeDelay(firstWriteDelay)
 {
     m_texts.setMaxThreadCount(1);
     m_pictures.setMaxThreadCount(1);
     m_timer.setInterval(pollInterval);
     connect(&m_timer, &QTimer::timeout, this, &PasteboardWatcher::poll);
+    m_writeAgain.setSingleShot(true);
+    connect(&m_writeAgain, &QTimer::timeout, this, &PasteboardWatcher::writeWaiting);
 }
 
 PasteboardWatcher::~PasteboardWatcher()
@@ -89,6 +100,7 @@ void PasteboardWatcher::finishPending(const Limits& limits)
 {
     const QDeadlineTimer lastReading(limits.reading);
     m_pasteboard.settle(limits.reading);
+    writeWaiting(); // for the last time, it may be
     const QDeadlineTimer lastConversion(limits.converting);
     while (m_conversions > 0) {
         waitForConversions(lastConversion);
@@ -142,7 +154,7 @@ void PasteboardWatcher::capture(const QSet<QString>& types, const Capture& captu
     if (!picture)
         picture = m_pasteboard.tiffData();
     if (picture)
-        return m_rules.allows(ClipType::image) ? capturePicture(*picture, capture, true) : skip(u"type"_s);
+        return m_rules.allows(ClipType::image) ? capturePicture({*picture, capture}) : skip(u"type"_s);
 
     if (const std::optional<QByteArray> text = m_pasteboard.string())
         captureText(*text, capture);
@@ -168,32 +180,79 @@ void PasteboardWatcher::captureText(const QByteArray& utf8, const Capture& captu
     if (utf8.size() <= maxInlineTextBytes && !m_rules.hasPatterns())
         storeIfAny(make());
     else
-        convert(m_texts, utf8.size(), make, storeIfAny);
+        std::ignore = convert(m_texts, utf8.size(), make, storeIfAny);
 }
 
-void PasteboardWatcher::capturePicture(const QByteArray& picture, const Capture& capture, bool mayRetry)
+void PasteboardWatcher::capturePicture(const PictureCopy& copy)
 {
-    const auto write = [picture, dir = m_imagesDir, hurry = m_hurry.get_token()] {
-        return ImageBlobs::write(picture, dir, hurry);
+    const auto write = [bytes = copy.bytes, dir = m_imagesDir, hurry = m_hurry.get_token()] {
+        const std::optional<QString> path = ImageBlobs::write(bytes, dir, hurry);
+        return std::pair(path, path || PictureTranscoder::toPNG(bytes, hurry));
     };
-    const auto done = [this, picture, capture, mayRetry](const std::optional<QString>& path) {
-        if (!path)
-            return skip(u"unreadable"_s);
-        // An equal picture's entry may have gone meanwhile, and the file that both share with it.
-        if (mayRetry && !QFile::exists(*path))
-            return capturePicture(picture, capture, false);
-        store(makeItem(ClipType::image, *path, capture), capture);
-        if (onPicture)
-            onPicture(*path);
-    };
-    convert(m_pictures, picture.size(), write, done);
+    const bool isTaken = convert(m_pictures, copy.bytes.size(), write, [this, copy](const auto& written) {
+        finishPicture(copy, written.first, written.second);
+    });
+    if (!isTaken)
+        endWait(copy);
+}
+
+void PasteboardWatcher::finishPicture(PictureCopy copy, const std::optional<QString>& path, bool isPicture)
+{
+    if (!path && isPicture)
+        return wait(std::move(copy));
+    endWait(copy);
+    if (!path)
+        return skip(u"unreadable"_s);
+    // An equal picture's entry may have gone meanwhile, and the file that both share with it.
+    if (copy.mayConvertAgain && !QFile::exists(*path)) {
+        copy.mayConvertAgain = copy.isWaiting = false;
+        return capturePicture(copy);
+    }
+    store(makeItem(ClipType::image, *path, copy.capture), copy.capture);
+    if (onPicture)
+        onPicture(*path);
+}
+
+/// The disk is full, or its folder cannot be written: it is kept until that is over.
+void PasteboardWatcher::wait(PictureCopy copy)
+{
+    if (!copy.isWaiting) {
+        if (m_waitingBytes + copy.bytes.size() > maxWaitingBytes)
+            return skip(u"overload"_s);
+        copy.isWaiting = true;
+        m_waitingBytes += copy.bytes.size();
+        if (m_waitingCount++ == 0 && onPicturesWaiting)
+            onPicturesWaiting(true);
+    }
+    m_waiting.append(std::move(copy));
+    if (!m_writeAgain.isActive())
+        m_writeAgain.start(std::exchange(m_writeDelay, std::min(2 * m_writeDelay, longestWriteDelay)));
+}
+
+void PasteboardWatcher::endWait(const PictureCopy& copy)
+{
+    if (!copy.isWaiting)
+        return;
+    m_waitingBytes -= copy.bytes.size();
+    m_writeDelay = firstWriteDelay;
+    if (--m_waitingCount == 0 && onPicturesWaiting)
+        onPicturesWaiting(false);
+}
+
+void PasteboardWatcher::writeWaiting()
+{
+    m_writeAgain.stop();
+    for (const PictureCopy& copy : std::exchange(m_waiting, {}))
+        capturePicture(copy);
 }
 
 template <typename Work, typename Done>
-void PasteboardWatcher::convert(QThreadPool& pool, qsizetype bytes, Work work, Done done)
+bool PasteboardWatcher::convert(QThreadPool& pool, qsizetype bytes, Work work, Done done)
 {
-    if (m_pendingBytes + bytes > maxPendingBytes)
-        return skip(u"overload"_s);
+    if (m_pendingBytes + bytes > maxPendingBytes) {
+        skip(u"overload"_s);
+        return false;
+    }
     ++m_conversions;
     m_pendingBytes += bytes;
     runOffMainThread(pool, this, std::move(work), [this, bytes, done = std::move(done)](const auto& result) {
@@ -201,6 +260,7 @@ void PasteboardWatcher::convert(QThreadPool& pool, qsizetype bytes, Work work, D
         m_pendingBytes -= bytes;
         done(result);
     });
+    return true;
 }
 
 /// Nobody else copied in between: then it was the last copy that went.

@@ -64,6 +64,8 @@ public:
 
     /// Called after an entry was stored.
     std::function<void()> onChange;
+    /// Called when pictures begin to wait because their files cannot be written, and when none waits any more.
+    std::function<void(bool areWaiting)> onPicturesWaiting;
     /// Called after a picture's entry was stored, with the path of its file.
     std::function<void(const QString& path)> onPicture;
 
@@ -75,6 +77,14 @@ private:
         std::optional<QString> bundleID;
         double time = 0;
         qint64 change = 0; // the change count
+    };
+
+    struct PictureCopy
+    {
+        QByteArray bytes;
+        Capture capture;
+        bool mayConvertAgain = true;
+        bool isWaiting = false; // its file could not be written
     };
 
     /// An entry, or why there is none.
@@ -96,9 +106,14 @@ private:
     void capture(const QSet<QString>& types, const Capture& capture);
     [[nodiscard]] Capture captureNow() const;
     void captureText(const QByteArray& utf8, const Capture& capture);
-    void capturePicture(const QByteArray& picture, const Capture& capture, bool mayRetry);
+    void capturePicture(const PictureCopy& copy);
+    void finishPicture(PictureCopy copy, const std::optional<QString>& path, bool isPicture);
+    void wait(PictureCopy copy);
+    void endWait(const PictureCopy& copy);
+    void writeWaiting();
+    /// False when it is too much.
     template <typename Work, typename Done>
-    void convert(QThreadPool& pool, qsizetype bytes, Work work, Done done);
+    [[nodiscard]] bool convert(QThreadPool& pool, qsizetype bytes, Work work, Done done);
     void waitForConversions(const QDeadlineTimer& deadline);
     void skip(const QString& reason) { ++m_skipped[reason]; }
     void store(const ClipboardCore::ClipItem& item, const Capture& capture);
@@ -123,6 +138,11 @@ private:
     qint64 m_takenBack = -1; // the change whose copy is not to be stored any more
     int m_conversions = 0;   // under way or waiting, with this many bytes:
     qsizetype m_pendingBytes = 0;
+    QList<PictureCopy> m_waiting;
+    int m_waitingCount = 0; // those and the ones that are tried again, with this many bytes:
+    qsizetype m_waitingBytes = 0;
+    QTimer m_writeAgain;
+    std::chrono::milliseconds m_writeDelay;
     std::stop_source m_hurry;
     // One thread each: conversions finish in the order of the copies, and a burst costs the memory of one.
     QThreadPool m_texts;

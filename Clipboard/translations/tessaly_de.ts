@@ -819,6 +819,10 @@ Freie Software unter der MIT-Lizenz.</translation>
         <source>The history cannot be saved: %1</source>
         <translation>Der Verlauf lässt sich nicht speichern: %1</translation>
     </message>
+    <message>
+        <source>A copied picture cannot be saved yet; Tessaly tries again until it can.</source>
+        <translation>Ein kopiertes Bild lässt sich noch nicht sichern; Tessaly versucht es weiter.</translation>
+    </message>
 </context>
 <context>
     <name>Clipboard::TextBody</name>

@@ -74,6 +74,7 @@ private slots:
     void keepsTheOrderOfTheCopies();
     void forgetsWhatIsTakenBack();
     void boundsWhatWaits();
+    void writesPicturesWhenThereIsRoomAgain();
     void convertsAgainWhenTheFileWent();
     void dropsConversionsWhenItEnds();
     void pollsWhereNobodyNotifies();
@@ -238,6 +239,29 @@ void PasteboardWatcherTest::boundsWhatWaits()
     f.copyPicture(picture(10)); // nothing waits any more
     f.finish();
     QCOMPARE(f.changes, 1);
+}
+
+void PasteboardWatcherTest::writesPicturesWhenThereIsRoomAgain()
+{
+    Fixture f;
+    QList<bool> told;
+    f.watcher->onPicturesWaiting = [&](bool areWaiting) { told.append(areWaiting); };
+    QFile inTheWay(f.folder.filePath(u"images"_s));
+    QVERIFY(inTheWay.open(QFile::WriteOnly));
+    f.copyPicture(picture(10));
+    f.copyPicture("no picture");
+    f.copyPicture(picture(20));
+    f.pasteboard.copyTextFromOutside("later");
+    f.finish();
+    QCOMPARE(f.stored(), QStringList{u"later"_s});
+    QCOMPARE(told, QList{true});
+    QVERIFY(inTheWay.remove());
+    QTRY_COMPARE(f.store.items().size(), 3);
+    QCOMPARE(f.stored().first(), u"later"_s);
+    for (int i = 1; i <= 2; ++i)
+        QCOMPARE(QImage(f.stored().at(i)).width(), 30 - 10 * i);
+    QTRY_COMPARE(told, (QList{true, false}));
+    QCOMPARE(f.watcher->skipped(), (QMap<QString, int>{{u"unreadable"_s, 1}}));
 }
 
 void PasteboardWatcherTest::convertsAgainWhenTheFileWent()
