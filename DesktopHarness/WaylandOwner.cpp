@@ -4,6 +4,7 @@
 
 #include <ext-data-control-v1-client-protocol.h>
 
+#include <algorithm>
 #include <csignal>
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -23,6 +24,8 @@ wl_interface managerInterface()
     return interface;
 }
 const wl_interface manager = managerInterface();
+
+constexpr qsizetype typesAtOnce = 64; // what has no room in the connection's buffer ends the program
 
 /// False when nobody reads any more.
 bool writeAll(int pipe, const char* bytes, qsizetype size)
@@ -115,8 +118,13 @@ void WaylandOwner::copy(const QHash<QByteArray, Answer>& answers)
     };
     Source* old = std::exchange(m_objects->source, ext_data_control_manager_v1_create_data_source(m_objects->manager));
     ext_data_control_source_v1_add_listener(m_objects->source, &listener, this);
-    for (const QByteArray& type : answers.keys())
-        ext_data_control_source_v1_offer(m_objects->source, type.constData());
+    QByteArrayList types = answers.keys();
+    std::ranges::sort(types);
+    for (qsizetype i = 0; i < types.size(); ++i) {
+        ext_data_control_source_v1_offer(m_objects->source, types[i].constData());
+        if (i % typesAtOnce == typesAtOnce - 1)
+            wl_display_roundtrip_queue(m_objects->client.display(), m_objects->waiting);
+    }
     ext_data_control_device_v1_set_selection(m_objects->device, m_objects->source);
     if (old != nullptr)
         ext_data_control_source_v1_destroy(old);
@@ -163,7 +171,7 @@ void WaylandOwner::run()
             wl_display_dispatch_pending(display);
         wl_display_flush(display);
         pollfd sources[] = {{wl_display_get_fd(display), POLLIN, 0}, {m_end, POLLIN, 0}};
-        ::poll(sources, std::size(sources), -1);
+        ::poll(sources, std::size(sources), m_isOver ? 0 : -1); // what the others' round trips brought was just handled
         wl_display_read_events(display);
         wl_display_dispatch_pending(display);
         m_isOver = m_isOver || sources[1].revents != 0;

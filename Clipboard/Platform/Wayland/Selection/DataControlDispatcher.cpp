@@ -36,10 +36,9 @@ DataControlDispatcher::DataControlDispatcher(std::unique_ptr<WaylandConnection> 
     , m_seat(static_cast<wl_seat*>(m_connection->bind(wl_seat_interface, 1)))
     , m_ownMark(freshMark())
     , m_pipes(options.writeTimeout)
-    , m_reader(options.reading,
-               {.onContent = [this](const SelectionContent& content) { this->publish(content); },
-                .onSettled = [this] { tellWaiting(); },
-                .afterNews = [this](std::function<void()> done) { m_connection->whenDone(std::move(done)); }})
+    , m_reader(options.reading, {.onContent = [this](const SelectionContent& content) { this->publish(content); },
+                                 .onSettled = [this] { tellWaiting(); },
+                                 .afterNews = [this](const std::function<void()>& done) { afterNews(done); }})
 {
 }
 
@@ -175,6 +174,13 @@ void DataControlDispatcher::expire(Clock::time_point now)
     m_pipes.expire(now);
 }
 
+/// Of what came to the compositor at the same time it may take our question first, and what came from others next. When
+/// it takes another question, it has taken that as well.
+void DataControlDispatcher::afterNews(const std::function<void()>& done)
+{
+    m_connection->whenDone([this, done] { m_connection->whenDone(done); });
+}
+
 void DataControlDispatcher::offerCame(ext_data_control_offer_v1* offer)
 {
     static constexpr ext_data_control_offer_v1_listener listener{
@@ -193,8 +199,11 @@ void DataControlDispatcher::typeCame(ext_data_control_offer_v1* offer, const QBy
     if (found == m_offers.end())
         return m_reader.learn(offer, type);
     Types& types = found->second;
+    // A mark counts wherever it stands.
+    if (types.size() >= maxTargets && !m_reader.isMark(type))
+        return;
     // Some programs name a type twice.
-    if (types.size() < maxTargets && std::ranges::find(types, type) == types.end())
+    if (std::ranges::find(types, type) == types.end())
         types.push_back(type);
 }
 

@@ -66,6 +66,7 @@ private:
     void selectionChanged(ext_data_control_offer_v1* offer);
     void primaryChanged(ext_data_control_offer_v1* offer);
     void ownerGone();
+    void afterNews(const std::function<void()>& done);
     [[nodiscard]] Types takeTypes(ext_data_control_offer_v1* offer);
     /// Tells those that wait for the reading to come to an end.
     void tellWaiting();

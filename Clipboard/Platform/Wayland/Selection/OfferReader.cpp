@@ -30,6 +30,11 @@ OfferReader::OfferReader(Options options, Callbacks callbacks)
 {
 }
 
+bool OfferReader::isMark(const QByteArray& type) const
+{
+    return m_options.secretTargets.contains(QString::fromLatin1(type));
+}
+
 void OfferReader::start(DataControlOffer offer, const std::vector<QByteArray>& types)
 {
     cancel();
@@ -42,7 +47,7 @@ void OfferReader::start(DataControlOffer offer, const std::vector<QByteArray>& t
 
 void OfferReader::learn(const ext_data_control_offer_v1* offer, const QByteArray& type)
 {
-    if (offer != m_offer.get() || !m_options.secretTargets.contains(QString::fromLatin1(type)))
+    if (offer != m_offer.get() || !isMark(type))
         return;
     m_reading.begin({type});
     next();

@@ -40,6 +40,8 @@ public:
     OfferReader(const OfferReader&) = delete;
     OfferReader& operator=(const OfferReader&) = delete;
 
+    /// Whether nothing may be read of what is offered with that type.
+    [[nodiscard]] bool isMark(const QByteArray& type) const;
     /// Begins with a new offer; what was under way is dropped unheard.
     void start(DataControlOffer offer, const std::vector<QByteArray>& types);
     /// Its owner has added a type to what it offers. A mark ends the reading, and what was read is not kept.
