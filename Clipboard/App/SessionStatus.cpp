@@ -26,7 +26,7 @@ QString text(const char* source)
 
 } // namespace
 
-QVariantList services(const Platform& platform, const ServiceNotices& notices)
+QVariantList services(const Platform& platform, const ServiceNotices& notices, const QString& workerProblem)
 {
     const QString bindKey =
         text(QT_TRANSLATE_NOOP("SessionStatus", "Have your desktop run this on a key of its own: tessaly toggle"));
@@ -44,6 +44,8 @@ QVariantList services(const Platform& platform, const ServiceNotices& notices)
                                        "Choose an entry, then press the keys for pasting: it is on the clipboard."))),
         hotKey,
         service(u"tray"_s, tray, bindKey),
+        service(u"worker"_s, workerProblem,
+                text(QT_TRANSLATE_NOOP("SessionStatus", "Use Linux 5.13 or newer, and install Tessaly whole."))),
         service(u"history"_s, notices.textOf(u"save"_s),
                 text(QT_TRANSLATE_NOOP("SessionStatus", "Make room on the disk, and see who owns the data folder."))),
     };

@@ -12,7 +12,8 @@ namespace SessionStatus {
 
 /// A map for each service: its "name"; whether it "works"; and if not, the "reason" and the "advice", sentences for the
 /// user. The hot key has its "holder", a word for the service that has it.
-[[nodiscard]] QVariantList services(const Platform& platform, const ServiceNotices& notices);
+[[nodiscard]] QVariantList services(const Platform& platform, const ServiceNotices& notices,
+                                    const QString& workerProblem);
 
 } // namespace SessionStatus
 

@@ -98,7 +98,11 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
                {*m_platform.windows, m_pasteService, [this](const ToastText& text) { m_toasts.show(text); },
                 [this] { return m_viewModel.copiedText(); }})
     , m_bus({m_viewModel, m_imagesDir, [this] { togglePanel(); }, [this] { show(); }, [this] { m_panel.dismiss(); },
-             [this] { aim(); }, [this] { m_editor.quit(); }, m_pause, [this] { return status(); },
+             [this] { aim(); }, [this] { m_editor.quit(); }, m_pause,
+             [this](auto done) {
+                 m_platform.workerCheck->check(
+                     [this, done = std::move(done)](const QString& problem) { done(status(problem)); });
+             },
              [this] { showPreferences(); }})
 {
     m_housekeeping.setMaxThreadCount(1);
@@ -234,7 +238,7 @@ void StatusItemController::connectPause()
     });
 }
 
-QVariantMap StatusItemController::status() const
+QVariantMap StatusItemController::status(const QString& workerProblem) const
 {
     const QList<ClipboardCore::ClipItem>& items = m_viewModel.items();
     QVariantMap skipped;
@@ -246,7 +250,7 @@ QVariantMap StatusItemController::status() const
             {u"paused"_s, m_pause.isPaused()},
             {u"resumesAt"_s, m_pause.end() ? m_pause.end()->toString(Qt::ISODate) : QString()},
             {u"skipped"_s, skipped},
-            {u"services"_s, SessionStatus::services(m_platform, m_notices)}};
+            {u"services"_s, SessionStatus::services(m_platform, m_notices, workerProblem)}};
 }
 
 void StatusItemController::announce()

@@ -71,7 +71,7 @@ private:
     [[nodiscard]] QList<PreferencesWindow::Application> seenApplications() const;
     void aim();
     void connectPause();
-    [[nodiscard]] QVariantMap status() const;
+    [[nodiscard]] QVariantMap status(const QString& workerProblem) const;
     void togglePause();
     void annotate(const ClipboardCore::ClipItem& item, const QImage& picture);
     void saveCopies();

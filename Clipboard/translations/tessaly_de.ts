@@ -1401,6 +1401,21 @@ Freie Software unter der MIT-Lizenz.</translation>
         <source>Make room on the disk, and see who owns the data folder.</source>
         <translation>Schaffen Sie Platz auf dem Datenträger und prüfen Sie, wem der Datenordner gehört.</translation>
     </message>
+    <message>
+        <source>Use Linux 5.13 or newer, and install Tessaly whole.</source>
+        <translation>Verwenden Sie Linux 5.13 oder neuer und installieren Sie Tessaly vollständig.</translation>
+    </message>
+</context>
+<context>
+    <name>WorkerCheck</name>
+    <message>
+        <source>tessaly-worker cannot be run.</source>
+        <translation>tessaly-worker kann nicht ausgeführt werden.</translation>
+    </message>
+    <message>
+        <source>tessaly-worker is not confined: %1.</source>
+        <translation>tessaly-worker ist nicht eingesperrt: %1.</translation>
+    </message>
 </context>
 <context>
     <name>Clipboard::ToastView</name>

@@ -134,6 +134,8 @@ void CommandLineJourneyTest::pausesAndTellsWhatItSkipped()
     expectStatus(R"("paused":true,"pinned":0)");
     expectStatus(R"("advice":"","name":"clipboard","reason":"","works":true)");
     expectStatus(R"("reason":"There is no tray in this session.","works":false)");
+    expectStatus(isOnX11() ? R"("holder":"x11","name":"hot-key")" : R"("name":"hot-key")");
+    expectStatus(R"("name":"worker")");
     answers("", {u"pause"_s, u"1s"_s}, "", 0, {}, "");
     expectStatus(R"("paused":false)");
     copy("afterwards");

@@ -11,6 +11,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QLoggingCategory>
+#include <QPointer>
 #include <QTimer>
 
 #include <algorithm>
@@ -198,7 +199,10 @@ void BusService::resume(const QDBusMessage& message)
 
 void BusService::status(const QDBusMessage& message)
 {
-    answer(message, {m_program.status()});
+    m_program.status([this, guard = QPointer(this), message](const QVariantMap& status) {
+        if (guard)
+            answer(message, {status});
+    });
 }
 
 void BusService::showPreferences(const QDBusMessage& message)

@@ -37,7 +37,7 @@ public:
         std::function<void()> aim;
         std::function<void()> quit;
         PauseTimer& pause;
-        std::function<QVariantMap()> status;
+        std::function<void(std::function<void(const QVariantMap&)>)> status; // which it may take a while to find out
         std::function<void()> preferences;
     };
 

@@ -16,6 +16,7 @@
 #include "WaylandWindowSystem.h"
 #include "WaylandWorkspace.h"
 #include "WorkerLinkMetadataProvider.h"
+#include "WorkerSelfCheck.h"
 #include "WorkerTextRecognizer.h"
 #include "X11HotKeyGrabber.h"
 #include "X11KeystrokeSender.h"
@@ -60,6 +61,7 @@ Platform nullPlatform()
     // These need no display.
     platform.textRecognizer = std::make_unique<WorkerTextRecognizer>(workerProgram());
     platform.linkMetadata = std::make_unique<WorkerLinkMetadataProvider>(workerProgram());
+    platform.workerCheck = std::make_unique<WorkerSelfCheck>(workerProgram());
     return platform;
 }
 

@@ -7,6 +7,7 @@
 #include "TextRecognizer.h"
 #include "WaylandSession.h"
 #include "WindowSystem.h"
+#include "WorkerCheck.h"
 #include "Workspace.h"
 
 #include <memory>
@@ -23,6 +24,7 @@ struct Platform
     std::unique_ptr<WindowSystem> windows;
     std::unique_ptr<TextRecognizer> textRecognizer;
     std::unique_ptr<LinkMetadataProvider> linkMetadata;
+    std::unique_ptr<WorkerCheck> workerCheck;
 };
 
 /// Has the toolkit, which has yet to start, make windows that the adapters can work with. The kinds of windows to try,

@@ -7,7 +7,6 @@
 #include <sys/resource.h>
 
 #include <csignal>
-#include <syslog.h>
 
 namespace Clipboard {
 
@@ -26,17 +25,9 @@ void limit(__rlimit_resource resource, rlim_t most)
     ::setrlimit(resource, &bound);
 }
 
-/// Whoever started the worker does not listen to its standard error.
-void report(const char* problem)
-{
-    ::openlog("tessaly-worker", LOG_PERROR, LOG_USER);
-    ::syslog(LOG_WARNING, "%s", problem);
-    ::closelog();
-}
-
 } // namespace
 
-void confineThisProcess(const TaskNeeds& needs)
+void confineThisProcess(const TaskNeeds& needs, const std::function<void(const char* problem)>& report)
 {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     limit(RLIMIT_CPU, maxProcessorSeconds);

@@ -64,6 +64,7 @@ struct Fixture
         platform.windows = std::make_unique<FakeWindowSystem>();
         platform.textRecognizer = std::make_unique<FakeTextRecognizer>();
         platform.linkMetadata = std::make_unique<FakeLinkMetadataProvider>();
+        platform.workerCheck = std::make_unique<FakeWorkerCheck>();
         controller = std::make_unique<StatusItemController>(std::move(platform), folder.path());
     }
 

@@ -1,5 +1,6 @@
 #include "Rows.h"
 #include "WorkerLinkMetadataProvider.h"
+#include "WorkerSelfCheck.h"
 #include "WorkerTextRecognizer.h"
 
 #include <QDir>
@@ -32,6 +33,7 @@ private slots:
     void init();
     void readsLines();
     void readsTitle();
+    void tellsWhatIsNotConfined();
     void runsAFewAtOnce();
     void leavesNothingBehind();
     void mayBeDestroyedByItsAnswer();
@@ -40,6 +42,7 @@ private:
     void linesOf(const char* name, const QByteArray& script, std::chrono::milliseconds limit,
                  const QStringList& expected);
     void titleOf(const char* name, const QByteArray& script, const std::optional<QString>& expected);
+    void problemOf(const char* name, const QByteArray& script, const QString& expected);
     /// A program that is this shell script. "$folder" is a folder of its own.
     QString standIn(const QByteArray& script);
 
@@ -125,6 +128,28 @@ void WorkerClientTest::readsTitle()
                {"several lines", R"(printf '[A]\n\n "b"\n')", uR"([A] "b")"_s},
                {"a blank", R"(printf ' \n')", {}},
                {"hangs", "exec sleep 60", {}}});
+}
+
+void WorkerClientTest::problemOf(const char* /*name*/, const QByteArray& script, const QString& expected)
+{
+    WorkerSelfCheck worker(standIn(script));
+    QStringList problems;
+    const auto listen = [&](const QString& problem) { problems.append(problem); };
+    worker.check(listen);
+    QTRY_COMPARE_WITH_TIMEOUT(problems, QStringList{expected}, patience);
+    standIn("exit 1");
+    worker.check(listen);
+    // What was found in order is not looked at again.
+    QTRY_COMPARE_WITH_TIMEOUT(problems.value(1, u"none yet"_s),
+                              expected.isEmpty() ? expected : u"tessaly-worker cannot be run."_s, patience);
+}
+
+void WorkerClientTest::tellsWhatIsNotConfined()
+{
+    checkRows(this, &WorkerClientTest::problemOf,
+              {{"nothing", R"([ "$*" = check ])", QString()},
+               {"two things", "echo 'no a: x'; echo 'no b'", u"tessaly-worker is not confined: no a: x; no b."_s},
+               {"no program", "#!/does/not/exist", u"tessaly-worker cannot be run."_s}});
 }
 
 void WorkerClientTest::runsAFewAtOnce()

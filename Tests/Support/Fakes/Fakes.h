@@ -8,6 +8,7 @@
 #include "Pasteboard.h"
 #include "TextRecognizer.h"
 #include "WindowSystem.h"
+#include "WorkerCheck.h"
 #include "Workspace.h"
 
 #include <QFile>
@@ -64,6 +65,13 @@ public:
     int trustRequests = 0;
     int pastes = 0;
     std::vector<std::function<void(PasteResult)>> underWay;
+};
+
+/// A worker that is as it should be.
+class FakeWorkerCheck final : public WorkerCheck
+{
+public:
+    void check(std::function<void(const QString& problem)> done) override { done({}); }
 };
 
 /// A web whose pages have the titles that the test says, when the test says.
