@@ -27,6 +27,11 @@ void AppDelegate::announce()
     m_statusItemController.announce();
 }
 
+void AppDelegate::keepHistory()
+{
+    m_statusItemController.keepHistory();
+}
+
 void AppDelegate::willTerminate()
 {
     m_statusItemController.terminate();

@@ -22,6 +22,8 @@ public:
 
     /// Lets others find the program.
     void announce();
+    /// Writes the history where its file is gone.
+    void keepHistory();
 
 private:
     void willTerminate();

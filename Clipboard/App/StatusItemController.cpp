@@ -70,11 +70,12 @@ QList<PanelPlacement::Screen> currentScreens()
 StatusItemController::StatusItemController(Platform platform, const QString& dataFolder, QObject* parent)
     : QObject(parent)
     , m_platform(std::move(platform))
+    , m_historyFile(dataFolder + u"/history.json"_s)
     , m_imagesDir(dataFolder + u"/images"_s)
     , m_icons(*m_platform.workspace)
     , m_toasts(*m_platform.windows)
     , m_pasteService(*m_platform.keystrokes, [this](const ToastText& text) { m_toasts.show(text); })
-    , m_store(dataFolder + u"/history.json"_s, m_preferences.number(PreferenceKey::historyEntries), saveDelaySeconds)
+    , m_store(m_historyFile, m_preferences.number(PreferenceKey::historyEntries), saveDelaySeconds)
     , m_smartActions({*m_platform.pasteboard, *m_platform.workspace, *m_platform.textRecognizer,
                       *m_platform.linkMetadata, [this](const ToastText& text) { m_toasts.show(text); }, &QRCode::image})
     , m_viewModel(m_store,
@@ -119,7 +120,7 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
     connectPreferences();
     if (qEnvironmentVariableIsSet(showPanelVariable))
         QTimer::singleShot(showAfterLaunch, this, [this] { show(); });
-    else if (!QFileInfo::exists(dataFolder + u"/history.json"_s))
+    else if (!QFileInfo::exists(m_historyFile))
         QTimer::singleShot(showAfterLaunch, this, &StatusItemController::welcome);
 }
 
@@ -296,6 +297,12 @@ void StatusItemController::annotate(const ClipboardCore::ClipItem& item, const Q
     QScreen* screen = QGuiApplication::screenAt(m_panel.panelGeometry().center());
     m_panel.dismiss();
     m_editor.open(picture, screen, EditorController::rememberedColor(), EditorController::rememberedSize(), item);
+}
+
+void StatusItemController::keepHistory()
+{
+    if (!m_store.items().isEmpty() && !QFileInfo::exists(m_historyFile))
+        m_store.saveAsync();
 }
 
 void StatusItemController::flush()

@@ -51,6 +51,8 @@ public:
     void clearHistory();
     void showAbout();
     void showPreferences();
+    /// Writes the history where its file is gone.
+    void keepHistory();
     /// Stores the copies made so far and what is being annotated, and writes the history.
     void flush();
     /// The end of the program: the same, and then the clipboard's content is left with the session.
@@ -79,6 +81,7 @@ private:
 
     Platform m_platform;
     Preferences m_preferences;
+    QString m_historyFile;
     QString m_imagesDir;
     IconCache m_icons;
     Thumbs m_thumbs;

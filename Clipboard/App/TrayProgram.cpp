@@ -2,6 +2,7 @@
 
 #include "AppDelegate.h"
 #include "BusNames.h"
+#include "DataFolder.h"
 #include "InstanceLock.h"
 #include "ProcessSignals.h"
 #include "RunningInstance.h"
@@ -152,7 +153,7 @@ int runTrayProgram(int argc, char** argv)
     const QString dataFolder = Clipboard::Bus::dataFolder();
     ClipboardCore::createPrivateFolder(dataFolder);
     ClipboardCore::makePrivate(dataFolder);
-    const Clipboard::Bus::InstanceLock lock(dataFolder + u"/lock"_s, displayName());
+    Clipboard::Bus::InstanceLock lock(dataFolder + u"/lock"_s, displayName());
     if (isKeptByAnother(lock))
         return leaveToTheRunningOne(lock.holdersDisplay());
 
@@ -163,6 +164,11 @@ int runTrayProgram(int argc, char** argv)
     // Not quit(), which asks every window and gives up when one stays.
     QObject::connect(&processSignals, &Clipboard::ProcessSignals::quitRequested, &application,
                      [] { QCoreApplication::exit(); });
+    const Clipboard::DataFolder folder(dataFolder);
+    QObject::connect(&folder, &Clipboard::DataFolder::mayBeAnother, &application, [&lock, &delegate] {
+        lock.renew();
+        delegate.keepHistory();
+    });
     delegate.announce();
     return QApplication::exec();
 }

@@ -20,6 +20,7 @@ class LifeJourneyTest final : public JourneyTest
 private slots:
     void endsCleanlyWithThePanelOpen();
     void aSecondStartOpensThePanelOfTheFirst();
+    void aFolderThatGoesIsThereAgain();
     void aSecondStartThatReachesNobodyEnds();
     void answersWithoutADisplay();
     void contentStaysInTheHistory();
@@ -70,6 +71,27 @@ void LifeJourneyTest::aSecondStartOpensThePanelOfTheFirst()
 
     endTessaly(SIGKILL); // leaves no lock behind
     startTessaly();
+}
+
+void LifeJourneyTest::aFolderThatGoesIsThereAgain()
+{
+    copy("kept");
+    expectHistory({u"kept"_s});
+    const QString away = session().homePath(u"away"_s);
+    for (const bool isMoved : {true, false}) {
+        const QString folder = tessaly().dataFolder();
+        QVERIFY(isMoved ? QDir().rename(folder, away) : QDir(folder).removeRecursively());
+        expectHistory({u"kept"_s});
+        expect("the folder for the user alone", [this] {
+            return QFile::permissions(tessaly().dataFolder()) ==
+                   (QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadUser | QFile::WriteUser |
+                    QFile::ExeUser);
+        });
+        QCOMPARE(session().run(tessaly().program()).exitCode, 0); // finds the first one
+        expectPanel();
+        press("Escape");
+        expectNoPanel();
+    }
 }
 
 void LifeJourneyTest::answers(const char* /*name*/, const QStringList& environment, const QStringList& arguments,

@@ -1,9 +1,12 @@
 #include "InstanceLock.h"
 
+#include "Support/RegularFile.h"
+
 #include <QFile>
 
 #include <array>
 #include <cerrno>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -26,9 +29,17 @@ struct flock wholeFile()
 
 } // namespace
 
-InstanceLock::InstanceLock(const QString& file, const QByteArray& display)
-    : m_file(::open(QFile::encodeName(file).constData(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR))
+InstanceLock::InstanceLock(const QString& file, QByteArray display)
+    : m_path(QFile::encodeName(file))
+    , m_display(std::move(display))
 {
+    take();
+}
+
+void InstanceLock::take()
+{
+    m_state = State::unsupported;
+    m_file = ::open(m_path.constData(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
     struct flock lock = wholeFile();
     if (m_file < 0)
         return;
@@ -41,7 +52,7 @@ InstanceLock::InstanceLock(const QString& file, const QByteArray& display)
     // Only for the sentence that another start prints: a full disk is no reason to stop.
     if (::ftruncate(m_file, 0) == 0) {
         [[maybe_unused]] const ssize_t written =
-            ::pwrite(m_file, display.constData(), static_cast<size_t>(display.size()), 0);
+            ::pwrite(m_file, m_display.constData(), static_cast<size_t>(m_display.size()), 0);
     }
 }
 
@@ -49,6 +60,15 @@ InstanceLock::~InstanceLock()
 {
     if (m_file >= 0)
         ::close(m_file);
+}
+
+void InstanceLock::renew()
+{
+    if (m_file >= 0 && ClipboardCore::RegularFile::isNamed(m_file, m_path))
+        return;
+    if (m_file >= 0)
+        ::close(m_file);
+    take();
 }
 
 bool InstanceLock::isHeld(const QString& file)
