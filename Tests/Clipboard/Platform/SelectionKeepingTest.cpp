@@ -1,6 +1,8 @@
 #include "EngineTest.h"
 #include "Rows.h"
 
+#include <future>
+
 using namespace Clipboard;
 using namespace Clipboard::Testing;
 
@@ -15,6 +17,7 @@ private slots:
     void contentOutlivesItsOwner();
     void unreadContentDoesNotOutlive();
     void managerRefusesWhatItCannotRead();
+    void whatWasRefusedIsAskedForAgain();
     void contentIsLeftWithAnotherManager();
 
 private:
@@ -73,6 +76,26 @@ void SelectionKeepingTest::managerRefusesWhatItCannotRead()
         owner.copy(answers);
         QVERIFY(!owner.save());
     }
+}
+
+/// By an owner that had somebody else to serve.
+void SelectionKeepingTest::whatWasRefusedIsAskedForAgain()
+{
+    ForeignClient owner(display());
+    const auto hasAsked = [&owner](qsizetype times) {
+        return VirtualSession::waitUntil([&] { return owner.asked().count("UTF8_STRING") == times; });
+    };
+    owner.copy({{"UTF8_STRING", {.bytes = "the last copy", .manner = Manner::Late}}});
+    QVERIFY(hasAsked(1));
+    owner.refuseLate();
+    QVERIFY(!waitForSnapshot(1).text);
+    auto kept = std::async(std::launch::async, [this] { return ForeignClient(display()).save(); });
+    QVERIFY(hasAsked(2));
+    owner.refuseLate();
+    QVERIFY(hasAsked(3));
+    owner.answerLate();
+    QVERIFY(kept.get().value_or(QByteArrayList()).contains("UTF8_STRING"));
+    QCOMPARE(waitForSnapshot(2).text, "the last copy");
 }
 
 void SelectionKeepingTest::contentIsLeftWithAnotherManager()

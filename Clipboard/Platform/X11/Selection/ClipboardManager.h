@@ -26,6 +26,7 @@ public:
     /// Takes the role and announces it.
     void become(xcb_timestamp_t time);
     void requested(const xcb_selection_request_event_t& request);
+    [[nodiscard]] bool isHoldingSaves() const { return !m_heldSaves.empty(); }
     /// Nothing more is going to be read for now: whoever waits hears what has been kept.
     void answerHeldSaves();
 

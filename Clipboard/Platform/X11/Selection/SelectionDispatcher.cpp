@@ -54,7 +54,7 @@ SelectionDispatcher::SelectionDispatcher(std::unique_ptr<XcbConnection> connecti
     , m_manager(*m_connection, m_transfers, m_window, options.saveHold, [this] { return keptTargets(); })
     , m_reader(
           *m_connection, m_window, options.reading, [this](const SelectionContent& content) { this->publish(content); },
-          [this] { m_manager.answerHeldSaves(); })
+          [this] { readingSettled(); })
 {
     watchOwners();
     if (remains)
@@ -306,7 +306,16 @@ void SelectionDispatcher::requested(const xcb_selection_request_event_t& request
     else if (owner != nullptr)
         owner->answer(request);
     if (!m_reader.isBusy())
+        readingSettled();
+}
+
+void SelectionDispatcher::readingSettled()
+{
+    const bool mayAskAgain = m_reader.wasRefused() && m_manager.isHoldingSaves() && !m_clipboard.isOwned();
+    if (!mayAskAgain)
         m_manager.answerHeldSaves();
+    else if (!m_nextAttempt)
+        m_nextAttempt = Clock::now() + pauseAfterRefusal;
 }
 
 std::optional<QByteArray> SelectionDispatcher::keptTargets()
@@ -367,7 +376,7 @@ bool SelectionDispatcher::hasWindow() const
 std::optional<SelectionDispatcher::Clock::time_point> SelectionDispatcher::deadline() const
 {
     std::optional<Clock::time_point> earliest;
-    for (const auto& deadline : {m_reader.deadline(), m_transfers.deadline(), m_manager.deadline()}) {
+    for (const auto& deadline : {m_reader.deadline(), m_transfers.deadline(), m_manager.deadline(), m_nextAttempt}) {
         if (deadline && (!earliest || *deadline < *earliest))
             earliest = deadline;
     }
@@ -379,6 +388,11 @@ void SelectionDispatcher::expire(Clock::time_point now)
     m_reader.expire(now);
     m_transfers.expire(now);
     m_manager.expire(now);
+    if (m_nextAttempt && *m_nextAttempt <= now) {
+        m_nextAttempt.reset();
+        if (m_manager.isHoldingSaves() && m_reader.wasRefused() && !m_reader.isBusy())
+            m_reader.startAgain();
+    }
     tellWaiting();
     m_connection->flush();
 }

@@ -71,6 +71,9 @@ private:
     [[nodiscard]] SelectionOwner* ownerOf(xcb_atom_t selection);
     /// The targets, as atoms, of what would outlive its owner as of now; nothing while there is none.
     [[nodiscard]] std::optional<QByteArray> keptTargets();
+    /// Nothing more is asked of the owner: who waits for its content to be kept is told what there is, or the owner
+    /// that refused to be read is asked again as long as they wait.
+    void readingSettled();
     /// Tells those that wait for the reading to come to an end.
     void tellWaiting();
     [[nodiscard]] bool hasWindow() const;
@@ -97,6 +100,7 @@ private:
     bool m_mayTakeBack = false;              // nothing to come would be what the owner makes of its own content
     std::deque<TimedAction> m_waitingForTime;
     std::vector<std::function<void()>> m_settling;
+    std::optional<Clock::time_point> m_nextAttempt; // to read what was refused
 };
 
 } // namespace Clipboard::X11

@@ -27,6 +27,12 @@ void SelectionReader::start(xcb_atom_t selection, xcb_timestamp_t time)
     request(m_connection.atom("TARGETS"), qint64(maxTargets) * 4);
 }
 
+void SelectionReader::startAgain()
+{
+    start(m_selection, m_time);
+    m_isAgain = true;
+}
+
 void SelectionReader::hurry(std::chrono::milliseconds stepTimeout)
 {
     m_stepTimeout = std::min(m_stepTimeout, stepTimeout);
@@ -37,6 +43,7 @@ void SelectionReader::cancel()
 {
     m_transfer.reset();
     m_stage = Stage::Targets;
+    m_isRefused = m_isAgain = false;
     m_reading.reset();
 }
 
@@ -102,6 +109,7 @@ void SelectionReader::advance()
         }
         break;
     case IncomingTransfer::State::Failed:
+        m_isRefused = true;
         break;
     }
     if (m_transfer->state() == IncomingTransfer::State::Failed || m_transfer->bytes().isEmpty()) {
@@ -123,8 +131,9 @@ void SelectionReader::next()
         return;
     }
     m_transfer.reset();
-    if (m_stage != Stage::Companions)
+    if (m_stage != Stage::Companions && !m_isAgain)
         publish();
+    m_stage = Stage::Companions;
     m_onSettled();
 }
 

@@ -33,6 +33,8 @@ public:
     /// Begins with a new owner; what was under way is dropped unheard.
     void start(xcb_atom_t selection, xcb_timestamp_t time);
     void cancel();
+    /// Asks the present owner once more; heard only if there is content this time.
+    void startAgain();
     [[nodiscard]] bool isBusy() const { return m_transfer.has_value(); }
     /// The content of the current selection; nothing while it is still to be found.
     [[nodiscard]] std::optional<SelectionContent> content() const;
@@ -40,6 +42,9 @@ public:
     [[nodiscard]] bool hasContent() const { return m_stage == Stage::Companions && !m_reading.keptForms().empty(); }
     /// Everything that was read of the current selection.
     [[nodiscard]] const SelectionForms& keptForms() const { return m_reading.keptForms(); }
+
+    /// True when nothing was found because the owner refused to answer: it may do so another time.
+    [[nodiscard]] bool wasRefused() const { return m_isRefused && m_stage == Stage::Companions && !hasContent(); }
 
     void handle(const xcb_selection_notify_event_t& event);
     void handle(const xcb_property_notify_event_t& event);
@@ -70,6 +75,8 @@ private:
     Clock::time_point m_formEnd;
     Clock::time_point m_end;
     Stage m_stage = Stage::Targets;
+    bool m_isRefused = false;
+    bool m_isAgain = false;
     ContentReading m_reading;
 };
 

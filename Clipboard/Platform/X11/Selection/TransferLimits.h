@@ -7,6 +7,10 @@ namespace Clipboard::X11 {
 /// How long a program that wants to end is kept waiting for its content to be safe. Whoever quits waits with it.
 inline constexpr std::chrono::milliseconds maxSaveHold{500};
 
+/// Between two requests to such a program that refused to be read: it may serve one at a time, and somebody else was
+/// first.
+inline constexpr std::chrono::milliseconds pauseAfterRefusal{100};
+
 /// When we end ourselves: how long after the role is free another clipboard manager may take it. One that waits for its
 /// turn hears of it within a millisecond.
 inline constexpr std::chrono::milliseconds successorTimeout{100};
