@@ -24,6 +24,18 @@ QString text(const char* source)
     return QCoreApplication::translate("SessionStatus", source);
 }
 
+QVariantMap history(const ServiceNotices& notices)
+{
+    const QString name = u"history"_s;
+    const QString locked = notices.textOf(u"encryption"_s);
+    if (!locked.isEmpty())
+        return service(name, locked,
+                       text(QT_TRANSLATE_NOOP("SessionStatus", "It opens as soon as your keyring does.")));
+    return service(
+        name, notices.textOf(u"save"_s),
+        text(QT_TRANSLATE_NOOP("SessionStatus", "Make room on the disk, and see who owns the data folder.")));
+}
+
 } // namespace
 
 QVariantList services(const Platform& platform, const ServiceNotices& notices, const QString& workerProblem)
@@ -46,8 +58,7 @@ QVariantList services(const Platform& platform, const ServiceNotices& notices, c
         service(u"tray"_s, tray, bindKey),
         service(u"worker"_s, workerProblem,
                 text(QT_TRANSLATE_NOOP("SessionStatus", "Use Linux 5.13 or newer, and install Tessaly whole."))),
-        service(u"history"_s, notices.textOf(u"save"_s),
-                text(QT_TRANSLATE_NOOP("SessionStatus", "Make room on the disk, and see who owns the data folder."))),
+        history(notices),
     };
 }
 

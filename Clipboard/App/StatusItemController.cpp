@@ -91,6 +91,12 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
                    m_store.saveAsync();
                    m_viewModel.refresh();
                })
+    , m_encryption({m_store, m_imagesDir, m_preferences, m_notices,
+                    [this](const QList<ClipboardCore::ClipItem>& evicted) { takeOpenedHistory(evicted); },
+                    [this](const QString& problem) {
+                        m_notices.tell(u"encryption-refused"_s, problem);
+                        m_toasts.show(ToastText::failure(problem));
+                    }})
     , m_watcher(*m_platform.pasteboard, *m_platform.workspace, m_store, m_imagesDir)
     , m_statusItem(LoginItem(), m_platform.windows->isCompositing(), this)
     , m_panel({m_viewModel, *m_platform.windows, *m_platform.workspace, m_thumbs,
@@ -151,9 +157,7 @@ void StatusItemController::connectNotices()
 
 void StatusItemController::connectHistory()
 {
-    if (const auto kept = m_store.unreadableFile())
-        m_notices.tell(u"unreadable-history"_s,
-                       tr("The history could not be read; it is kept as %1.").arg(QFileInfo(*kept).fileName()));
+    tellOfUnreadableHistory();
     m_store.onSaveFailureChanged([this](const std::optional<QString>& failure) {
         const QString id = u"save"_s;
         if (failure)
@@ -173,6 +177,23 @@ void StatusItemController::connectHistory()
     m_viewModel.markOwnChange = [this] { m_watcher.markOwnChange(); };
     m_viewModel.onRequestClose = [this] { m_panel.dismiss(); };
     m_viewModel.onPreferences = [this] { showPreferences(); };
+}
+
+void StatusItemController::tellOfUnreadableHistory()
+{
+    if (const auto kept = m_store.unreadableFile())
+        m_notices.tell(u"unreadable-history"_s,
+                       tr("The history could not be read; it is kept as %1.").arg(QFileInfo(*kept).fileName()));
+}
+
+/// A history that was locked.
+void StatusItemController::takeOpenedHistory(const QList<ClipboardCore::ClipItem>& evicted)
+{
+    tellOfUnreadableHistory();
+    ImageBlobs::release(evicted);
+    m_viewModel.refresh();
+    if (m_store.namesAllPictures())
+        ImageBlobs::sweepOrphans(m_imagesDir, m_store.items(), m_housekeeping);
 }
 
 void StatusItemController::connectPanel()
@@ -250,6 +271,7 @@ QVariantMap StatusItemController::status(const QString& workerProblem) const
             {u"pinned"_s, static_cast<int>(std::ranges::count_if(items, &ClipboardCore::ClipItem::isPinned))},
             {u"paused"_s, m_pause.isPaused()},
             {u"resumesAt"_s, m_pause.end() ? m_pause.end()->toString(Qt::ISODate) : QString()},
+            {u"encrypted"_s, m_encryption.isOn()},
             {u"skipped"_s, skipped},
             {u"services"_s, SessionStatus::services(m_platform, m_notices, workerProblem)}};
 }

@@ -6,6 +6,7 @@
 #include "FloatingPanel.h"
 #include "GlobalHotKey.h"
 #include "History/JSONHistoryStore.h"
+#include "HistoryEncryption.h"
 #include "HistoryLimits.h"
 #include "HistoryViewModel.h"
 #include "IconCache.h"
@@ -62,6 +63,8 @@ private:
     void open(std::optional<QUuid> selecting, std::optional<qsizetype> workScreen);
     void connectNotices();
     void connectHistory();
+    void tellOfUnreadableHistory();
+    void takeOpenedHistory(const QList<ClipboardCore::ClipItem>& evicted);
     void connectPanel();
     void connectEditor();
     void connectStatusItem();
@@ -92,6 +95,7 @@ private:
     SmartActionRunner m_smartActions;
     HistoryViewModel m_viewModel;
     HistoryLimits m_limits;
+    HistoryEncryption m_encryption;
     PasteboardWatcher m_watcher;
     PauseTimer m_pause;
     StatusItem m_statusItem;

@@ -37,6 +37,7 @@ void StatusItemController::connectPreferences()
         m_toasts.show(ToastText::failure(problem));
     });
     connect(&m_preferences, &Preferences::changed, this, &StatusItemController::applyPreferences);
+    m_encryption.start();
     applyPreferences();
     // What others write is heard of once the copies are watched.
     QTimer::singleShot(0, &m_preferences, &Preferences::follow);
@@ -50,6 +51,7 @@ void StatusItemController::applyPreferences()
                         m_preferences.values(neverPatterns)});
     m_watcher.setForgetting(m_preferences.flag(forgetCleared) ? std::optional(clearedWithin) : std::nullopt);
     m_viewModel.selectsNewest = m_preferences.value(selectAtOpening) == "newest"_L1;
+    m_encryption.follow();
     bindHotKey();
 }
 

@@ -63,6 +63,7 @@ QString asText(const QJsonObject& status)
     QString text = line(u"version"_s, status.value("version"_L1).toString());
     text += line(u"entries"_s, number("entries"_L1) + u", pinned "_s + number("pinned"_L1));
     text += line(u"recording"_s, recording(status));
+    text += line(u"encrypted"_s, status.value("encrypted"_L1).toBool() ? u"yes"_s : u"no"_s);
     const QJsonArray services = status.value("services"_L1).toArray();
     for (const auto& element : services) {
         const QJsonObject service = element.toObject();

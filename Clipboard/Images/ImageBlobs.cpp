@@ -13,6 +13,8 @@
 #include <QSet>
 #include <QThreadPool>
 
+#include <algorithm>
+
 namespace Clipboard {
 
 using ClipboardCore::ClipItem;
@@ -130,6 +132,13 @@ void ImageBlobs::sweepOrphans(const QString& dir, const QList<ClipItem>& items, 
         removeOrphans(dir, referenced);
         removeOrphans(ThumbFiles::folderIn(dir), referenced);
     });
+}
+
+bool ImageBlobs::hasSealed(const QString& dir)
+{
+    const QStringList names = QDir(dir).entryList(storedPictures, QDir::Files);
+    return std::ranges::any_of(
+        names, [&dir](const QString& name) { return ClipboardCore::StoredFile::isSealed(dir + u'/' + name); });
 }
 
 void ImageBlobs::bringIntoForm(const QString& dir, QThreadPool& pool, const std::stop_token& stop)

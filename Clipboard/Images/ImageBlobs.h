@@ -37,6 +37,9 @@ void release(const QList<ClipboardCore::ClipItem>& items);
 /// than a minute stay: their entry may be about to be stored.
 void sweepOrphans(const QString& dir, const QList<ClipboardCore::ClipItem>& items, QThreadPool& pool);
 
+/// Whether any picture in `dir` is sealed. Takes its time.
+[[nodiscard]] bool hasSealed(const QString& dir);
+
 /// Has pictures and small copies that are not kept as it is wanted now (ClipboardCore::StoredFile) written anew or
 /// dropped, on the pool. Ends early once a stop is requested.
 void bringIntoForm(const QString& dir, QThreadPool& pool, const std::stop_token& stop);

@@ -75,6 +75,9 @@ const Preference::Texts forgetTexts{QT_TRANSLATE_NOOP("Preference", "History"),
 const Preference::Texts clearedTexts{QT_TRANSLATE_NOOP("Preference", "History"),
                                      QT_TRANSLATE_NOOP("Preference", "Forget what is cleared"),
                                      QT_TRANSLATE_NOOP("Preference", "Within a minute, as password managers do.")};
+const Preference::Texts encryptTexts{
+    QT_TRANSLATE_NOOP("Preference", "History"), QT_TRANSLATE_NOOP("Preference", "Encrypt the history"),
+    QT_TRANSLATE_NOOP("Preference", "Its files open only with a key in your keyring.")};
 const Preference::Texts typesTexts{QT_TRANSLATE_NOOP("Preference", "Recording"),
                                    QT_TRANSLATE_NOOP("Preference", "Record"),
                                    "",
@@ -100,6 +103,7 @@ QList<Preference> makeTable()
         {historyDays, Kind::number, {u"0"_s}, daysTexts, {}, 0, mostDays},
         {forgetOnExit, Kind::flag, {u"false"_s}, forgetTexts},
         {forgetCleared, Kind::flag, {u"false"_s}, clearedTexts},
+        {encryptHistory, Kind::flag, {u"false"_s}, encryptTexts},
         {recordedTypes, Kind::words, typeNames(), typesTexts, typeNames()},
         {neverApplications, Kind::names, {}, applicationsTexts, {}, 0, mostApplications},
         {neverPatterns, Kind::patterns, {}, patternsTexts, {}, 0, mostPatterns},

@@ -19,6 +19,7 @@ inline constexpr QLatin1String historyEntries("historyEntries");
 inline constexpr QLatin1String historyDays("historyDays");
 inline constexpr QLatin1String forgetOnExit("forgetOnExit");
 inline constexpr QLatin1String forgetCleared("forgetCleared");
+inline constexpr QLatin1String encryptHistory("encryptHistory");
 inline constexpr QLatin1String recordedTypes("recordedTypes");
 inline constexpr QLatin1String neverApplications("neverApplications");
 inline constexpr QLatin1String neverPatterns("neverPatterns");

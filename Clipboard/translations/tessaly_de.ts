@@ -469,6 +469,60 @@ Freie Software unter der MIT-Lizenz.</translation>
     </message>
 </context>
 <context>
+    <name>Clipboard::HistoryEncryption</name>
+    <message>
+        <source>The keyring does not have its key.</source>
+        <translation>Der Schlüsselbund hat den Schlüssel dazu nicht.</translation>
+    </message>
+    <message>
+        <source>The encrypted history is not open, and what is copied is kept only until the end: %1</source>
+        <translation>Der verschlüsselte Verlauf ist nicht geöffnet, und was kopiert wird, bleibt nur bis zum Ende: %1</translation>
+    </message>
+    <message>
+        <source>The history is not encrypted: %1</source>
+        <translation>Der Verlauf ist nicht verschlüsselt: %1</translation>
+    </message>
+    <message>
+        <source>Encrypted pictures cannot be shown: %1</source>
+        <translation>Verschlüsselte Bilder können nicht gezeigt werden: %1</translation>
+    </message>
+</context>
+<context>
+    <name>Clipboard::KeyRequest</name>
+    <message>
+        <source>This session has no keyring, such as that of GNOME or KDE.</source>
+        <translation>Diese Sitzung hat keinen Schlüsselbund, wie etwa den von GNOME oder KDE.</translation>
+    </message>
+    <message>
+        <source>The keyring fails: %1</source>
+        <translation>Der Schlüsselbund versagt: %1</translation>
+    </message>
+    <message>
+        <source>The keyring does not have its key.</source>
+        <translation>Der Schlüsselbund hat den Schlüssel dazu nicht.</translation>
+    </message>
+    <message>
+        <source>The keyring is locked.</source>
+        <translation>Der Schlüsselbund ist gesperrt.</translation>
+    </message>
+    <message>
+        <source>The keyring was not unlocked.</source>
+        <translation>Der Schlüsselbund wurde nicht entsperrt.</translation>
+    </message>
+    <message>
+        <source>There is no keyring that takes new keys.</source>
+        <translation>Es gibt keinen Schlüsselbund, der neue Schlüssel aufnimmt.</translation>
+    </message>
+    <message>
+        <source>Key of Tessaly’s clipboard history</source>
+        <translation>Schlüssel zum Verlauf der Zwischenablage von Tessaly</translation>
+    </message>
+    <message>
+        <source>The keyring does not give back what it was given.</source>
+        <translation>Der Schlüsselbund gibt nicht zurück, was er bekommen hat.</translation>
+    </message>
+</context>
+<context>
     <name>Clipboard::HistoryList</name>
     <message>
         <source>Clipboard history</source>
@@ -1083,6 +1137,14 @@ Freie Software unter der MIT-Lizenz.</translation>
         <source>Texts with one of these regular expressions in them are not recorded.</source>
         <translation>Texte mit einem dieser regulären Ausdrücke werden nicht aufgezeichnet.</translation>
     </message>
+    <message>
+        <source>Encrypt the history</source>
+        <translation>Verlauf verschlüsseln</translation>
+    </message>
+    <message>
+        <source>Its files open only with a key in your keyring.</source>
+        <translation>Seine Dateien öffnet nur ein Schlüssel in Ihrem Schlüsselbund.</translation>
+    </message>
 </context>
 <context>
     <name>QShortcut</name>
@@ -1400,6 +1462,10 @@ Freie Software unter der MIT-Lizenz.</translation>
     <message>
         <source>Make room on the disk, and see who owns the data folder.</source>
         <translation>Schaffen Sie Platz auf dem Datenträger und prüfen Sie, wem der Datenordner gehört.</translation>
+    </message>
+    <message>
+        <source>It opens as soon as your keyring does.</source>
+        <translation>Er öffnet sich, sobald Ihr Schlüsselbund es tut.</translation>
     </message>
     <message>
         <source>Use Linux 5.13 or newer, and install Tessaly whole.</source>

@@ -172,7 +172,7 @@ std::optional<QList<ClipItem>> HistoryDisk::decodeFile(std::optional<QByteArray>
 EntryList HistoryDisk::withJournal(const QList<ClipItem>& items)
 {
     EntryList entries(items);
-    const QList<HistoryOperation> missing = m_journal.load(m_file, m_sealing.seal);
+    const QList<HistoryOperation> missing = m_journal.load(m_file, m_sealing.seal, m_isFileSealed);
     for (const HistoryOperation& operation : missing)
         apply(operation, entries);
     if (!missing.isEmpty()) {
@@ -200,6 +200,11 @@ void HistoryDisk::setSealing(const Sealing& sealing)
 bool HistoryDisk::isAsWanted() const
 {
     const std::lock_guard lock(m_mutex);
+    return isInWantedForm();
+}
+
+bool HistoryDisk::isInWantedForm() const
+{
     return (m_file.size == 0 || m_isFileSealed == m_sealing.isWanted) && m_journal.isAsWanted();
 }
 
@@ -300,7 +305,7 @@ bool HistoryDisk::isSaveDue() const
 {
     const std::lock_guard lock(m_mutex);
     return m_lastGap > m_saved || sizeOf(m_items) <= smallFile || m_journal.end() > m_file.size / journalShare ||
-           RegularFile::traceOf(m_path) != m_trace; // the journal says nothing to it
+           !isInWantedForm() || RegularFile::traceOf(m_path) != m_trace; // the journal says nothing to it
 }
 
 bool HistoryDisk::isFileGone() const
@@ -311,10 +316,9 @@ bool HistoryDisk::isFileGone() const
 
 bool HistoryDisk::isCatchingUpDue() const
 {
-    if (!isAsWanted())
-        return true;
     const std::lock_guard lock(m_mutex);
-    return m_lastGap > m_saved || m_journal.end() > std::max(smallFile, m_file.size / journalShare);
+    return !isInWantedForm() || m_lastGap > m_saved ||
+           m_journal.end() > std::max(smallFile, m_file.size / journalShare);
 }
 
 bool HistoryDisk::isForgettingDue() const

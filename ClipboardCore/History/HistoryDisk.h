@@ -68,6 +68,7 @@ private:
     [[nodiscard]] std::optional<QString> keepUnreadable();
     void keepDamagedJournal();
     [[nodiscard]] bool appendUnwritten();
+    [[nodiscard]] bool isInWantedForm() const;
 
     const QString m_folder;
     const QString m_path;

@@ -82,7 +82,8 @@ bool HistoryJournal::isSealedOnDisk() const
     return count == beginning.size() && ClipboardCore::isSealed(beginning);
 }
 
-QList<HistoryOperation> HistoryJournal::load(const FileState& file, const std::shared_ptr<const ContentSeal>& seal)
+QList<HistoryOperation> HistoryJournal::load(const FileState& file, const std::shared_ptr<const ContentSeal>& seal,
+                                             bool isFileSealed)
 {
     m_base = file;
     const int journal = RegularFile::open(m_path, O_RDONLY);
@@ -109,8 +110,10 @@ QList<HistoryOperation> HistoryJournal::load(const FileState& file, const std::s
             found.append({at, *operation});
         at = end + 1;
     }
-    if (!from)
+    if (!from) {
+        m_isDamaged = m_isDamaged || (isFileSealed && !m_form.isSealed() && at > 0);
         return {}; // and the first append() overwrites it
+    }
     m_end = m_lastOperation = at;
     QList<HistoryOperation> missing;
     for (const auto& [start, operation] : std::as_const(found))

@@ -26,8 +26,10 @@ public:
     /// The operations that the file in this state lacks; none when the journal belongs to another state. Torn
     /// lines are left out. `seal` opens a sealed one. To be called once, first.
     [[nodiscard]] QList<HistoryOperation> load(const JournalCoding::FileState& file,
-                                               const std::shared_ptr<const ContentSeal>& seal = nullptr);
-    /// True when sealed lines were found that somebody has changed; load() left them out.
+                                               const std::shared_ptr<const ContentSeal>& seal = nullptr,
+                                               bool isFileSealed = false);
+    /// True when load() left something out that somebody has changed: sealed lines, or whatever made a journal one that
+    /// neither is sealed, as its file is, nor belongs to it.
     [[nodiscard]] bool isDamaged() const { return m_isDamaged; }
     /// What lines are sealed with from the next time on that the journal begins anew; null for plain ones.
     void setSeal(std::shared_ptr<const ContentSeal> seal);

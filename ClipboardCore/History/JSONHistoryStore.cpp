@@ -80,7 +80,7 @@ std::optional<QString> JSONHistoryStore::unreadableFile() const
 
 bool JSONHistoryStore::namesAllPictures() const
 {
-    return !d->saver.disk().keepsUnreadableFile();
+    return !isLocked() && !d->saver.disk().keepsUnreadableFile();
 }
 
 bool JSONHistoryStore::isLocked() const

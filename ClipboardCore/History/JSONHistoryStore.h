@@ -31,7 +31,8 @@ public:
     [[nodiscard]] const QList<ClipItem>& items() const;
     /// Where a file that was there and could not be loaded is kept from the first save on.
     [[nodiscard]] std::optional<QString> unreadableFile() const;
-    /// False while such a file is kept, from this run or an earlier one: it may name pictures that items() does not.
+    /// False while such a file is kept, from this run or an earlier one, or the history is locked: there may be
+    /// pictures that items() does not name.
     [[nodiscard]] bool namesAllPictures() const;
     /// True while the file is sealed and no seal opens it: items() are those of this run alone, and nothing is written.
     [[nodiscard]] bool isLocked() const;

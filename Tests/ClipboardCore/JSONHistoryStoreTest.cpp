@@ -186,7 +186,7 @@ private:
         m_model.cap = random(8) == 0 ? 0 : 4 + random(6);
         m_model.largest = 10 + random(30);
         m_store.reset(); // before the next one reads what it leaves
-        m_store = std::make_unique<JSONHistoryStore>(m_path, m_model.cap, random(2) == 0 ? never : 0, m_model.largest);
+        m_store = openHistory(m_path, m_model.cap, random(2) == 0 ? never : 0, m_model.largest);
     }
     ClipItem randomEntry()
     {
@@ -240,18 +240,19 @@ void JSONHistoryStoreTest::tornJournalIsAnEarlierState()
 {
     QList<QList<ClipItem>> states{{}};
     {
-        JSONHistoryStore store(m_folder.path(), 50, never);
+        const auto store = openHistory(m_folder.path());
         for (int i = 0; i < 20; ++i) {
-            static_cast<void>(store.add(entry(QString::number(i % 7), i, i % 5 == 0)));
-            states.append(store.items());
-            store.togglePin(store.items().constLast().id);
-            states.append(store.items());
-            store.saveAsync();
+            static_cast<void>(store->add(entry(QString::number(i % 7), i, i % 5 == 0)));
+            states.append(store->items());
+            store->togglePin(store->items().constLast().id);
+            states.append(store->items());
+            store->saveAsync();
         }
     }
     QFile file(m_folder.journal());
     QVERIFY(file.open(QIODevice::ReadWrite));
-    QCOMPARE(file.readAll().count("\"content\""), 7); // a text copied again is not written again
+    // A text copied again is not written again.
+    QCOMPARE(file.readAll().count("\"content\""), sealingOfTests.isWanted ? 0 : 7);
     qsizetype earlier = states.size() - 1;
     QCOMPARE(m_folder.saved(), states.constLast());
     for (qint64 size = file.size() - 1; size >= 0; --size) {

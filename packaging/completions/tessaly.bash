@@ -25,7 +25,7 @@ _tessaly() {
             bind) words="--yes" ;;
             status) words="--json" ;;
             config) words="list get set hotKey selectAtOpening startAtLogin historyEntries historyDays forgetOnExit
-                forgetCleared recordedTypes neverApplications neverPatterns editorColor editorSize" ;;
+                forgetCleared encryptHistory recordedTypes neverApplications neverPatterns editorColor editorSize" ;;
             pause) words="15m 1h 8h" ;;
             copy | paste | pin | unpin | delete | actions | annotate) words=$(_tessaly_entries) ;;
             run)

@@ -51,5 +51,5 @@ complete -c tessaly -n '__fish_seen_subcommand_from list clear' -l pinned
 complete -c tessaly -n '__fish_seen_subcommand_from list status' -l json
 complete -c tessaly -n '__fish_seen_subcommand_from bind' -l yes
 complete -c tessaly -n '__fish_seen_subcommand_from get add' -l type -x -a 'text/plain text/uri-list image/png image/tiff'
-complete -c tessaly -n '__fish_seen_subcommand_from config' -a 'list get set hotKey selectAtOpening startAtLogin historyEntries historyDays forgetOnExit forgetCleared recordedTypes neverApplications neverPatterns editorColor editorSize'
+complete -c tessaly -n '__fish_seen_subcommand_from config' -a 'list get set hotKey selectAtOpening startAtLogin historyEntries historyDays forgetOnExit forgetCleared encryptHistory recordedTypes neverApplications neverPatterns editorColor editorSize'
 complete -c tessaly -n '__fish_seen_subcommand_from pause' -a '15m 1h 8h'
