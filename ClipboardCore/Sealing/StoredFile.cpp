@@ -1,10 +1,14 @@
 #include "Sealing/StoredFile.h"
 
+#include "Support/RegularFile.h"
+
 #include <QBuffer>
 #include <QFile>
 
 #include <mutex>
 #include <utility>
+
+#include <fcntl.h>
 
 namespace ClipboardCore {
 
@@ -20,6 +24,16 @@ Shared& shared()
 {
     static Shared one;
     return one;
+}
+
+/// Null for what is no regular file: a pipe in its place would hold the reader up, and a device never end.
+std::unique_ptr<QFile> fileAt(const QString& path)
+{
+    const int descriptor = RegularFile::open(QFile::encodeName(path), O_RDONLY);
+    auto file = std::make_unique<QFile>(path);
+    if (descriptor < 0 || !file->open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle))
+        return nullptr;
+    return file;
 }
 
 /// A file that is moved with its folder stays the same one.
@@ -44,14 +58,14 @@ Sealing StoredFile::sealing()
 
 bool StoredFile::isSealed(const QString& path)
 {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) && ClipboardCore::isSealed(file.read(sealedBeginning.size()));
+    const auto file = fileAt(path);
+    return file && ClipboardCore::isSealed(file->read(sealedBeginning.size()));
 }
 
 std::unique_ptr<QIODevice> StoredFile::open(const QString& path)
 {
-    auto file = std::make_unique<QFile>(path);
-    if (!file->open(QIODevice::ReadOnly))
+    auto file = fileAt(path);
+    if (!file)
         return nullptr;
     if (!ClipboardCore::isSealed(file->peek(sealedBeginning.size())))
         return file;
@@ -61,11 +75,11 @@ std::unique_ptr<QIODevice> StoredFile::open(const QString& path)
 
 std::optional<QByteArray> StoredFile::readAll(const QString& path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    const auto file = fileAt(path);
+    if (!file)
         return std::nullopt;
-    const QByteArray bytes = file.readAll();
-    return file.error() == QFile::NoError ? contentOf(bytes, path) : std::nullopt;
+    const QByteArray bytes = file->readAll();
+    return file->error() == QFile::NoError ? contentOf(bytes, path) : std::nullopt;
 }
 
 std::optional<QByteArray> StoredFile::contentOf(const QByteArray& bytes, const QString& path)

@@ -8,6 +8,7 @@
 #include "OffMainThread.h"
 #include "Sealing/StoredFile.h"
 #include "SelectionLimits.h"
+#include "Support/RegularFile.h"
 
 #include <QDBusArgument>
 #include <QDBusError>
@@ -17,6 +18,8 @@
 #include <QFile>
 
 #include <algorithm>
+
+#include <fcntl.h>
 
 /// The methods of the bus that have to do with entries.
 namespace Clipboard::Bus {
@@ -58,10 +61,12 @@ std::optional<QVariant> contentOf(const ClipItem& item, const QString& type)
         const auto picture = ClipboardCore::StoredFile::readAll(path);
         return picture ? toWire(*picture) : std::nullopt;
     }
-    QFile file(path);
-    if (!file.open(QFile::ReadOnly))
+    const int descriptor = ClipboardCore::RegularFile::open(QFile::encodeName(path), O_RDONLY);
+    if (descriptor < 0)
         return std::nullopt;
-    return QVariant::fromValue(QDBusUnixFileDescriptor(file.handle())); // of which it makes a copy
+    QDBusUnixFileDescriptor file;
+    file.giveFileDescriptor(descriptor);
+    return QVariant::fromValue(file);
 }
 
 bool isFileGone(const ClipItem& item)

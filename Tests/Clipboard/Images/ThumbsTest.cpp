@@ -12,6 +12,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 using namespace Clipboard;
 using namespace Clipboard::Testing;
 using namespace Qt::StringLiterals;
@@ -75,6 +77,14 @@ void ThumbsTest::forgetsFailuresWhenTold()
     QCOMPARE(loaded(thumbs, path, 50).phase, Thumbs::Phase::unavailable);
     thumbs.forgetFailures();
     QCOMPARE(loaded(thumbs, path, 50).phase, Thumbs::Phase::loaded);
+
+    // What somebody put in a picture's place holds nothing up.
+    const QByteArray pipe = QFile::encodeName(m_folder.filePath(u"pipe.png"_s));
+    QCOMPARE(mkfifo(pipe.constData(), 0600), 0);
+    for (const char* name : {pipe.constData(), "/dev/zero", "/"}) {
+        QCOMPARE(loaded(thumbs, QFile::decodeName(name), 50).phase, Thumbs::Phase::unavailable);
+        QCOMPARE(ImageDimensions::label(QFile::decodeName(name)), std::nullopt);
+    }
 }
 
 void ThumbsTest::smallCopyStandsForThePicture()
