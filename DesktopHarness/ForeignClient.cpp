@@ -229,7 +229,11 @@ void ForeignClient::sendPiece(Sending& sending)
     if (answer.manner == Manner::EndlessPieces)
         sending.sent = 0;
     const QByteArray piece = answer.bytes.mid(sending.sent, answer.pieceBytes);
-    put(sending.requestor, sending.property, m_atoms.atom(answer.type), answer.format, piece);
+    const bool isOdd = sending.pieces == 2 && answer.manner == Manner::ChangeInTheMiddle;
+    put(sending.requestor, sending.property, m_atoms.atom(isOdd ? "INTEGER" : answer.type), isOdd ? 32 : answer.format,
+        piece);
+    if (sending.pieces == 2 && answer.manner == Manner::FallInTheMiddle)
+        xcb_destroy_window(m_connection, m_window);
     sending.sent += piece.size();
     sending.isFinished = piece.isEmpty();
     ++sending.pieces;

@@ -25,6 +25,9 @@ public:
             EndlessPieces,    // pieces that never come to an end
             DieInTheMiddle,   // after two pieces the connection is closed
             StallInTheMiddle, // after two pieces nothing more comes
+            // X11, after two pieces each:
+            ChangeInTheMiddle, // the next one is of another type
+            FallInTheMiddle,   // the window goes, and the program lives on
         };
         QByteArray bytes{};
         QByteArray type{}; // X11: of the reply; empty: the target's name

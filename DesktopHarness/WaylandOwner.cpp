@@ -219,6 +219,8 @@ bool WaylandOwner::send(const Answer& answer, int pipe)
         m_isOver = true;
         [[fallthrough]];
     case Answer::Manner::StallInTheMiddle:
+    case Answer::Manner::ChangeInTheMiddle:
+    case Answer::Manner::FallInTheMiddle:
         writeAll(pipe, bytes, twoPieces);
         return false;
     case Answer::Manner::Mute:

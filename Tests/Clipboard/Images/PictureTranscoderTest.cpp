@@ -64,6 +64,26 @@ QByteArray encodedByHand(bool interlaced)
     return bytes;
 }
 
+/// A grey TIFF of that size as another program may write it, with 12 × 9 pixels at most, and the place of the next
+/// picture in the file.
+QByteArray tiffByHand(quint32 width, quint32 height, quint32 orientation = 1, quint32 next = 0)
+{
+    QByteArray bytes("II*\0", 4);
+    const auto put = [&bytes](auto value) { bytes.append(reinterpret_cast<const char*>(&value), sizeof value); };
+    const std::pair<quint16, quint32> tags[] = {{256, width}, {257, height},      {258, 8}, {259, 1},      {262, 1},
+                                                {273, 134},   {274, orientation}, {277, 1}, {278, height}, {279, 108}};
+    put(quint32{8});
+    put(static_cast<quint16>(std::size(tags)));
+    for (const auto& [tag, value] : tags) {
+        put(tag);
+        put(quint16{4}); // LONG
+        put(quint32{1});
+        put(value);
+    }
+    put(next);
+    return bytes + QByteArray(108, '\x40');
+}
+
 } // namespace
 
 class PictureTranscoderTest final : public QObject
@@ -73,6 +93,7 @@ private slots:
     void keepsEveryPixel();
     void dropsWhatIsNotThePicture();
     void keepsTheColourSpace();
+    void turnsAndTakesTheFirst();
     void refuses();
 };
 
@@ -129,6 +150,21 @@ void PictureTranscoderTest::keepsTheColourSpace()
     QCOMPARE(QImage::fromData(fromTIFF).pixelColor(20, 10), converted.pixelColor(20, 10));
 }
 
+void PictureTranscoderTest::turnsAndTakesTheFirst()
+{
+    const auto sizeOf = [](const QByteArray& tiff) {
+        return QImage::fromData(PictureTranscoder::toPNG(tiff).value_or(QByteArray())).size();
+    };
+    QCOMPARE(sizeOf(tiffByHand(12, 9)), QSize(12, 9));
+    QCOMPARE(sizeOf(tiffByHand(12, 9, 6)), QSize(9, 12));
+    QCOMPARE(sizeOf(tiffByHand(12, 9, 77)), QSize(12, 9));   // there is no such orientation
+    QCOMPARE(sizeOf(tiffByHand(12, 9, 1, 8)), QSize(12, 9)); // which is its own successor
+    // An animation is its first picture.
+    QByteArray animated = encoded(pattern(QImage::Format_RGB32));
+    animated.insert(33, QByteArray::fromHex("000000086163544c000186a00000000097f4a3f7")); // acTL: 100,000 pictures
+    QCOMPARE(sizeOf(animated), QSize(37, 19));
+}
+
 void PictureTranscoderTest::refuses()
 {
     const QByteArray png = encoded(pattern(QImage::Format_RGB32));
@@ -141,6 +177,9 @@ void PictureTranscoderTest::refuses()
         flipped,
         encoded(pattern(QImage::Format_RGB32), "tiff").first(100),
         announcement,
+        tiffByHand(60'000, 60'000),
+        tiffByHand(8000, 8000), // nearly all of it is missing
+        tiffByHand(0, 9),
         png.first(41), // nothing behind the header
     };
     for (const QByteArray& picture : pictures)
