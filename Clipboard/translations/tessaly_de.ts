@@ -1011,8 +1011,8 @@ Freie Software unter der MIT-Lizenz.</translation>
         <translation>Die Zwischenablage kann in dieser Sitzung nicht beobachtet werden: Der Anzeige fehlt die XFixes-Erweiterung.</translation>
     </message>
     <message>
-        <source>%1 cannot be bound from here: have the desktop’s settings run “tessaly toggle” on a key. In sway: bindsym Mod4+Shift+v exec tessaly toggle</source>
-        <translation>%1 lässt sich von hier aus nicht belegen: Bitte in den Einstellungen der Arbeitsumgebung „tessaly toggle“ auf eine Taste legen. In sway: bindsym Mod4+Shift+v exec tessaly toggle</translation>
+        <source>%1 cannot be bound from here: have the desktop’s settings run “tessaly toggle” on a key. In sway: bindsym --no-repeat Mod4+Shift+v exec tessaly toggle</source>
+        <translation>%1 lässt sich von hier aus nicht belegen: Bitte in den Einstellungen der Arbeitsumgebung „tessaly toggle“ auf eine Taste legen. In sway: bindsym --no-repeat Mod4+Shift+v exec tessaly toggle</translation>
     </message>
     <message>
         <source>No key can be sent in this session: the display has no XTEST extension.</source>

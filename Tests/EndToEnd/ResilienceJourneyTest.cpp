@@ -50,6 +50,10 @@ void ResilienceJourneyTest::recordsWhatIsLarge()
     copy(content);
     expectEntries(2);
     QVERIFY(newest().content == QString::fromUtf8(content));
+    copy("small");
+    callUp();
+    press("Down ctrl+c");
+    expectClipboard(content);
 }
 
 void ResilienceJourneyTest::whatBreaksOffIsNoCopy()

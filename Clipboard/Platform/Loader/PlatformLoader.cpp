@@ -92,7 +92,7 @@ std::unique_ptr<HotKeyGrabber> configuredHotKey()
         return std::make_unique<GnomeHotKey>();
     return std::make_unique<NullHotKeyGrabber>(QCoreApplication::translate(
         "PlatformLoader", "%1 cannot be bound from here: have the desktop’s settings run “tessaly toggle” on a key. "
-                          "In sway: bindsym Mod4+Shift+v exec tessaly toggle"));
+                          "In sway: bindsym --no-repeat Mod4+Shift+v exec tessaly toggle"));
 }
 
 /// A key grabbed from Xwayland is ours only while one of its windows has the keyboard.
