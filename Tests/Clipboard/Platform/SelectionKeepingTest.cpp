@@ -15,6 +15,7 @@ class SelectionKeepingTest final : public EngineTest
     Q_OBJECT
 private slots:
     void contentOutlivesItsOwner();
+    void contentOutlivesAllWhoEndInARow();
     void unreadContentDoesNotOutlive();
     void managerRefusesWhatItCannotRead();
     void whatWasRefusedIsAskedForAgain();
@@ -55,6 +56,19 @@ void SelectionKeepingTest::contentOutlivesItsOwner()
                 {{"text/uri-list", {.bytes = "file:///a\r\nfile:///b\r\n"}},
                  {"x-special/gnome-copied-files", {.bytes = "cut\nfile:///a\nfile:///b"}},
                  {"UTF8_STRING", {.bytes = "/a /b"}}}}});
+}
+
+/// However many, and however fast.
+void SelectionKeepingTest::contentOutlivesAllWhoEndInARow()
+{
+    constexpr size_t many = 2 * X11::takeOversAtOnce + 1;
+    for (size_t i = 1; i <= many; ++i) {
+        ForeignClient owner(display());
+        owner.copyText(QByteArray::number(i));
+        QCOMPARE(waitForSnapshot(i).text, QByteArray::number(i)); // of those that ended there is nothing to be heard
+        owner.die();
+    }
+    QVERIFY(VirtualSession::waitUntil([&] { return pasted() == QByteArray::number(many); }));
 }
 
 void SelectionKeepingTest::unreadContentDoesNotOutlive()

@@ -140,6 +140,7 @@ void SelectionDispatcher::finishWrite(xcb_timestamp_t time)
     m_writes = m_unfinishedNumber;
     m_isInitial = false;
     m_known.reset();
+    m_takeOver.reset();
     if (m_clipboard.own(*forms, time)) {
         m_reader.cancel();
         m_manager.answerHeldSaves();
@@ -255,6 +256,7 @@ void SelectionDispatcher::ownerChanged(const xcb_generic_event_t& event)
     const bool isDeliberate = change.subtype == XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER;
     m_mayTakeBack = isDeliberate && m_reader.content() && belongsToTheOwner(change.owner);
     m_owner = change.owner;
+    m_takeOver.reset();
     if (change.owner == m_window) {
         m_reader.cancel();
     } else if (change.owner != XCB_WINDOW_NONE) {
@@ -272,7 +274,32 @@ void SelectionDispatcher::ownerGone(bool isDeliberate, xcb_timestamp_t ownedSinc
 {
     if (!isDeliberate && m_clipboard.isOwned())
         return; // it is we who are being cut off
-    if (!isDeliberate && m_reader.hasContent() && m_clipboard.own(m_reader.keptForms(), ownedSince))
+    if (!isDeliberate && m_reader.hasContent() && takeOver(ownedSince))
+        return;
+    m_reader.cancel();
+    publish({});
+}
+
+/// True when that is done, or put off.
+bool SelectionDispatcher::takeOver(xcb_timestamp_t ownedSince)
+{
+    const auto now = Clock::now();
+    while (!m_takeOvers.empty() && m_takeOvers.front() + takeOverPeriod <= now)
+        m_takeOvers.pop_front();
+    if (m_takeOvers.size() >= takeOversAtOnce) {
+        m_takeOver = {m_takeOvers.front() + takeOverPeriod, ownedSince};
+        return true;
+    }
+    m_takeOvers.push_back(now);
+    return m_clipboard.own(m_reader.keptForms(), ownedSince);
+}
+
+void SelectionDispatcher::takeOverLater(Clock::time_point now)
+{
+    if (!m_takeOver || m_takeOver->at > now)
+        return;
+    const TakeOver due = *std::exchange(m_takeOver, {});
+    if (m_reader.hasContent() && takeOver(due.ownedSince))
         return;
     m_reader.cancel();
     publish({});
@@ -376,7 +403,9 @@ bool SelectionDispatcher::hasWindow() const
 std::optional<SelectionDispatcher::Clock::time_point> SelectionDispatcher::deadline() const
 {
     std::optional<Clock::time_point> earliest;
-    for (const auto& deadline : {m_reader.deadline(), m_transfers.deadline(), m_manager.deadline(), m_nextAttempt}) {
+    const auto takeOver = m_takeOver ? std::optional(m_takeOver->at) : std::nullopt;
+    for (const auto& deadline :
+         {takeOver, m_reader.deadline(), m_transfers.deadline(), m_manager.deadline(), m_nextAttempt}) {
         if (deadline && (!earliest || *deadline < *earliest))
             earliest = deadline;
     }
@@ -388,6 +417,7 @@ void SelectionDispatcher::expire(Clock::time_point now)
     m_reader.expire(now);
     m_transfers.expire(now);
     m_manager.expire(now);
+    takeOverLater(now);
     if (m_nextAttempt && *m_nextAttempt <= now) {
         m_nextAttempt.reset();
         if (m_manager.isHoldingSaves() && m_reader.wasRefused() && !m_reader.isBusy())

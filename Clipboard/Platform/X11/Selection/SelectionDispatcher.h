@@ -77,6 +77,8 @@ private:
     /// Tells those that wait for the reading to come to an end.
     void tellWaiting();
     [[nodiscard]] bool hasWindow() const;
+    [[nodiscard]] bool takeOver(xcb_timestamp_t ownedSince);
+    void takeOverLater(Clock::time_point now);
     [[nodiscard]] bool belongsToTheOwner(xcb_window_t window) const;
     void publish(const SelectionContent& content);
 
@@ -98,6 +100,13 @@ private:
     std::optional<SelectionContent> m_known; // see Remains
     xcb_window_t m_owner = XCB_WINDOW_NONE;  // the last one
     bool m_mayTakeBack = false;              // nothing to come would be what the owner makes of its own content
+    struct TakeOver
+    {
+        Clock::time_point at;
+        xcb_timestamp_t ownedSince = XCB_CURRENT_TIME;
+    };
+    std::optional<TakeOver> m_takeOver;        // when there were too many
+    std::deque<Clock::time_point> m_takeOvers; // the last ones
     std::deque<TimedAction> m_waitingForTime;
     std::vector<std::function<void()>> m_settling;
     std::optional<Clock::time_point> m_nextAttempt; // to read what was refused

@@ -4,6 +4,11 @@
 
 namespace Clipboard::X11 {
 
+/// How often the place of owners that end is taken at once. A script that copies by short-lived programs does with it;
+/// another program that keeps clipboards as we do, and goes from its place again and again, is answered at this pace.
+inline constexpr size_t takeOversAtOnce = 10;
+inline constexpr std::chrono::milliseconds takeOverPeriod{1000};
+
 /// How long a program that wants to end is kept waiting for its content to be safe. Whoever quits waits with it.
 inline constexpr std::chrono::milliseconds maxSaveHold{500};
 
