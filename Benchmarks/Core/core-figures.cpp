@@ -2,9 +2,11 @@
 // One line each: name, value, unit, goal, separated by tabs.
 
 #include "../Figures.h"
+#include "History/HistoryJournal.h"
 #include "History/JSONHistoryStore.h"
 #include "History/SearchIndex.h"
 #include "History/TypeDetector.h"
+#include "SodiumSeal.h"
 #include "Support/Graphemes.h"
 #include "Support/Utf8.h"
 
@@ -14,6 +16,7 @@
 #include <QTextStream>
 
 #include <algorithm>
+#include <memory>
 #include <random>
 #include <vector>
 
@@ -98,6 +101,36 @@ void measureStore(const QString& folder)
     report(u"add of 20 KB at 500 × 20 KB"_s, static_cast<double>(timer.nsecsElapsed()) / 1e6, u"≤ 0.2"_s);
 }
 
+/// The same for files that are encrypted, and what a copy takes until it is in either journal.
+void measureSealed(const QString& folder)
+{
+    const Sealing sealing{Clipboard::SodiumSeal::make(Clipboard::SodiumSeal::newKey()), true};
+    const QString path = folder + u"/sealed.json"_s;
+    const auto open = [&] {
+        auto store = std::make_unique<JSONHistoryStore>(path, entryCount, 3600);
+        bool isOpen = false;
+        store->setSealing(sealing, [&isOpen](const auto& /*evicted*/) { isOpen = true; });
+        while (!isOpen)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        return store;
+    };
+    {
+        const auto store = open();
+        for (const ClipItem& item : history(20'000))
+            static_cast<void>(store->add(item));
+        report(u"save of 500 × 20 KB, encrypted, flushed to disk"_s,
+               median(9, [&] { static_cast<void>(store->save()); }), u"-"_s);
+    }
+    report(u"load of 500 × 20 KB, encrypted"_s, median(9, [&] { open(); }), u"-"_s);
+
+    HistoryJournal plain(folder + u"/plain.journal"_s);
+    HistoryJournal sealed(folder + u"/sealed.journal"_s);
+    sealed.setSeal(sealing.seal);
+    const QList<HistoryOperation> copy{{9e8, HistoryOperation::Put{entry(words(20'000, 1), 9e8)}}};
+    report(u"20 KB into the journal"_s, median(99, [&] { static_cast<void>(plain.append(copy)); }), u"-"_s);
+    report(u"20 KB into the journal, encrypted"_s, median(99, [&] { static_cast<void>(sealed.append(copy)); }), u"-"_s);
+}
+
 void measureHuge(const QString& folder)
 {
     const QByteArray bytes = words(hugeSize, 1);
@@ -170,6 +203,7 @@ int main(int argc, char** argv)
     QTemporaryDir folder;
     folder.setAutoRemove(!qEnvironmentVariableIsSet("KEEP"));
     measureStore(folder.path());
+    measureSealed(folder.path());
     measureHuge(folder.path());
     measureSearch(u"500 × 200 B"_s, history(200), u"≤ 1"_s);
     measureSearch(u"500 × 20 KB"_s, history(20'000), u"≤ 2"_s);

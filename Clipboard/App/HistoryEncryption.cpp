@@ -7,6 +7,9 @@
 #include "ServiceNotices.h"
 #include "SodiumSeal.h"
 
+#include <QTimer>
+
+#include <chrono>
 #include <utility>
 
 namespace Clipboard {
@@ -18,6 +21,9 @@ using ClipboardCore::Sealing;
 namespace {
 
 const QString notice = u"encryption"_s;
+
+// A keyring that is open has answered long before. One that asks its user may wait for as long as it likes.
+constexpr std::chrono::milliseconds patience{3000};
 
 } // namespace
 
@@ -74,6 +80,11 @@ void HistoryEncryption::ask(KeyRing::IfLocked ifLocked)
                 ask(KeyRing::IfLocked::leave);
         });
     }
+    if (m_services.store.isLocked())
+        QTimer::singleShot(patience, this, [this] {
+            if (!m_seal && m_services.notices.textOf(notice).isEmpty())
+                lack(tr("The keyring has not answered yet."));
+        });
     // A new key would open nothing of what is there.
     const bool mayCreate = m_isWanted && !m_services.store.isLocked();
     m_keyRing->ask(mayCreate ? KeyRing::IfMissing::create : KeyRing::IfMissing::leave, ifLocked,

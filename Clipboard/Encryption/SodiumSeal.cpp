@@ -72,8 +72,8 @@ struct SodiumSeal::Key
     std::array<unsigned char, keySize> bytes{};
 };
 
-static_assert(SodiumSeal::keySize == crypto_secretstream_xchacha20poly1305_KEYBYTES &&
-              SodiumSeal::keySize == crypto_aead_xchacha20poly1305_ietf_KEYBYTES);
+static_assert(SodiumSeal::keySize == crypto_secretstream_xchacha20poly1305_KEYBYTES);
+static_assert(SodiumSeal::keySize == crypto_aead_xchacha20poly1305_ietf_KEYBYTES);
 
 std::shared_ptr<const SodiumSeal> SodiumSeal::make(const QByteArray& key)
 {

@@ -475,6 +475,10 @@ Freie Software unter der MIT-Lizenz.</translation>
         <translation>Der Schlüsselbund hat den Schlüssel dazu nicht.</translation>
     </message>
     <message>
+        <source>The keyring has not answered yet.</source>
+        <translation>Der Schlüsselbund hat noch nicht geantwortet.</translation>
+    </message>
+    <message>
         <source>The encrypted history is not open, and what is copied is kept only until the end: %1</source>
         <translation>Der verschlüsselte Verlauf ist nicht geöffnet, und was kopiert wird, bleibt nur bis zum Ende: %1</translation>
     </message>
