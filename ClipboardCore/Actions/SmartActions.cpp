@@ -134,7 +134,7 @@ QString shellForm(QByteArrayView content)
     const QByteArray bytes = CopiedFile::path(content);
     if (bytes != content)
         return shellEscapes(bytes);
-    const QString path = QString::fromUtf8(content);
+    QString path = QString::fromUtf8(content);
     const auto isPlain = [](QChar c) {
         const char16_t unit = c.unicode();
         return unit < 0x80 && (c.isLetterOrNumber() || QStringView(u"_/.+-").contains(c));
