@@ -18,7 +18,7 @@ test: ## build and run the whole suite (7 min)
 	@scripts/install-packages build run session
 	cmake --preset release
 	cmake --build --preset release
-	@scripts/run-tests release --parallel $(shell nproc) $(CTEST_FLAGS)
+	@scripts/run-tests release $(CTEST_FLAGS)
 
 bench: ## measure, and print the table of figures (4 min to build, 10 to measure)
 	@scripts/install-packages build run session
