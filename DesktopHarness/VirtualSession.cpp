@@ -133,7 +133,7 @@ QString VirtualSession::bringUpWayland(const Options& options)
 
 QString VirtualSession::bringUpX11(const Options& options)
 {
-    if (QString failure = startServer(options.size); !failure.isEmpty()) {
+    if (QString failure = startServer(options); !failure.isEmpty()) {
         return failure;
     }
     if (QString failure = startMessageBus(); !failure.isEmpty()) {
@@ -202,11 +202,14 @@ void VirtualSession::prepareEnvironment()
     m_environment.insert(u"NO_AT_BRIDGE"_s, u"1"_s);
 }
 
-QString VirtualSession::startServer(QSize size)
+QString VirtualSession::startServer(const Options& options)
 {
-    const QString screen = u"%1x%2x24"_s.arg(size.width()).arg(size.height());
-    QProcess& server = start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, screen, u"-dpi"_s, u"96"_s,
-                                         u"-noreset"_s, u"-nolisten"_s, u"tcp"_s});
+    const QString screen = u"%1x%2x24"_s.arg(options.size.width()).arg(options.size.height());
+    QStringList arguments = {u"-displayfd"_s, u"1"_s,  u"-screen"_s,  u"0"_s,         screen,
+                             u"-dpi"_s,       u"96"_s, u"-noreset"_s, u"-nolisten"_s, u"tcp"_s};
+    if (!options.framebuffer.isEmpty())
+        arguments += {u"-fbdir"_s, options.framebuffer};
+    QProcess& server = start(u"Xvfb"_s, arguments);
     const QByteArray number = readLine(server);
     if (number.isEmpty()) {
         return u"The X server did not start: %1"_s.arg(QString::fromLocal8Bit(server.readAllStandardError()));

@@ -35,6 +35,8 @@ public:
         bool focusFollowsPointer = false;
         bool trayHost = false;
         bool compositor = false;
+        // The folder in which the server keeps the screen as an xwd file, for others to look into; none when empty.
+        QString framebuffer = {};
     };
 
     struct Result
@@ -103,7 +105,7 @@ private:
     QString bringUp(const Options& options);
     QString bringUpX11(const Options& options);
     QString bringUpWayland(const Options& options);
-    QString startServer(QSize size);
+    QString startServer(const Options& options);
     QString connectToServer();
     QString startMessageBus();
     QString startOwner(const QString& program, const QStringList& arguments, const QByteArray& selection);

@@ -21,8 +21,9 @@ namespace {
 
 // Super, Shift and V as X11/keysymdef.h numbers their symbols.
 constexpr std::initializer_list<quint32> hotKey = {0xffeb, 0xffe1, 0x0076};
-constexpr unsigned long betweenPresses = 50; // ms; nobody presses it again sooner
-constexpr int patience = 60'000;             // ms for a moment to come
+constexpr unsigned long betweenPresses = 50;    // ms; nobody presses it again sooner
+constexpr QRect listInPanel(60, 150, 200, 260); // logical pixels; titles of several rows
+constexpr int patience = 60'000;                // ms for a moment to come
 
 /// Text of that size with words that differ from entry to entry.
 QByteArray text(int number, int bytes)
@@ -49,14 +50,16 @@ QByteArray historyOf(Filling filling)
 
 } // namespace
 
-Bench::Bench(Filling filling, int scale)
-    : Bench(filling.entries > 0 ? historyOf(filling) : QByteArray(), scale)
+Bench::Bench(Filling filling, int scale, VirtualSession::Kind kind)
+    : Bench(filling.entries > 0 ? historyOf(filling) : QByteArray(), scale, kind)
 {
 }
 
-Bench::Bench(const QByteArray& history, int scale)
-    : session({.size = VirtualSession::Options().size * scale})
+Bench::Bench(const QByteArray& history, int scale, VirtualSession::Kind kind)
+    : screen(u"/dev/shm/tessaly-screen-XXXXXX"_s)
+    , session({.kind = kind, .size = VirtualSession::Options().size * scale, .framebuffer = screen.path()})
     , tessaly(session, QStringLiteral(TESSALY_PROGRAM))
+    , m_scale(scale)
 {
     session.setEnvironment(u"QT_SCALE_FACTOR"_s, QString::number(scale));
     if (!session.failure().isEmpty()) {
@@ -105,6 +108,14 @@ void Bench::hidePanel(Keyboard& keyboard)
     if (!tessaly.waitForPanel(false)) {
         giveUp(u"The panel did not go away."_s);
     }
+}
+
+QRect Bench::listOnScreen()
+{
+    const std::optional<Testing::RunningTessaly::Window> panel = tessaly.panel();
+    if (!panel)
+        giveUp(u"The panel is not there."_s);
+    return {panel->geometry.topLeft() + listInPanel.topLeft() * m_scale, listInPanel.size() * m_scale};
 }
 
 double Bench::until(const QByteArray& moment, Clock::time_point begin)

@@ -4,6 +4,7 @@
 #include "VirtualSession.h"
 
 #include <QString>
+#include <QTemporaryDir>
 
 #include <chrono>
 #include <optional>
@@ -12,6 +13,7 @@
 namespace Clipboard::Benchmarks {
 
 class Keyboard;
+class ScreenProbe;
 
 using Clock = std::chrono::steady_clock;
 
@@ -35,12 +37,16 @@ class Bench final
 public:
     /// Writes the history and starts the program, on a screen of that scale. Ends the process with a message when that
     /// fails.
-    explicit Bench(Filling filling = {}, int scale = 1);
+    explicit Bench(Filling filling = {}, int scale = 1,
+                   Testing::VirtualSession::Kind kind = Testing::VirtualSession::Kind::x11);
     /// The same with a history file of that content.
-    explicit Bench(const QByteArray& history, int scale = 1);
+    explicit Bench(const QByteArray& history, int scale = 1,
+                   Testing::VirtualSession::Kind kind = Testing::VirtualSession::Kind::x11);
 
-    Clipboard::Testing::VirtualSession session;
-    Clipboard::Testing::RunningTessaly tessaly;
+    /// In which the server keeps what is on the screen; in memory.
+    QTemporaryDir screen;
+    Testing::VirtualSession session;
+    Testing::RunningTessaly tessaly;
 
     /// From the start of the process to the moment it watches the clipboard, in ms.
     [[nodiscard]] double startUp() const { return m_startUp; }
@@ -51,10 +57,13 @@ public:
     /// Calls the panel up by the hot key and waits for it. Milliseconds to its first painted frame.
     double showPanel(Keyboard& keyboard);
     void hidePanel(Keyboard& keyboard);
+    /// The part of the screen in which the panel has its list, in pixels, while it is shown.
+    [[nodiscard]] QRect listOnScreen();
     /// Milliseconds from `begin` to the next moment of that name. Ends the process with a message when none comes.
     double until(const QByteArray& moment, Clock::time_point begin);
 
 private:
+    int m_scale;
     double m_startUp = 0;
 };
 
@@ -72,6 +81,7 @@ void row(const QString& what, const std::vector<double>& values, const QString& 
 void startRows(Effort effort);
 void captureRows(Effort effort);
 void commandRows(Effort effort);
+void desktopRows(Effort effort);
 void panelRows(Effort effort);
 void frameRows(Effort effort);
 void editorRows(Effort effort);

@@ -4,6 +4,7 @@
 #include "MainThreadProbe.h"
 #include "Mouse.h"
 #include "ProcessFigures.h"
+#include "ScreenProbe.h"
 
 #include <QFile>
 #include <QImage>
@@ -65,6 +66,7 @@ public:
     Frames(const QString& pictures, int scale, Effort effort);
 
     void show();
+    void showOnScreen();
     void search();
     void sheet();
     void move();
@@ -118,6 +120,26 @@ void Frames::show()
         values.push_back(m_bench.showPanel(m_keyboard));
     }
     row(named(u"show: hot key to first painted frame"_s), values, u"≤ 12"_s);
+}
+
+void Frames::showOnScreen()
+{
+    ScreenProbe probe(m_bench.screen.path(), m_bench.listOnScreen());
+    std::vector<double> first;
+    std::vector<double> complete;
+    for (int i = 0; i < m_effort.times(15, 2); ++i) {
+        m_bench.hidePanel(m_keyboard);
+        QThread::msleep(settle);
+        probe.start();
+        const Clock::time_point pressed = Bench::pressHotKey(m_keyboard);
+        const std::optional<ScreenProbe::Sight> sight = probe.finish();
+        if (!sight)
+            giveUp(u"The panel cannot be seen."_s);
+        first.push_back(std::chrono::duration<double, std::milli>(sight->first - pressed).count());
+        complete.push_back(std::chrono::duration<double, std::milli>(sight->complete - pressed).count());
+    }
+    row(named(u"show: hot key to its first pixel on the screen"_s), first, {});
+    row(named(u"show: hot key to the whole list on the screen"_s), complete, u"≤ 12"_s);
 }
 
 void Frames::search()
@@ -193,6 +215,7 @@ void frameRows(Effort effort)
     for (int scale = 1; scale <= effort.times(2, 1); ++scale) {
         Frames frames(pictures.path(), scale, effort);
         frames.show();
+        frames.showOnScreen();
         frames.search();
         frames.sheet();
         frames.move();

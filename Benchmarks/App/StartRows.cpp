@@ -27,6 +27,20 @@ void startRow(const QString& what, Filling filling, int times, const QString& go
     row(what, median(values), u"ms"_s, goal);
 }
 
+void emptyRow(int times)
+{
+    VirtualSession session;
+    std::vector<double> values;
+    values.reserve(static_cast<std::size_t>(times));
+    for (int i = 0; i < times; ++i) {
+        const Clock::time_point begin = Clock::now();
+        if (session.run(QStringLiteral(EMPTY_TRAY_PROGRAM), {u"--once"_s}).exitCode != 0)
+            giveUp(u"The empty program failed."_s);
+        values.push_back(std::chrono::duration<double, std::milli>(Clock::now() - begin).count());
+    }
+    row(u"start: an empty tray program, its end included, for comparison"_s, median(values), u"ms"_s, {});
+}
+
 void idleRows(Effort effort)
 {
     Bench bench;
@@ -72,6 +86,7 @@ void memoryRows()
 
 void startRows(Effort effort)
 {
+    emptyRow(effort.times(21, 3));
     startRow(u"start: fresh"_s, {}, effort.times(21, 3), u"≤ 40"_s);
     startRow(u"start: 500 of 20 KB"_s, {.entries = 500, .bytes = 20'000}, effort.times(11, 2), u"≤ 50"_s);
     idleRows(effort);

@@ -1,5 +1,5 @@
 // The figures of the whole program, measured from outside: docs/benchmarks.md says what each row means.
-// Names of groups as arguments (start, capture, panel, frames, editor, safety, commands) choose these.
+// Names of groups as arguments (start, capture, panel, frames, editor, safety, commands, desktops) choose these.
 #include "Bench.h"
 
 #include <QCoreApplication>
@@ -13,8 +13,9 @@ int main(int argc, char** argv)
     QStringList wanted = QCoreApplication::arguments().mid(1);
     const Effort effort{wanted.removeAll(u"--short"_s) > 0};
     const std::pair<QString, void (*)(Effort)> groups[] = {
-        {u"start"_s, startRows},   {u"capture"_s, captureRows}, {u"panel"_s, panelRows},      {u"frames"_s, frameRows},
-        {u"editor"_s, editorRows}, {u"safety"_s, safetyRows},   {u"commands"_s, commandRows},
+        {u"start"_s, startRows},      {u"capture"_s, captureRows},  {u"panel"_s, panelRows},
+        {u"frames"_s, frameRows},     {u"editor"_s, editorRows},    {u"safety"_s, safetyRows},
+        {u"commands"_s, commandRows}, {u"desktops"_s, desktopRows},
     };
     for (const auto& [name, rows] : groups) {
         if (wanted.isEmpty() || wanted.contains(name))
