@@ -86,5 +86,6 @@ void panelRows(Effort effort);
 void frameRows(Effort effort);
 void editorRows(Effort effort);
 void safetyRows(Effort effort);
+void soakRows(Effort effort);
 
 } // namespace Clipboard::Benchmarks
