@@ -82,6 +82,7 @@ void startRows(Effort effort);
 void captureRows(Effort effort);
 void commandRows(Effort effort);
 void desktopRows(Effort effort);
+void killRows(Effort effort);
 void panelRows(Effort effort);
 void frameRows(Effort effort);
 void editorRows(Effort effort);
