@@ -104,8 +104,8 @@ StatusItemController::StatusItemController(Platform platform, const QString& dat
     , m_editor(m_imagesDir,
                {*m_platform.windows, m_pasteService, [this](const ToastText& text) { m_toasts.show(text); },
                 [this] { return m_viewModel.copiedText(); }})
-    , m_bus({m_viewModel, m_imagesDir, [this] { togglePanel(); }, [this] { show(); }, [this] { m_panel.dismiss(); },
-             [this] { aim(); }, [this] { m_editor.quit(); }, m_pause,
+    , m_bus({m_store, m_viewModel, m_imagesDir, [this] { togglePanel(); }, [this] { show(); },
+             [this] { m_panel.dismiss(); }, [this] { aim(); }, [this] { m_editor.quit(); }, m_pause,
              [this](auto done) {
                  m_platform.workerCheck->check(
                      [this, done = std::move(done)](const QString& problem) { done(status(problem)); });

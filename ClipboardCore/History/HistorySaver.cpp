@@ -211,6 +211,12 @@ void HistorySaver::changed(const QList<HistoryOperation>& operations, const QLis
     d->pendingSave = d->io.async([this] { d->saveWhenDue(); }, d->due - now);
 }
 
+void HistorySaver::whenRecorded(std::function<void()> done)
+{
+    d->journal.async(
+        [this, done = std::move(done)] { QMetaObject::invokeMethod(&d->receiver, done, Qt::QueuedConnection); });
+}
+
 std::optional<QString> HistorySaver::save(const QList<ClipItem>& items)
 {
     if (d->isLocked)

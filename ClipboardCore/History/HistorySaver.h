@@ -42,6 +42,8 @@ public:
 
     /// What changed since the last call, and the history now.
     void changed(const QList<HistoryOperation>& operations, const QList<ClipItem>& items);
+    /// Calls back on the caller's thread once the journal has what changed so far, or could not take it.
+    void whenRecorded(std::function<void()> done);
     /// Writes the file now. Nothing on success, else what went wrong.
     [[nodiscard]] std::optional<QString> save(const QList<ClipItem>& items);
     /// Waits for what is under way; when something changed since the last flush, or the file

@@ -4,6 +4,8 @@
 #include "History/HistoryDisk.h"
 #include "History/HistorySaver.h"
 
+#include <QPointer>
+
 #include <algorithm>
 #include <utility>
 
@@ -214,6 +216,14 @@ void JSONHistoryStore::flush()
 {
     if (d->saver.flush(d->changes, items()))
         d->changes.clear();
+}
+
+void JSONHistoryStore::whenRecorded(const QObject* context, std::function<void()> done)
+{
+    d->saver.whenRecorded([context = QPointer<const QObject>(context), done = std::move(done)] {
+        if (context)
+            done();
+    });
 }
 
 void JSONHistoryStore::onSaveFailureChanged(std::function<void(const std::optional<QString>& failure)> callback)

@@ -64,6 +64,9 @@ public:
     /// Puts what changed into the journal and schedules one background save of the file, `saveDelaySeconds` after the
     /// last call; a large file is left alone while the journal is small beside it.
     void saveAsync();
+    /// Calls back once what changed before the last saveAsync() would survive the end of the process, unless the
+    /// context is gone by then. When it cannot be written it calls back all the same.
+    void whenRecorded(const QObject* context, std::function<void()> done);
     /// Waits for running saves and, when one was asked for since the last flush, writes the current state.
     void flush();
     /// Called on the caller's thread with what went wrong when background saves start to fail, and with nothing once

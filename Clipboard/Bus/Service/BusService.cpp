@@ -54,7 +54,10 @@ void BusService::announce()
     });
     connect(&m_watch, &EntryWatch::changed, this, [this](const QUuid& id) { tell(u"EntryChanged"_s, {idText(id)}); });
     connect(&m_watch, &EntryWatch::removed, this, [this](const QUuid& id) { tell(u"EntryRemoved"_s, {idText(id)}); });
-    const auto follow = [this] { m_watch.follow(m_program.history.items()); };
+    const auto follow = [this] {
+        // Nobody is told of what could be lost yet.
+        m_program.store.whenRecorded(this, [this, items = m_program.history.items()] { m_watch.follow(items); });
+    };
     connect(&m_program.history, &HistoryViewModel::itemsChanged, this, follow);
     follow();
     connect(&m_program.pause, &PauseTimer::changed, this, [this] { tell(u"Paused"_s, {m_program.pause.isPaused()}); });
@@ -127,6 +130,11 @@ void BusService::answer(const QDBusMessage& message, const QVariantList& values)
 {
     if (message.isReplyRequired())
         QDBusConnection::sessionBus().send(message.createReply(values));
+}
+
+void BusService::answerWhenRecorded(const QDBusMessage& message, const QVariantList& values)
+{
+    m_program.store.whenRecorded(this, [this, message, values] { answer(message, values); });
 }
 
 void BusService::refuse(const QDBusMessage& message, const Failure& failure)

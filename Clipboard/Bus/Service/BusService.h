@@ -2,6 +2,7 @@
 
 #include "EntryIntake.h"
 #include "EntryWatch.h"
+#include "History/JSONHistoryStore.h"
 
 #include <QDBusVirtualObject>
 #include <QString>
@@ -28,6 +29,7 @@ public:
     /// What it makes known and what it can ask for.
     struct Program
     {
+        ClipboardCore::JSONHistoryStore& store;
         HistoryViewModel& history;
         QString imagesDir;
         std::function<void()> toggle;
@@ -68,6 +70,8 @@ private:
     [[nodiscard]] static const Entry* find(const QDBusMessage& message);
 
     void answer(const QDBusMessage& message, const QVariantList& values = {});
+    /// Once the change that was asked for would survive the end of the process.
+    void answerWhenRecorded(const QDBusMessage& message, const QVariantList& values = {});
     void refuse(const QDBusMessage& message, const Failure& failure);
     void tell(const QString& signal, const QVariantList& values);
     /// The entry that the first argument names; refuses when there is none.

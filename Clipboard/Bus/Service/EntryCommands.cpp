@@ -143,7 +143,7 @@ void BusService::add(const QDBusMessage& message)
         const auto id = item ? m_program.history.record(*item) : std::nullopt;
         if (!id)
             return refuse(message, {Error::badContent, u"there is nothing in it that can be recorded"_s});
-        answer(message, {idText(*id)});
+        answerWhenRecorded(message, {idText(*id)});
     });
 }
 
@@ -185,7 +185,7 @@ void BusService::pin(const QDBusMessage& message)
     if (item && !item->isPinned)
         m_program.history.togglePin(*item);
     if (item)
-        answer(message);
+        answerWhenRecorded(message);
 }
 
 void BusService::unpin(const QDBusMessage& message)
@@ -194,14 +194,14 @@ void BusService::unpin(const QDBusMessage& message)
     if (item && item->isPinned)
         m_program.history.togglePin(*item);
     if (item)
-        answer(message);
+        answerWhenRecorded(message);
 }
 
 void BusService::remove(const QDBusMessage& message)
 {
     if (const auto item = named(message)) {
         m_program.history.remove(*item);
-        answer(message);
+        answerWhenRecorded(message);
     }
 }
 
@@ -211,7 +211,7 @@ void BusService::clear(const QDBusMessage& message)
         m_program.history.clearEverything();
     else
         m_program.history.clearHistory();
-    answer(message);
+    answerWhenRecorded(message);
 }
 
 void BusService::listActions(const QDBusMessage& message)
