@@ -15,6 +15,9 @@ namespace {
 
 const QStringList clipboard{u"-selection"_s, u"clipboard"_s, u"-t"_s};
 
+// ms. A program that asks an owner who is just leaving waits for an answer for ever.
+constexpr int longestPaste = 15'000;
+
 QStringList moveTo(QPoint place)
 {
     return {u"mousemove"_s, QString::number(place.x()), QString::number(place.y())};
@@ -135,7 +138,7 @@ QStringList X11Driver::terminal(const QString& title, const QString& command) co
 
 QByteArray X11Driver::pasted(const QString& target)
 {
-    return m_session.run(u"xclip"_s, clipboard + QStringList{target, u"-o"_s}).output;
+    return m_session.run(u"xclip"_s, clipboard + QStringList{target, u"-o"_s}, {}, longestPaste).output;
 }
 
 X11Driver::Window X11Driver::describe(xcb_window_t window, bool isUnmanaged) const
