@@ -21,7 +21,7 @@ constexpr auto interval =
     std::chrono::microseconds(100);                    // between two looks; oftener, it would take the machine's time
 constexpr auto quiet = std::chrono::milliseconds(250); // longer than anything that moves stands still
 constexpr int lineDistance = 7;                        // pixels; no line of text falls between two of them
-constexpr int pixelBytes = 4;
+constexpr std::size_t pixelBytes = 4;
 
 /// The fields of a window dump's header that matter here, by their place; each has four bytes, the highest first
 /// (X11/XWDFile.h).
@@ -46,12 +46,12 @@ ScreenProbe::ScreenProbe(const QString& folder, QRect area)
         return qFromBigEndian<quint32>(bytes + number * sizeof(quint32));
     };
     const char* pixels = bytes + field(headerBytes) + field(colors) * colorBytes;
-    const auto length = static_cast<std::size_t>(area.width() * pixelBytes);
-    m_lines.reserve(static_cast<std::size_t>(area.height() / lineDistance + 1));
+    const auto length = static_cast<std::size_t>(area.width()) * pixelBytes;
+    m_lines.reserve(static_cast<std::size_t>(area.height()) / lineDistance + 1);
     for (int y = area.top(); y <= area.bottom(); y += lineDistance) {
         const std::size_t offset = static_cast<std::size_t>(y) * field(bytesPerLine);
         m_lines.push_back(
-            {pixels + offset + static_cast<std::size_t>(area.left() * pixelBytes), std::vector<char>(length)});
+            {pixels + offset + static_cast<std::size_t>(area.left()) * pixelBytes, std::vector<char>(length)});
     }
 }
 
