@@ -49,8 +49,8 @@ public:
 
 signals:
     void compositingChanged();
-    /// The user clicked beside the open panel, or typed, in whichever window. Told where isFocusAtPointer() may be
-    /// true.
+    /// The user clicked beside the open panel, or typed into another window once the panel had the keyboard. Told where
+    /// isFocusAtPointer() may be true.
     void userWorked();
 };
 

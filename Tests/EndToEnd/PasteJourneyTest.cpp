@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include <csignal>
 #include <cstdio>
 #include <fstream>
 
@@ -102,8 +103,17 @@ void PasteJourneyTest::staysOpenUnderAPassingPointer()
         expect("the panel to take note", [&] { return tessaly().moments().count("panel-left-open") > rests; });
     };
     rest();
+    const auto signal = [&](int number) { ::kill(static_cast<pid_t>(tessaly().processID()), number); };
+    signal(SIGSTOP); // hears late that the keyboard is back
+    desktop().movePointer(row(0));
+    expectPanel();
+    type("alph");
+    signal(SIGCONT);
+    press("Return");
+    expectNotice("Pasted “alpha”");
+    rest();
     click(row(1), 2);
-    expectNotice("Pasted “beta”");
+    expectNotice("Pasted “gamma”");
     rest();
     press("super+shift+v"); // closes it, and is no word to the terminal
     expectNoPanel();
@@ -114,7 +124,7 @@ void PasteJourneyTest::staysOpenUnderAPassingPointer()
     click(inTheTerminal);
     expectNoPanel();
     press("Return");
-    expectFile(typedFile(), "betabeside\n");
+    expectFile(typedFile(), "alphagammabeside\n");
 }
 
 void PasteJourneyTest::keepsTheBytesOfAFilesName()

@@ -25,7 +25,11 @@ public:
         m_bus.registerVirtualObject(u"/kglobalaccel"_s, this);
         m_bus.registerService(u"org.kde.kglobalaccel"_s);
     }
-    ~FakeKGlobalAccel() override { QDBusConnection::disconnectFromBus(m_bus.name()); }
+    ~FakeKGlobalAccel() override
+    {
+        m_bus.unregisterService(u"org.kde.kglobalaccel"_s); // has gone once this returns; a connection goes when it goes
+        QDBusConnection::disconnectFromBus(m_bus.name());
+    }
 
     [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override

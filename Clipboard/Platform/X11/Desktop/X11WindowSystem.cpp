@@ -84,7 +84,7 @@ X11WindowSystem::X11WindowSystem(std::shared_ptr<X11::X11Session> session,
     }
     connect(m_session.get(), &X11::X11Session::eventReceived, this, &X11WindowSystem::handle);
     connect(&m_activity, &X11::UserActivity::clicked, this, &X11WindowSystem::userClicked);
-    connect(&m_activity, &X11::UserActivity::typed, this, &X11WindowSystem::userWorked);
+    connect(&m_activity, &X11::UserActivity::typed, this, &X11WindowSystem::userTyped);
     m_isCompositing = hasCompositor();
 }
 
@@ -110,7 +110,10 @@ bool X11WindowSystem::eventFilter(QObject* object, QEvent* event)
         writeStates(*window);
         m_panel = window;
         m_hasClickedBeside = false;
+        m_hasHadKeyboard = false;
         m_activity.follow();
+    } else if (event->type() == QEvent::FocusIn) {
+        m_hasHadKeyboard = true;
     } else if (event->type() == QEvent::Hide) {
         m_panel = nullptr;
         m_activity.stop();
@@ -194,6 +197,14 @@ void X11WindowSystem::userClicked()
         return;
     m_hasClickedBeside = true;
     emit userWorked();
+}
+
+/// A key comes on another connection than the toolkit hears on who has the keyboard, and often earlier: the server
+/// knows. Whoever types before the panel has had the keyboard means the panel.
+void X11WindowSystem::userTyped()
+{
+    if (m_panel != nullptr && m_hasHadKeyboard && !m_session->isInside(m_session->focusWindow(), idOf(*m_panel)))
+        emit userWorked();
 }
 
 void X11WindowSystem::handle(const xcb_generic_event_t* event)

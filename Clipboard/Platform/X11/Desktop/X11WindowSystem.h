@@ -36,6 +36,7 @@ private:
     void handle(const xcb_generic_event_t* event);
     [[nodiscard]] bool hasCompositor() const;
     void userClicked();
+    void userTyped();
 
     std::shared_ptr<X11::X11Session> m_session;
     std::shared_ptr<X11::FrontWindow> m_frontWindow;
@@ -45,6 +46,7 @@ private:
     X11::UserActivity m_activity;
     const QWindow* m_panel = nullptr; // while it is shown
     bool m_hasClickedBeside = false;
+    bool m_hasHadKeyboard = false;
     bool m_isCompositing = false;
 };
 
