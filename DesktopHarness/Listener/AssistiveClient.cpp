@@ -26,6 +26,9 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, Reference& refere
 
 constexpr QLatin1String accessible("org.a11y.atspi.Accessible");
 constexpr QLatin1String actions("org.a11y.atspi.Action");
+const QString events = u"org.a11y.atspi.Event.Object"_s;
+const QString registryPath = u"/org/a11y/atspi/registry"_s;
+const QVariantList listening{u"object:state-changed:"_s};
 
 const QString sessionConnection = u"session of the assistive client"_s;
 const QString accessibilityConnection = u"accessibility bus of the assistive client"_s;
@@ -40,14 +43,17 @@ QString accessibilityBus(const QString& sessionBus)
 
 } // namespace
 
-AssistiveClient::AssistiveClient(const QString& sessionBus)
+AssistiveClient::AssistiveClient(const QString& sessionBus, Manner manner)
     : m_bus(QDBusConnection::connectToBus(accessibilityBus(sessionBus), accessibilityConnection))
 {
     if (!m_bus.isConnected())
         qFatal("There is no accessibility bus: %s", qPrintable(m_bus.lastError().message()));
-    m_bus.connect({}, {}, u"org.a11y.atspi.Event.Object"_s, u"StateChanged"_s, this, SLOT(stateChanged(QDBusMessage)));
+    m_bus.connect({}, {}, events, u"StateChanged"_s, this, SLOT(stateChanged(QDBusMessage)));
     // Programs say only what somebody asked for.
-    ask(registry, u"/org/a11y/atspi/registry"_s, registry, u"RegisterEvent"_s, {u"object:state-changed:"_s});
+    if (manner == Manner::screenReader)
+        ask(registry, registryPath, registry, u"RegisterEvent"_s, listening);
+    else
+        m_bus.connect(registry, {}, events, u"ChildrenChanged"_s, this, SLOT(childrenChanged(QDBusMessage)));
 }
 
 AssistiveClient::~AssistiveClient()
@@ -109,6 +115,17 @@ void AssistiveClient::stateChanged(const QDBusMessage& message)
     const Element source = element(message.service(), message.path());
     m_heard.append(u"%1 %2 %3"_s.arg(message.arguments().value(0).toString(), source.role, source.name));
     emit said(m_heard.last());
+}
+
+/// A program has come or gone. One that has come gets to know what to say, and answers once it does.
+void AssistiveClient::childrenChanged(const QDBusMessage& message)
+{
+    if (message.arguments().value(0) != u"add"_s)
+        return;
+    const auto program = qdbus_cast<Reference>(message.arguments().value(3).value<QDBusVariant>().variant());
+    ask(registry, registryPath, registry, u"RegisterEvent"_s, listening);
+    ask(program.service, program.path.path(), accessible, u"GetRoleName"_s);
+    ask(registry, registryPath, registry, u"DeregisterEvent"_s, listening);
 }
 
 } // namespace Clipboard::Testing

@@ -29,8 +29,12 @@ public:
         [[nodiscard]] bool is(State state) const { return (states >> state & 1U) != 0; }
     };
 
+    /// Programs send each key around over the bus before they take it while somebody listens as a screen reader does.
+    /// They go on speaking to an eavesdropper, who signs off as soon as they know of it.
+    enum class Manner { screenReader, eavesdropper };
+
     /// Connects to the session's accessibility bus, which that starts, and begins to listen.
-    explicit AssistiveClient(const QString& sessionBus);
+    explicit AssistiveClient(const QString& sessionBus, Manner manner = Manner::screenReader);
     ~AssistiveClient() override;
     Q_DISABLE_COPY_MOVE(AssistiveClient)
 
@@ -51,6 +55,7 @@ signals:
 
 private slots: // by name, as a bus signal needs it
     void stateChanged(const QDBusMessage& message);
+    void childrenChanged(const QDBusMessage& message);
 
 private:
     static constexpr QLatin1String registry{"org.a11y.atspi.Registry"};

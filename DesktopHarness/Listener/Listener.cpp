@@ -6,11 +6,12 @@
 
 using namespace Clipboard::Testing;
 
-/// Prints what a screen reader of the session would say, a line each, after one that says that it listens.
+/// Prints what a screen reader of the session would say, a line each, after one that says that it listens. The
+/// programs' keys are left alone.
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
-    AssistiveClient client(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"));
+    AssistiveClient client(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), AssistiveClient::Manner::eavesdropper);
     const auto say = [](QByteArray words) {
         std::puts(words.replace('\n', ' ').constData());
         std::fflush(stdout);

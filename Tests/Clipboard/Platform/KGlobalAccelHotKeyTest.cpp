@@ -27,7 +27,8 @@ public:
     }
     ~FakeKGlobalAccel() override
     {
-        m_bus.unregisterService(u"org.kde.kglobalaccel"_s); // has gone once this returns; a connection goes when it goes
+        m_bus.unregisterService(
+            u"org.kde.kglobalaccel"_s); // has gone once this returns; a connection goes when it goes
         QDBusConnection::disconnectFromBus(m_bus.name());
     }
 
