@@ -37,6 +37,8 @@ public:
     virtual void type(const QString& text) = 0;
     virtual void movePointer(QPoint place) = 0;
     virtual void click(QPoint place, int times, int button) = 0;
+    /// Away from the person, by that many notches, where the pointer is.
+    virtual void turnWheel(int notches) = 0;
     /// Holds the left button down from the first place to the last.
     virtual void drag(const QList<QPoint>& path) = 0;
     /// The left button.

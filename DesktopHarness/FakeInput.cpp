@@ -56,6 +56,13 @@ void FakeInput::setButton(int button, bool isDown)
     wl_display_roundtrip(m_client.display());
 }
 
+void FakeInput::turnWheel()
+{
+    constexpr int notch = 15; // what the compositor takes a notch for, in pixels
+    org_kde_kwin_fake_input_axis(m_input, WL_POINTER_AXIS_VERTICAL_SCROLL, wl_fixed_from_int(-notch));
+    wl_display_roundtrip(m_client.display());
+}
+
 void FakeInput::send(quint32 key, quint32 modifiers)
 {
     const auto setKey = [this](quint32 which, quint32 state) {

@@ -20,6 +20,8 @@ public:
     void movePointer(QPoint place);
     /// Left, middle and right are 1, 2 and 3.
     void setButton(int button, bool isDown);
+    /// By one notch, away from the person.
+    void turnWheel();
 
 private:
     void send(quint32 key, quint32 modifiers) override;

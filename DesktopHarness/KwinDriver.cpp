@@ -2,6 +2,8 @@
 
 #include "VirtualSession.h"
 
+using namespace Qt::StringLiterals;
+
 namespace Clipboard::Testing {
 
 KwinDriver::KwinDriver(VirtualSession& session, QSize size)
@@ -17,14 +19,9 @@ bool KwinDriver::plugIn()
     return m_hands->isPluggedIn();
 }
 
-void KwinDriver::movePointer(QPoint place)
-{
-    m_hands->movePointer(place);
-}
-
 void KwinDriver::click(QPoint place, int times, int button)
 {
-    point(place);
+    movePointer(place);
     for (int i = 0; i < times; ++i) {
         m_hands->setButton(button, true);
         m_hands->setButton(button, false);
@@ -32,14 +29,20 @@ void KwinDriver::click(QPoint place, int times, int button)
 }
 
 /// A window has the keyboard before it is painted; until it is, the compositor has the pointer on the one behind it.
-void KwinDriver::point(QPoint place)
+void KwinDriver::movePointer(QPoint place)
 {
     const std::optional<Window> front = x11().activeWindow();
     const bool isInFront = front && front->geometry.contains(place);
     (void)VirtualSession::waitUntil([&] {
-        movePointer(place);
+        m_hands->movePointer(place);
         return !isInFront || x11().pointer() == place;
     });
+}
+
+void KwinDriver::turnWheel(int notches)
+{
+    for (int i = 0; i < notches; ++i)
+        m_hands->turnWheel();
 }
 
 void KwinDriver::pressButton()
@@ -78,6 +81,21 @@ std::optional<KwinDriver::Window> KwinDriver::activeWindow() const
             return entry.window;
     }
     return {};
+}
+
+QByteArray KwinDriver::pixels() const
+{
+    const std::optional<Window> front = x11().activeWindow();
+    if (!front)
+        return {};
+    const QByteArray window =
+        session().run(u"import"_s, {u"-silent"_s, u"-window"_s, QString::number(front->id), u"ppm:-"_s}).output;
+    const QRect at = front->geometry;
+    const QString place = u"+%1+%2"_s.arg(at.x()).arg(at.y());
+    const QString black = u"xc:black[%1x%2!]"_s.arg(m_size.width()).arg(m_size.height());
+    return session()
+        .run(u"convert"_s, {black, u"ppm:-"_s, u"-geometry"_s, place, u"-composite"_s, u"ppm:-"_s}, window)
+        .output;
 }
 
 void KwinDriver::place(const Window& window, QRect /*geometry*/)

@@ -16,6 +16,7 @@ public:
     [[nodiscard]] bool plugIn() override;
     void movePointer(QPoint place) override;
     void click(QPoint place, int times, int button) override;
+    void turnWheel(int notches) override;
     void pressButton() override;
     void releaseButton() override;
     /// One of X11: that of Wayland in the other sessions waits for ever for this compositor's screen to show it.
@@ -25,14 +26,13 @@ public:
     [[nodiscard]] QList<Window> unlisted(const QList<Window>& reported) const override { return reported; }
     [[nodiscard]] std::optional<Window> activeWindow() const override;
     [[nodiscard]] QSize size() const override { return m_size; }
-    /// Not to be had without a screen.
-    [[nodiscard]] QByteArray pixels() const override { return {}; }
+    /// The window of X11 with the keyboard, all else is black: nobody can look at the screen.
+    [[nodiscard]] QByteArray pixels() const override;
     /// The windows place themselves: ends the program.
     void place(const Window& window, QRect geometry) override;
 
 private:
     [[nodiscard]] WaylandKeyboard& keyboard() override { return *m_hands; }
-    void point(QPoint place);
 
     QSize m_size;
     std::unique_ptr<FakeInput> m_hands;

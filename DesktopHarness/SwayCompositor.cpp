@@ -17,7 +17,9 @@ QByteArray configuration(QSize size)
     return "output HEADLESS-1 resolution " + QByteArray::number(size.width()) + 'x' +
            QByteArray::number(size.height()) +
            "\n"
-           "default_border none\n";
+           "default_border none\n"
+           // Beside another window it would get half the screen, and show its picture smaller than it is.
+           "for_window [title=\"^Annotate$\"] floating enable\n";
 }
 
 QString firstOf(const QString& folder, const QString& pattern)

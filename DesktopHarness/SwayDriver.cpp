@@ -65,6 +65,12 @@ void SwayDriver::click(QPoint place, int times, int button)
     }
 }
 
+void SwayDriver::turnWheel(int notches)
+{
+    for (int i = 0; i < notches; ++i)
+        m_pointer->turnWheel();
+}
+
 void SwayDriver::pressButton()
 {
     m_pointer->set(1, true);

@@ -20,6 +20,7 @@ public:
     [[nodiscard]] bool plugIn() override;
     void movePointer(QPoint place) override;
     void click(QPoint place, int times, int button) override;
+    void turnWheel(int notches) override;
     void pressButton() override;
     void releaseButton() override;
     [[nodiscard]] QStringList terminal(const QString& title, const QString& command) const override;

@@ -52,6 +52,15 @@ void WaylandPointer::set(int button, bool isDown)
     finish();
 }
 
+void WaylandPointer::turnWheel()
+{
+    constexpr int notch = 15; // what a notch is to most compositors, in pixels
+    zwlr_virtual_pointer_v1_axis_source(m_pointer, WL_POINTER_AXIS_SOURCE_WHEEL);
+    zwlr_virtual_pointer_v1_axis_discrete(m_pointer, ++m_time, WL_POINTER_AXIS_VERTICAL_SCROLL,
+                                          wl_fixed_from_int(-notch), -1);
+    finish();
+}
+
 void WaylandPointer::finish()
 {
     zwlr_virtual_pointer_v1_frame(m_pointer);

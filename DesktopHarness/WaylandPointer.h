@@ -24,6 +24,8 @@ public:
     void move(QPoint place, QSize screen);
     /// A button by its number in X11: 1 is the left one, 3 the right one.
     void set(int button, bool isDown);
+    /// By one notch, away from the person.
+    void turnWheel();
 
 private:
     void finish();

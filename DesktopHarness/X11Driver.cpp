@@ -72,6 +72,11 @@ void X11Driver::click(QPoint place, int times, int button)
     awaitRelease();
 }
 
+void X11Driver::turnWheel(int notches)
+{
+    hand({u"click"_s, u"--repeat"_s, QString::number(notches), u"--delay"_s, u"10"_s, u"4"_s});
+}
+
 void X11Driver::drag(const QList<QPoint>& path)
 {
     QStringList commands = moveTo(path.first()) + QStringList{u"mousedown"_s, u"1"_s};

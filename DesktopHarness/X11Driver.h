@@ -19,6 +19,7 @@ public:
     void type(const QString& text) override;
     void movePointer(QPoint place) override;
     void click(QPoint place, int times, int button) override;
+    void turnWheel(int notches) override;
     void drag(const QList<QPoint>& path) override;
     void pressButton() override;
     void releaseButton() override;
