@@ -1,5 +1,6 @@
 #include "PictureTranscoder.h"
 
+#include "DeflatedPixels.h"
 #include "PictureReading.h"
 
 #include <QColorSpace>
@@ -18,6 +19,11 @@ namespace {
 constexpr int compressionLevel = 1;
 // Only wraps the pixels: what is left when somebody waits for the end of the program.
 constexpr int storedLevel = 0;
+
+// Pixels that take as much when they are compressed are a photograph's or finer: to compress them anew would take a
+// fifth of a second at least, several when there are 16 bits a channel, and save nothing.
+constexpr qsizetype keptBytes = qsizetype{4} * 1024 * 1024;
+constexpr QByteArrayView endOfPicture("\0\0\0\0IEND\xae\x42\x60\x82", 12);
 
 /// What an encoding may cost. It stops half-way once `hurry` is requested.
 struct Effort
@@ -106,6 +112,15 @@ public:
         return result == SPNG_OK || m_complete;
     }
 
+    /// In place of any rows: pixels that are compressed already, as chunks.
+    [[nodiscard]] QByteArray finishWith(QByteArrayView pixels)
+    {
+        m_png.reserve(m_png.size() + pixels.size() + endOfPicture.size());
+        m_png.append(pixels);
+        m_png.append(endOfPicture);
+        return std::move(m_png);
+    }
+
     [[nodiscard]] std::optional<QByteArray> finish()
     {
         if (!m_complete)
@@ -174,6 +189,17 @@ bool decodeThenEncodeRows(spng_ctx* decoder, Encoder& encoder, size_t stride, si
     return true;
 }
 
+/// The compressed pixels of a picture that had better keep them: sound, many, and compressed in earnest.
+std::optional<QByteArrayView> pixelsToKeep(const QByteArray& picture, const spng_ihdr& header, size_t size)
+{
+    if (picture.size() < keptBytes || header.interlace_method != SPNG_INTERLACE_NONE)
+        return std::nullopt;
+    const auto rows = static_cast<qsizetype>(header.height);
+    const auto pixels = DeflatedPixels::sound(picture, {rows, static_cast<qsizetype>(size) / rows});
+    const bool isWorthIt = pixels && pixels->size() >= keptBytes && pixels->size() < static_cast<qsizetype>(size);
+    return isWorthIt ? pixels : std::nullopt;
+}
+
 std::optional<QByteArray> fromPNG(const QByteArray& picture, const Effort& effort)
 {
     const Context decoder(spng_ctx_new(0));
@@ -193,6 +219,8 @@ std::optional<QByteArray> fromPNG(const QByteArray& picture, const Effort& effor
     const size_t stride = size / header.height;
     if (!encoder.begin())
         return std::nullopt;
+    if (const auto pixels = pixelsToKeep(picture, header, size))
+        return encoder.finishWith(*pixels);
     const bool complete = header.interlace_method == SPNG_INTERLACE_NONE
                               ? streamRows(decoder.get(), encoder, stride)
                               : decodeThenEncodeRows(decoder.get(), encoder, stride, size);

@@ -13,8 +13,9 @@ namespace Clipboard::PictureTranscoder {
 ///
 /// A PNG keeps its colour type and bit depth, its palette and transparency, and the chunks that say how its colours and
 /// its size are meant (iCCP, sRGB, gAMA, cHRM, pHYs); every other chunk is dropped. It passes through a row at a time,
-/// so that a large one costs little memory. A TIFF becomes 8 or 16 bits a channel in sRGB. Nothing for other formats,
-/// broken data, and pictures that would take more than PictureReading::maxDecodedBytes.
+/// so that a large one costs little memory. The pixels of a photograph or finer that are sound stay compressed as they
+/// came. A TIFF becomes 8 or 16 bits a channel in sRGB. Nothing for other formats, broken data, and pictures that would
+/// take more than PictureReading::maxDecodedBytes.
 ///
 /// Once a stop of `hurry` is requested, before or meanwhile, the pixels are stored as they are: the same picture,
 /// several times as fast, in a file as large as the pixels.

@@ -2,6 +2,7 @@
 #include "EncodedPicture.h"
 
 #include <QColorSpace>
+#include <QRandomGenerator>
 #include <QTest>
 
 #include <spng.h>
@@ -92,6 +93,7 @@ class PictureTranscoderTest final : public QObject
 private slots:
     void keepsEveryPixel();
     void dropsWhatIsNotThePicture();
+    void keepsManyPixelsAsTheyCame();
     void keepsTheColourSpace();
     void turnsAndTakesTheFirst();
     void refuses();
@@ -135,6 +137,36 @@ void PictureTranscoderTest::dropsWhatIsNotThePicture()
         QCOMPARE(QImage::fromData(png), QImage::fromData(encodedByHand(false)));
         QCOMPARE(png, PictureTranscoder::toPNG(encodedByHand(!interlaced))); // the same of the same
     }
+}
+
+void PictureTranscoderTest::keepsManyPixelsAsTheyCame()
+{
+    QImage image(1500, 1300, QImage::Format_RGB888);
+    image.fill(Qt::gray);
+    QRandomGenerator random(1);
+    random.fillRange(reinterpret_cast<quint32*>(image.bits()), image.bytesPerLine() / 4 * 1200);
+    QByteArray picture = encoded(image);
+    picture.insert(33, QByteArray::fromHex("00000012744558744e6f74650074616b656e20617420686f6d651f7144f3")); // tEXt
+    const auto pixelsOf = [](const QByteArray& png) {
+        const qsizetype begin = png.indexOf("IDAT") - 4;
+        return png.sliced(begin, png.lastIndexOf("IEND") - 4 - begin);
+    };
+    const QByteArray png = PictureTranscoder::toPNG(picture + "of last year").value_or(QByteArray());
+    QCOMPARE(pixelsOf(png), pixelsOf(picture));
+    QVERIFY(!png.contains("taken at home") && png.endsWith(picture.last(12)));
+    QCOMPARE(QImage::fromData(png), QImage::fromData(picture));
+
+    // What is behind the end of the compressed pixels, among them, goes.
+    QByteArray cropped = picture;
+    cropped.insert(cropped.size() - 12,
+                   QByteArray::fromHex("0000000c4944415463726f707065642061776179c310c2ba")); // IDAT
+    const QByteArray anew = PictureTranscoder::toPNG(cropped).value_or(QByteArray());
+    QVERIFY(!anew.contains("cropped away"));
+    QCOMPARE(QImage::fromData(anew), QImage::fromData(picture));
+
+    QCOMPARE(PictureTranscoder::toPNG(picture.first(picture.size() - 100)), std::nullopt);
+    picture[picture.size() / 2] = char(picture.at(picture.size() / 2) ^ 0x55);
+    QCOMPARE(PictureTranscoder::toPNG(picture), std::nullopt);
 }
 
 void PictureTranscoderTest::keepsTheColourSpace()
