@@ -145,10 +145,7 @@ void PasteboardWatcher::poll()
 void PasteboardWatcher::capture(const QSet<QString>& types, const Capture& capture)
 {
     if (const QList<QUrl> files = m_pasteboard.fileURLs(); !files.isEmpty())
-        return m_rules.allows(ClipType::file)
-                   ? store(makeItem(ClipType::file, ClipboardCore::CopiedFile::content(files.first()), capture),
-                           capture)
-                   : skip(u"type"_s);
+        return m_rules.allows(ClipType::file) ? store(makeFileItem(files, capture), capture) : skip(u"type"_s);
 
     std::optional<QByteArray> picture = m_pasteboard.pngData();
     if (!picture)
@@ -306,6 +303,13 @@ void PasteboardWatcher::store(const ClipItem& item, const Capture& capture)
 ClipItem PasteboardWatcher::makeItem(ClipType type, const Utf8Text& content, const Capture& capture)
 {
     return {QUuid::createUuid(), type, content, capture.sourceApp, capture.bundleID, capture.time, false};
+}
+
+ClipItem PasteboardWatcher::makeFileItem(const QList<QUrl>& files, const Capture& capture)
+{
+    ClipItem item = makeItem(ClipType::file, ClipboardCore::CopiedFile::content(files.first()), capture);
+    item.furtherFiles = static_cast<int>(files.size() - 1);
+    return item;
 }
 
 PasteboardWatcher::Outcome PasteboardWatcher::makeTextItem(const QByteArray& utf8, const Capture& capture,

@@ -6,11 +6,13 @@
 
 #include <QByteArray>
 #include <QDeadlineTimer>
+#include <QList>
 #include <QMap>
 #include <QObject>
 #include <QString>
 #include <QThreadPool>
 #include <QTimer>
+#include <QUrl>
 
 #include <chrono>
 #include <functional>
@@ -121,6 +123,7 @@ private:
     void forget(const ClipboardCore::ClipItem& item);
     [[nodiscard]] static ClipboardCore::ClipItem
     makeItem(ClipboardCore::ClipType type, const ClipboardCore::Utf8Text& content, const Capture& capture);
+    [[nodiscard]] static ClipboardCore::ClipItem makeFileItem(const QList<QUrl>& files, const Capture& capture);
     [[nodiscard]] static Outcome makeTextItem(const QByteArray& utf8, const Capture& capture,
                                               const RecordingRules& rules);
 

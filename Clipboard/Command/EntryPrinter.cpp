@@ -63,7 +63,8 @@ QJsonObject entryObject(const Bus::BusEntry& entry)
             {u"sourceApp"_s, orNull(entry.sourceApp)},
             {u"bundleID"_s, orNull(entry.bundleID)},
             {u"size"_s, static_cast<qint64>(entry.size)},
-            {u"preview"_s, entry.preview}};
+            {u"preview"_s, entry.preview},
+            {u"furtherFiles"_s, static_cast<qint64>(entry.furtherFiles)}};
 }
 
 QString nameInLine(const QString& line)

@@ -126,7 +126,10 @@ QString rowTitle(const ClipItem& item)
 
 QString accessibilityLabel(const ClipItem& item, double now)
 {
-    QStringList parts{meta(item.type).label, rowTitle(item)};
+    QString title = rowTitle(item);
+    if (item.furtherFiles > 0)
+        title = Text::tr("%1 and %n more file(s)", nullptr, item.furtherFiles).arg(title);
+    QStringList parts{meta(item.type).label, title};
     if (item.sourceApp)
         parts.append(Text::tr("from %1").arg(*item.sourceApp));
     parts.append(spokenAge(item, now));

@@ -134,7 +134,11 @@ void HistoryViewModel::handleMissingFile(const ClipItem& item)
 
 void HistoryViewModel::bump(const ClipItem& item)
 {
-    add({QUuid::createUuid(), item.type, item.content, item.sourceApp, item.bundleID, m_store.timeOfNewEntry(), false});
+    ClipItem again = item;
+    again.id = QUuid::createUuid();
+    again.createdAt = m_store.timeOfNewEntry();
+    again.isPinned = false;
+    add(again);
 }
 
 void HistoryViewModel::add(const ClipItem& item)

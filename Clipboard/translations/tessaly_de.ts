@@ -85,6 +85,13 @@
         <source>copied now</source>
         <translation>gerade eben kopiert</translation>
     </message>
+    <message numerus="yes">
+        <source>%1 and %n more file(s)</source>
+        <translation>
+            <numerusform>%1 und %n weitere Datei</numerusform>
+            <numerusform>%1 und %n weitere Dateien</numerusform>
+        </translation>
+    </message>
     <message>
         <source>copied yesterday</source>
         <translation>gestern kopiert</translation>

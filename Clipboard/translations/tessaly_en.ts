@@ -2,6 +2,16 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US" sourcelanguage="en">
 <context>
+    <name>ClipItem</name>
+    <message numerus="yes">
+        <source>%1 and %n more file(s)</source>
+        <translation>
+            <numerusform>%1 and %n more file</numerusform>
+            <numerusform>%1 and %n more files</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>Clipboard::CommandCard</name>
     <message>
         <source>⌘1–9</source>

@@ -22,6 +22,8 @@ struct ClipItem
     /// Time of the latest capture: seconds since 2001-01-01 00:00:00 UTC.
     double createdAt = 0;
     bool isPinned = false;
+    /// How many more files were copied along with this one. Not one of the seven fields: FurtherFiles keeps it.
+    int furtherFiles = 0;
 
     /// All seven fields equal: texts by canonical equivalence, dates exactly.
     friend bool operator==(const ClipItem& a, const ClipItem& b);

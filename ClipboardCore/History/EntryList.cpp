@@ -64,11 +64,12 @@ ClipItem EntryList::take(qsizetype position)
 }
 
 void EntryList::touch(qsizetype position, double createdAt, const std::optional<QString>& sourceApp,
-                      const std::optional<QString>& bundleID)
+                      const std::optional<QString>& bundleID, int furtherFiles)
 {
     const size_t key = m_keys[position];
     ClipItem entry = take(position);
     entry.createdAt = createdAt;
+    entry.furtherFiles = furtherFiles;
     if (sourceApp) {
         entry.sourceApp = sourceApp;
         entry.bundleID = bundleID;

@@ -24,9 +24,10 @@ public:
     /// In front of the entries that compare equal.
     void insert(const ClipItem& item);
     ClipItem take(qsizetype position);
-    /// A new time, and a new source when there is one. Where the entry then stands follows from it.
+    /// A new time and number of further files, and a new source when there is one. Where the entry then stands follows
+    /// from it.
     void touch(qsizetype position, double createdAt, const std::optional<QString>& sourceApp,
-               const std::optional<QString>& bundleID);
+               const std::optional<QString>& bundleID, int furtherFiles);
     void setPinned(qsizetype position, bool isPinned);
     /// Keeps the first `count` entries and returns the others.
     QList<ClipItem> truncate(qsizetype count);

@@ -6,7 +6,6 @@
 #include "Support/PrivateFolder.h"
 #include "Support/RegularFile.h"
 
-#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -40,11 +39,11 @@ constexpr auto unreadableSuffix = ".bad"_L1;
 constexpr const char* noFile = "[]";
 constexpr const char* sealContext = "history";
 
-QString journalPathFor(QString path)
+QString pathBeside(QString path, QLatin1String suffix)
 {
     if (path.endsWith(".json"_L1))
         path.chop(5);
-    return path + ".journal"_L1;
+    return RegularFile::target(path + suffix);
 }
 
 bool isThere(const QString& path)
@@ -117,8 +116,9 @@ bool isRemoval(const HistoryOperation& operation)
 HistoryDisk::HistoryDisk(const QString& path)
     : m_folder(QFileInfo(path).path())
     , m_path(RegularFile::target(path))
-    , m_journalPath(RegularFile::target(journalPathFor(m_path)))
+    , m_journalPath(pathBeside(m_path, ".journal"_L1))
     , m_journal(m_journalPath)
+    , m_furtherFiles(pathBeside(m_path, ".files"_L1))
 {
 }
 
@@ -127,14 +127,15 @@ std::optional<EntryList> HistoryDisk::load()
     const std::lock_guard lock(m_mutex);
     std::optional<QByteArray> content = readFile();
     m_isFileSealed = content && isSealed(*content);
-    if (!m_sealing.seal && (m_isFileSealed || m_journal.isSealedOnDisk()))
+    if (!m_sealing.seal && (m_isFileSealed || m_journal.isSealedOnDisk() || m_furtherFiles.isSealedOnDisk()))
         return std::nullopt;
-    const auto items = decodeFile(std::move(content));
+    auto items = decodeFile(std::move(content));
     if (!items) {
         m_isUnreadableInPlace = true;
         m_unreadable = freeNameFor(m_path);
         return EntryList();
     }
+    m_furtherFiles.load(m_sealing.seal.get(), *items);
     return withJournal(*items);
 }
 
@@ -160,12 +161,9 @@ std::optional<QByteArray> HistoryDisk::readFile()
 
 std::optional<QList<ClipItem>> HistoryDisk::decodeFile(std::optional<QByteArray> content) const
 {
-    if (content && m_isFileSealed) {
-        auto sealed = std::make_unique<QBuffer>();
-        sealed->setData(*std::exchange(content, std::nullopt));
-        sealed->open(QIODevice::ReadOnly);
-        content = opened(*m_sealing.seal, std::move(sealed), sealContext, HistoryCoding::decodePadding);
-    }
+    if (content && m_isFileSealed)
+        content =
+            opened(*m_sealing.seal, *std::exchange(content, std::nullopt), sealContext, HistoryCoding::decodePadding);
     return content ? HistoryCoding::decode(std::move(*content)) : std::nullopt;
 }
 
@@ -205,7 +203,8 @@ bool HistoryDisk::isAsWanted() const
 
 bool HistoryDisk::isInWantedForm() const
 {
-    return (m_file.size == 0 || m_isFileSealed == m_sealing.isWanted) && m_journal.isAsWanted();
+    return (m_file.size == 0 || m_isFileSealed == m_sealing.isWanted) && m_journal.isAsWanted() &&
+           m_furtherFiles.isAsWanted(m_sealing.isWanted);
 }
 
 std::optional<QString> HistoryDisk::unreadableFile() const
@@ -341,7 +340,8 @@ std::optional<QString> HistoryDisk::save(const std::optional<QList<ClipItem>>& i
     const Sealing sealing = m_sealing;
     lock.unlock();
 
-    createPrivateFolder(m_folder); // somebody may have removed it
+    createPrivateFolder(m_folder);                       // somebody may have removed it
+    m_furtherFiles.save(saved, sealing.writing().get()); // first: what the journal says of them goes with it
     AtomicFile file(m_path);
     const FileState state = write(saved, sealing.writing().get(), file);
     if (!file.hasFailed()) {

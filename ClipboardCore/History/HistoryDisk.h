@@ -1,6 +1,7 @@
 #pragma once
 
 #include "History/EntryList.h"
+#include "History/FurtherFiles.h"
 #include "History/HistoryJournal.h"
 #include "Support/RegularFile.h"
 
@@ -77,6 +78,7 @@ private:
     mutable std::mutex m_mutex;
     // All below: guarded by `m_mutex`, but for load() and what it alone sets.
     HistoryJournal m_journal;
+    FurtherFiles m_furtherFiles; // used by the thread that writes files alone
     JournalCoding::FileState m_file;
     RegularFile::Trace m_trace; // of that file
     QList<ClipItem> m_items;

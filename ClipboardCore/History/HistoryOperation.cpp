@@ -21,7 +21,7 @@ void apply(const HistoryOperation::Put& put, EntryList& entries)
 void apply(const HistoryOperation::Touch& touch, EntryList& entries)
 {
     if (const qsizetype position = entries.find(touch.id); position >= 0)
-        entries.touch(position, touch.createdAt, touch.sourceApp, touch.bundleID);
+        entries.touch(position, touch.createdAt, touch.sourceApp, touch.bundleID, touch.furtherFiles);
 }
 
 void apply(const HistoryOperation::Pin& pin, EntryList& entries)

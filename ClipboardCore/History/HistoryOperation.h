@@ -26,6 +26,7 @@ struct HistoryOperation
         double createdAt = 0;
         std::optional<QString> sourceApp;
         std::optional<QString> bundleID;
+        int furtherFiles = 0;
     };
     struct Pin
     {

@@ -132,8 +132,8 @@ QList<ClipItem> JSONHistoryStore::add(const ClipItem& item)
         return d->enforceCap(item.id);
     }
     const QUuid id = items()[equal].id;
-    d->entries.touch(equal, item.createdAt, item.sourceApp, item.bundleID);
-    d->note(HistoryOperation::Touch{id, item.createdAt, item.sourceApp, item.bundleID});
+    d->entries.touch(equal, item.createdAt, item.sourceApp, item.bundleID, item.furtherFiles);
+    d->note(HistoryOperation::Touch{id, item.createdAt, item.sourceApp, item.bundleID, item.furtherFiles});
     return d->enforceCap(id);
 }
 

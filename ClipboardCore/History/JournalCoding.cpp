@@ -1,6 +1,7 @@
 #include "History/JournalCoding.h"
 
 #include "History/EntryReader.h"
+#include "History/FurtherFiles.h"
 #include "History/HistoryCoding.h"
 
 #include <cmath>
@@ -25,6 +26,7 @@ constexpr auto ids = "ids"_L1;
 constexpr auto size = "size"_L1;
 constexpr auto fingerprint = "fingerprint"_L1;
 constexpr auto missing = "missing"_L1;
+constexpr auto furtherFiles = "furtherFiles"_L1;
 } // namespace Keys
 
 namespace Names {
@@ -50,6 +52,12 @@ void writeNumber(JSONWriter& json, QLatin1String key, double value)
     json.number(value);
 }
 
+void writeFurtherFiles(JSONWriter& json, int number)
+{
+    if (number > 0)
+        writeNumber(json, Keys::furtherFiles, number);
+}
+
 QByteArrayView nameOf(const HistoryOperation& operation)
 {
     if (const auto* remove = std::get_if<HistoryOperation::Remove>(&operation.change))
@@ -63,6 +71,7 @@ void write(const HistoryOperation::Put& put, JSONWriter& json)
 {
     json.key(Keys::entry);
     HistoryCoding::encode(put.entry, json);
+    writeFurtherFiles(json, put.entry.furtherFiles);
 }
 
 void write(const HistoryOperation::Touch& touch, JSONWriter& json)
@@ -73,6 +82,7 @@ void write(const HistoryOperation::Touch& touch, JSONWriter& json)
     if (touch.bundleID)
         writeText(json, EntryKeys::bundleID, touch.bundleID->toUtf8());
     writeNumber(json, EntryKeys::createdAt, touch.createdAt);
+    writeFurtherFiles(json, touch.furtherFiles);
 }
 
 void write(const HistoryOperation::Pin& pin, JSONWriter& json)
@@ -106,6 +116,7 @@ struct Fields
     std::optional<double> size;
     std::optional<quint64> fingerprint;
     std::optional<double> missing;
+    std::optional<double> furtherFiles;
 };
 
 std::optional<HistoryOperation> operationOf(const Fields& fields)
@@ -113,10 +124,15 @@ std::optional<HistoryOperation> operationOf(const Fields& fields)
     const auto happened = [&fields](const auto& change) {
         return fields.time ? std::optional(HistoryOperation{*fields.time, change}) : std::nullopt;
     };
-    if (fields.operation == Names::put && fields.entry)
-        return happened(HistoryOperation::Put{*fields.entry});
+    const int furtherFiles = FurtherFiles::numberFrom(fields.furtherFiles.value_or(0));
+    if (fields.operation == Names::put && fields.entry) {
+        HistoryOperation::Put put{*fields.entry};
+        put.entry.furtherFiles = furtherFiles;
+        return happened(put);
+    }
     if (fields.operation == Names::touch && fields.id && fields.createdAt)
-        return happened(HistoryOperation::Touch{*fields.id, *fields.createdAt, fields.sourceApp, fields.bundleID});
+        return happened(
+            HistoryOperation::Touch{*fields.id, *fields.createdAt, fields.sourceApp, fields.bundleID, furtherFiles});
     if (fields.operation == Names::pin && fields.id && fields.isPinned)
         return happened(HistoryOperation::Pin{*fields.id, *fields.isPinned});
     if ((fields.operation == Names::remove || fields.operation == Names::evict) && fields.ids)
@@ -229,6 +245,8 @@ bool Decoder::Private::readField(QByteArrayView key, JSON::value value, Fields& 
         return number(fields.size);
     if (key == Keys::missing)
         return number(fields.missing);
+    if (key == Keys::furtherFiles)
+        return number(fields.furtherFiles);
     if (key == EntryKeys::sourceApp)
         return values.readOptional(value, fields.sourceApp);
     if (key == EntryKeys::bundleID)

@@ -65,8 +65,12 @@ struct Sealing
     [[nodiscard]] std::shared_ptr<const ContentSeal> writing() const { return isWanted ? seal : nullptr; }
 };
 
+/// A whole content, sealed; as it is for a null seal.
+[[nodiscard]] QByteArray sealed(const QByteArray& content, const ContentSeal* seal, const QByteArray& context);
 /// The whole of a sealed content, with room for `padding` bytes more. Nothing when it is damaged.
 [[nodiscard]] std::optional<QByteArray> opened(const ContentSeal& seal, std::unique_ptr<QIODevice> sealed,
+                                               const QByteArray& context, qsizetype padding = 0);
+[[nodiscard]] std::optional<QByteArray> opened(const ContentSeal& seal, const QByteArray& sealed,
                                                const QByteArray& context, qsizetype padding = 0);
 
 } // namespace ClipboardCore

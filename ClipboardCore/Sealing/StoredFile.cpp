@@ -2,7 +2,6 @@
 
 #include "Support/RegularFile.h"
 
-#include <QBuffer>
 #include <QFile>
 
 #include <mutex>
@@ -89,22 +88,12 @@ std::optional<QByteArray> StoredFile::contentOf(const QByteArray& bytes, const Q
     const auto seal = sealing().seal;
     if (!seal)
         return std::nullopt;
-    auto sealed = std::make_unique<QBuffer>();
-    sealed->setData(bytes);
-    sealed->open(QIODevice::ReadOnly);
-    return opened(*seal, std::move(sealed), contextOf(path));
+    return opened(*seal, bytes, contextOf(path));
 }
 
 QByteArray StoredFile::bytesOf(const QByteArray& content, const QString& path, const ContentSeal* seal)
 {
-    if (seal == nullptr)
-        return content;
-    QByteArray bytes;
-    bytes.reserve(content.size() + content.size() / 1024 + 1024); // a chunk of 64 KiB grows by a few bytes
-    const auto stream = seal->sealing(contextOf(path), [&bytes](QByteArrayView piece) { bytes += piece; });
-    stream->append(content);
-    stream->finish();
-    return bytes;
+    return sealed(content, seal, contextOf(path));
 }
 
 } // namespace ClipboardCore

@@ -80,8 +80,9 @@ void ClipItemTest::snippet()
 void ClipItemTest::equality()
 {
     const ClipItem item{QUuid::createUuid(), ClipType::text, u"caf\u00E9"_s, u"caf\u00E9"_s, std::nullopt, 1.5, false};
-    const auto [id, type, content, app, bundleID, createdAt, isPinned] = item;
-    QCOMPARE((ClipItem{id, type, u"cafe\u0301"_s, u"cafe\u0301"_s, bundleID, createdAt, isPinned}), item);
+    const auto [id, type, content, app, bundleID, createdAt, isPinned, furtherFiles] = item;
+    QCOMPARE((ClipItem{id, type, u"cafe\u0301"_s, u"cafe\u0301"_s, bundleID, createdAt, isPinned, furtherFiles + 1}),
+             item);
     for (const ClipItem& different : {ClipItem{QUuid(), type, content, app, bundleID, createdAt, isPinned},
                                       {id, ClipType::code, content, app, bundleID, createdAt, isPinned},
                                       {id, type, u"cafe"_s, app, bundleID, createdAt, isPinned},

@@ -1,5 +1,5 @@
-// What can go wrong with the history's files: something else stands in their place, the folder or the disk refuses
-// them, or the process is killed at any moment.
+// What can go wrong with the history's files: something else stands in their place, or the folder or the disk refuses
+// them.
 
 #include "History/HistoryCoding.h"
 #include "History/HistoryDisk.h"
@@ -9,17 +9,11 @@
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
-#include <QRandomGenerator>
 #include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <chrono>
-#include <csignal>
 #include <functional>
-#include <map>
-#include <thread>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -51,30 +45,6 @@ mode_t modeOf(const QString& path)
     return lstat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode : 0;
 }
 
-qint64 milliseconds()
-{
-    return std::chrono::steady_clock::now().time_since_epoch() / std::chrono::milliseconds(1);
-}
-
-/// What the child process of the kill test does: records copies, small and large, until it is killed. It says of each
-/// its number and when it was handed over.
-int copyForEver(const QString& path)
-{
-    const auto store = openHistory(path, 500, 0.02);
-    QRandomGenerator random(static_cast<quint32>(getpid()));
-    for (int number = 0;; ++number) {
-        const quint32 size = random.bounded(20) == 0 ? 600'000 : random.bounded(20'000);
-        const QString content = u"%1 %2 "_s.arg(getpid()).arg(number) + QString(qsizetype(size), u'x');
-        static_cast<void>(store->add(entry(content, store->timeOfNewEntry())));
-        store->saveAsync();
-        if (sealingOfTests.seal && random.bounded(10) == 0) // on and off, and off before it is on
-            store->setSealing({sealingOfTests.seal, random.bounded(2) == 0}, [](const auto& /*evicted*/) {});
-        printf("%d %lld\n", number, static_cast<long long>(milliseconds()));
-        fflush(stdout);
-        std::this_thread::sleep_for(std::chrono::microseconds(random.bounded(4000)));
-    }
-}
-
 } // namespace
 
 class HistoryFileTest final : public QObject
@@ -102,7 +72,6 @@ private slots:
     void writersTakeTurns();
     void somethingElseInPlaceOf();
     void aLargeJournalGoesIntoTheFile();
-    void losesNothingWhenKilled();
 };
 
 void HistoryFileTest::keepsWhatItCannotRead()
@@ -342,7 +311,8 @@ void HistoryFileTest::somethingElseInPlaceOf()
     write(victim, "precious");
     for (const QString& words :
          {u"pipe history.json"_s, u"pipe history.journal"_s, u"pipe history.json.tmp"_s, u"folder history.json"_s,
-          u"folder history.journal"_s, u"link history.json"_s, u"link history.journal"_s, u"link history.json.tmp"_s}) {
+          u"folder history.journal"_s, u"pipe history.files"_s, u"folder history.files"_s, u"link history.json"_s,
+          u"link history.journal"_s, u"link history.json.tmp"_s}) {
         m_folder.renew();
         const QString place = m_folder.file(words.section(u' ', 1));
         if (words.startsWith(u"pipe"))
@@ -352,7 +322,8 @@ void HistoryFileTest::somethingElseInPlaceOf()
         else
             QVERIFY(QFile::link(words.endsWith(u"tmp") ? victim : elsewhere.filePath(place.section(u'/', -1)), place));
 
-        const ClipItem item = entry(u"a"_s);
+        ClipItem item = entry(u"a"_s);
+        item.furtherFiles = 1;
         {
             JSONHistoryStore store(path(), 500, never);
             QVERIFY(store.add(item).isEmpty());
@@ -381,49 +352,5 @@ void HistoryFileTest::aLargeJournalGoesIntoTheFile()
     QCOMPARE(HistoryCoding::decode(contentOf(path())), store.items());
 }
 
-void HistoryFileTest::losesNothingWhenKilled()
-{
-    const int rounds = qEnvironmentVariable("TESSALY_KILL_ROUNDS", u"8"_s).toInt();
-    // What is handed over reaches the kernel at once; how soon that is, only a machine with nothing else to do tells.
-    const int grace = qEnvironmentVariable("TESSALY_KILL_GRACE", u"300"_s).toInt();
-    for (int round = 0; round < rounds; ++round) {
-        QProcess child;
-        child.start(QCoreApplication::applicationFilePath(), {u"--copy-for-ever"_s, path()});
-        QVERIFY(child.waitForReadyRead(30'000));
-        QTest::qSleep(grace + static_cast<int>(QRandomGenerator::global()->bounded(200)));
-        const qint64 killed = milliseconds();
-        QCOMPARE(::kill(static_cast<pid_t>(child.processId()), SIGKILL), 0);
-        const QString pid = QString::number(child.processId());
-        QVERIFY(child.waitForFinished());
-
-        std::map<int, qint64> handedOver;
-        while (child.canReadLine()) {
-            const QList<QByteArray> words = child.readLine().trimmed().split(' ');
-            handedOver[words[0].toInt()] = words[1].toLongLong();
-        }
-        if (QFile::exists(path()) && !isSealed(contentOf(path())))
-            QVERIFY(HistoryCoding::decode(contentOf(path())).has_value());
-        int last = -1;
-        const QList<ClipItem> items = saved();
-        for (const ClipItem& item : items) {
-            const QString content = item.content.toString();
-            if (content.startsWith(pid + u' '))
-                last = std::max(last, content.section(u' ', 1, 1).toInt());
-        }
-        const auto lost = handedOver.upper_bound(last);
-        if (lost != handedOver.end())
-            QVERIFY2(lost->second > killed - grace, qPrintable(QString::number(killed - lost->second)));
-    }
-}
-
-int main(int argc, char** argv)
-{
-    QCoreApplication application(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() == 3 && arguments[1] == u"--copy-for-ever"_s)
-        return copyForEver(arguments[2]);
-    HistoryFileTest test;
-    // The others look into plain files.
-    return QTest::qExec(&test, sealingOfTests.seal ? arguments + QStringList(u"losesNothingWhenKilled"_s) : arguments);
-}
+QTEST_GUILESS_MAIN(HistoryFileTest)
 #include "HistoryFileTest.moc"

@@ -21,6 +21,11 @@ bool before(const ClipItem& a, const ClipItem& b)
     return a.isPinned != b.isPinned ? a.isPinned : a.createdAt > b.createdAt;
 }
 
+bool isSame(const QList<ClipItem>& a, const QList<ClipItem>& b)
+{
+    return a == b && std::ranges::equal(a, b, {}, &ClipItem::furtherFiles, &ClipItem::furtherFiles);
+}
+
 /// What the store must do, each rule in one line.
 struct Model
 {
@@ -76,6 +81,7 @@ struct Model
         if (const QList<ClipItem> known = takeIf(isEqualTo(item)); !known.isEmpty()) {
             ClipItem merged = known.first();
             merged.createdAt = item.createdAt;
+            merged.furtherFiles = item.furtherFiles;
             if (item.sourceApp) {
                 merged.sourceApp = item.sourceApp;
                 merged.bundleID = item.bundleID;
@@ -127,7 +133,7 @@ public:
         const QList<ClipItem> actual = changed(*m_store, kind, item);
         if (kind >= 4 && kind < 9)
             m_removed = expected;
-        return actual == expected && m_store->items() == m_model.items;
+        return isSame(actual, expected) && isSame(m_store->items(), m_model.items);
     }
     /// Something that writes or reads the files, or nothing. True when the history is what it has to be.
     bool turn()
@@ -135,7 +141,7 @@ public:
         static constexpr std::array turns{&Pair::kill,      &Pair::end,       &Pair::save,    &Pair::saveAsync,
                                           &Pair::saveAsync, &Pair::saveAsync, &Pair::nothing, &Pair::nothing};
         (this->*turns[random(turns.size())])();
-        return m_store->items() == m_model.items;
+        return isSame(m_store->items(), m_model.items);
     }
 
 private:
@@ -197,6 +203,7 @@ private:
             item.sourceApp = u"App %1"_s.arg(random(3));
         if (random(2) == 0)
             item.bundleID = u"app"_s;
+        item.furtherFiles = static_cast<int>(random(3));
         return item;
     }
 

@@ -38,7 +38,8 @@ void CommandLineJourneyTest::answers(const char* /*name*/, const QStringList& ar
 {
     const VirtualSession::Result result = session().run(tessaly().program(), arguments, input);
     static const QRegularExpression id(u"[0-9a-f]{8}(-[0-9a-f-]{27})?"_s);
-    QCOMPARE(QString::fromUtf8(result.output).replace(id, u"ID"_s), output);
+    static const QRegularExpression time(u"\\d{4}-\\d{2}-[\\dT:.]{15}Z"_s);
+    QCOMPARE(QString::fromUtf8(result.output).replace(id, u"ID"_s).replace(time, u"TIME"_s), output);
     QCOMPARE(result.exitCode, exitCode);
     QVERIFY2(errors.isEmpty() ? result.errors.isEmpty() : result.errors.contains(errors), result.errors.constData());
 }
@@ -49,38 +50,48 @@ void CommandLineJourneyTest::answersCommands()
     copy("https://example.org");
     const QString link = u"1\tID\tlink\t-\thttps://example.org\n"_s;
     const QString dessert = u"2\tID\ttext\t-\tCrème brûlée\n"_s;
-    checkRows(this, &CommandLineJourneyTest::answers,
-              {{"all", {u"list"_s}, "", 0, link + dessert, ""},
-               {"of a type", {u"list"_s, u"--type=text"_s}, "", 0, dessert, ""},
-               {"that hold a text", {u"list"_s, u"--search"_s, u"BRULEE"_s}, "", 0, dessert, ""},
-               {"so many", {u"list"_s, u"-n"_s, u"1"_s}, "", 0, link, ""},
-               {"by its place", {u"get"_s, u"2"_s}, "", 0, u"Crème brûlée"_s, ""},
-               {"not in that form", {u"get"_s, u"1"_s, u"--type"_s, u"image/png"_s}, "", 1, {}, "as text/plain only"},
-               {"out of a list", {u"copy"_s, u"-"_s}, "2 Crème\n", 0, {}, ""},
-               {"out of nothing", {u"copy"_s, u"-"_s}, "", 1, {}, "names no entry"},
-               {"from a pipe",
-                {u"add"_s},
-                "\033[31mred\xC2\x9B"
-                "2J\n",
-                0,
-                u"ID\n"_s,
-                ""},
-               {"harmless", {u"list"_s, u"-n"_s, u"1"_s}, "", 0, u"1\tID\ttext\t-\t\uFFFD[31mred\uFFFD2J\n"_s, ""},
-               {"as it came", {u"get"_s, u"1"_s}, "", 0, u"\033[31mred\u009B2J\n"_s, ""},
-               {"no picture", {u"add"_s, u"--type"_s, u"image/png"_s}, "none", 1, {}, "nothing in it"},
-               {"what is possible", {u"actions"_s, u"2"_s}, "", 0, u"Clean whitespace\nSlugify\nQR code\n"_s, ""},
-               {"done", {u"run"_s, u"2"_s, u"slugify"_s}, "", 0, {}, ""},
-               {"impossible", {u"run"_s, u"2"_s, u"fly"_s}, "", 1, {}, "no action 'fly'"},
-               {"kept", {u"pin"_s, u"3"_s}, "", 0, {}, ""},
-               {"pinned ones", {u"list"_s, u"--pinned"_s}, "", 0, u"1\tID\tlink\t*\thttps://example.org\n"_s, ""},
-               {"one less", {u"delete"_s, u"2"_s}, "", 0, {}, ""},
-               {"all others", {u"clear"_s}, "", 0, {}, ""},
-               {"what stays", {u"get"_s, u"1"_s}, "", 0, u"https://example.org"_s, ""},
-               {"not there", {u"get"_s, u"2"_s}, "", 1, {}, "no entry '2'"},
-               {"too little", {u"get"_s}, "", 2, {}, "needs ENTRY"},
-               {"too much", {u"toggle"_s, u"all"_s}, "", 2, {}, "no use for 'all'"},
-               {"no type", {u"list"_s, u"--type"_s, u"x"_s}, "", 2, {}, "no type 'x'"},
-               {"unknown", {u"frobnicate"_s}, "", 2, {}, "unknown command 'frobnicate'"}});
+    checkRows(
+        this, &CommandLineJourneyTest::answers,
+        {{"all", {u"list"_s}, "", 0, link + dessert, ""},
+         {"of a type", {u"list"_s, u"--type=text"_s}, "", 0, dessert, ""},
+         {"that hold a text", {u"list"_s, u"--search"_s, u"BRULEE"_s}, "", 0, dessert, ""},
+         {"so many", {u"list"_s, u"-n"_s, u"1"_s}, "", 0, link, ""},
+         {"by its place", {u"get"_s, u"2"_s}, "", 0, u"Crème brûlée"_s, ""},
+         {"not in that form", {u"get"_s, u"1"_s, u"--type"_s, u"image/png"_s}, "", 1, {}, "as text/plain only"},
+         {"out of a list", {u"copy"_s, u"-"_s}, "2 Crème\n", 0, {}, ""},
+         {"out of nothing", {u"copy"_s, u"-"_s}, "", 1, {}, "names no entry"},
+         {"from a pipe",
+          {u"add"_s},
+          "\033[31mred\xC2\x9B"
+          "2J\n",
+          0,
+          u"ID\n"_s,
+          ""},
+         {"harmless", {u"list"_s, u"-n"_s, u"1"_s}, "", 0, u"1\tID\ttext\t-\t\uFFFD[31mred\uFFFD2J\n"_s, ""},
+         {"as it came", {u"get"_s, u"1"_s}, "", 0, u"\033[31mred\u009B2J\n"_s, ""},
+         {"no picture", {u"add"_s, u"--type"_s, u"image/png"_s}, "none", 1, {}, "nothing in it"},
+         {"what is possible", {u"actions"_s, u"2"_s}, "", 0, u"Clean whitespace\nSlugify\nQR code\n"_s, ""},
+         {"done", {u"run"_s, u"2"_s, u"slugify"_s}, "", 0, {}, ""},
+         {"impossible", {u"run"_s, u"2"_s, u"fly"_s}, "", 1, {}, "no action 'fly'"},
+         {"kept", {u"pin"_s, u"3"_s}, "", 0, {}, ""},
+         {"pinned ones", {u"list"_s, u"--pinned"_s}, "", 0, u"1\tID\tlink\t*\thttps://example.org\n"_s, ""},
+         {"one less", {u"delete"_s, u"2"_s}, "", 0, {}, ""},
+         {"all others", {u"clear"_s}, "", 0, {}, ""},
+         {"what stays", {u"get"_s, u"1"_s}, "", 0, u"https://example.org"_s, ""},
+         {"not there", {u"get"_s, u"2"_s}, "", 1, {}, "no entry '2'"},
+         {"several files", {u"add"_s, u"--type"_s, u"text/uri-list"_s}, "file:///a\r\nfile:///b\r\n", 0, u"ID\n"_s, ""},
+         {"as objects",
+          {u"list"_s, u"--json"_s, u"--type=file"_s},
+          "",
+          0,
+          QStringLiteral(R"([{"bundleID":null,"copiedAt":"TIME","furtherFiles":1,"id":"ID","index":2,)"
+                         R"("pinned":false,"preview":"/a","size":2,"sourceApp":null,"type":"file"}])") +
+              u'\n',
+          ""},
+         {"too little", {u"get"_s}, "", 2, {}, "needs ENTRY"},
+         {"too much", {u"toggle"_s, u"all"_s}, "", 2, {}, "no use for 'all'"},
+         {"no type", {u"list"_s, u"--type"_s, u"x"_s}, "", 2, {}, "no type 'x'"},
+         {"unknown", {u"frobnicate"_s}, "", 2, {}, "unknown command 'frobnicate'"}});
     expectClipboard("creme-brulee");
 }
 

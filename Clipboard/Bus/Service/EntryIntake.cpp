@@ -35,19 +35,23 @@ std::optional<ClipItem> textEntry(const QByteArray& bytes)
     return entry(ClipboardCore::TypeDetector::classify(text), text);
 }
 
+std::optional<ClipItem> fileEntry(const QByteArray& list)
+{
+    const QList<QUrl> files = UriList::localFiles(list, QSysInfo::machineHostName().toUtf8());
+    if (files.isEmpty())
+        return std::nullopt;
+    ClipItem item = entry(ClipType::file, ClipboardCore::CopiedFile::content(files.first()));
+    item.furtherFiles = static_cast<int>(files.size() - 1);
+    return item;
+}
+
 std::optional<ClipItem> makeEntry(const QString& type, const QByteArray& bytes, const QString& imagesDir)
 {
     if (type.startsWith("image/"_L1)) {
         const std::optional<QString> path = ImageBlobs::write(bytes, imagesDir);
         return path ? std::optional(entry(ClipType::image, *path)) : std::nullopt;
     }
-    if (type == "text/uri-list"_L1) {
-        const QList<QUrl> files = UriList::localFiles(bytes, QSysInfo::machineHostName().toUtf8());
-        return files.isEmpty()
-                   ? std::nullopt
-                   : std::optional(entry(ClipType::file, ClipboardCore::CopiedFile::content(files.first())));
-    }
-    return textEntry(bytes);
+    return type == "text/uri-list"_L1 ? fileEntry(bytes) : textEntry(bytes);
 }
 
 } // namespace

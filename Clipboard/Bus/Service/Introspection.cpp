@@ -23,11 +23,11 @@ constexpr QStringView description = uR"xml(
   <method name="Hide"/>
   <method name="List">
     <arg name="options" type="a{sv}" direction="in"/>
-    <arg name="entries" type="a(usbxsssts)" direction="out"/>
+    <arg name="entries" type="a(usbxssstsu)" direction="out"/>
   </method>
   <method name="Find">
     <arg name="entry" type="s" direction="in"/>
-    <arg name="found" type="(usbxsssts)" direction="out"/>
+    <arg name="found" type="(usbxssstsu)" direction="out"/>
   </method>
   <method name="Get">
     <arg name="entry" type="s" direction="in"/>

@@ -25,14 +25,15 @@ BusEntry BusEntry::from(const ClipboardCore::ClipItem& item, qsizetype position)
             item.sourceApp.value_or(QString()),
             item.bundleID.value_or(QString()),
             static_cast<quint64>(item.content.byteCount()),
-            previewLine(item.content)};
+            previewLine(item.content),
+            static_cast<quint32>(item.furtherFiles)};
 }
 
 QDBusArgument& operator<<(QDBusArgument& argument, const BusEntry& entry)
 {
     argument.beginStructure();
     argument << entry.index << entry.id << entry.isPinned << entry.copiedAt << entry.type << entry.sourceApp
-             << entry.bundleID << entry.size << entry.preview;
+             << entry.bundleID << entry.size << entry.preview << entry.furtherFiles;
     argument.endStructure();
     return argument;
 }
@@ -41,7 +42,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, BusEntry& entry)
 {
     argument.beginStructure();
     argument >> entry.index >> entry.id >> entry.isPinned >> entry.copiedAt >> entry.type >> entry.sourceApp >>
-        entry.bundleID >> entry.size >> entry.preview;
+        entry.bundleID >> entry.size >> entry.preview >> entry.furtherFiles;
     argument.endStructure();
     return argument;
 }

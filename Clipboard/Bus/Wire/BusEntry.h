@@ -9,7 +9,7 @@
 
 namespace Clipboard::Bus {
 
-/// An entry as it is told over the bus, without its content: (usbxsssts).
+/// An entry as it is told over the bus, without its content: (usbxssstsu).
 struct BusEntry
 {
     quint32 index = 0; // in the panel's order, from 1
@@ -21,6 +21,7 @@ struct BusEntry
     QString bundleID;
     quint64 size = 0; // of a text in bytes; of a file its path's
     QString preview;  // previewLine()
+    quint32 furtherFiles = 0;
 
     [[nodiscard]] static BusEntry from(const ClipboardCore::ClipItem& item, qsizetype position);
 

@@ -43,7 +43,8 @@ HistoryListModel::Title makeTitle(const ClipItem& item, qreal width)
         whole = whole.left(measuredCharacters / 2) + whole.right(measuredCharacters / 2);
     whole = onOneLine(whole.left(measuredCharacters));
     const QFontMetricsF metrics(Fonts::font(isCode ? Fonts::codeTitle : Fonts::rowTitle, whole));
-    HistoryListModel::Title title{metrics.elidedText(whole, isLink ? Qt::ElideMiddle : Qt::ElideRight, width), 0};
+    HistoryListModel::Title title{metrics.elidedText(whole, isLink ? Qt::ElideMiddle : Qt::ElideRight, width), 0,
+                                  width};
     if (isLink) {
         constexpr QLatin1String separator("://");
         if (const qsizetype at = whole.indexOf(separator); at > 0)
@@ -80,7 +81,7 @@ std::optional<int> HistoryListModel::row(const QUuid& id) const
 const HistoryListModel::Title& HistoryListModel::title(int row, qreal width) const
 {
     const ClipItem& entry = item(row);
-    if (const Title* cached = m_titles.object(entry.id))
+    if (const Title* cached = m_titles.object(entry.id); cached != nullptr && cached->room == width)
         return *cached;
     m_titles.insert(entry.id, std::make_unique<Title>(makeTitle(entry, width)).release());
     return *m_titles.object(entry.id);

@@ -32,6 +32,7 @@ public:
     {
         QString text;
         qsizetype schemeLength = 0;
+        qreal room = 0; // that it was made for
     };
     [[nodiscard]] const Title& title(int row, qreal width) const;
 

@@ -25,6 +25,7 @@ constexpr int padding = 8;
 constexpr int thumbGap = 8;
 constexpr qreal titleTop = 4.5; // two lines of 18 and 16 with a pixel between, centred in 44
 constexpr int detailGap = 8;
+constexpr int furtherGap = 6;
 constexpr int pinSize = 11;
 constexpr int pinGap = 3;
 constexpr qreal pinStroke = 2;
@@ -91,9 +92,11 @@ void ListRow::paintTitle(QPainter& painter, const QRectF& line, int row, State s
 {
     const ClipItem& item = m_model.item(row);
     const Fonts::Style& style = item.type == ClipType::code ? Fonts::codeTitle : Fonts::rowTitle;
-    const HistoryListModel::Title& title = m_model.title(row, line.width());
     const bool lit = state == State::selected || state == State::idle;
     const QColor faint = lit ? Theme::text2 : Theme::text3;
+    const QString further = item.furtherFiles > 0 ? u'+' + QString::number(item.furtherFiles) : QString();
+    const qreal taken = further.isEmpty() ? 0 : furtherGap + Fonts::width(style, further);
+    const HistoryListModel::Title& title = m_model.title(row, line.width() - taken);
     // The model has elided it already; measuring it again could cut a rounded fraction.
     QRectF rest = line;
     if (title.schemeLength > 0) {
@@ -104,6 +107,10 @@ void ListRow::paintTitle(QPainter& painter, const QRectF& line, int row, State s
     const bool isLink = item.type == ClipType::link;
     Painting::glyphs(painter, rest, style, isGone(item) ? faint : Theme::text, title.text.mid(title.schemeLength),
                      isLink ? Qt::LeftToRight : Qt::LayoutDirectionAuto);
+    if (!further.isEmpty()) {
+        rest.setLeft(line.left() + Fonts::width(style, title.text) + furtherGap);
+        Painting::glyphs(painter, rest, style, faint, further, Qt::LeftToRight);
+    }
 }
 
 void ListRow::paintDetails(QPainter& painter, const QRectF& line, int row, State state) const

@@ -97,6 +97,7 @@ void PasteboardWatcherTest::prefersFilesThenPicturesThenText()
             QVERIFY(item.content.toString().endsWith(entry));
             QCOMPARE(item.sourceApp, u"Notes"_s);
             QCOMPARE(item.bundleID, u"org.notes"_s);
+            QCOMPARE(item.furtherFiles, qMax(content.fileURLs.size() - 1, 0));
         }
     };
     const QList<QUrl> files{QUrl(u"file:///a/b%20c.txt"_s), QUrl(u"file:///second"_s), QUrl(u"file:///third"_s)};

@@ -51,6 +51,8 @@ void ClipItemTextsTest::speaksAndSaysTheAge()
 {
     const ClipItem item{QUuid(), ClipType::text, u"hello world"_s, u"Notes"_s, {}, 1000, true};
     QCOMPARE(accessibilityLabel(item, 1300), u"Text, hello world, from Notes, copied 5m, pinned"_s);
+    const ClipItem several{QUuid(), ClipType::file, u"/a/b%n"_s, {}, {}, 1000, false, 5};
+    QCOMPARE(accessibilityLabel(several, 1300), u"Files, b%n and 5 more file(s), copied 5m"_s);
     QCOMPARE(ageLabel(item, qQNaN()) + ageLabel(item, 0), u"just nowjust now"_s);
     QCOMPARE(ageLabel(item, 1000 + 3599.9), u"59m ago"_s);
     QCOMPARE(ageLabel(item, 1000 + 86399.9), u"23h ago"_s);

@@ -48,6 +48,12 @@ void checkPicture(const char* name, const QString& keys, qreal ratio, bool isCom
     f.catalogue = {f.action(u"Slugify"_s), f.action(u"QR code"_s), f.action(u"Copy without the trackers"_s)};
     if (!keys.startsWith(u"Empty"))
         fill(f);
+    if (QByteArrayView(name) == "several files") {
+        ClipboardCore::ClipItem again = f.store.items().at(4);
+        again.furtherFiles = 5;
+        static_cast<void>(f.store.add(again));
+        f.model.refresh();
+    }
     QVERIFY(f.open());
     for (const QString& key : keys.split(u' ', Qt::SkipEmptyParts)) {
         if (key.size() > 1 && key.front().isLower())
@@ -69,6 +75,7 @@ void PanelPictureTest::looksAsDesigned()
                              {"colour", u"Down Down Down"_s, 1, true},
                              {"file that is gone", u"Down Down Down Down"_s, 1, true},
                              {"folder", u"Down Down Down Down Down"_s, 1, true},
+                             {"several files", u"Down Down Down"_s, 1, true},
                              {"picture", u"Down Down Down Down Down Down"_s, 1.5, true},
                              {"right to left", u"End Up"_s, 1, true},
                              {"search", u"tide"_s, 1, true},
