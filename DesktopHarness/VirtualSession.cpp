@@ -351,6 +351,12 @@ void VirtualSession::crashDisplay()
     display.waitForFinished();
 }
 
+void VirtualSession::crashXwayland()
+{
+    const QString compositor = QString::number(m_processes[1]->processId());
+    run(u"sh"_s, {u"-c"_s, u"kill -KILL $(cat /proc/%1/task/*/children)"_s.arg(compositor)});
+}
+
 bool VirtualSession::screenshot(const QString& path)
 {
     if (m_kind == Kind::kwin) {

@@ -85,6 +85,8 @@ public:
     void kill(QProcess& process);
     /// Ends the X server or the compositor, as its crash does. Nothing works from then on.
     void crashDisplay();
+    /// Ends a compositor's X server alone, which the compositor starts again. Our own connection to it ends as well.
+    void crashXwayland();
 
     /// Whoever sits at it; there is none when the session did not come up.
     [[nodiscard]] Kind kind() const { return m_kind; }

@@ -9,7 +9,8 @@ namespace Clipboard {
 
 AppDelegate::AppDelegate(QApplication& application, Platform platform, const QString& dataFolder)
     : m_statusItemController(std::move(platform), dataFolder)
-    , m_displayLoss(&isDisplayLost, [this] { willTerminate(); })
+    , m_displayLoss(
+          &isDisplayLost, [this] { willTerminate(); }, &awaitDisplay)
 {
     connect(&application, &QCoreApplication::aboutToQuit, this, &AppDelegate::willTerminate);
     // Autostart brings the program back; a session manager that did so too would start it twice.

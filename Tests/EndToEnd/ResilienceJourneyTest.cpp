@@ -19,6 +19,7 @@ private slots:
     void aDeliberateClearStays();
     void noKillLosesACopy();
     void savesEverythingWhenTheDisplayIsGone();
+    void startsAnewWhenTheDisplayIsBack();
 
 private:
     /// In the history or its journal.
@@ -140,6 +141,19 @@ void ResilienceJourneyTest::savesEverythingWhenTheDisplayIsGone()
     expect("its end", [this] { return !tessaly().isRunning(); });
     QCOMPARE(tessaly().exitCode(), 1); // not aborted
     QVERIFY(contents().contains(u"just before the crash"_s));
+}
+
+void ResilienceJourneyTest::startsAnewWhenTheDisplayIsBack()
+{
+    if (!isOnKwin())
+        QSKIP("the windows' display is the session, and ends with it");
+    callUp();
+    copy("before");
+    copyUnrecorded("on its way");
+    session().crashXwayland();
+    expect("its start", [this] { return tessaly().moments().next("watching", 0).has_value(); });
+    copy("after");
+    expectHistory({u"after"_s, u"on its way"_s, u"before"_s});
 }
 
 QTEST_GUILESS_MAIN(ResilienceJourneyTest)

@@ -190,4 +190,9 @@ bool isDisplayLost()
     return X11WindowSystem::isDisplayLost() || WaylandWindowSystem::isDisplayLost();
 }
 
+bool awaitDisplay()
+{
+    return Wayland::WaylandSession::awaitAgain();
+}
+
 } // namespace Clipboard

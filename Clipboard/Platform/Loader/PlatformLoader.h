@@ -38,4 +38,7 @@ struct Platform
 /// Whether the toolkit's own connection to its display is lost. Any thread.
 [[nodiscard]] bool isDisplayLost();
 
+/// Waits until there is a display again for those who start now. False, mostly at once, when there will be none.
+[[nodiscard]] bool awaitDisplay();
+
 } // namespace Clipboard

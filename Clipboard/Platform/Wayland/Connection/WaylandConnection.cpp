@@ -8,7 +8,7 @@
 
 namespace Clipboard::Wayland {
 
-std::unique_ptr<WaylandConnection> WaylandConnection::open(const QByteArray& name)
+std::unique_ptr<WaylandConnection> WaylandConnection::open(const QByteArray& name, std::chrono::milliseconds limit)
 {
     // Without a name the library would try a usual one, which may be another session's.
     const QByteArray display = name.isEmpty() ? qgetenv("WAYLAND_DISPLAY") : name;
@@ -18,7 +18,7 @@ std::unique_ptr<WaylandConnection> WaylandConnection::open(const QByteArray& nam
     if (opened == nullptr)
         return nullptr;
     std::unique_ptr<WaylandConnection> connection(new WaylandConnection(opened));
-    return connection->roundTrip() ? std::move(connection) : nullptr;
+    return connection->roundTrip(limit) ? std::move(connection) : nullptr;
 }
 
 WaylandConnection::WaylandConnection(wl_display* display)

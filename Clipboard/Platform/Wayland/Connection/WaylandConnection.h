@@ -23,7 +23,8 @@ public:
     using Clock = std::chrono::steady_clock;
 
     /// Null when there is no compositor, or it does not answer in time. An empty name means $WAYLAND_DISPLAY.
-    [[nodiscard]] static std::unique_ptr<WaylandConnection> open(const QByteArray& name = {});
+    [[nodiscard]] static std::unique_ptr<WaylandConnection> open(const QByteArray& name = {},
+                                                                 std::chrono::milliseconds limit = answerLimit);
     ~WaylandConnection();
     WaylandConnection(const WaylandConnection&) = delete;
     WaylandConnection& operator=(const WaylandConnection&) = delete;

@@ -18,4 +18,11 @@ WaylandSession WaylandSession::look(const QByteArray& display)
     return session;
 }
 
+bool WaylandSession::awaitAgain(const QByteArray& display)
+{
+    // Plasma's compositor takes seconds, and a report of its crash may be written first.
+    constexpr std::chrono::seconds limit{30};
+    return WaylandConnection::open(display, limit) != nullptr;
+}
+
 } // namespace Clipboard::Wayland
