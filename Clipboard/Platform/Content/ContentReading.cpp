@@ -137,7 +137,7 @@ bool ContentReading::takeContent(const Step& step, const Form& form)
         return true;
     case Kind::Text: {
         auto text = SelectionText::decode(form.type, form.bytes);
-        if (!text || text->isEmpty())
+        if (!text || text->isEmpty() || text->size() > maxSelectionBytes) // a byte may become three
             return false;
         for (auto& kept : formsOfText(*text))
             m_kept.push_back(std::move(kept));

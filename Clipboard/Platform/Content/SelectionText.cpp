@@ -1,21 +1,19 @@
 #include "SelectionText.h"
 
+#include "Support/Utf8.h"
+
 #include <QString>
 #include <QStringDecoder>
-#include <QUtf8StringView>
 
 namespace Clipboard::SelectionText {
 
 namespace {
 
+namespace Utf8 = ClipboardCore::Utf8;
+
 QByteArray fromLatin1(QByteArrayView bytes)
 {
     return QString::fromLatin1(bytes).toUtf8();
-}
-
-QByteArray fromUtf8(const QByteArray& bytes)
-{
-    return QUtf8StringView(bytes).isValidUtf8() ? bytes : QString::fromUtf8(bytes).toUtf8();
 }
 
 /// Latin-1 with stretches of UTF-8 between ESC % G and ESC % @ (the X Consortium's "Compound Text Encoding").
@@ -34,7 +32,7 @@ std::optional<QByteArray> fromCompoundText(QByteArrayView bytes)
             return {};
         bytes = bytes.sliced(utf8Begin.size());
         const qsizetype end = bytes.indexOf(utf8End);
-        text += fromUtf8((end < 0 ? bytes : bytes.first(end)).toByteArray());
+        text += Utf8::repaired((end < 0 ? bytes : bytes.first(end)).toByteArray());
         bytes = end < 0 ? QByteArrayView() : bytes.sliced(end + utf8End.size());
     }
     return text;
@@ -44,18 +42,20 @@ std::optional<QByteArray> fromCompoundText(QByteArrayView bytes)
 
 std::optional<QByteArray> decode(QByteArrayView type, const QByteArray& bytes)
 {
+    qsizetype length = bytes.size();
+    while (length > 0 && bytes.at(length - 1) == '\0')
+        --length;
     QByteArray text = bytes;
-    while (text.endsWith('\0'))
-        text.chop(1);
+    text.truncate(length);
     if (type == "STRING")
         return fromLatin1(text);
     if (type == "COMPOUND_TEXT")
         return fromCompoundText(text);
     if (type == "UTF8_STRING" || type.compare("text/plain;charset=utf-8", Qt::CaseInsensitive) == 0)
-        return fromUtf8(text);
+        return Utf8::repaired(text);
     // No charset named: UTF-8 by today's custom, Latin-1 when it cannot be that.
     if (type == "text/plain" || type == "TEXT")
-        return QUtf8StringView(text).isValidUtf8() ? text : fromLatin1(text);
+        return Utf8::isValid(text) ? text : fromLatin1(text);
     return {};
 }
 

@@ -22,6 +22,9 @@ bool isThisMachine(QByteArrayView host, const QByteArray& hostName)
 std::optional<QUrl> localFile(QByteArrayView uri, const QByteArray& hostName)
 {
     constexpr QByteArrayView scheme = "file:";
+    constexpr qsizetype longestUri = 3 * longestPath; // with each of its bytes escaped
+    if (uri.size() > longestUri)
+        return {};
     if (uri.size() <= scheme.size() || !equalsIgnoringCase(uri.first(scheme.size()), scheme))
         return {};
     QByteArrayView path = uri.sliced(scheme.size());
@@ -31,15 +34,16 @@ std::optional<QUrl> localFile(QByteArrayView uri, const QByteArray& hostName)
             return {};
         path = path.sliced(slash);
     }
-    // Two slashes in front would name a host to QUrl.
-    while (path.startsWith("//"))
-        path = path.sliced(1);
     if (!path.startsWith('/'))
         return {};
     const QByteArray unescaped = QByteArray::fromPercentEncoding(path.toByteArray());
-    if (unescaped.contains('\0'))
+    if (unescaped.contains('\0') || unescaped.size() >= longestPath)
         return {};
-    return ClipboardCore::CopiedFile::urlOfPath(unescaped);
+    // Two slashes in front would name a host to QUrl.
+    QByteArrayView absolute = unescaped;
+    while (absolute.startsWith("//"))
+        absolute = absolute.sliced(1);
+    return ClipboardCore::CopiedFile::urlOfPath(absolute);
 }
 
 QByteArray joined(const QList<QUrl>& files, QByteArrayView separator)

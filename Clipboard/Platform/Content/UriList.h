@@ -12,9 +12,13 @@ namespace Clipboard::UriList {
 /// Everything beyond is left out: more files than a person selects, few enough to hold.
 inline constexpr qsizetype maxFiles = 10'000;
 
+/// What is longer, in the bytes of the file system, no program can open by its path (PATH_MAX, the zero at the end
+/// included).
+inline constexpr qsizetype longestPath = 4096;
+
 /// The local files of either form, in order, as file URLs. A file of this machine may be written `file:///path`,
 /// `file:/path`, `file://localhost/path` or with `hostName` as the host (RFC 8089). Left out are comments, the verb,
-/// other schemes and files of other hosts. A name that is not UTF-8 keeps its bytes, escaped.
+/// other schemes, files of other hosts and paths that are too long. A name that is not UTF-8 keeps its bytes, escaped.
 [[nodiscard]] QList<QUrl> localFiles(QByteArrayView list, const QByteArray& hostName);
 
 [[nodiscard]] QByteArray uriList(const QList<QUrl>& files);

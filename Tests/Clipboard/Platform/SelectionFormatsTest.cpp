@@ -56,6 +56,8 @@ void SelectionFormatsTest::localFiles()
                        {"this machine", "file://localhost/a\nfile://ThisHost/b", {u"/a"_s, u"/b"_s}},
                        {"one slash", "file:/a", {u"/a"_s}},
                        {"four slashes", "file:////a", {u"/a"_s}},
+                       {"slashes, escaped", "file:/%2Fa/b", {u"/a/b"_s}},
+                       {"too long for the system", "file:///" + QByteArray(4095, 'a') + "\nfile:///b", {u"/b"_s}},
                        {"scheme in capitals", "FILE:///a", {u"/a"_s}},
                        {"not a file", "https://example.org/a\r\nsftp://host/b\r\nfile:///c", {u"/c"_s}},
                        {"not UTF-8", "file:///%63af%e9/%C3%A4\r\nfile:///b", {u"file:///caf%E9/%C3%A4"_s, u"/b"_s}},
