@@ -10,8 +10,11 @@ namespace Clipboard {
 /// The largest selection that is read or handed out. Beyond any text a person copies, within what a desktop can spare.
 inline constexpr qint64 maxSelectionBytes = qint64(256) * 1024 * 1024;
 
-/// The targets of one owner that are looked at. Office programs offer some fifty.
+/// The targets of one owner that are looked at. Office programs offer some fifty. A mark counts beyond them as well.
 inline constexpr uint32_t maxTargets = 1024;
+
+/// The longest list of them that is read: what the mark of a secret could hide in, as a million atoms of X11.
+inline constexpr qint64 maxTargetListBytes = qint64(4) * 1024 * 1024;
 
 /// Forms read only to outlive their owner, after the content: the text and the HTML of a large table beside its picture
 /// fit in, and no owner works hard for them.

@@ -1,5 +1,6 @@
 #include "EngineTest.h"
 #include "Rows.h"
+#include "Xcb.h"
 
 using namespace Clipboard;
 using namespace Clipboard::Testing;
@@ -56,6 +57,8 @@ void SelectionReadingTest::reads(const char* /*name*/, const Answers& answers, c
     owner.copy(answers);
     QCOMPARE(summary(waitForSnapshot()), content);
     QCOMPARE(snapshots().size(), 1U);
+    const QSet<QString> types = waitForSnapshot().types;
+    QVERIFY(std::ranges::all_of(types, [](const QString& type) { return type.size() < 5000; }));
 
     // Whatever it did, the next copy is read as ever.
     ForeignClient next(display());
@@ -104,6 +107,17 @@ void SelectionReadingTest::badOwners()
     const auto promise = [](const QByteArray& bytes, quint32 announced) {
         return Answers{{"UTF8_STRING", {.bytes = bytes, .manner = Manner::InPieces, .announcedBytes = announced}}};
     };
+    // Behind the text, and in front of what else there is.
+    const auto amongAMillion = [&](const QByteArray& last) {
+        QByteArray atoms(4'000'000, '\1'); // which do not exist
+        for (const auto& [place, name] : {std::pair(0, QByteArray("UTF8_STRING")), std::pair(3'999'996, last)}) {
+            const xcb_atom_t atom = Xcb::atom(m_session->connection(), name);
+            memcpy(atoms.data() + place, &atom, sizeof atom);
+        }
+        Answers answers = listing(atoms);
+        answers.insert("UTF8_STRING", text);
+        return answers;
+    };
     const Answer endless{.bytes = QByteArray(8'000'000, 'x'), .manner = Manner::EndlessPieces, .pieceBytes = 8'000'000};
     checkRows(
         this, &SelectionReadingTest::reads,
@@ -115,7 +129,13 @@ void SelectionReadingTest::badOwners()
           {{"TARGETS", {.bytes = "UTF8_STRING", .type = "STRING"}}, {"UTF8_STRING", text}},
           "nothing"},
          {"target list of atoms that do not exist", listing(QByteArray(400, '\x7e')), "nothing"},
-         {"endless target list", listing(QByteArray(40'000, '\1')), "nothing"},
+         {"endless target list", listing(QByteArray(maxTargetListBytes + 4, '\1')), "nothing"},
+         {"a million targets", amongAMillion("STRING"), "text text"},
+         {"a mark behind a million", amongAMillion("secret/marker"), "nothing"},
+         {"names without end", {{QByteArray(60'000, 'n'), text}, {"UTF8_STRING", text}}, "text text"},
+         {"more files than anybody copies",
+          {{"text/uri-list", {.bytes = QByteArray("file:///a\r\n").repeated(100'000)}}},
+          "files /a"},
          {"mute about the picture", {{"image/png", mute}, {"UTF8_STRING", text}}, "text text"},
          {"text of another type", {{"UTF8_STRING", {.bytes = "1234", .type = "INTEGER", .format = 32}}}, "nothing"},
          {"stalls in the middle", {{"UTF8_STRING", {.bytes = large, .manner = Manner::StallInTheMiddle}}}, "nothing"},

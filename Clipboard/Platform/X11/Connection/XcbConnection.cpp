@@ -8,6 +8,8 @@ namespace {
 
 // Names met in foreign target lists. A client that invents names without end must not fill our memory.
 constexpr qsizetype maxRememberedNames = 4096;
+// Nor must one whose names are long, up to 64 KiB each: no type, with its parameters, is longer than this.
+constexpr int longestName = 1024;
 
 } // namespace
 
@@ -90,8 +92,9 @@ std::vector<QByteArray> XcbConnection::atomNames(std::span<const xcb_atom_t> ato
     }
     for (const auto& [atom, cookie] : asked) {
         const XcbPointer<xcb_get_atom_name_reply_t> reply(xcb_get_atom_name_reply(m_connection, cookie, nullptr));
-        if (reply)
-            m_names[atom] = QByteArray(xcb_get_atom_name_name(reply.get()), xcb_get_atom_name_name_length(reply.get()));
+        const int length = reply ? xcb_get_atom_name_name_length(reply.get()) : 0;
+        if (length > 0 && length <= longestName)
+            m_names[atom] = QByteArray(xcb_get_atom_name_name(reply.get()), length);
     }
     std::vector<QByteArray> names;
     names.reserve(atoms.size());

@@ -24,7 +24,7 @@ void SelectionReader::start(xcb_atom_t selection, xcb_timestamp_t time)
     m_time = time;
     m_stepTimeout = m_options.stepTimeout;
     m_end = Clock::now() + readTimeout;
-    request(m_connection.atom("TARGETS"), qint64(maxTargets) * 4);
+    request(m_connection.atom("TARGETS"), maxTargetListBytes);
 }
 
 void SelectionReader::startAgain()
@@ -144,6 +144,22 @@ void SelectionReader::publish()
     m_onContent(m_reading.content());
 }
 
+/// The first ones, and the marks wherever they stand.
+void SelectionReader::leaveWorthALook(std::vector<xcb_atom_t>& targets)
+{
+    if (targets.size() <= maxTargets)
+        return;
+    const auto beyond = targets.begin() + maxTargets;
+    std::vector<xcb_atom_t> marks;
+    for (const QString& name : m_options.secretTargets) {
+        const xcb_atom_t mark = m_connection.atom(name.toLatin1());
+        if (std::find(beyond, targets.end(), mark) != targets.end())
+            marks.push_back(mark);
+    }
+    targets.resize(maxTargets);
+    targets.insert(targets.end(), marks.begin(), marks.end());
+}
+
 void SelectionReader::readTargets()
 {
     std::vector<QByteArray> offered;
@@ -152,6 +168,7 @@ void SelectionReader::readTargets()
         const QByteArray& bytes = m_transfer->bytes();
         std::vector<xcb_atom_t> atoms(static_cast<size_t>(bytes.size()) / sizeof(xcb_atom_t));
         std::copy_n(bytes.constData(), atoms.size() * sizeof(xcb_atom_t), reinterpret_cast<char*>(atoms.data()));
+        leaveWorthALook(atoms);
         offered = m_connection.atomNames(atoms);
     }
     m_stage = Stage::Content;

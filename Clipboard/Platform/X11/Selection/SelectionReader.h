@@ -57,6 +57,7 @@ private:
     void request(xcb_atom_t target, qint64 maxBytes);
     void advance();
     void readTargets();
+    void leaveWorthALook(std::vector<xcb_atom_t>& targets);
     void next();
     void publish();
 
