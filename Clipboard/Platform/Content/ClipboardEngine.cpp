@@ -18,9 +18,9 @@ using Clock = ClipboardDispatcher::Clock;
 Q_LOGGING_CATEGORY(log, "tessaly.selection")
 
 // A connection that is lost by accident is back before anybody notices. Where somebody ends it again and again, or the
-// server takes no more clients, trying costs next to nothing.
+// server takes no more clients, trying costs next to nothing, and what is copied in between is not recorded.
 constexpr milliseconds firstRestartDelay{50};
-constexpr milliseconds maxRestartDelay{30000};
+constexpr milliseconds maxRestartDelay{5000};
 // One that lasted so long was no part of such a series.
 constexpr milliseconds lastingConnection{60000};
 

@@ -7,7 +7,12 @@
 
 #include <QTest>
 
+#include <csignal>
+#include <future>
 #include <mutex>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 using namespace Clipboard;
 using namespace Clipboard::Testing;
@@ -44,6 +49,8 @@ private slots:
     void badOwners();
     void keepsUpWithAnOwnerThatChanges();
     void twoManagersComeToRest();
+    void readersThatMakeItWait();
+    void compositorDiesInTheMiddle();
 
 private:
     /// An engine, and what it has published, as the text of each change.
@@ -177,6 +184,43 @@ void DataControlReadingTest::twoManagersComeToRest()
         other.engine->settled().wait();
     }
     QVERIFY(one.texts().size() + other.texts().size() <= 3);
+}
+
+void DataControlReadingTest::readersThatMakeItWait()
+{
+    std::signal(SIGPIPE, SIG_IGN);
+    for (const bool isGone : {false, true}) {
+        Wayland::OutgoingPipes pipes(20s);
+        int ends[2] = {-1, -1};
+        QCOMPARE(::pipe2(ends, O_CLOEXEC), 0);
+        const int kept = ::dup(ends[1]);
+        pipes.add(ends[1], QByteArray(3'000'000, 'x'));
+        ::fcntl(kept, F_SETFL, 0); // no longer O_NONBLOCK
+        if (isGone)
+            ::close(ends[0]);
+        pipes.serve();
+        QCOMPARE(pipes.deadline().has_value(), !isGone);
+        pipes.expire(pipes.deadline().value_or(Wayland::OutgoingPipes::Clock::time_point()));
+        QVERIFY(!pipes.deadline());
+        ::close(kept);
+        if (!isGone)
+            ::close(ends[0]);
+    }
+}
+
+/// The last one: nothing works afterwards.
+void DataControlReadingTest::compositorDiesInTheMiddle()
+{
+    Watch watch;
+    start(watch);
+    WaylandOwner owner(*m_session);
+    owner.copy({{asText, {.bytes = QByteArray(400'000, 'x'), .manner = Manner::StallInTheMiddle}}});
+    QVERIFY(VirtualSession::waitUntil([&] { return !owner.contentAsked().isEmpty(); }));
+    m_session->crashDisplay();
+    const auto settled = watch.engine->settled();
+    QCOMPARE(settled.wait_for(20s), std::future_status::ready);
+    watch.engine.reset();
+    QVERIFY(watch.texts().isEmpty());
 }
 
 QTEST_GUILESS_MAIN(DataControlReadingTest)

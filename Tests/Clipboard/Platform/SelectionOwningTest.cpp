@@ -12,6 +12,7 @@ using namespace Clipboard::Testing;
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+using Manner = ForeignClient::Answer::Manner;
 using Forms = QList<QPair<QByteArray, QByteArray>>;
 
 /// What other programs get of the content that the engine owns.
@@ -204,6 +205,13 @@ void SelectionOwningTest::lostConnectionIsMadeAnew()
         cut();
         owner.copyText("meanwhile");
         QCOMPARE(waitForSnapshot(2).text, QByteArray("meanwhile"));
+
+        // Who has to be asked again, in the middle of an answer, is.
+        owner.copy({{"UTF8_STRING", {.bytes = numbers(400'000), .manner = Manner::StallInTheMiddle}}});
+        QVERIFY(VirtualSession::waitUntil([&] { return owner.answered().contains("UTF8_STRING"); }));
+        owner.offerText("in the end");
+        cut();
+        QCOMPARE(waitForSnapshot(3).text, QByteArray("in the end"));
     }
 }
 

@@ -198,13 +198,13 @@ void DataControlDispatcher::typeCame(ext_data_control_offer_v1* offer, const QBy
     // A program may add types to what it has copied, and Plasma's compositor passes them on.
     if (found == m_offers.end())
         return m_reader.learn(offer, type);
+    // A mark counts wherever it stands. The compositor cuts off who takes in a long list too slowly: nothing more is
+    // looked at here.
     Types& types = found->second;
-    // A mark counts wherever it stands.
-    if (types.size() >= maxTargets && !m_reader.isMark(type))
-        return;
-    // Some programs name a type twice.
-    if (std::ranges::find(types, type) == types.end())
+    if (types.size() < maxTargets)
         types.push_back(type);
+    else if (m_reader.isMark(type))
+        types.back() = type;
 }
 
 DataControlDispatcher::Types DataControlDispatcher::takeTypes(ext_data_control_offer_v1* offer)

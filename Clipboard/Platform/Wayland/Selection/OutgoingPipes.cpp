@@ -1,6 +1,7 @@
 #include "OutgoingPipes.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -14,6 +15,21 @@ namespace {
 // Fewer turns for large content. More than this no pipe of an ordinary user may have; without it a pipe works as well.
 constexpr int pipeBytes = 1 << 20;
 
+/// An end of the same pipe that nobody else has: its reader may have kept the one that came along, and could make
+/// writing to that wait again. What is no pipe stays as it came.
+int ownEnd(int descriptor)
+{
+    struct stat status = {};
+    if (::fstat(descriptor, &status) < 0 || !S_ISFIFO(status.st_mode))
+        return descriptor;
+    const QByteArray path = "/proc/self/fd/" + QByteArray::number(descriptor);
+    const int own = ::open(path.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+    if (own < 0) // nobody reads it, or it may not be opened
+        return descriptor;
+    ::close(descriptor);
+    return own;
+}
+
 } // namespace
 
 OutgoingPipes::~OutgoingPipes()
@@ -22,11 +38,10 @@ OutgoingPipes::~OutgoingPipes()
         ::close(pipe.descriptor);
 }
 
-void OutgoingPipes::add(int descriptor, const QByteArray& bytes)
+void OutgoingPipes::add(int given, const QByteArray& bytes)
 {
-    // Our end is handed to nobody else, so this holds up nobody else either.
-    const bool isOurs = ::fcntl(descriptor, F_SETFL, O_NONBLOCK) == 0;
-    if (!isOurs || m_pipes.size() >= maxOutgoingTransfers || !hasRoomFor(bytes)) {
+    const int descriptor = ownEnd(given);
+    if (::fcntl(descriptor, F_SETFL, O_NONBLOCK) != 0 || m_pipes.size() >= maxOutgoingTransfers || !hasRoomFor(bytes)) {
         ::close(descriptor);
         return;
     }

@@ -28,7 +28,7 @@ public:
 
     /// Takes over the descriptor, and closes it when all is written, nobody reads any more, or there is no room for so
     /// much at a time.
-    void add(int descriptor, const QByteArray& bytes);
+    void add(int given, const QByteArray& bytes);
 
     void collectSources(std::vector<pollfd>& sources) const;
     /// Writes what there is room for.
