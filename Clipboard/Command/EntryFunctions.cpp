@@ -165,9 +165,12 @@ Outcome annotate(const CommandLine& line, const BusClient& client)
     if (!operand.contains(u'/') && !operand.contains(u'.'))
         return onEntry(u"Annotate"_s, line, client);
     QFile file(operand);
-    if (!file.open(QFile::ReadOnly) || file.size() > largestInput)
+    // Devices are files without an end.
+    const std::optional<QByteArray> picture =
+        file.open(QFile::ReadOnly | QFile::Unbuffered) ? Terminal::readAll(largestInput, file.handle()) : std::nullopt;
+    if (!picture)
         return Failure{ExitCode::failed, u"'%1' cannot be read, or is larger than 256 MiB"_s.arg(operand)};
-    const std::optional<QVariant> sent = Bus::toWire(file.readAll());
+    const std::optional<QVariant> sent = Bus::toWire(*picture);
     if (!sent)
         return Failure{ExitCode::failed, u"there is no memory for '%1'"_s.arg(operand)};
     const Answer answer =

@@ -39,14 +39,14 @@ qsizetype columns()
     return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
-std::optional<QByteArray> readAll(qint64 limit)
+std::optional<QByteArray> readAll(qint64 limit, int file)
 {
     constexpr qsizetype step = qsizetype{64} * 1024;
     QByteArray bytes;
     for (;;) {
         const qsizetype before = bytes.size();
         bytes.resize(before + step);
-        const ssize_t count = ::read(STDIN_FILENO, bytes.data() + before, step);
+        const ssize_t count = ::read(file, bytes.data() + before, step);
         bytes.resize(before + std::max<ssize_t>(count, 0));
         if (count == 0)
             return bytes;

@@ -18,8 +18,9 @@ namespace Clipboard::Command::Terminal {
 /// The letters of a line; 0 when nobody looks at it.
 [[nodiscard]] qsizetype columns();
 
-/// Everything up to the end of standard input; nothing when that is more than `limit` bytes or cannot be read.
-[[nodiscard]] std::optional<QByteArray> readAll(qint64 limit);
+/// Everything up to the end, of standard input if not of another file; nothing when that is more than `limit` bytes or
+/// cannot be read.
+[[nodiscard]] std::optional<QByteArray> readAll(qint64 limit, int file = 0);
 /// The next line of standard input without its end; nothing at the end.
 [[nodiscard]] std::optional<QString> readLine();
 

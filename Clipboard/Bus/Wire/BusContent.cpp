@@ -24,7 +24,7 @@ std::optional<QByteArray> readAll(int descriptor, qint64 limit)
     if (!isOfFileOrMemory(descriptor) || !file.open(descriptor, QFile::ReadOnly) || !file.seek(0) ||
         file.size() > limit)
         return std::nullopt;
-    QByteArray bytes = file.read(limit);
+    QByteArray bytes = file.read(file.size()); // which takes as much memory as it is asked for
     if (file.error() != QFile::NoError)
         return std::nullopt;
     return bytes;
