@@ -1,6 +1,7 @@
 #include "Bench.h"
 #include "ForeignOwner.h"
 #include "Keyboard.h"
+#include "ProcessFigures.h"
 
 #include <QFile>
 #include <QThread>
@@ -25,6 +26,7 @@ public:
 
     void capture(int times);
     void show(int times);
+    void memory();
     void paste(int times);
 
 private:
@@ -96,6 +98,12 @@ void OnDesktop::show(int times)
     row(named(u"show: hot key to first painted frame, 500 of 20 KB"_s), values, {});
 }
 
+void OnDesktop::memory()
+{
+    const double measured = ProcessFigures::proportionalMemory(m_bench.tessaly.processID());
+    row(named(u"memory: after showing, 500 of 20 KB"_s), measured, u"MB PSS"_s, u"≤ 40"_s);
+}
+
 void OnDesktop::openTerminal(const QString& file)
 {
     const auto& desktop = m_bench.session.desktop();
@@ -139,6 +147,7 @@ void desktopRows(Effort effort)
         OnDesktop desktop(name, kind);
         desktop.capture(effort.times(200, 5));
         desktop.show(effort.times(20, 2));
+        desktop.memory();
         desktop.paste(effort.times(10, 1));
     }
 }

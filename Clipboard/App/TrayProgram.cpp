@@ -70,6 +70,7 @@ public:
     }
     ~DisplayChoice()
     {
+        Clipboard::finishWindows();
         qInstallMessageHandler(m_reportBefore);
         if (m_isOurs)
             qunsetenv("QT_QPA_PLATFORM");

@@ -65,6 +65,10 @@ void PasteJourneyTest::pastesIntoAnEditor()
     expectFront("*"); // the text has arrived
     press("ctrl+s");
     expectFile(document, "beta");
+    QFile libraries(u"/proc/%1/maps"_s.arg(tessaly().processID()));
+    QVERIFY(libraries.open(QFile::ReadOnly));
+    const QByteArray loaded = libraries.readAll();
+    QVERIFY(loaded.contains("/libQt6Widgets") && !loaded.contains("_dri.so")); // nothing that drives graphics cards
 }
 
 void PasteJourneyTest::closesAndGivesTheFocusBack()

@@ -160,9 +160,16 @@ void addX11(Platform& platform, const std::shared_ptr<X11::X11Session>& session,
 /// back, X11 does.
 QByteArray prepareWindows(const Wayland::WaylandSession& compositor)
 {
+    if (compositor.isThere)
+        WaylandWindowSystem::forgoAcceleration();
     if (compositor.hasLayerShell)
         WaylandWindowSystem::prepareToolkit();
     return compositor.hasLayerShell && compositor.hasDataControl ? "wayland;xcb" : "xcb;wayland";
+}
+
+void finishWindows()
+{
+    WaylandWindowSystem::endForgoing();
 }
 
 Platform loadPlatform(const Wayland::WaylandSession& compositor)

@@ -30,6 +30,8 @@ struct Platform
 /// Has the toolkit, which has yet to start, make windows that the adapters can work with. The kinds of windows to try,
 /// in order, as QT_QPA_PLATFORM takes them.
 [[nodiscard]] QByteArray prepareWindows(const Wayland::WaylandSession& compositor);
+/// Once the toolkit has started: takes back what it alone was to know. It may still warn.
+void finishWindows();
 
 /// Picks the adapters, each service's on its own, from what the toolkit's display and the compositor, if there is one,
 /// let programs do; the only code that names them.

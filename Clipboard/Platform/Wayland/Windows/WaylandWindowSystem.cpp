@@ -15,6 +15,28 @@ namespace Clipboard {
 using Wayland::ClickCatcher;
 using Wayland::LayerSurface;
 
+namespace {
+
+constexpr const char* bufferKind = "QT_WAYLAND_CLIENT_BUFFER_INTEGRATION";
+constexpr const char* noKind = "none"; // the toolkit finds nothing of that name
+
+} // namespace
+
+void WaylandWindowSystem::forgoAcceleration()
+{
+    if (!qEnvironmentVariableIsSet(bufferKind))
+        qputenv(bufferKind, noKind);
+}
+
+void WaylandWindowSystem::endForgoing()
+{
+    if (qgetenv(bufferKind) != noKind)
+        return;
+    // The toolkit looks for it when it is first asked for anything of it, and warns.
+    QGuiApplication::platformNativeInterface()->nativeResourceForIntegration("egldisplay");
+    qunsetenv(bufferKind);
+}
+
 void WaylandWindowSystem::prepareToolkit()
 {
     qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");

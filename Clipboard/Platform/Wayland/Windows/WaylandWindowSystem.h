@@ -18,6 +18,12 @@ public:
     /// Set before the toolkit starts, they have it leave such windows to us, and each where it was put.
     static void prepareToolkit();
 
+    /// Set before the toolkit starts, it has it draw with the processor alone, unless the user wants otherwise: all our
+    /// windows are drawn so, and what drives graphics cards takes tens of megabytes.
+    static void forgoAcceleration();
+    /// After it has started: programs that are started from here draw as they like.
+    static void endForgoing();
+
     /// Whether the toolkit has a compositor for its display and has lost it. Any thread.
     [[nodiscard]] static bool isDisplayLost();
 
