@@ -2,8 +2,10 @@
 
 #include "Keyboard.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
+#include <QImage>
 #include <QThread>
 #include <QUuid>
 
@@ -153,6 +155,17 @@ double median(std::vector<double> values)
 double maximum(const std::vector<double>& values)
 {
     return *std::ranges::max_element(values);
+}
+
+QByteArray pictureOf(QRgb color)
+{
+    QImage image(64, 48, QImage::Format_RGB32);
+    image.fill(color);
+    QByteArray png;
+    QBuffer buffer(&png);
+    if (!buffer.open(QBuffer::WriteOnly) || !image.save(&buffer, "PNG"))
+        giveUp(u"A picture could not be made."_s);
+    return png;
 }
 
 void giveUp(const QString& why)

@@ -3,6 +3,7 @@
 #include "RunningTessaly.h"
 #include "VirtualSession.h"
 
+#include <QRgb>
 #include <QString>
 #include <QTemporaryDir>
 
@@ -76,6 +77,8 @@ void row(const QString& what, const std::vector<double>& values, const QString& 
 [[nodiscard]] double median(std::vector<double> values);
 [[nodiscard]] double maximum(const std::vector<double>& values);
 [[noreturn]] void giveUp(const QString& why);
+/// A small picture, all of that colour, as PNG.
+[[nodiscard]] QByteArray pictureOf(QRgb color);
 
 // The groups of rows.
 void startRows(Effort effort);
@@ -87,6 +90,7 @@ void panelRows(Effort effort);
 void frameRows(Effort effort);
 void editorRows(Effort effort);
 void safetyRows(Effort effort);
+void switchRows(Effort effort);
 void soakRows(Effort effort);
 
 } // namespace Clipboard::Benchmarks

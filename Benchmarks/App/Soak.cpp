@@ -2,7 +2,6 @@
 
 #include "ProcessFigures.h"
 
-#include <QBuffer>
 #include <QColor>
 #include <QDBusMessage>
 #include <QDir>
@@ -29,17 +28,6 @@ constexpr int files = 40;
 constexpr int warmUp = 10;            // the part of all copies after which memory is compared
 constexpr unsigned long settle = 100; // ms
 constexpr quint32 escapeKey = 0xff1b; // as X11/keysymdef.h numbers it
-
-QByteArray pictureOf(QRgb color)
-{
-    QImage image(64, 48, QImage::Format_RGB32);
-    image.fill(color);
-    QByteArray png;
-    QBuffer buffer(&png);
-    if (!buffer.open(QBuffer::WriteOnly) || !image.save(&buffer, "PNG"))
-        giveUp(u"A picture could not be made."_s);
-    return png;
-}
 
 int countOf(qint64 process, const QString& what)
 {

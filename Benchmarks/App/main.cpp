@@ -1,6 +1,6 @@
 // The figures of the whole program, measured from outside: docs/benchmarks.md says what each row means.
 // Names of groups as arguments (start, capture, panel, frames, editor, safety, commands, desktops) choose these.
-// "soak" and "kills" take as long as all of them together and are run by their names alone.
+// "soak", "kills" and "switches" take as long as all of them together and are run by their names alone.
 #include "Bench.h"
 
 #include <QCoreApplication>
@@ -19,9 +19,9 @@ int main(int argc, char** argv)
         {u"start"_s, startRows},      {u"capture"_s, captureRows},  {u"panel"_s, panelRows},
         {u"frames"_s, frameRows},     {u"editor"_s, editorRows},    {u"safety"_s, safetyRows},
         {u"commands"_s, commandRows}, {u"desktops"_s, desktopRows}, {u"soak"_s, soakRows},
-        {u"kills"_s, killRows},
+        {u"kills"_s, killRows},       {u"switches"_s, switchRows},
     };
-    const QStringList byNameAlone = {u"soak"_s, u"kills"_s};
+    const QStringList byNameAlone = {u"soak"_s, u"kills"_s, u"switches"_s};
     for (const QString& name : std::as_const(wanted)) {
         if (std::ranges::none_of(groups, [&](const auto& group) { return group.first == name; }))
             giveUp(u"There is no group \"%1\"."_s.arg(name));

@@ -6,6 +6,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 
+#include <limits>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -67,7 +68,7 @@ void KeyRequest::call(const QString& path, QLatin1String interface, const QStrin
 {
     auto message = QDBusMessage::createMethodCall(SecretService::name, path, interface, method);
     message.setArguments(arguments);
-    auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message), this);
+    auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message, patience()), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, then = std::move(then)] {
         watcher->deleteLater();
         const QDBusPendingReply<> reply = *watcher;
@@ -76,6 +77,12 @@ void KeyRequest::call(const QString& path, QLatin1String interface, const QStrin
         else
             then(reply.reply().arguments());
     });
+}
+
+/// In ms. What is locked waits for its key for as long as that takes; who asked for a new one wants to know.
+int KeyRequest::patience() const
+{
+    return m_ifMissing == KeyRing::IfMissing::leave ? std::numeric_limits<int>::max() : -1;
 }
 
 void KeyRequest::search()

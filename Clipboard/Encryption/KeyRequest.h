@@ -33,6 +33,7 @@ private:
     using Next = std::function<void()>;
     void call(const QString& path, QLatin1String interface, const QString& method, const QVariantList& arguments,
               std::function<void(const QVariantList& reply)> then);
+    [[nodiscard]] int patience() const;
     void search();
     void take(const QList<Path>& unlocked, const QList<Path>& locked);
     void unlock(const Path& object, Next then);

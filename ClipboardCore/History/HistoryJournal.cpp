@@ -260,7 +260,8 @@ void HistoryJournal::rebase(const FileState& file, qint64 from)
         static_cast<void>(rewrite(carried, from));
 }
 
-/// Lines of a journal in `form`, where they stood at `from`.
+/// Lines of a journal in `form`, where they stood at `from`. Marks count the bytes of lines as they stood there; the
+/// one at the beginning says the same.
 void HistoryJournal::carry(const QByteArray& lines, const JournalForm& form, qint64 from)
 {
     if (!form.isSealed() && !m_form.isSealed())
@@ -270,7 +271,7 @@ void HistoryJournal::carry(const QByteArray& lines, const JournalForm& form, qin
         const QByteArrayView line = QByteArrayView(lines).sliced(at, end - at);
         const auto plain = form.isSealed() ? form.read(line, from + at) : line.toByteArray();
         m_hasFailed = m_hasFailed || !plain;
-        if (plain)
+        if (plain && !JournalCoding::isMark(*plain))
             writeLine(*plain + '\n');
         at = end + 1;
     }

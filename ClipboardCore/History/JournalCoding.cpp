@@ -198,6 +198,11 @@ QByteArray encode(const Mark& mark)
     return line + '\n';
 }
 
+bool isMark(QByteArrayView line)
+{
+    return line.startsWith(R"({"op":"file",)");
+}
+
 struct Decoder::Private
 {
     [[nodiscard]] bool readField(QByteArrayView key, JSON::value value, Fields& fields);

@@ -30,6 +30,8 @@ struct Mark
 /// Hands the line to `sink` piece by piece. `device` is the UUID of where the operation happened.
 void encode(const HistoryOperation& operation, QByteArrayView device, const JSONWriter::Sink& sink);
 [[nodiscard]] QByteArray encode(const Mark& mark);
+/// Of a line that one of both made.
+[[nodiscard]] bool isMark(QByteArrayView line);
 
 /// Reads lines, one after the other.
 class Decoder final

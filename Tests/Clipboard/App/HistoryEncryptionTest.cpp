@@ -5,16 +5,13 @@
 
 #include "HistoryFolder.h"
 #include "ImageBlobs.h"
+#include "Keyring.h"
 #include "Preferences.h"
 #include "Rows.h"
 #include "Sealing/StoredFile.h"
-#include "SecretService.h"
 #include "ServiceNotices.h"
 #include "ThumbFiles.h"
 
-#include <QDBusMessage>
-#include <QDBusVariant>
-#include <QDBusVirtualObject>
 #include <QImage>
 #include <QProcess>
 #include <QSettings>
@@ -27,79 +24,9 @@
 using namespace Clipboard;
 using namespace ClipboardCore;
 using namespace Qt::StringLiterals;
-using Path = QDBusObjectPath;
+using Testing::Keyring;
 
 namespace {
-
-/// A keyring of one collection with one item at most, on a connection of its own.
-class FakeKeyring final : public QDBusVirtualObject
-{
-public:
-    FakeKeyring() { m_bus.registerVirtualObject(u"/"_s, this, QDBusConnection::SubPath); }
-    ~FakeKeyring() override { QDBusConnection::disconnectFromBus(m_bus.name()); }
-
-    void setThere(bool isThere)
-    {
-        if (isThere)
-            m_bus.registerService(SecretService::name);
-        else
-            m_bus.unregisterService(SecretService::name);
-    }
-    void sayUnlocked()
-    {
-        isLocked = false;
-        m_bus.send(
-            QDBusMessage::createSignal(SecretService::path, SecretService::serviceInterface, u"CollectionChanged"_s)
-            << QVariant::fromValue(Path(u"/c"_s)));
-    }
-    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override
-    {
-        const QString& call = message.member();
-        if (call == "CreateItem"_L1 && !refusal.isEmpty())
-            return bus.send(message.createErrorReply(u"org.freedesktop.DBus.Error.Failed"_s, refusal));
-        bus.send(message.createReply(answer(call, message.arguments())));
-        if (call == "Prompt"_L1) {
-            isLocked = isLocked && isDismissed;
-            m_bus.send(QDBusMessage::createSignal(message.path(), SecretService::promptInterface, u"Completed"_s)
-                       << isDismissed << nothing);
-        }
-        return true;
-    }
-
-    QByteArray key; // empty: there is no item
-    bool isLocked = false;
-    bool isDismissed = false; // when it asks its user
-    bool hasCollection = true;
-    QString refusal;
-
-private:
-    QVariantList answer(const QString& call, const QVariantList& arguments)
-    {
-        const QVariant none = QVariant::fromValue(Path(SecretService::nothing));
-        const auto item = [this](bool isAsked) {
-            return QVariant::fromValue(!key.isEmpty() && isAsked ? QList{Path(u"/i"_s)} : QList<Path>());
-        };
-        if (call == "OpenSession"_L1)
-            return {nothing, QVariant::fromValue(Path(u"/s"_s))};
-        if (call == "SearchItems"_L1)
-            return {item(!isLocked), item(isLocked)};
-        if (call == "ReadAlias"_L1)
-            return {hasCollection ? QVariant::fromValue(Path(u"/c"_s)) : none};
-        if (call == "Unlock"_L1)
-            return {item(false), isLocked ? QVariant::fromValue(Path(u"/p"_s)) : none};
-        if (call == "CreateItem"_L1) {
-            key = qdbus_cast<SecretService::Secret>(arguments[1]).value;
-            return {QVariant::fromValue(Path(u"/i"_s)), none};
-        }
-        if (call == "GetSecret"_L1)
-            return {QVariant::fromValue(SecretService::Secret{Path(u"/s"_s), {}, key, {}})};
-        return {};
-    }
-
-    const QVariant nothing = QVariant::fromValue(QDBusVariant(QString()));
-    QDBusConnection m_bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"keyring"_s);
-};
 
 /// What the program has of it.
 struct Program
@@ -158,7 +85,7 @@ private slots:
     void cleanupTestCase();
 
 private:
-    using Change = std::function<void(FakeKeyring& keyring)>;
+    using Change = std::function<void(Keyring& keyring)>;
     void refuses(const char* name, const Change& make, const QString& why);
     void waitsFor(const char* name, const Change& lose, const Change& find);
 
@@ -191,7 +118,7 @@ void HistoryEncryptionTest::init()
 
 void HistoryEncryptionTest::switchesOnAndOff()
 {
-    FakeKeyring keyring;
+    Keyring keyring(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"));
     keyring.setThere(true);
     Program program(m_folder, never);
     QImage pixels(900, 20, QImage::Format_RGB32);
@@ -222,7 +149,7 @@ void HistoryEncryptionTest::switchesOnAndOff()
 /// Whatever the files are when the program starts, they become what is wanted.
 void HistoryEncryptionTest::goesOnWithWhatWasInterrupted()
 {
-    FakeKeyring keyring;
+    Keyring keyring(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"));
     keyring.setThere(true);
     QImage pixels(9, 9, QImage::Format_RGB32);
     pixels.fill(Qt::blue);
@@ -245,7 +172,7 @@ void HistoryEncryptionTest::goesOnWithWhatWasInterrupted()
 
 void HistoryEncryptionTest::refuses(const char* /*name*/, const Change& make, const QString& why)
 {
-    FakeKeyring keyring;
+    Keyring keyring(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"));
     make(keyring);
     Program program(m_folder);
     program.record(u"plain"_s);
@@ -257,20 +184,20 @@ void HistoryEncryptionTest::refuses(const char* /*name*/, const Change& make, co
 
 void HistoryEncryptionTest::saysWhyNot()
 {
-    const auto dismisses = [](FakeKeyring& keyring) {
+    const auto dismisses = [](Keyring& keyring) {
         keyring.setThere(true);
         keyring.isLocked = keyring.isDismissed = true;
     };
-    const auto hasNoCollection = [](FakeKeyring& keyring) {
+    const auto hasNoCollection = [](Keyring& keyring) {
         keyring.setThere(true);
         keyring.hasCollection = false;
     };
-    const auto fails = [](FakeKeyring& keyring) {
+    const auto fails = [](Keyring& keyring) {
         keyring.setThere(true);
         keyring.refusal = u"It is full."_s;
     };
     checkRows(this, &HistoryEncryptionTest::refuses,
-              {{"there is none", [](FakeKeyring&) {}, u"has no keyring"_s},
+              {{"there is none", [](Keyring&) {}, u"has no keyring"_s},
                {"its user says no", dismisses, u"was not unlocked"_s},
                {"it has no collection", hasNoCollection, u"takes new keys"_s},
                {"it fails", fails, u"It is full."_s}});
@@ -279,7 +206,7 @@ void HistoryEncryptionTest::saysWhyNot()
 void HistoryEncryptionTest::waitsFor(const char* /*name*/, const Change& lose, const Change& find)
 {
     m_folder.renew();
-    FakeKeyring keyring;
+    Keyring keyring(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"));
     keyring.setThere(true);
     keyring.key = QByteArray(32, 'k');
     {
@@ -307,17 +234,22 @@ void HistoryEncryptionTest::waitsFor(const char* /*name*/, const Change& lose, c
 
 void HistoryEncryptionTest::opensWhenTheKeyComes()
 {
-    const auto lock = [](FakeKeyring& keyring) { keyring.isLocked = keyring.isDismissed = true; };
-    const auto unlock = [](FakeKeyring& keyring) { keyring.sayUnlocked(); };
-    const auto leave = [](FakeKeyring& keyring) { keyring.setThere(false); };
-    const auto come = [](FakeKeyring& keyring) { keyring.setThere(true); };
-    const auto forget = [](FakeKeyring& keyring) { keyring.key.clear(); };
-    const auto bringBack = [](FakeKeyring& keyring) {
+    const auto lock = [](Keyring& keyring) { keyring.isLocked = keyring.isDismissed = true; };
+    const auto unlock = [](Keyring& keyring) { keyring.sayUnlocked(); };
+    const auto leave = [](Keyring& keyring) { keyring.setThere(false); };
+    const auto come = [](Keyring& keyring) { keyring.setThere(true); };
+    const auto forget = [](Keyring& keyring) { keyring.key.clear(); };
+    const auto bringBack = [](Keyring& keyring) {
         keyring.key = QByteArray(32, 'k');
         keyring.sayUnlocked();
     };
+    const auto fallSilent = [](Keyring& keyring) { keyring.isSilent = true; };
+    const auto speak = [](Keyring& keyring) { keyring.speak(); };
     checkRows(this, &HistoryEncryptionTest::waitsFor,
-              {{"locked", lock, unlock}, {"missing", leave, come}, {"without the key", forget, bringBack}});
+              {{"locked", lock, unlock},
+               {"missing", leave, come},
+               {"without the key", forget, bringBack},
+               {"slow", fallSilent, speak}});
 }
 
 void HistoryEncryptionTest::cleanupTestCase()
