@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QImage>
 
+#include <csignal>
+
 using namespace Qt::StringLiterals;
 using namespace Clipboard::Testing;
 
@@ -41,8 +43,12 @@ void CaptureJourneyTest::recordsTheApplicationInFront()
     copy("from beside a terminal");
     expectNewest("from beside a terminal");
     QCOMPARE(newest().bundleID, isOnSway() ? u"foot"_s : u"debian-xterm"_s);
+    // Of this one it hears all at once: of the window, and of the copy that was made in it.
+    ::kill(static_cast<pid_t>(tessaly().processID()), SIGSTOP);
     openDocument(u"letter.txt"_s, "Dear reader");
     press("ctrl+a ctrl+c");
+    expectClipboard("Dear reader");
+    ::kill(static_cast<pid_t>(tessaly().processID()), SIGCONT);
     expectNewest("Dear reader");
     QCOMPARE(newest().sourceApp, u"Mousepad"_s);
     QCOMPARE(newest().bundleID, u"org.xfce.mousepad"_s);

@@ -65,7 +65,7 @@ void PlasmaToplevels::add(Handle* handle)
         ignore,
         ignore,
         [](void* self, Handle* of) { static_cast<PlasmaToplevels*>(self)->end(of); },
-        ignore,
+        [](void* self, Handle* of) { static_cast<PlasmaToplevels*>(self)->m_asked.erase(of); },
         ignore,
         ignore,
         ignore,
@@ -78,6 +78,7 @@ void PlasmaToplevels::add(Handle* handle)
         ignore,
     };
     m_handles.insert(handle);
+    m_asked.insert(handle);
     org_kde_plasma_window_add_listener(handle, &listener, this);
 }
 
@@ -85,6 +86,7 @@ void PlasmaToplevels::end(Handle* handle)
 {
     remove(handle);
     m_handles.erase(handle);
+    m_asked.erase(handle);
     org_kde_plasma_window_destroy(handle);
 }
 

@@ -25,9 +25,11 @@ private:
     [[nodiscard]] bool bind();
     void add(Handle* handle);
     void end(Handle* handle);
+    [[nodiscard]] bool isAsking() const override { return !m_asked.empty(); }
 
     org_kde_plasma_window_management* m_manager = nullptr;
     std::set<Handle*> m_handles;
+    std::set<Handle*> m_asked; // those among them that are yet to be described
 };
 
 } // namespace Clipboard::Wayland

@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QSocketNotifier>
 
+#include <tuple>
 #include <utility>
 
 namespace Clipboard::Wayland {
@@ -21,6 +22,17 @@ bool Toplevels::listen()
         notifier->setEnabled(!m_connection->isBroken());
     });
     return m_connection->roundTrip();
+}
+
+/// A copy that was made in a new window may be heard of before that, and whether it is to be recorded may depend on the
+/// window's application.
+void Toplevels::catchUp()
+{
+    // It answers within a millisecond; the panel would be in the hands of one that does not.
+    constexpr std::chrono::milliseconds limit{50};
+    m_connection->serve();
+    if (isAsking())
+        std::ignore = m_connection->roundTrip(limit);
 }
 
 void Toplevels::setApplication(Window window, const QString& application)

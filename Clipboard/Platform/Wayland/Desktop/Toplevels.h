@@ -20,6 +20,8 @@ class Toplevels : public QObject
 public:
     [[nodiscard]] WaylandConnection& connection() { return *m_connection; }
 
+    /// Handles what the compositor has told by now, and waits for what it is yet to tell of a window that is new.
+    void catchUp();
     /// The application id of the active window or, while one of ours is active, of the one before it. Nothing when no
     /// window is active.
     [[nodiscard]] std::optional<QString> frontApplication() const;
@@ -45,6 +47,8 @@ protected:
     void setApplication(Window window, const QString& application);
     void setActive(Window window, bool isActive);
     void remove(Window window);
+    /// Whether there is a window of which nothing is known yet but that it is there.
+    [[nodiscard]] virtual bool isAsking() const { return false; }
 
     [[nodiscard]] bool isOurs(Window window) const;
 

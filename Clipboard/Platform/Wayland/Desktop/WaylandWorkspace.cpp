@@ -12,8 +12,7 @@ WaylandWorkspace::WaylandWorkspace(std::shared_ptr<Wayland::Toplevels> toplevels
 
 std::optional<Workspace::Application> WaylandWorkspace::frontmostApplication() const
 {
-    // A copy that was made in a new window may be heard of before that.
-    m_toplevels->connection().serve();
+    m_toplevels->catchUp();
     const auto application = m_toplevels->frontApplication();
     if (!application)
         return {};
