@@ -76,13 +76,13 @@ PreferencesWindow::PreferencesWindow(Services services)
     }
     addPauseRow(form);
     form->addStretch();
+    connect(&m_services.preferences, &Preferences::changed, this, &PreferencesWindow::sync);
+    sync(); // before the first look at how much room all of it takes
     auto* area = new OverlayScrollArea(page, {}, this);
     area->setWidgetResizable(true);
     auto* whole = new QVBoxLayout(this);
     whole->setContentsMargins(0, 0, 0, 0);
     whole->addWidget(area);
-    connect(&m_services.preferences, &Preferences::changed, this, &PreferencesWindow::sync);
-    sync();
     const int highest = static_cast<int>(screen()->availableGeometry().height() * shareOfScreen);
     resize(windowWidth, std::min(form->totalHeightForWidth(windowWidth), highest));
 }
@@ -228,27 +228,33 @@ void PreferencesWindow::addWordSource(const Preference& preference, QVBoxLayout*
 {
     auto* line = new QHBoxLayout;
     line->setSpacing(0);
+    // In the order in which they have the focus.
+    auto* field = preference.kind == Kind::names ? nullptr : patternField(preference, column->parentWidget());
     auto* button = new FormButton(tr("Add"), FormButton::Shape::button, column->parentWidget());
-    if (preference.kind == Kind::names) {
+    if (!field) {
         button->setText(tr("Add Application…"));
         button->setAccessibleName(button->text());
         connect(button, &QAbstractButton::clicked, this, [this, button] { openSeenApplications(button); });
         line->addWidget(button);
         line->addStretch();
     } else {
-        auto* field = new FormField(m_services.copiedText, column->parentWidget());
-        field->setAccessibleName(shown(preference.texts.label));
-        field->setPlaceholderText(tr("Regular expression"));
-        const auto add = [this, &preference, field] {
-            if (addWord(preference, field->text()))
-                field->clear();
-        };
-        connect(field, &QLineEdit::returnPressed, this, add);
-        connect(button, &QAbstractButton::clicked, this, add);
+        connect(button, &QAbstractButton::clicked, field, &QLineEdit::returnPressed);
         line->addWidget(field, 1);
         line->addWidget(button);
     }
     column->addLayout(line);
+}
+
+FormField* PreferencesWindow::patternField(const Preference& preference, QWidget* parent)
+{
+    auto* field = new FormField(m_services.copiedText, parent);
+    field->setAccessibleName(shown(preference.texts.label));
+    field->setPlaceholderText(tr("Regular expression"));
+    connect(field, &QLineEdit::returnPressed, this, [this, &preference, field] {
+        if (addWord(preference, field->text()))
+            field->clear();
+    });
+    return field;
 }
 
 bool PreferencesWindow::addWord(const Preference& preference, const QString& word)

@@ -12,6 +12,7 @@ class QVBoxLayout;
 namespace Clipboard {
 
 class FormButton;
+class FormField;
 class Preferences;
 
 /// Everything that the user can choose, made from the table of preferences. What is chosen holds at once.
@@ -62,6 +63,7 @@ private:
     void openSeenApplications(FormButton* button);
     void chooseChip(const Preference& preference, const QString& choice, bool isOn);
     bool choose(const Preference& preference, const QStringList& values);
+    [[nodiscard]] FormField* patternField(const Preference& preference, QWidget* parent);
     bool addWord(const Preference& preference, const QString& word);
     [[nodiscard]] QStringList shownWords(const Preference& preference) const;
     /// What brings a control in line with its preference.

@@ -27,6 +27,7 @@ void WordList::setWords(const QStringList& words, const QStringList& shown)
         row->widget()->deleteLater(); // one of them may have brought us here
         delete row;
     }
+    QWidget* before = lastControlBefore();
     for (qsizetype i = 0; i < words.size(); ++i) {
         auto* row = new QWidget(this);
         auto* line = new QHBoxLayout(row);
@@ -37,7 +38,18 @@ void WordList::setWords(const QStringList& words, const QStringList& shown)
         connect(remove, &QAbstractButton::clicked, this, [this, word = words.at(i)] { emit wordRemoved(word); });
         line->addWidget(remove);
         m_rows->addWidget(row);
+        // It was made last, and would have the focus last.
+        setTabOrder(before, remove);
+        before = remove;
     }
+}
+
+QWidget* WordList::lastControlBefore()
+{
+    QWidget* before = previousInFocusChain();
+    while (before != this && (before->focusPolicy() & Qt::TabFocus) == 0)
+        before = before->previousInFocusChain();
+    return before;
 }
 
 } // namespace Clipboard

@@ -25,6 +25,8 @@ signals:
     void wordRemoved(const QString& word);
 
 private:
+    [[nodiscard]] QWidget* lastControlBefore();
+
     QVBoxLayout* m_rows;
     QStringList m_words;
     QStringList m_shown;

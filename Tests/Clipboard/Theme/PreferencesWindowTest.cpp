@@ -72,6 +72,15 @@ void PreferencesWindowTest::looksLikeTheDesign()
     named<FormButton>(u"Newest copy"_s)->setFocus(Qt::TabFocusReason);
     for (const qreal ratio : {1.0, 2.0})
         expectPicture(u"preferences, %1x"_s.arg(ratio), *m_window, ratio);
+    QPoint last;
+    auto* control = m_window->findChild<ChordButton*>()->nextInFocusChain();
+    for (; control != m_window.get(); control = control->nextInFocusChain()) {
+        if ((control->focusPolicy() & Qt::TabFocus) == 0 || !control->isVisible())
+            continue;
+        const QPoint place = control->mapTo(m_window.get(), control->rect().center());
+        QVERIFY2(place.y() > last.y() + 9 || place.x() > last.x(), qPrintable(control->accessibleName()));
+        last = place;
+    }
 }
 
 void PreferencesWindowTest::choosesByKeyboard()
