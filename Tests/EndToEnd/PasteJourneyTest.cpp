@@ -22,6 +22,7 @@ public:
 private slots:
     void pastesIntoATerminal();
     void pastesIntoAnEditor();
+    void pastesByTheLayoutInForce();
     void closesAndGivesTheFocusBack();
     void staysOpenUnderAPassingPointer();
     void keepsTheBytesOfAFilesName();
@@ -69,6 +70,31 @@ void PasteJourneyTest::pastesIntoAnEditor()
     QVERIFY(libraries.open(QFile::ReadOnly));
     const QByteArray loaded = libraries.readAll();
     QVERIFY(loaded.contains("/libQt6Widgets") && !loaded.contains("_dri.so")); // nothing that drives graphics cards
+}
+
+void PasteJourneyTest::pastesByTheLayoutInForce()
+{
+    if (!isOnKwin())
+        QSKIP("only Plasma has keys pressed on the user's own keyboard");
+    writeFile(u".config/kxkbrc"_s, "[Layout]\nUse=true\nLayoutList=us,us\nVariantList=,dvorak\n");
+    session().run(u"dbus-send"_s, {u"--type=signal"_s, u"/Layouts"_s, u"org.kde.keyboard.reloadConfig"_s});
+    const auto choose = [this](const QString& layout) {
+        const QString call =
+            u"--print-reply --dest=org.kde.keyboard /Layouts org.kde.KeyboardLayouts.setLayout uint32:%1"_s;
+        expect("the layout " + layout.toLatin1(), [&] {
+            return session().run(u"dbus-send"_s, call.arg(layout).split(u' ')).output.contains("boolean true");
+        });
+    };
+    const QString document = openDocument(u"letter.txt"_s);
+    choose(u"1"_s);
+    QCOMPARE(session().run(tessaly().program(), {u"toggle"_s}).exitCode, 0); // its key is another one now
+    expectPanel();
+    press("Return");
+    expectNotice("Pasted “gamma”");
+    expectFront("*");
+    choose(u"0"_s);
+    press("ctrl+s");
+    expectFile(document, "gamma");
 }
 
 void PasteJourneyTest::closesAndGivesTheFocusBack()

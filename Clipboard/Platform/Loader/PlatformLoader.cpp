@@ -9,6 +9,7 @@
 #include "NullPasteboard.h"
 #include "NullWindowSystem.h"
 #include "NullWorkspace.h"
+#include "PlasmaLayout.h"
 #include "PlasmaToplevels.h"
 #include "PortalHotKey.h"
 #include "VirtualKeyboardSender.h"
@@ -120,7 +121,8 @@ std::unique_ptr<KeystrokeSender> waylandKeystrokes(const std::shared_ptr<Wayland
 {
     if (auto keystrokes = VirtualKeyboardSender::create(toplevels, engine))
         return keystrokes;
-    return FakeInputSender::create(toplevels, engine);
+    return FakeInputSender::create(toplevels, engine,
+                                   [layout = std::make_shared<PlasmaLayout>()] { return layout->inForce(); });
 }
 
 /// Where the compositor tells which window is active. Keys sent to an X server reach no window but those of X11.

@@ -24,9 +24,10 @@ constexpr uint32_t modifierKeys[] = {keyLeftControl, 97, keyLeftShift, 54, 56, 1
 } // namespace
 
 std::unique_ptr<FakeInputSender> FakeInputSender::create(std::shared_ptr<Wayland::Toplevels> toplevels,
-                                                         std::shared_ptr<ClipboardEngine> engine)
+                                                         std::shared_ptr<ClipboardEngine> engine, LayoutInForce layout)
 {
-    std::unique_ptr<FakeInputSender> sender(new FakeInputSender(std::move(toplevels), std::move(engine)));
+    std::unique_ptr<FakeInputSender> sender(
+        new FakeInputSender(std::move(toplevels), std::move(engine), std::move(layout)));
     if (sender->m_input == nullptr || org_kde_kwin_fake_input_get_version(sender->m_input) < protocolVersion)
         return nullptr;
     // The compositor may tell the user.
@@ -34,11 +35,13 @@ std::unique_ptr<FakeInputSender> FakeInputSender::create(std::shared_ptr<Wayland
     return sender;
 }
 
-FakeInputSender::FakeInputSender(std::shared_ptr<Wayland::Toplevels> toplevels, std::shared_ptr<ClipboardEngine> engine)
+FakeInputSender::FakeInputSender(std::shared_ptr<Wayland::Toplevels> toplevels, std::shared_ptr<ClipboardEngine> engine,
+                                 LayoutInForce layout)
     : ToplevelKeystrokeSender(std::move(toplevels), std::move(engine))
     , m_input(
           static_cast<org_kde_kwin_fake_input*>(connection().bind(org_kde_kwin_fake_input_interface, protocolVersion)))
     , m_places(connection())
+    , m_layout(std::move(layout))
 {
 }
 
@@ -61,7 +64,7 @@ bool FakeInputSender::type(PasteChord chord)
         keys.push_back(keyLeftControl);
     if (chord != PasteChord::ControlV)
         keys.push_back(keyLeftShift);
-    keys.push_back(chord == PasteChord::ShiftInsert ? keyInsert : m_places.placeOf('v', keyV));
+    keys.push_back(chord == PasteChord::ShiftInsert ? keyInsert : m_places.placeOf('v', m_layout(), keyV));
 
     for (const uint32_t key : modifierKeys)
         send(key, WL_KEYBOARD_KEY_STATE_RELEASED);

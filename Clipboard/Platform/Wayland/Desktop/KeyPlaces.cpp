@@ -5,6 +5,8 @@
 
 #include <xkbcommon/xkbcommon.h>
 
+#include <algorithm>
+
 namespace Clipboard::Wayland {
 
 namespace {
@@ -74,19 +76,28 @@ void KeyPlaces::keymapCame(int file, uint32_t size)
     ::munmap(text, size);
 }
 
-uint32_t KeyPlaces::placeOf(char letter, uint32_t usual) const
+std::optional<uint32_t> KeyPlaces::placeIn(uint32_t layout, char letter) const
+{
+    const xkb_keysym_t wanted = xkb_utf32_to_keysym(static_cast<unsigned char>(letter));
+    const xkb_keycode_t end = xkb_keymap_max_keycode(m_keymap.get());
+    for (xkb_keycode_t key = std::max(xkb_keymap_min_keycode(m_keymap.get()), firstKernelKey); key <= end; ++key) {
+        const xkb_keysym_t* symbols = nullptr;
+        if (xkb_keymap_key_get_syms_by_level(m_keymap.get(), key, layout, 0, &symbols) == 1 && *symbols == wanted)
+            return key - firstKernelKey;
+    }
+    return {};
+}
+
+uint32_t KeyPlaces::placeOf(char letter, uint32_t layoutInForce, uint32_t usual) const
 {
     if (!m_keymap)
         return usual;
-    const xkb_keysym_t wanted = xkb_utf32_to_keysym(static_cast<unsigned char>(letter));
-    const xkb_keycode_t end = xkb_keymap_max_keycode(m_keymap.get());
-    for (xkb_layout_index_t layout = 0; layout < xkb_keymap_num_layouts(m_keymap.get()); ++layout) {
-        for (xkb_keycode_t key = xkb_keymap_min_keycode(m_keymap.get()); key <= end; ++key) {
-            const xkb_keysym_t* symbols = nullptr;
-            if (xkb_keymap_key_get_syms_by_level(m_keymap.get(), key, layout, 0, &symbols) == 1 && *symbols == wanted &&
-                key >= firstKernelKey)
-                return key - firstKernelKey;
-        }
+    const xkb_layout_index_t layouts = xkb_keymap_num_layouts(m_keymap.get());
+    if (const auto place = layoutInForce < layouts ? placeIn(layoutInForce, letter) : std::nullopt)
+        return *place;
+    for (xkb_layout_index_t layout = 0; layout < layouts; ++layout) {
+        if (const auto place = placeIn(layout, letter))
+            return *place;
     }
     return usual;
 }

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 struct wl_keyboard;
 struct wl_seat;
@@ -21,14 +22,15 @@ public:
     KeyPlaces(const KeyPlaces&) = delete;
     KeyPlaces& operator=(const KeyPlaces&) = delete;
 
-    /// The key that types the letter, as the kernel numbers keys (input-event-codes.h): by the first layout that has
-    /// it, for which one is in force only the window with the keyboard is told. `usual` while nothing is known, or when
-    /// no layout has the letter.
-    [[nodiscard]] uint32_t placeOf(char letter, uint32_t usual) const;
+    /// The key that types the letter, as the kernel numbers keys (input-event-codes.h): by the layout in force or, when
+    /// that lacks the letter, by the first one that has it, as programs look for the key of a shortcut. `usual` while
+    /// nothing is known, or when no layout has the letter.
+    [[nodiscard]] uint32_t placeOf(char letter, uint32_t layoutInForce, uint32_t usual) const;
 
 private:
     void keyboardCame();
     void keymapCame(int file, uint32_t size);
+    [[nodiscard]] std::optional<uint32_t> placeIn(uint32_t layout, char letter) const;
 
     wl_seat* m_seat = nullptr;
     wl_keyboard* m_keyboard = nullptr;
