@@ -1,5 +1,6 @@
 #include "Painting.h"
 
+#include "SmallShapes.h"
 #include "Theme.h"
 
 #include <QFontMetricsF>
@@ -9,6 +10,8 @@ namespace Clipboard::Painting {
 
 void innerLine(QPainter& painter, const QRectF& rect, qreal radius, const QColor& line)
 {
+    if (SmallShapes::paint(painter, rect, radius, line, SmallShapes::Part::line))
+        return;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(line, 1));
@@ -19,12 +22,14 @@ void innerLine(QPainter& painter, const QRectF& rect, qreal radius, const QColor
 
 void roundedFill(QPainter& painter, const QRectF& rect, qreal radius, const QColor& fill, const QColor& line)
 {
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(fill);
-    painter.drawRoundedRect(rect, radius, radius);
-    painter.restore();
+    if (!SmallShapes::paint(painter, rect, radius, fill, SmallShapes::Part::inside)) {
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(fill);
+        painter.drawRoundedRect(rect, radius, radius);
+        painter.restore();
+    }
     if (line.isValid())
         innerLine(painter, rect, radius, line);
 }

@@ -22,13 +22,21 @@ namespace {
 // The panel with every state of its controls needs about 60; each is a few kilobytes.
 constexpr int cachedIcons = 160;
 
-QString cacheKey(const TintedIcon& icon, int devicePixels)
+/// What an icon's pixels depend on. Each frame asks for some forty: a number compares sooner than a text is written.
+struct Key
 {
-    return u"%1 %2 %3 %4 %5"_s.arg(icon.name)
-        .arg(devicePixels)
-        .arg(icon.color.rgba())
-        .arg(icon.stroke)
-        .arg(icon.ground.rgba());
+    QByteArray name;
+    int devicePixels;
+    QRgb color;
+    qreal stroke;
+    QRgb ground;
+
+    bool operator==(const Key&) const = default;
+};
+
+size_t qHash(const Key& key, size_t seed)
+{
+    return qHashMulti(seed, key.name, key.devicePixels, key.color, key.stroke, key.ground);
 }
 
 QPixmap render(const TintedIcon& icon, int devicePixels)
@@ -53,13 +61,15 @@ QPixmap render(const TintedIcon& icon, int devicePixels)
 
 QPixmap tintedPixmap(const TintedIcon& icon, qreal devicePixelRatio)
 {
-    static QCache<QString, QPixmap> cache(cachedIcons);
+    static QCache<Key, QPixmap> cache(cachedIcons);
     const int devicePixels = qRound(icon.size * devicePixelRatio);
-    const QString key = cacheKey(icon, devicePixels);
+    Key key{QByteArray::fromRawData(icon.name.data(), icon.name.size()), devicePixels, icon.color.rgba(), icon.stroke,
+            icon.ground.rgba()};
     if (const QPixmap* cached = cache.object(key))
         return *cached;
     QPixmap pixmap = render(icon, devicePixels);
     pixmap.setDevicePixelRatio(devicePixelRatio);
+    key.name.detach();                      // not every name outlives its entry
     cache.insert(key, new QPixmap(pixmap)); // the cache owns it
     return pixmap;
 }

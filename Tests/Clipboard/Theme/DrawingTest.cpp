@@ -2,7 +2,9 @@
 #include "HoverTip.h"
 #include "OverlayScrollBar.h"
 #include "Painting.h"
+#include "SmallShapes.h"
 #include "Theme.h"
+#include "TintedIcon.h"
 
 #include <QPainter>
 #include <QScrollBar>
@@ -22,6 +24,8 @@ private slots:
     void paletteIsReadable();
     void textReadsInItsOwnDirection();
     void codeHasNoLigatures();
+    void keepsShapesToTheLastBit();
+    void keepsIconsBeyondTheirNames();
     void tipStandsBesideItsControl();
     void scrollBarShowsOnlyWhenThereIsMore();
 };
@@ -93,6 +97,47 @@ void DrawingTest::codeHasNoLigatures()
     };
     QCOMPARE(glyphs(u"->"_s), glyphs(u"-"_s) + glyphs(u">"_s));
     QCOMPARE(glyphs(u"e\u0301"_s), glyphs(u"é"_s)); // but what belongs together is put together
+}
+
+void DrawingTest::keepsShapesToTheLastBit()
+{
+    const auto drawn = [](qreal ratio, const QRectF& rect, qreal radius, const QColor& color, bool isKept) {
+        QImage image(QSize(120, 60) * ratio, QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(ratio);
+        image.fill(Theme::rowSel);
+        QPainter painter(&image);
+        if (isKept && SmallShapes::paint(painter, rect, radius, color, SmallShapes::Part::inside) &&
+            SmallShapes::paint(painter, rect, radius, color, SmallShapes::Part::line))
+            return image;
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(color);
+        painter.drawRoundedRect(rect, radius, radius);
+        painter.setPen(color);
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRoundedRect(rect.adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5, radius - 0.5);
+        return isKept ? QImage() : image;
+    };
+    for (const qreal ratio : {1.5, 2.0}) {
+        for (const QColor& color : {QColor(Theme::accent), QColor(255, 90, 7, 31)}) {
+            for (const QRectF& rect : {QRectF(8, 8, 28, 28), QRectF(40, 20, 74, 26)}) {
+                for (int i = 0; i < 2; ++i) // made, then kept
+                    QCOMPARE(drawn(ratio, rect, 7, color, true), drawn(ratio, rect, 7, color, false));
+            }
+            QVERIFY(drawn(ratio, {8.2, 8, 28, 28}, 7, color, true).isNull()); // not on whole pixels
+        }
+    }
+}
+
+void DrawingTest::keepsIconsBeyondTheirNames()
+{
+    QByteArray name = "pin";
+    const auto icon = [&name](int size) { return TintedIcon{QLatin1String(name), size}; };
+    const QImage first = tintedPixmap(icon(16), 1).toImage();
+    name[1] = 'e';
+    for (int size = 1; size < 200; ++size) // more than are kept
+        QVERIFY(size == 16 || tintedPixmap(icon(size), 1).isNull());
+    QVERIFY(tintedPixmap(icon(16), 1).isNull() && !first.isNull());
 }
 
 void DrawingTest::tipStandsBesideItsControl()
