@@ -23,10 +23,16 @@ struct Face
 
 // From the first combining mark on: what comes before are letters and signs that each stand alone.
 constexpr char16_t firstShaped = 0x0300;
+// Dashes, quotation marks, and the ellipsis of a text that was cut, do as well.
+constexpr char16_t firstPunctuation = 0x2010;
+constexpr char16_t lastPunctuation = 0x2027;
 
 bool wantsShaping(QStringView text)
 {
-    return std::ranges::any_of(text, [](QChar character) { return character.unicode() >= firstShaped; });
+    return std::ranges::any_of(text, [](QChar character) {
+        const char16_t code = character.unicode();
+        return code >= firstShaped && (code < firstPunctuation || code > lastPunctuation);
+    });
 }
 
 Face makeFace(const Style& style)

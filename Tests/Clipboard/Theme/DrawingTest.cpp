@@ -96,7 +96,8 @@ void DrawingTest::codeHasNoLigatures()
         return layout.glyphRuns().constFirst().glyphIndexes();
     };
     QCOMPARE(glyphs(u"->"_s), glyphs(u"-"_s) + glyphs(u">"_s));
-    QCOMPARE(glyphs(u"e\u0301"_s), glyphs(u"é"_s)); // but what belongs together is put together
+    QCOMPARE(glyphs(u"->…"_s).first(2), glyphs(u"->"_s)); // which was cut
+    QCOMPARE(glyphs(u"e\u0301"_s), glyphs(u"é"_s));       // but what belongs together is put together
 }
 
 void DrawingTest::keepsShapesToTheLastBit()
