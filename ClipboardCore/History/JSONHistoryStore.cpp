@@ -159,9 +159,8 @@ QList<ClipItem> JSONHistoryStore::setCap(qsizetype cap)
     return d->enforceCap({});
 }
 
-QList<ClipItem> JSONHistoryStore::evictOlderThan(double seconds)
+QList<ClipItem> JSONHistoryStore::evictBefore(double oldest)
 {
-    const double oldest = currentTime() - seconds;
     QList<ClipItem> removed;
     for (qsizetype last = d->entries.oldestUnpinned(); last >= 0 && items().at(last).createdAt < oldest;
          last = d->entries.oldestUnpinned())

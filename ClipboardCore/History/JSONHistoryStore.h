@@ -52,8 +52,8 @@ public:
     [[nodiscard]] QList<ClipItem> restore(const QList<ClipItem>& items);
     /// Another cap, enforced at once. Returns the entries that it evicted.
     [[nodiscard]] QList<ClipItem> setCap(qsizetype cap);
-    /// Evicts the entries that are older than so many seconds and not pinned, and returns them.
-    [[nodiscard]] QList<ClipItem> evictOlderThan(double seconds);
+    /// Evicts the entries of before that time, in the unit of ClipItem::createdAt, that are not pinned; returns them.
+    [[nodiscard]] QList<ClipItem> evictBefore(double oldest);
     void togglePin(const QUuid& id);
     [[nodiscard]] std::optional<ClipItem> remove(const QUuid& id);
     /// Returns what it removed.
