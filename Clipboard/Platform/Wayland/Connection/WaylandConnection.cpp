@@ -40,16 +40,30 @@ WaylandConnection::~WaylandConnection()
 void WaylandConnection::globalCame(void* self, wl_registry* /*registry*/, uint32_t name, const char* interface,
                                    uint32_t version)
 {
-    // Of several seats or outputs the first.
-    static_cast<WaylandConnection*>(self)->m_globals.insert({interface, {name, version}});
+    auto* connection = static_cast<WaylandConnection*>(self);
+    const auto global = connection->m_globals.insert({interface, {name, version}});
+    const auto wish = connection->m_wishes.find(interface);
+    if (wish != connection->m_wishes.end())
+        wish->second.came(connection->bind(global->second, *wish->second.interface, wish->second.version));
+}
+
+void* WaylandConnection::bind(const Global& global, const wl_interface& interface, uint32_t version) const
+{
+    return wl_registry_bind(m_registry, global.name, &interface, std::min(version, global.version));
 }
 
 void* WaylandConnection::bind(const wl_interface& interface, uint32_t version) const
 {
-    const auto found = m_globals.find(interface.name);
-    if (found == m_globals.end())
-        return nullptr;
-    return wl_registry_bind(m_registry, found->second.name, &interface, std::min(version, found->second.version));
+    const auto [first, end] = m_globals.equal_range(interface.name);
+    return first == end ? nullptr : bind(first->second, interface, version);
+}
+
+void WaylandConnection::bindEach(const wl_interface& interface, uint32_t version, std::function<void(void*)> came)
+{
+    const Wish& wish = m_wishes[interface.name] = {&interface, version, std::move(came)};
+    const auto [first, end] = m_globals.equal_range(interface.name);
+    for (auto global = first; global != end; ++global)
+        wish.came(bind(global->second, interface, version));
 }
 
 void WaylandConnection::whenDone(std::function<void()> done)

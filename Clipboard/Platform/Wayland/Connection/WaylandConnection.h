@@ -37,6 +37,10 @@ public:
     /// that it has; null when it does not offer it. The interface must live as long as the object.
     [[nodiscard]] void* bind(const wl_interface& interface, uint32_t version) const;
 
+    /// Calls `came` with such an object for each that is offered under the interface's name, now and later. One call
+    /// for an interface.
+    void bindEach(const wl_interface& interface, uint32_t version, std::function<void(void*)> came);
+
     /// Calls `done` when the compositor has done all that was asked before.
     void whenDone(std::function<void()> done);
     /// Waits until the compositor has done all that was asked before, and handles what it says. False when it does not
@@ -59,15 +63,23 @@ private:
         uint32_t name = 0;
         uint32_t version = 0;
     };
+    struct Wish
+    {
+        const wl_interface* interface = nullptr;
+        uint32_t version = 0;
+        std::function<void(void*)> came;
+    };
 
     explicit WaylandConnection(wl_display* display);
     static void globalCame(void* self, wl_registry* registry, uint32_t name, const char* interface, uint32_t version);
     static void answered(void* self, wl_callback* callback, uint32_t serial);
+    [[nodiscard]] void* bind(const Global& global, const wl_interface& interface, uint32_t version) const;
     void flush();
 
     wl_display* m_display;
     wl_registry* m_registry;
-    std::map<QByteArray, Global> m_globals;
+    std::multimap<QByteArray, Global> m_globals; // several seats or outputs in the order in which they came
+    std::map<QByteArray, Wish> m_wishes;
     std::deque<Question> m_questions; // answered in this order
     bool m_isBlocked = false;         // the compositor does not take what we send at the moment
 };

@@ -45,6 +45,7 @@ bool ForeignToplevels::bind()
     m_seat = static_cast<wl_seat*>(connection().bind(wl_seat_interface, 1));
     if (m_manager == nullptr)
         return false;
+    m_outputs.emplace(connection());
     static constexpr zwlr_foreign_toplevel_manager_v1_listener listener{
         [](void* self, Manager*, Handle* handle) { static_cast<ForeignToplevels*>(self)->add(handle); },
         [](void*, Manager*) {},
@@ -62,8 +63,12 @@ void ForeignToplevels::add(Handle* handle)
         [](void* self, Handle* of, const char* application) {
             static_cast<ForeignToplevels*>(self)->setApplication(of, QString::fromUtf8(application));
         },
-        [](void*, Handle*, wl_output*) {},
-        [](void*, Handle*, wl_output*) {},
+        [](void* self, Handle* of, wl_output* output) {
+            static_cast<ForeignToplevels*>(self)->m_states[of].outputs.push_back(output);
+        },
+        [](void* self, Handle* of, wl_output* output) {
+            std::erase(static_cast<ForeignToplevels*>(self)->m_states[of].outputs, output);
+        },
         [](void* self, Handle* of, wl_array* states) {
             static_cast<ForeignToplevels*>(self)->m_states[of].willBeActive = isActivated(states);
         },
@@ -78,6 +83,14 @@ void ForeignToplevels::add(Handle* handle)
 void ForeignToplevels::apply(Handle* handle)
 {
     setActive(handle, m_states[handle].willBeActive);
+}
+
+QString ForeignToplevels::outputOf(Window window) const
+{
+    const auto isIt = [window](const auto& entry) { return entry.first == window; };
+    const auto found = std::ranges::find_if(m_states, isIt);
+    const bool isAnywhere = found != m_states.end() && !found->second.outputs.empty();
+    return isAnywhere ? m_outputs->of(found->second.outputs.front()) : QString();
 }
 
 bool ForeignToplevels::activateOurs(const QString& title)

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "OutputNames.h"
 #include "Toplevels.h"
 
 #include <map>
 #include <memory>
+#include <optional>
+#include <vector>
 
 struct wl_seat;
 struct zwlr_foreign_toplevel_handle_v1;
@@ -25,7 +28,8 @@ private:
     struct State
     {
         QString title;
-        bool willBeActive = false; // as of the next "done"
+        std::vector<wl_output*> outputs; // that it is on, in the order in which it came there
+        bool willBeActive = false;       // as of the next "done"
     };
 
     using Handle = zwlr_foreign_toplevel_handle_v1;
@@ -35,9 +39,11 @@ private:
     void add(Handle* handle);
     void apply(Handle* handle);
     void end(Handle* handle);
+    [[nodiscard]] QString outputOf(Window window) const override;
 
     zwlr_foreign_toplevel_manager_v1* m_manager = nullptr;
     wl_seat* m_seat = nullptr;
+    std::optional<OutputNames> m_outputs;
     std::map<Handle*, State> m_states;
 };
 

@@ -78,6 +78,12 @@ std::optional<QString> Toplevels::frontApplication() const
     return isKnown ? std::optional(front->second) : std::nullopt;
 }
 
+QString Toplevels::workOutput() const
+{
+    const Window window = m_active == nullptr && m_isCovered ? m_front : m_active;
+    return window == nullptr ? QString() : outputOf(window);
+}
+
 bool Toplevels::isFrontBack() const
 {
     return m_front != nullptr && m_active == m_front;

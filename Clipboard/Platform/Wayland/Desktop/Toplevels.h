@@ -25,6 +25,9 @@ public:
     /// The application id of the active window or, while one of ours is active, of the one before it. Nothing when no
     /// window is active.
     [[nodiscard]] std::optional<QString> frontApplication() const;
+    /// The name of the output that the active window is on or, while one of ours covers it, was. Empty when no window
+    /// is active, or nobody tells.
+    [[nodiscard]] QString workOutput() const;
     /// True when the window is active again over which ours was shown last, or nothing was shown over the active one.
     [[nodiscard]] bool isFrontBack() const;
     /// While a surface of ours that is no window has the keyboard, no window is active.
@@ -49,6 +52,7 @@ protected:
     void remove(Window window);
     /// Whether there is a window of which nothing is known yet but that it is there.
     [[nodiscard]] virtual bool isAsking() const { return false; }
+    [[nodiscard]] virtual QString outputOf(Window /*window*/) const { return {}; }
 
     [[nodiscard]] bool isOurs(Window window) const;
 

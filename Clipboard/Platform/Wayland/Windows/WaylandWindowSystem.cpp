@@ -8,6 +8,7 @@
 #include <qpa/qwindowsysteminterface.h>
 #include <wayland-client-core.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace Clipboard {
@@ -117,6 +118,15 @@ void WaylandWindowSystem::sparePanel()
 {
     for (const auto& catcher : m_catchers)
         catcher->spare(m_panel->frameIn(catcher->extent()));
+}
+
+QScreen* WaylandWindowSystem::workScreen() const
+{
+    m_toplevels->catchUp();
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    const QString name = m_toplevels->workOutput();
+    const auto found = std::ranges::find_if(screens, [&name](const QScreen* screen) { return screen->name() == name; });
+    return name.isEmpty() || found == screens.end() ? nullptr : *found;
 }
 
 void WaylandWindowSystem::setShadow(QWindow* window, const QMargins& shadow)

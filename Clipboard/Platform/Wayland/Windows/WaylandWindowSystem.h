@@ -37,8 +37,9 @@ public:
     void rememberFrontWindow() override {}
     void activate(QWindow* window) override;
     void restoreFrontWindow() override {}
-    /// The compositor knows, and puts there what has no screen of its own.
-    [[nodiscard]] QScreen* workScreen() const override { return nullptr; }
+    /// That of the active window. Without one the compositor alone knows; it is the compositor, too, that puts there
+    /// what has no screen of its own.
+    [[nodiscard]] QScreen* workScreen() const override;
     /// A program hears of the pointer only while it is over one of its windows.
     [[nodiscard]] std::optional<QPoint> pointer() const override { return {}; }
     [[nodiscard]] bool isCompositing() const override { return true; }
