@@ -95,7 +95,7 @@ endfunction()
 
 # The selection engine; the store with its queue and index; the pictures and what else runs off the main thread.
 string(JOIN "|" TESSALY_THREADED
-    EngineTest SelectionEngine SelectionReader SelectionOwner X11Pasteboard PasteboardWatcher
+    EngineTest DataControlEngine SelectionEngine SelectionReader SelectionOwner X11Pasteboard PasteboardWatcher
     HistoryCoding HistoryDisk HistorySaver JSONHistoryStore SearchIndex SerialQueue
     FileKinds IconCache ImageBlobs NumberedCopy OffMainThread PictureTranscoder ThumbFiles Thumbs)
 

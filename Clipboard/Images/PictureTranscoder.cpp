@@ -55,6 +55,9 @@ int filterFor(const spng_ihdr& header, int level)
 // Chunks other than pixels are palettes and colour profiles; a profile of a few megabytes is already exotic.
 constexpr size_t maxChunkBytes = size_t{16} * 1024 * 1024;
 constexpr uint32_t maxSide = 0x7fffffff; // what the format allows
+// The codec holds four rows or so on either side: a picture that is one row of the most that may be decoded would take
+// two gigabytes. This is a hundred times a screen's row, and that of no picture.
+constexpr size_t maxRowBytes = size_t{16} * 1024 * 1024;
 
 struct ContextDeleter
 {
@@ -214,9 +217,11 @@ std::optional<QByteArray> fromPNG(const QByteArray& picture, const Effort& effor
         size > static_cast<size_t>(PictureReading::maxDecodedBytes))
         return std::nullopt;
 
+    const size_t stride = size / header.height;
+    if (stride > maxRowBytes)
+        return std::nullopt;
     Encoder encoder(header, effort);
     copyPresentation(decoder.get(), encoder.context());
-    const size_t stride = size / header.height;
     if (!encoder.begin())
         return std::nullopt;
     if (const auto pixels = pixelsToKeep(picture, header, size))

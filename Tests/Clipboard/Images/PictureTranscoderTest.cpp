@@ -213,6 +213,7 @@ void PictureTranscoderTest::refuses()
         tiffByHand(8000, 8000), // nearly all of it is missing
         tiffByHand(0, 9),
         png.first(41), // nothing behind the header
+        PictureTranscoder::toPNG(QImage(17'000'000, 1, QImage::Format_Grayscale8)).value_or(png),
     };
     for (const QByteArray& picture : pictures)
         QCOMPARE(PictureTranscoder::toPNG(picture), std::nullopt);
