@@ -90,13 +90,13 @@ bool SmallShapes::paint(QPainter& painter, const QRectF& rect, qreal radius, con
         return false;
     static QCache<Shape, QPixmap> cache(cachedBytes);
     const Shape shape{*pixels, painter.device()->devicePixelRatio(), radius, color.rgba(), part};
-    const QPixmap* cached = cache.object(shape);
-    if (cached == nullptr) {
-        auto* pixmap = new QPixmap(made(shape));
-        cache.insert(shape, pixmap, bytesOf(*pixels)); // the cache owns it
-        cached = pixmap;
+    if (const QPixmap* cached = cache.object(shape)) {
+        painter.drawPixmap(rect.topLeft(), *cached);
+        return true;
     }
-    painter.drawPixmap(rect.topLeft(), *cached);
+    const QPixmap pixmap = made(shape);
+    painter.drawPixmap(rect.topLeft(), pixmap);
+    cache.insert(shape, new QPixmap(pixmap), bytesOf(*pixels)); // the cache owns it
     return true;
 }
 
