@@ -28,6 +28,8 @@ void CaptureJourneyTest::recordsWhatIsCopied()
     copy("caf\xc3\xa9");
     copy("copy\nfile:///a%20b.txt\nfile:///c", u"x-special/gnome-copied-files"_s);
     expectHistory({u"/a b.txt"_s, u"caf\u00e9"_s, u"  two\nlines \u00e9\n"_s});
+    QFile furtherFiles(tessaly().dataFolder() + u"/history.files"_s);
+    QVERIFY(furtherFiles.open(QFile::ReadOnly) && furtherFiles.readAll().endsWith(":1}"));
     copy(session().run(u"convert"_s, {u"-size"_s, u"30x20"_s, u"xc:#336699"_s, u"tiff:-"_s}).output, u"image/tiff"_s);
     expectEntries(4);
     QVERIFY(newest().content.startsWith(tessaly().dataFolder() + u"/images/"_s));
