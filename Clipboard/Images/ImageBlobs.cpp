@@ -9,6 +9,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSet>
 #include <QThreadPool>
 
@@ -127,7 +128,9 @@ void ImageBlobs::release(const QList<ClipItem>& items)
         if (item.type != ClipType::image)
             continue;
         const QString picture = item.content.toString();
-        QFile::remove(picture);
+        if (const QFileInfo file(picture);
+            file.isFile() || file.isSymLink()) // a history may name a device of the system
+            QFile::remove(picture);
         ThumbFiles::remove(picture);
     }
 }

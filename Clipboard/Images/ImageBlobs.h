@@ -30,7 +30,7 @@ namespace Clipboard::ImageBlobs {
 [[nodiscard]] QString filename(const QByteArray& png);
 
 /// Deletes the files of the picture entries among `items`, and their small copies. Entries of other types are left
-/// alone.
+/// alone, and so is what is no file: a device or a pipe.
 void release(const QList<ClipboardCore::ClipItem>& items);
 
 /// Deletes, on the pool, the PNG files in `dir` that no entry refers to, and the small copies of such. Files younger

@@ -96,10 +96,13 @@ void ImageBlobsTest::releasesPicturesOnly()
     const QString file = m_folder.filePath(u"b.png"_s);
     makeFile(picture, 0);
     makeFile(file, 0);
-    ImageBlobs::release({item(ClipType::image, picture), item(ClipType::file, file),
+    const QString pipe = m_folder.filePath(u"c.png"_s); // stands for any device
+    QCOMPARE(::mkfifo(qPrintable(pipe), S_IRUSR), 0);
+    ImageBlobs::release({item(ClipType::image, picture), item(ClipType::file, file), item(ClipType::image, pipe),
                          item(ClipType::image, u"/nowhere.png"_s), item(ClipType::text, file)});
     QVERIFY(!QFile::exists(picture));
     QVERIFY(QFile::exists(file));
+    QVERIFY(QFile::exists(pipe));
 }
 
 void ImageBlobsTest::sweepsOldOrphansOnly()
