@@ -38,8 +38,10 @@ QByteArray valueIn(const QVariant& argument)
     Path session;
     QByteArray parameters;
     QByteArray value;
+    QString contentType;
     secret.beginStructure();
-    secret >> session >> parameters >> value;
+    secret >> session >> parameters >> value >> contentType;
+    secret.endStructure();
     return value;
 }
 
