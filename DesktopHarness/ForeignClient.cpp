@@ -1,5 +1,6 @@
 #include "ForeignClient.h"
 
+#include "ClosedPipes.h"
 #include "VirtualSession.h"
 #include "Xcb.h"
 
@@ -137,6 +138,7 @@ QByteArrayList ForeignClient::answered() const
 
 void ForeignClient::run()
 {
+    surviveClosedPipes(); // it may die while it hands out a piece
     while (const Xcb::Pointer<xcb_generic_event_t> event{xcb_wait_for_event(m_connection)})
         handle(*event);
     const std::scoped_lock lock(m_mutex);

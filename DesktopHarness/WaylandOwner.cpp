@@ -1,11 +1,11 @@
 #include "WaylandOwner.h"
 
+#include "ClosedPipes.h"
 #include "WaylandClient.h"
 
 #include <ext-data-control-v1-client-protocol.h>
 
 #include <algorithm>
-#include <csignal>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
@@ -161,10 +161,7 @@ QByteArrayList WaylandOwner::answered() const
 /// Until it is told to end, or a manner of answering is to die.
 void WaylandOwner::run()
 {
-    sigset_t closedPipe;
-    sigemptyset(&closedPipe);
-    sigaddset(&closedPipe, SIGPIPE);
-    pthread_sigmask(SIG_BLOCK, &closedPipe, nullptr);
+    surviveClosedPipes();
     wl_display* display = m_objects->client.display();
     while (!m_isOver && wl_display_get_error(display) == 0) {
         while (wl_display_prepare_read(display) != 0)
