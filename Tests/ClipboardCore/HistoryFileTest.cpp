@@ -263,6 +263,7 @@ void HistoryFileTest::survivesAFullDisk()
     const QByteArray disk = QFile::encodeName(m_folder.folder());
     if (mount("tmpfs", disk.constData(), "tmpfs", 0, "size=600k") != 0)
         QSKIP("no file system can be mounted here");
+    constexpr int patience = 30'000; // ms: what failed is tried again at growing intervals
     const auto unmount = qScopeGuard([&disk] { umount2(disk.constData(), MNT_DETACH); });
     JSONHistoryStore store(path(), 500, 0);
     QVERIFY(store.add(entry(QString(50'000, u'a'), 1)).isEmpty());
@@ -275,14 +276,14 @@ void HistoryFileTest::survivesAFullDisk()
     store.saveAsync();
     QVERIFY(store.add(entry(u"small enough for the journal"_s, 3)).isEmpty());
     store.saveAsync();
-    QTRY_COMPARE(saved().size(), 2);
+    QTRY_COMPARE_WITH_TIMEOUT(saved().size(), 2, patience);
     QCOMPARE(contentOf(path()), old);
 
     QVERIFY(QDir(m_folder.folder()).mkdir(u"history.json.tmp"_s)); // so only the journal can take what is missing
     QVERIFY(QFile::remove(m_folder.file(u"other"_s)));
     store.togglePin(store.items()[0].id);
     store.saveAsync();
-    QTRY_COMPARE(saved(), store.items());
+    QTRY_COMPARE_WITH_TIMEOUT(saved(), store.items(), patience);
     QCOMPARE(contentOf(path()), old);
 }
 
