@@ -125,7 +125,7 @@ void Soak::step()
 void Soak::copySomething()
 {
     const QString number = QString::number(m_copies);
-    const quint32 kind = m_random.bounded(100);
+    const quint32 kind = m_random.bounded(100U);
     if (kind < 45) {
         copyText(u"text"_s, u"entry number %1 of a long life"_s.arg(number));
     } else if (kind < 60) {

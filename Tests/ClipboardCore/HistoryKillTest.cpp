@@ -32,7 +32,7 @@ int copyForEver(const QString& path)
     const auto store = openHistory(path, 500, 0.02);
     QRandomGenerator random(static_cast<quint32>(getpid()));
     for (int number = 0;; ++number) {
-        const quint32 size = random.bounded(20) == 0 ? 600'000 : random.bounded(20'000);
+        const quint32 size = random.bounded(20) == 0 ? 600'000U : random.bounded(20'000U);
         const QString content = u"%1 %2 "_s.arg(getpid()).arg(number) + QString(qsizetype(size), u'x');
         static_cast<void>(store->add(entry(content, store->timeOfNewEntry())));
         store->saveAsync();

@@ -206,7 +206,7 @@ void LifeJourneyTest::contentStaysInTheHistory()
 
     opensItsFilesToAll(); // as those of a system that was restored from somewhere
     startTessaly();
-    const auto isPrivate = [this](const QString& path) {
+    const auto isPrivate = [](const QString& path) {
         return (QFile::permissions(path) & QFile::Permissions(0x77)) == QFile::Permissions();
     };
     expect("files for the user alone", [&] {
