@@ -99,8 +99,13 @@ void X11Workspace::keepWindowIcon(xcb_window_t window, const QString& bundleID)
     m_windowIcons.insert(bundleID, image.isNull() ? QIcon() : QIcon(QPixmap::fromImage(image)));
 }
 
+/// Of a copy we hear on another connection, which may be ahead of the news of the window in which it was made.
 std::optional<Workspace::Application> X11Workspace::frontmostApplication() const
 {
+    const xcb_window_t window = m_session->activeWindow();
+    const bool isNews = window != XCB_WINDOW_NONE && (window != m_window || !m_frontmost);
+    if (isNews && !m_session->isOurs(window))
+        return applicationOf(traitsOf(window));
     if (!m_frontmost)
         return {};
     DesktopEntries::Traits traits = *m_frontmost;
