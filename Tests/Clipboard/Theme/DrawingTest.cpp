@@ -121,9 +121,11 @@ void DrawingTest::keepsShapesToTheLastBit()
     };
     for (const qreal ratio : {1.5, 2.0}) {
         for (const QColor& color : {QColor(Theme::accent), QColor(255, 90, 7, 31)}) {
-            for (const QRectF& rect : {QRectF(8, 8, 28, 28), QRectF(40, 20, 74, 26)}) {
+            const std::pair<QRectF, qreal> shapes[] = {
+                {{8, 8, 28, 28}, 7}, {{40, 20, 74, 26}, 7}, {{2, 30, 90, 26}, 7}, {{40, 20, 72, 26}, 13}};
+            for (const auto& [rect, radius] : shapes) {
                 for (int i = 0; i < 2; ++i) // made, then kept
-                    QCOMPARE(drawn(ratio, rect, 7, color, true), drawn(ratio, rect, 7, color, false));
+                    QCOMPARE(drawn(ratio, rect, radius, color, true), drawn(ratio, rect, radius, color, false));
             }
             QVERIFY(drawn(ratio, {8.2, 8, 28, 28}, 7, color, true).isNull()); // not on whole pixels
         }
