@@ -34,14 +34,24 @@ private slots:
 void SerialQueueTest::runsWhenDueUnlessCancelled()
 {
     QList<int> ran;
+    QSemaphore isStarted;
+    QSemaphore mayGoOn;
     QSemaphore done;
     SerialQueue queue("test");
-    queue.async([&done] { done.release(); }, 90ms);
-    queue.async(append(ran, 3), 60ms);
-    queue.async(append(ran, 2), 30ms);
-    queue.async(append(ran, 1));
-    const auto cancelled = queue.async(append(ran, 9), 20ms);
+    // Nothing else runs before all is said: it holds the queue up. What is due by then runs in the order in which it
+    // became due.
+    queue.async([&] {
+        isStarted.release();
+        mayGoOn.acquire();
+    });
+    isStarted.acquire();
+    queue.async(append(ran, 3), -1h);
+    queue.async(append(ran, 2), -2h);
+    queue.async(append(ran, 1), -3h);
+    const auto cancelled = queue.async(append(ran, 9), -4h);
     queue.cancel(cancelled);
+    mayGoOn.release();
+    queue.async([&done] { done.release(); }, 30ms); // for which it has to wake up
     done.acquire();
     QCOMPARE(ran, QList<int>({1, 2, 3}));
     queue.cancel(cancelled); // again, and too late: nothing
@@ -61,19 +71,18 @@ void SerialQueueTest::drainWaitsForRunningAndDueTasksAlone()
 
 void SerialQueueTest::destructionWaitsForTheRunningTask()
 {
-    std::atomic<bool> isStarted = false;
+    QSemaphore isStarted;
     std::atomic<bool> isDone = false;
     QList<int> ran;
     {
         SerialQueue queue("test");
         queue.async([&] {
-            isStarted = true;
+            isStarted.release();
             std::this_thread::sleep_for(50ms);
             isDone = true;
         });
-        queue.async(append(ran, 1));
-        while (!isStarted)
-            std::this_thread::yield();
+        queue.async(append(ran, 1), 1h);
+        isStarted.acquire();
     }
     QVERIFY(isDone);
     QVERIFY(ran.isEmpty());
