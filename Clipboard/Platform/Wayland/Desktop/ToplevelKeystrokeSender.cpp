@@ -13,7 +13,8 @@ namespace Clipboard {
 
 namespace {
 
-constexpr std::chrono::milliseconds focusTimeout{500};
+// Some milliseconds on most machines, more on a busy one.
+constexpr std::chrono::milliseconds focusTimeout{2000};
 constexpr std::chrono::milliseconds focusInterval{5};
 
 } // namespace

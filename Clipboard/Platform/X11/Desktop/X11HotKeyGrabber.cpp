@@ -187,6 +187,7 @@ void X11HotKeyGrabber::checkHeldKey()
 {
     if (m_keyboard.pressedKeys().test(m_heldKey))
         return;
+    m_session->readEvents(); // its last repetitions came before that answer
     m_heldKey = 0;
     m_heldKeyCheck.stop();
 }

@@ -16,8 +16,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// A window manager gives the focus back within milliseconds. A program that does not get it in this time never will.
-constexpr auto focusTimeout = 500ms;
+// A window manager gives the focus back within milliseconds, on a busy machine later. A program that does not get it in
+// this time never will.
+constexpr auto focusTimeout = 2s;
 constexpr auto focusInterval = 5ms;
 // A program asks the server what a key stands for when it comes to the key, which tells nobody. A busy one takes this
 // long.

@@ -30,6 +30,8 @@ public:
     [[nodiscard]] xcb_keycode_t lentKey() const { return m_lentKey; }
     void setLentKey(xcb_keycode_t key) { m_lentKey = key; }
 
+    /// Tells of every event that has come so far.
+    void readEvents();
     /// The server's time now: accepted wherever the time of the user's latest action is asked for.
     [[nodiscard]] xcb_timestamp_t serverTime();
     /// The window that the window manager calls active; none without such a manager.
@@ -68,7 +70,6 @@ signals:
 private:
     explicit X11Session(std::unique_ptr<XcbConnection> connection);
 
-    void readEvents();
     [[nodiscard]] xcb_window_t parentOf(xcb_window_t window) const;
 
     std::unique_ptr<XcbConnection> m_connection;
