@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <tuple>
 #include <utility>
 
 namespace Clipboard {
@@ -152,7 +153,11 @@ void ClipboardEngine::serve()
 {
     while (!m_isStopping && m_dispatcher && m_dispatcher->isAlive()) {
         runCommands();
-        m_dispatcher->expire(Clock::now());
+        // What came in time counts, also when this thread was late to look.
+        const auto now = Clock::now();
+        if (const auto deadline = m_dispatcher->deadline(); deadline && *deadline <= now)
+            std::ignore = m_dispatcher->handleEvents();
+        m_dispatcher->expire(now);
         const bool moreIsWaiting = m_dispatcher->handleEvents();
         if (m_dispatcher->isAlive())
             sleep(moreIsWaiting);
