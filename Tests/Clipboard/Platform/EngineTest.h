@@ -25,6 +25,9 @@ class EngineTest : public SessionTest
 {
     Q_OBJECT
 protected:
+    /// How long a step may take with a client that never takes it: a fair one is to be served in that time, too.
+    static constexpr std::chrono::seconds soon{3};
+
     void startEngine(std::chrono::milliseconds stepTimeout = std::chrono::seconds(20),
                      std::chrono::milliseconds saveHold = std::chrono::seconds(20))
     {
@@ -34,7 +37,7 @@ protected:
         options.display = display();
         options.selections.reading.secretTargets = {QStringLiteral("secret/marker")};
         options.selections.reading.stepTimeout = stepTimeout;
-        options.selections.reading.formTimeout = 4 * stepTimeout;
+        options.selections.reading.formTimeout = 2 * stepTimeout;
         options.selections.writeTimeout = stepTimeout;
         options.selections.saveHold = saveHold;
         options.onChange = [this](const SelectionSnapshot& snapshot) {

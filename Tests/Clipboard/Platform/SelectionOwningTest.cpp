@@ -143,7 +143,7 @@ void SelectionOwningTest::readerFinishesAfterTheLoss()
 
 void SelectionOwningTest::lostReadersDoNoHarm()
 {
-    startEngine(200ms);
+    startEngine(soon);
     own(formsOfText(numbers(3'000'000)));
     ForeignClient mute(display()); // takes not even the announcement
     mute.begin("UTF8_STRING");

@@ -52,7 +52,7 @@ void SelectionReadingTest::reads(const char* /*name*/, const Answers& answers, c
     const bool isGivenUp = std::ranges::any_of(answers, [](const Answer& answer) {
         return QList{Manner::Mute, Manner::StallInTheMiddle, Manner::EndlessPieces}.contains(answer.manner);
     });
-    startEngine(isGivenUp ? 500ms : 20s);
+    startEngine(isGivenUp ? soon : 20s);
     ForeignClient owner(display());
     owner.copy(answers);
     QCOMPARE(summary(waitForSnapshot()), content);
