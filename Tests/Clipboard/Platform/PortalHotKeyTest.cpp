@@ -27,7 +27,11 @@ public:
         m_bus.registerVirtualObject(PortalRequest::objectPath, this, QDBusConnection::SubPath);
         m_bus.registerService(PortalRequest::service);
     }
-    ~FakePortal() override { QDBusConnection::disconnectFromBus(m_bus.name()); }
+    ~FakePortal() override
+    {
+        m_bus.unregisterService(PortalRequest::service); // has gone once this returns; a connection goes when it goes
+        QDBusConnection::disconnectFromBus(m_bus.name());
+    }
 
     [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override

@@ -31,7 +31,11 @@ public:
         m_bus.registerObject(u"/org/freedesktop/FileManager1"_s, this, QDBusConnection::ExportAllSlots);
         m_bus.registerService(fileManagerName);
     }
-    ~FileManager() override { QDBusConnection::disconnectFromBus(m_bus.name()); }
+    ~FileManager() override
+    {
+        m_bus.unregisterService(fileManagerName); // has gone once this returns; a connection goes when it goes
+        QDBusConnection::disconnectFromBus(m_bus.name());
+    }
 
     QStringList shown;
     QString failure;

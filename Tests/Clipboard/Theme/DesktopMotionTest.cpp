@@ -71,7 +71,7 @@ void DesktopMotionTest::followsTheDesktopsSetting()
     QVERIFY(!Motion::isReduced());
     Motion::followDesktop();
     QTRY_VERIFY(Motion::isReduced());
-    QCOMPARE(portal.questions, 2);
+    QTRY_COMPARE(portal.questions, 2);
     QCOMPARE(Motion::duration(Theme::sheetDuration), 0);
     change(gnome, animations, true);
     QTRY_VERIFY(!Motion::isReduced());
