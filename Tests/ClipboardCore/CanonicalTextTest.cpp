@@ -159,7 +159,7 @@ void CanonicalTextTest::charactersAreThoseOfPerl()
                {u"-ne"_s, uR"(print map({ length() . " " } join("", map({ chr hex } split)) =~ /\X/g), "\n")"_s});
     perl.write(texts);
     perl.closeWriteChannel();
-    QVERIFY(perl.waitForFinished());
+    QVERIFY(perl.waitForFinished(-1));
     const auto expected = perl.readAllStandardOutput().split('\n');
     const auto actual = lengths.split('\n');
     QCOMPARE(actual.size(), expected.size());

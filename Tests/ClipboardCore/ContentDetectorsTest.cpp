@@ -62,7 +62,7 @@ Outcome run(const QString& program, const QStringList& arguments, const QByteArr
     process.start(program, arguments);
     process.write(input);
     process.closeWriteChannel();
-    if (!process.waitForFinished())
+    if (!process.waitForFinished(-1))
         return {-1, {}, process.errorString().toUtf8()};
     return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
 }

@@ -67,7 +67,7 @@ struct EditorFixture
     {
         panel.hide();
         editor.open(picture, nullptr, EditorController::rememberedColor(), EditorController::rememberedSize(), item);
-        QTRY_VERIFY(window() && QTest::qWaitForWindowActive(window()));
+        QTRY_VERIFY(window() && QTest::qWaitForWindowActive(window(), patience));
     }
     /// With a rectangle from 100|100 to 200|200 that is selected.
     void openWithMark()

@@ -41,7 +41,7 @@ struct Desk : ViewModelFixture
         model.runSmartAction({u"label"_s, [kind, payload] {
                                   return SmartActionResult{{kind, payload}, actionNotice};
                               }});
-        QVERIFY(QTest::qWaitFor([&] { return toasts.count(actionNotice) > before; }));
+        QVERIFY(QTest::qWaitFor([&] { return toasts.count(actionNotice) > before; }, patience));
     }
     [[nodiscard]] QStringList takeToasts() { return std::exchange(toasts, {}); }
     [[nodiscard]] QByteArray copied() const { return pasteboard.content.string.value_or("none"); }

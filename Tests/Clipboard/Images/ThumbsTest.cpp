@@ -41,7 +41,7 @@ private:
     {
         QSignalSpy finished(&thumbs, &Thumbs::finished);
         if (thumbs.thumb(path, maxPixel).phase == Thumbs::Phase::loading)
-            finished.wait();
+            finished.wait(patience);
         return thumbs.thumb(path, maxPixel);
     }
 

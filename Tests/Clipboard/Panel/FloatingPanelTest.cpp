@@ -129,7 +129,7 @@ void FloatingPanelTest::composingKeepsItsKeys()
     QWidget other;
     other.show();
     other.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QVERIFY(QTest::qWaitForWindowActive(&other, patience));
     QVERIFY(f.open());
     QTRY_VERIFY(f.view()->activeField()->hasFocus());
     f.press(Qt::Key_Return);

@@ -32,7 +32,7 @@ struct PanelFixture : ViewModelFixture
         model.panelWillShow(std::nullopt);
         panel.setPanelGeometry({60, 40, Theme::panelWidth, Theme::panelHeight});
         panel.open();
-        return QTest::qWaitForWindowActive(&panel) && QTest::qWaitForWindowExposed(&panel);
+        return QTest::qWaitForWindowActive(&panel, patience) && QTest::qWaitForWindowExposed(&panel, patience);
     }
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {

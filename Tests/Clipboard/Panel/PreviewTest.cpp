@@ -175,7 +175,7 @@ void PreviewTest::filesShowWhatIsThere()
     f.fill({f.item(ClipType::file, f.folder.path()), f.item(ClipType::file, u"/etc/passwd"_s),
             f.item(ClipType::file, late)});
     QVERIFY(f.open());
-    QTRY_COMPARE(f.workspace.fileIconsAsked.last(), f.folder.path() + u'/');
+    QTRY_VERIFY(f.workspace.fileIconsAsked.endsWith(f.folder.path() + u'/'));
     const auto tile = [&](int row) { return f.colorAt(QPoint(8 + 11, 96 + 44 * row + 22)); };
     QTRY_VERIFY(tile(2) != tile(1)); // dimmed
     QFile file(late);

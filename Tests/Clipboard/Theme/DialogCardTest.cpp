@@ -44,7 +44,7 @@ void DialogCardTest::answers()
     ClearHistoryDialog dialog(keys.size() % 2 == 0);
     QSignalSpy finished(&dialog, &QDialog::finished);
     dialog.open();
-    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    QVERIFY(QTest::qWaitForWindowActive(&dialog, patience));
     QStringList chords = keys.split(u' ');
     const QString last = chords.takeLast();
     const auto press = [&dialog](const QString& key) {

@@ -68,7 +68,7 @@ void PreferencesWindowTest::looksLikeTheDesign()
     (void)m_preferences->set(*findPreference(PreferenceKey::startAtLogin), {u"true"_s});
     m_window->resize(560, 900);
     m_window->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get(), patience));
     named<FormButton>(u"Newest copy"_s)->setFocus(Qt::TabFocusReason);
     for (const qreal ratio : {1.0, 2.0})
         expectPicture(u"preferences, %1x"_s.arg(ratio), *m_window, ratio);
@@ -87,7 +87,7 @@ void PreferencesWindowTest::choosesByKeyboard()
 {
     QSignalSpy refused(m_window.get(), &PreferencesWindow::refused);
     m_window->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get(), patience));
     QTest::keyClick(named<FormButton>(u"Forget at the end"_s), Qt::Key_Space);
     QTest::keyClick(named<FormButton>(u"Newest copy"_s), Qt::Key_Return);
     QTest::keyClick(named<FormButton>(u"Images"_s), Qt::Key_Space);
@@ -122,7 +122,7 @@ void PreferencesWindowTest::takesAnotherHotKey()
 {
     auto* button = m_window->findChild<ChordButton*>();
     m_window->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get(), patience));
     button->setFocus();
     QTest::keyClick(button, Qt::Key_Space);
     QTest::keyClick(button, Qt::Key_V, Qt::ShiftModifier); // types a letter

@@ -60,7 +60,7 @@ inline void expectPicture(const QString& name, QWidget& widget, qreal ratio = 1)
         QVERIFY(isReference() || drawn.save(path));
         return;
     }
-    if (QTest::qWaitFor(isReference, 10'000))
+    if (QTest::qWaitFor(isReference, patience))
         return;
     const QString found = QDir::temp().filePath(name + QStringLiteral(".drawn.png"));
     drawn.save(found);

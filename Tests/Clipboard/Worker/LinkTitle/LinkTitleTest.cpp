@@ -169,7 +169,7 @@ void LinkTitleTest::trustsTheSystemsAuthoritiesOnly()
         u"req -x509 -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -days 2 -subj /CN=Loopback -addext "
         "subjectAltName=IP:127.0.0.1 -keyout %1 -out %2"_s.arg(keyPath, certificatePath)
             .split(u' '));
-    QVERIFY2(openssl.waitForFinished() && openssl.exitCode() == 0, openssl.readAllStandardError().constData());
+    QVERIFY2(openssl.waitForFinished(-1) && openssl.exitCode() == 0, openssl.readAllStandardError().constData());
     QFile keyFile(keyPath);
     QVERIFY(keyFile.open(QIODevice::ReadOnly));
     const QList<QSslCertificate> certificates = QSslCertificate::fromPath(certificatePath);
