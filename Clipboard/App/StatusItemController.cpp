@@ -65,6 +65,13 @@ QList<PanelPlacement::Screen> currentScreens()
     return screens;
 }
 
+/// Among currentScreens(); nothing for none.
+std::optional<qsizetype> indexOf(QScreen* screen)
+{
+    const qsizetype index = QGuiApplication::screens().indexOf(screen);
+    return index < 0 ? std::nullopt : std::optional(index);
+}
+
 } // namespace
 
 StatusItemController::StatusItemController(Platform platform, const QString& dataFolder, QObject* parent)
@@ -199,6 +206,8 @@ void StatusItemController::takeOpenedHistory(const QList<ClipboardCore::ClipItem
 void StatusItemController::connectPanel()
 {
     connect(&m_panel, &FloatingPanel::closed, &m_viewModel, &HistoryViewModel::forgetRemoved);
+    connect(m_platform.windows.get(), &WindowSystem::panelScreenChosen, this,
+            [this](QScreen* screen) { placePanel(indexOf(screen)); });
     connect(&m_panel, &FloatingPanel::willClose, &m_statusItem, [this] { m_statusItem.setHighlighted(false); });
     QTimer::singleShot(prepareAfterLaunch, &m_panel, &FloatingPanel::prepare);
 }
@@ -289,21 +298,25 @@ void StatusItemController::aim()
 
 void StatusItemController::show(std::optional<QUuid> selecting)
 {
-    const qsizetype screen = QGuiApplication::screens().indexOf(m_platform.windows->workScreen());
-    open(selecting, screen < 0 ? std::nullopt : std::optional(screen));
+    open(selecting, indexOf(m_platform.windows->workScreen()));
 }
 
 void StatusItemController::open(std::optional<QUuid> selecting, std::optional<qsizetype> workScreen)
 {
     m_panel.dismiss(); // an open one opens afresh, and remembers the application behind it
-    m_panel.setPanelGeometry(PanelPlacement::panelRect(
-        {m_statusItem.geometry(), m_platform.windows->pointer(), workScreen}, currentScreens()));
+    placePanel(workScreen);
     m_isEditorBehindPanel = m_editor.isInFront();
     m_limits.enforceDays();
     m_viewModel.panelWillShow(selecting);
     m_panel.open();
     // After the panel's first picture: the tray may be slow to answer.
     QTimer::singleShot(0, &m_statusItem, [this] { m_statusItem.setHighlighted(m_panel.isVisible()); });
+}
+
+void StatusItemController::placePanel(std::optional<qsizetype> workScreen)
+{
+    m_panel.setPanelGeometry(PanelPlacement::panelRect(
+        {m_statusItem.geometry(), m_platform.windows->pointer(), workScreen}, currentScreens()));
 }
 
 void StatusItemController::togglePanel()

@@ -61,6 +61,7 @@ public:
 
 private:
     void open(std::optional<QUuid> selecting, std::optional<qsizetype> workScreen);
+    void placePanel(std::optional<qsizetype> workScreen);
     void connectNotices();
     void connectHistory();
     void tellOfUnreadableHistory();

@@ -49,6 +49,8 @@ public:
 
 signals:
     void compositingChanged();
+    /// The open panel is on that screen, where the desktop chooses it and tells when it is done.
+    void panelScreenChosen(QScreen* screen);
     /// The user clicked beside the open panel, or typed into another window once the panel had the keyboard. Told where
     /// isFocusAtPointer() may be true.
     void userWorked();

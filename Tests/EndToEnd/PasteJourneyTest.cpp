@@ -33,6 +33,8 @@ private slots:
 private:
     void prepare() override { listen(); }
     void arrive() override;
+    /// Where a terminal is then; all of that screen.
+    QRect workOnOneOfTwoScreens();
 };
 
 void PasteJourneyTest::arrive()
@@ -214,20 +216,47 @@ void PasteJourneyTest::trayIconHasThePanelAndTheMenu()
     QCOMPARE(contents(), QStringList({u"gamma"_s, u"beta"_s, u"alpha"_s}));
 }
 
-void PasteJourneyTest::opensWhereTheUserWorks()
+QRect PasteJourneyTest::workOnOneOfTwoScreens()
 {
-    if (!isOnX11())
-        QSKIP("the Wayland desktop has one screen");
-    // The tray is on the right one of two screens, the terminal on the left one.
+    if (isOnSway()) {
+        for (const char* words : {"output HEADLESS-1 position 0 0", "create_output",
+                                  "output HEADLESS-2 resolution 1024x500 position 1280 0", "focus output HEADLESS-2"})
+            session().run(u"swaymsg"_s, {QString::fromLatin1(words)});
+        openTerminal();
+        return {1280, 0, 1024, 500};
+    }
+    // The tray is on the right one, the terminal on the left one.
     session().run(u"xrandr"_s, u"--setmonitor left 640/170x800/210+0+0 screen"_s.split(u' '));
     session().run(u"xrandr"_s, u"--setmonitor right 640/170x800/210+640+0 none"_s.split(u' '));
     endTessaly();
     startTessaly();
     openTerminal();
     desktop().movePointer({1000, 400});
-    const QRect screen(0, 0, 640, 800);
-    callUp();
-    QVERIFY(screen.contains(tessaly().panel()->geometry));
+    return {0, 0, 640, 800};
+}
+
+void PasteJourneyTest::opensWhereTheUserWorks()
+{
+    if (isOnKwin())
+        QSKIP("the desktop has one screen");
+    const QRect screen = workOnOneOfTwoScreens();
+    const auto expectPanelOn = [this](const QRect& wanted) {
+        callUp();
+        expect("the panel on that screen",
+               [&] { return wanted.contains(tessaly().panel().value_or(Window()).geometry); });
+    };
+    expectPanelOn(screen);
+    if (isOnSway()) {
+        const auto moveOnTo = [this](const QString& output) {
+            press("Escape");
+            expectNoPanel();
+            session().run(u"swaymsg"_s, {u"focus output "_s + output});
+        };
+        moveOnTo(u"HEADLESS-1"_s); // nothing is on it
+        expectPanelOn({0, 0, 1280, 800});
+        moveOnTo(u"HEADLESS-2"_s);
+        expectPanelOn(screen);
+    }
     press("Return");
     expectNotice("Pasted “gamma”");
     const auto isThere = [&] {

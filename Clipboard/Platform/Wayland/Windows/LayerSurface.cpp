@@ -174,12 +174,19 @@ void LayerSurface::configure(uint32_t serial, QSize extent)
         emit extentChanged(extent);
 }
 
+/// The screen that it was measured for: the window's own is the one where it was the last time.
+QRect LayerSurface::measuredArea() const
+{
+    QScreen* screen = m_window->screen()->virtualSiblingAt(m_window->geometry().center());
+    return (screen != nullptr ? screen : m_window->screen())->handle()->geometry();
+}
+
 /// In the compositor's pixels, which are the toolkit's unless it was told to scale.
 void LayerSurface::place()
 {
     switch (m_manner.place) {
     case Place::asSet:
-        m_placement = LayerPlacement::of(m_window->handle()->geometry(), m_window->screen()->handle()->geometry());
+        m_placement = LayerPlacement::of(m_window->handle()->geometry(), measuredArea());
         break;
     case Place::centred:
         m_placement = LayerPlacement();

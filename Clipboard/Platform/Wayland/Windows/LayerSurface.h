@@ -54,6 +54,7 @@ private:
     void configure(uint32_t serial, QSize extent);
     void awaitConfigure(WaitingQueue& queue);
     void place();
+    [[nodiscard]] QRect measuredArea() const;
     void limitPointer();
     void report();
 

@@ -80,6 +80,11 @@ void WaylandWindowSystem::prepare(QWindow* window, Role role)
     if (role != Role::panel)
         return;
     m_panel = surface;
+    m_panelWindow = window;
+    connect(window, &QWindow::screenChanged, this, [this](QScreen* screen) {
+        if (screen != nullptr)
+            emit panelScreenChosen(screen);
+    });
     connect(surface, &LayerSurface::placed, this, &WaylandWindowSystem::sparePanel);
     window->installEventFilter(this);
 }
@@ -126,7 +131,9 @@ QScreen* WaylandWindowSystem::workScreen() const
     const QList<QScreen*> screens = QGuiApplication::screens();
     const QString name = m_toplevels->workOutput();
     const auto found = std::ranges::find_if(screens, [&name](const QScreen* screen) { return screen->name() == name; });
-    return name.isEmpty() || found == screens.end() ? nullptr : *found;
+    if (!name.isEmpty() && found != screens.end())
+        return *found;
+    return m_panelWindow != nullptr ? m_panelWindow->screen() : nullptr;
 }
 
 void WaylandWindowSystem::setShadow(QWindow* window, const QMargins& shadow)

@@ -37,8 +37,8 @@ public:
     void rememberFrontWindow() override {}
     void activate(QWindow* window) override;
     void restoreFrontWindow() override {}
-    /// That of the active window. Without one the compositor alone knows; it is the compositor, too, that puts there
-    /// what has no screen of its own.
+    /// That of the active window. Without one, and until the compositor has told where a new one is, it is a guess:
+    /// that of the panel the last time. The compositor knows, and says where it has put the panel.
     [[nodiscard]] QScreen* workScreen() const override;
     /// A program hears of the pointer only while it is over one of its windows.
     [[nodiscard]] std::optional<QPoint> pointer() const override { return {}; }
@@ -54,6 +54,7 @@ private:
 
     std::shared_ptr<Wayland::LayerShell> m_shell;
     std::shared_ptr<Wayland::Toplevels> m_toplevels;
+    QWindow* m_panelWindow = nullptr;
     Wayland::LayerSurface* m_panel = nullptr;                       // the window's
     std::vector<std::unique_ptr<Wayland::ClickCatcher>> m_catchers; // while the panel is shown
 };
