@@ -1,16 +1,21 @@
 #include "Fonts.h"
 
+#include <QCache>
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QStringList>
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <tuple>
 
 namespace Clipboard::Fonts {
 
 namespace {
+
+// Characters of texts whose widths are kept: those of a panel and a sheet, several times over.
+constexpr qsizetype knownCharacters = 16'384;
 
 struct Face
 {
@@ -51,7 +56,7 @@ Face makeFace(const Style& style)
     return {font, metrics, shapingFont, QFontMetricsF(shapingFont), qRound(leading + 2 * metrics.ascent()) / 2.0};
 }
 
-const Face& face(const Style& style)
+const Face& faceOf(const Style& style)
 {
     static std::map<std::tuple<int, int, int, bool>, Face> faces;
     const std::tuple key(style.pixelSize, style.lineHeight, static_cast<int>(style.weight), style.fixedWidth);
@@ -65,18 +70,25 @@ const Face& face(const Style& style)
 
 const QFont& font(const Style& style, QStringView text)
 {
-    return wantsShaping(text) ? face(style).shapingFont : face(style).font;
+    return wantsShaping(text) ? faceOf(style).shapingFont : faceOf(style).font;
 }
 
 qreal width(const Style& style, const QString& text)
 {
-    const Face& known = face(style);
-    return (wantsShaping(text) ? known.shapingMetrics : known.metrics).horizontalAdvance(text);
+    // To shape a text takes as long as to paint it, and nearly all are those of the frame before.
+    static QCache<std::pair<const Face*, QString>, qreal> widths(knownCharacters);
+    const Face& face = faceOf(style);
+    const std::pair key(&face, text);
+    if (const qreal* known = widths.object(key))
+        return *known;
+    const qreal width = (wantsShaping(text) ? face.shapingMetrics : face.metrics).horizontalAdvance(text);
+    widths.insert(key, std::make_unique<qreal>(width).release(), std::max<qsizetype>(text.size(), 1));
+    return width;
 }
 
 qreal baseline(const Style& style)
 {
-    return face(style).baseline;
+    return faceOf(style).baseline;
 }
 
 } // namespace Clipboard::Fonts

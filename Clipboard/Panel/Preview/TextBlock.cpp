@@ -27,6 +27,7 @@ constexpr qint64 firstNanoseconds = 2'500'000;
 // Tabs indent code, and in other texts they stand between the columns of a table.
 constexpr int codeTabInDigits = 4;
 constexpr int textTabInDigits = 8;
+constexpr qreal outOfSight = 1e6; // logical pixels; below what a piece paints
 
 bool isLineEnd(QChar character)
 {
@@ -37,6 +38,14 @@ qsizetype paragraphEnd(const QString& text, qsizetype start, qsizetype limit)
 {
     const auto begin = text.begin() + start;
     return std::find_if(begin, text.begin() + limit, isLineEnd) - text.begin();
+}
+
+/// Where the last of the characters begins that a reader sees; all of the text when that is one.
+qsizetype lastCharacter(const QString& text)
+{
+    const auto length = static_cast<int>(text.size());
+    const int last = QTextLayout(text).previousCursorPosition(length);
+    return last > 0 ? last : length;
 }
 
 /// The start of the paragraph after the line end at `end`: a carriage return and its line feed are one.
@@ -125,24 +134,37 @@ void TextBlock::layOutNextPiece()
 {
     const qsizetype limit = std::min(m_text.size(), m_next + pieceLength);
     const qsizetype end = paragraphEnd(m_text, m_next, limit);
-    const bool wholeParagraph = end < limit || limit == m_text.size();
-    const qsizetype start = m_next;
-    auto layout = makeLayout(start, end - start);
-    if (wholeParagraph) {
-        m_next = end < m_text.size() ? afterLineEnd(m_text, end) : m_text.size();
-    } else {
-        // The last line, or at least the last character, may go on beyond the cut: it begins the next piece.
-        const int lines = layout->lineCount();
-        const int cut = lines > 1 ? layout->lineAt(lines - 1).textStart()
-                                  : layout->previousCursorPosition(static_cast<int>(end - start));
-        m_next = cut > 0 ? start + cut : end;
-        layout = makeLayout(start, m_next - start);
+    if (end < limit || limit == m_text.size()) {
+        addUpTo(end);
+        m_next = end < m_text.size() ? afterLineEnd(m_text, end) : end;
+        return;
     }
-    for (int i = 0; i < layout->lineCount(); ++i)
+    // The last line, or at least the last character, may go on beyond the cut: it begins the next piece.
+    if (m_lines == Lines::unbroken)
+        return addUpTo(m_next + lastCharacter(m_text.mid(m_next, pieceLength)));
+    auto layout = makeLayout(m_next, pieceLength);
+    const int own = layout->lineCount() - 1;
+    if (own < 1)
+        return addUpTo(m_next + lastCharacter(layout->text()));
+    QTextLine next = layout->lineAt(own);
+    next.setPosition({0, outOfSight});
+    addPiece(m_next + next.textStart(), own, std::move(layout));
+}
+
+void TextBlock::addUpTo(qsizetype end)
+{
+    auto layout = makeLayout(m_next, end - m_next);
+    const int lines = layout->lineCount();
+    addPiece(end, lines, std::move(layout));
+}
+
+void TextBlock::addPiece(qsizetype end, int lines, std::unique_ptr<QTextLayout> layout)
+{
+    for (int i = 0; i < lines; ++i)
         m_contentWidth = std::max(m_contentWidth, static_cast<int>(std::ceil(layout->lineAt(i).naturalTextWidth())));
-    const int lines = std::max(layout->lineCount(), 1);
-    m_pieces.push_back({start, m_lineCount, std::move(layout)});
-    m_lineCount += lines;
+    m_pieces.push_back({m_next, end - m_next, m_lineCount, lines, std::move(layout)});
+    m_next = end;
+    m_lineCount += std::max(lines, 1);
 }
 
 QList<QTextLayout::FormatRange> TextBlock::formatsFor(qsizetype start, qsizetype length) const
@@ -168,15 +190,14 @@ void TextBlock::paintEvent(QPaintEvent* event)
     const auto [from, to] = std::minmax(m_anchor, m_end);
     for (const Piece& piece : m_pieces) {
         const int top = piece.firstLine * m_style.lineHeight;
-        const int bottom = top + piece.layout->lineCount() * m_style.lineHeight;
+        const int bottom = top + piece.lines * m_style.lineHeight;
         if (bottom < event->rect().top())
             continue;
         if (top > event->rect().bottom())
             break;
         QList<QTextLayout::FormatRange> selection;
-        const qsizetype length = piece.layout->text().size();
-        const qsizetype first = std::clamp<qsizetype>(from - piece.start, 0, length);
-        const qsizetype last = std::clamp<qsizetype>(to - piece.start, 0, length);
+        const qsizetype first = std::clamp<qsizetype>(from - piece.start, 0, piece.length);
+        const qsizetype last = std::clamp<qsizetype>(to - piece.start, 0, piece.length);
         if (first < last) {
             QTextCharFormat format;
             format.setBackground(Theme::rowSelLine);
@@ -194,7 +215,7 @@ qsizetype TextBlock::positionAt(const QPointF& point) const
     const auto after = std::upper_bound(m_pieces.begin(), m_pieces.end(), line,
                                         [](int number, const Piece& piece) { return number < piece.firstLine; });
     const Piece& piece = *std::prev(after);
-    const int lineInPiece = std::clamp(line - piece.firstLine, 0, std::max(0, piece.layout->lineCount() - 1));
+    const int lineInPiece = std::clamp(line - piece.firstLine, 0, std::max(0, piece.lines - 1));
     const QTextLine textLine = piece.layout->lineAt(lineInPiece);
     return textLine.isValid() ? piece.start + textLine.xToCursor(point.x()) : piece.start;
 }

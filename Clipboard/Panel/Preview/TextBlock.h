@@ -64,10 +64,14 @@ private:
     struct Piece // a stretch of one paragraph
     {
         qsizetype start;
+        qsizetype length;
         int firstLine;
-        std::unique_ptr<QTextLayout> layout;
+        int lines;
+        std::unique_ptr<QTextLayout> layout; // of one more line where the next piece begins with that
     };
     void layOutNextPiece();
+    void addUpTo(qsizetype end);
+    void addPiece(qsizetype end, int lines, std::unique_ptr<QTextLayout> layout);
     void layOutSlice();
     void layOutFor(qint64 nanoseconds, int wantedHeight);
     [[nodiscard]] std::unique_ptr<QTextLayout> makeLayout(qsizetype start, qsizetype length) const;
