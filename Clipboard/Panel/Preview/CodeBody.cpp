@@ -30,6 +30,7 @@ CodeBody::CodeBody(QWidget* parent)
     , m_scroll(new OverlayScrollArea(m_page, scrollInsets, this))
     , m_code(new TextBlock(Fonts::code, TextBlock::Lines::unbroken, m_page))
 {
+    m_page->setAttribute(Qt::WA_StaticContents);
     m_scroll->verticalScrollBar()->setSingleStep(Fonts::code.lineHeight);
     m_scroll->horizontalScrollBar()->setSingleStep(Fonts::code.lineHeight);
     connect(m_code, &TextBlock::contentSizeChanged, this, [this] {

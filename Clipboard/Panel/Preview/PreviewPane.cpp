@@ -47,6 +47,7 @@ PreviewPane::PreviewPane(HistoryViewModel& viewModel, const PreviewBodies& bodie
     , m_buttons(new PreviewButtonBar(viewModel, this))
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
+    m_content->setAttribute(Qt::WA_StaticContents);
     m_scroll->verticalScrollBar()->setSingleStep(wheelStep);
     connect(m_scroll->verticalScrollBar(), &QScrollBar::valueChanged, this, &PreviewPane::framesChanged);
     m_qr->hide();

@@ -62,6 +62,7 @@ TextBlock::TextBlock(const Fonts::Style& style, Lines lines, QWidget* parent)
     , m_style(style)
     , m_lines(lines)
 {
+    setAttribute(Qt::WA_StaticContents); // what is in sight is not painted anew with each slice
     setCursor(Qt::IBeamCursor);
     Accessibility::setRole(this, QAccessible::StaticText);
     m_slices.setInterval(0);

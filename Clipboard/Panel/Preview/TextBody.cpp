@@ -37,6 +37,7 @@ TextBody::TextBody(ClipType type, QWidget* parent)
     , m_text(new TextBlock(type == ClipType::link ? Fonts::link : Fonts::body, TextBlock::Lines::wrapped, this))
     , m_note(new TextBlock(Fonts::caption, TextBlock::Lines::wrapped, this))
 {
+    setAttribute(Qt::WA_StaticContents);
     m_note->setAttribute(Qt::WA_TransparentForMouseEvents); // it is no part of the text
     connect(m_text, &TextBlock::contentSizeChanged, this, [this] {
         layOut();
