@@ -214,9 +214,13 @@ LabelText::KeyResult LabelEditor::moveByLine(const QKeyEvent& event)
 
 void LabelEditor::inputMethodEvent(QInputMethodEvent* event)
 {
+    const QString before = m_text.shown();
     m_text.compose(*event);
     event->accept();
-    emit textChanged(m_text.shown());
+    // An input method has nothing to say when the keyboard goes elsewhere, and says so before it has gone.
+    if (m_text.shown() != before)
+        emit textChanged(m_text.shown());
+    update();
     updateMicroFocus();
 }
 
