@@ -51,7 +51,9 @@ QString start(VirtualSession& session, QSize size)
     session.setEnvironment(u"XDG_SESSION_TYPE"_s, u"wayland"_s);
     // Programs are known by the desktop file of the installed one, which these are not.
     session.setEnvironment(u"KWIN_WAYLAND_NO_PERMISSION_CHECKS"_s, u"1"_s);
-    session.setEnvironment(u"KWIN_COMPOSE"_s, u"Q"_s); // without a graphics card
+    // Of its two ways to paint, both without a graphics card, this is the one that shows what it has painted.
+    session.setEnvironment(u"KWIN_COMPOSE"_s, u"O2"_s);
+    session.setEnvironment(u"KWIN_SCREENSHOT_NO_PERMISSION_CHECKS"_s, u"1"_s);
     const QString log = session.homePath(u"kwin.log"_s);
     const QProcess& kwin =
         session.start(copy,

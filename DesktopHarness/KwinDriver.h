@@ -22,17 +22,14 @@ public:
     /// One of X11: that of Wayland in the other sessions waits for ever for this compositor's screen to show it.
     [[nodiscard]] QStringList terminal(const QString& title, const QString& command) const override;
     [[nodiscard]] QList<Window> windowsOf(const QByteArray& program) const override;
-    /// What the program says: nobody can look at the screen.
-    [[nodiscard]] QList<Window> unlisted(const QList<Window>& reported) const override { return reported; }
     [[nodiscard]] std::optional<Window> activeWindow() const override;
     [[nodiscard]] QSize size() const override { return m_size; }
-    /// The window of X11 with the keyboard, all else is black: nobody can look at the screen.
-    [[nodiscard]] QByteArray pixels() const override;
     /// The windows place themselves: ends the program.
     void place(const Window& window, QRect geometry) override;
 
 private:
     [[nodiscard]] WaylandKeyboard& keyboard() override { return *m_hands; }
+    [[nodiscard]] QByteArray picture(QRect part) const override;
 
     QSize m_size;
     std::unique_ptr<FakeInput> m_hands;

@@ -104,25 +104,6 @@ QList<SwayDriver::Window> SwayDriver::windowsOf(const QByteArray& program) const
     return found;
 }
 
-/// Surfaces above the windows are in no list. That they are there the program has to say; that they can be seen it
-/// has not.
-QList<SwayDriver::Window> SwayDriver::unlisted(const QList<Window>& reported) const
-{
-    QList<Window> found = reported;
-    found.removeIf([this](const Window& window) { return !isPainted(window.geometry); });
-    return found;
-}
-
-bool SwayDriver::isPainted(QRect place) const
-{
-    constexpr qsizetype pixel = 3; // bytes, without alpha
-    const QString part = u"%1,%2 %3x%4"_s.arg(place.x()).arg(place.y()).arg(place.width()).arg(place.height());
-    const QByteArray picture = session().run(u"grim"_s, {u"-g"_s, part, u"-t"_s, u"ppm"_s, u"-"_s}).output;
-    const QByteArray pixels = picture.mid(picture.indexOf("255\n") + 4); // what ends the header
-    // Of one colour is what looks the same when it is moved by a pixel.
-    return pixels.size() > pixel && pixels.sliced(pixel) != pixels.chopped(pixel);
-}
-
 std::optional<SwayDriver::Window> SwayDriver::activeWindow() const
 {
     for (const QJsonObject& node : windows()) {
@@ -139,9 +120,10 @@ QSize SwayDriver::size() const
     return {rect.value("width"_L1).toInt(), rect.value("height"_L1).toInt()};
 }
 
-QByteArray SwayDriver::pixels() const
+QByteArray SwayDriver::picture(QRect part) const
 {
-    return session().run(u"grim"_s, {u"-t"_s, u"ppm"_s, u"-"_s}).output;
+    const QString place = u"%1,%2 %3x%4"_s.arg(part.x()).arg(part.y()).arg(part.width()).arg(part.height());
+    return session().run(u"grim"_s, {u"-g"_s, place, u"-t"_s, u"ppm"_s, u"-"_s}).output;
 }
 
 void SwayDriver::place(const Window& window, QRect geometry)

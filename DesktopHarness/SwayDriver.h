@@ -25,19 +25,16 @@ public:
     void releaseButton() override;
     [[nodiscard]] QStringList terminal(const QString& title, const QString& command) const override;
     [[nodiscard]] QList<Window> windowsOf(const QByteArray& program) const override;
-    [[nodiscard]] QList<Window> unlisted(const QList<Window>& reported) const override;
     [[nodiscard]] std::optional<Window> activeWindow() const override;
     [[nodiscard]] QSize size() const override;
-    [[nodiscard]] QByteArray pixels() const override;
     void place(const Window& window, QRect geometry) override;
 
 private:
     [[nodiscard]] WaylandKeyboard& keyboard() override { return *m_keyboard; }
+    [[nodiscard]] QByteArray picture(QRect part) const override;
     void command(const QString& words) const;
     /// All windows, with what the compositor says of each.
     [[nodiscard]] QList<QJsonObject> windows() const;
-    /// The screen has more than one colour there.
-    [[nodiscard]] bool isPainted(QRect place) const;
 
     std::unique_ptr<WaylandKeyboard> m_keyboard;
     std::unique_ptr<WaylandPointer> m_pointer;

@@ -58,4 +58,20 @@ QByteArray WaylandDriver::pasted(const QString& target)
     return m_session.run(u"wl-paste"_s, QStringList{u"--no-newline"_s} + typeOption(target)).output;
 }
 
+QList<WaylandDriver::Window> WaylandDriver::unlisted(const QList<Window>& reported) const
+{
+    QList<Window> found = reported;
+    found.removeIf([this](const Window& window) { return !isPainted(window.geometry); });
+    return found;
+}
+
+bool WaylandDriver::isPainted(QRect place) const
+{
+    constexpr qsizetype pixel = 3; // bytes, without alpha
+    const QByteArray shown = picture(place);
+    const QByteArray pixels = shown.mid(shown.indexOf("255\n") + 4); // what ends the header
+    // Of one colour is what looks the same when it is moved by a pixel.
+    return pixels.size() > pixel && pixels.sliced(pixel) != pixels.chopped(pixel);
+}
+
 } // namespace Clipboard::Testing

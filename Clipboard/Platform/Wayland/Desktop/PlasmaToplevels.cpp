@@ -2,6 +2,11 @@
 
 #include <plasma-window-management-client-protocol.h>
 
+#include <QGuiApplication>
+#include <QScreen>
+
+#include <algorithm>
+
 namespace Clipboard::Wayland {
 
 namespace {
@@ -23,7 +28,7 @@ std::shared_ptr<PlasmaToplevels> PlasmaToplevels::follow()
 
 PlasmaToplevels::~PlasmaToplevels()
 {
-    for (Handle* handle : m_handles)
+    for (const auto& [handle, state] : m_states)
         org_kde_plasma_window_destroy(handle);
     if (m_manager != nullptr)
         org_kde_plasma_window_management_destroy(m_manager);
@@ -54,7 +59,9 @@ void PlasmaToplevels::add(Handle* handle)
 {
     static constexpr auto ignore = [](void*, Handle*, auto...) {};
     static constexpr org_kde_plasma_window_listener listener{
-        ignore,
+        [](void* self, Handle* of, const char* title) {
+            static_cast<PlasmaToplevels*>(self)->m_states[of].title = QString::fromUtf8(title);
+        },
         [](void* self, Handle* of, const char* application) {
             static_cast<PlasmaToplevels*>(self)->setApplication(of, QString::fromUtf8(application));
         },
@@ -65,9 +72,12 @@ void PlasmaToplevels::add(Handle* handle)
         ignore,
         ignore,
         [](void* self, Handle* of) { static_cast<PlasmaToplevels*>(self)->end(of); },
-        [](void* self, Handle* of) { static_cast<PlasmaToplevels*>(self)->m_asked.erase(of); },
+        [](void* self, Handle* of) { static_cast<PlasmaToplevels*>(self)->m_states[of].isAsked = false; },
         ignore,
-        ignore,
+        [](void* self, Handle* of, int32_t x, int32_t y, uint32_t width, uint32_t height) {
+            const QRect geometry(x, y, static_cast<int>(width), static_cast<int>(height));
+            static_cast<PlasmaToplevels*>(self)->m_states[of].geometry = geometry;
+        },
         ignore,
         ignore,
         ignore,
@@ -77,17 +87,43 @@ void PlasmaToplevels::add(Handle* handle)
         ignore,
         ignore,
     };
-    m_handles.insert(handle);
-    m_asked.insert(handle);
+    m_states[handle].isAsked = true;
     org_kde_plasma_window_add_listener(handle, &listener, this);
 }
 
 void PlasmaToplevels::end(Handle* handle)
 {
     remove(handle);
-    m_handles.erase(handle);
-    m_asked.erase(handle);
+    m_states.erase(handle);
     org_kde_plasma_window_destroy(handle);
+}
+
+bool PlasmaToplevels::isAsking() const
+{
+    return std::ranges::any_of(m_states, [](const auto& entry) { return entry.second.isAsked; });
+}
+
+QString PlasmaToplevels::outputOf(Window window) const
+{
+    const auto isIt = [window](const auto& entry) { return entry.first == window; };
+    const auto found = std::ranges::find_if(m_states, isIt);
+    if (found == m_states.end())
+        return {};
+    const QScreen* screen = QGuiApplication::screenAt(found->second.geometry.center());
+    return screen == nullptr ? QString() : screen->name();
+}
+
+bool PlasmaToplevels::activateOurs(const QString& title)
+{
+    constexpr uint32_t active = ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_ACTIVE;
+    for (const auto& [handle, state] : m_states) {
+        if (state.title != title || !isOurs(handle))
+            continue;
+        org_kde_plasma_window_set_state(handle, active, active);
+        connection().serve();
+        return true;
+    }
+    return false;
 }
 
 } // namespace Clipboard::Wayland

@@ -28,6 +28,9 @@ public:
     /// The name of the output that the active window is on or, while one of ours covers it, was. Empty when no window
     /// is active, or nobody tells.
     [[nodiscard]] QString workOutput() const;
+    /// That of the window that is active or was before, where the compositor would put our surfaces on another output.
+    /// Empty elsewhere.
+    [[nodiscard]] virtual QString wantedOutput() const { return {}; }
     /// True when the window is active again over which ours was shown last, or nothing was shown over the active one.
     [[nodiscard]] bool isFrontBack() const;
     /// While a surface of ours that is no window has the keyboard, no window is active.
@@ -52,7 +55,9 @@ protected:
     void remove(Window window);
     /// Whether there is a window of which nothing is known yet but that it is there.
     [[nodiscard]] virtual bool isAsking() const { return false; }
+    /// Empty for null, too.
     [[nodiscard]] virtual QString outputOf(Window /*window*/) const { return {}; }
+    [[nodiscard]] Window lastActive() const { return m_active != nullptr ? m_active : m_front; }
 
     [[nodiscard]] bool isOurs(Window window) const;
 

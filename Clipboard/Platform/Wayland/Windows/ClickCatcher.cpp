@@ -17,8 +17,8 @@ ClickCatcher::ClickCatcher(std::shared_ptr<LayerShell> shell, QScreen* screen)
     , m_glass(m_shell->makeGlass())
 {
     setFlags(Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
-    const LayerSurface::Manner overAll{.place = LayerSurface::Place::everywhere, .screen = screen};
-    auto* surface = new LayerSurface(m_shell, this, overAll);
+    LayerSurface::Manner overAll{.place = LayerSurface::Place::everywhere, .screen = [screen] { return screen; }};
+    auto* surface = new LayerSurface(m_shell, this, std::move(overAll));
     connect(surface, &LayerSurface::extentChanged, this, &ClickCatcher::cover);
 }
 

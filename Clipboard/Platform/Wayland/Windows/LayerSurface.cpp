@@ -30,11 +30,11 @@ void setInputRegion(wl_surface* surface, const QRect& rect)
 
 } // namespace
 
-LayerSurface::LayerSurface(std::shared_ptr<LayerShell> shell, QWindow* window, const Manner& manner)
+LayerSurface::LayerSurface(std::shared_ptr<LayerShell> shell, QWindow* window, Manner manner)
     : QObject(window)
     , m_shell(std::move(shell))
     , m_window(window)
-    , m_manner(manner)
+    , m_manner(std::move(manner))
 {
     // The toolkit gives such a window no role of its own.
     window->setFlags(window->flags() | Qt::BypassWindowManagerHint);
@@ -107,7 +107,8 @@ void LayerSurface::attach()
     wl_surface* surface = m_isShowing && m_surface == nullptr ? LayerShell::surfaceOf(m_window) : nullptr;
     if (surface == nullptr)
         return;
-    wl_output* output = m_manner.screen != nullptr ? LayerShell::outputOf(m_manner.screen) : nullptr;
+    QScreen* screen = m_manner.screen();
+    wl_output* output = screen != nullptr ? LayerShell::outputOf(screen) : nullptr;
     m_surface = zwlr_layer_shell_v1_get_layer_surface(m_shell->get(), surface, output,
                                                       ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY, "tessaly");
     static constexpr zwlr_layer_surface_v1_listener listener{

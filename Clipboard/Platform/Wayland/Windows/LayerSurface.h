@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QWindow>
 
+#include <functional>
 #include <memory>
 
 struct zwlr_layer_surface_v1;
@@ -29,10 +30,10 @@ public:
         Keyboard keyboard = Keyboard::none;
         Place place = Place::asSet;
         bool takesPointer = true;
-        /// Null leaves that to the compositor, which takes the one where the user works.
-        QScreen* screen = nullptr;
+        /// Asked each time that it is shown. Null leaves that to the compositor.
+        std::function<QScreen*()> screen;
     };
-    LayerSurface(std::shared_ptr<LayerShell> shell, QWindow* window, const Manner& manner);
+    LayerSurface(std::shared_ptr<LayerShell> shell, QWindow* window, Manner manner);
     ~LayerSurface() override;
 
     /// The margin of the window that holds nothing but its shadow: the pointer is for what is beneath.

@@ -76,7 +76,8 @@ void WaylandWindowSystem::prepare(QWindow* window, Role role)
     manner.keyboard = role == Role::notice ? LayerSurface::Keyboard::none : LayerSurface::Keyboard::exclusive;
     manner.place = role == Role::dialog ? LayerSurface::Place::centred : LayerSurface::Place::asSet;
     manner.takesPointer = role != Role::notice;
-    auto* surface = new LayerSurface(m_shell, window, manner);
+    manner.screen = [toplevels = m_toplevels] { return screenNamed(toplevels->wantedOutput()); };
+    auto* surface = new LayerSurface(m_shell, window, std::move(manner));
     if (role != Role::panel)
         return;
     m_panel = surface;
@@ -128,12 +129,16 @@ void WaylandWindowSystem::sparePanel()
 QScreen* WaylandWindowSystem::workScreen() const
 {
     m_toplevels->catchUp();
-    const QList<QScreen*> screens = QGuiApplication::screens();
-    const QString name = m_toplevels->workOutput();
-    const auto found = std::ranges::find_if(screens, [&name](const QScreen* screen) { return screen->name() == name; });
-    if (!name.isEmpty() && found != screens.end())
-        return *found;
+    if (QScreen* screen = screenNamed(m_toplevels->workOutput()))
+        return screen;
     return m_panelWindow != nullptr ? m_panelWindow->screen() : nullptr;
+}
+
+QScreen* WaylandWindowSystem::screenNamed(const QString& name)
+{
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    const auto found = std::ranges::find_if(screens, [&name](const QScreen* screen) { return screen->name() == name; });
+    return name.isEmpty() || found == screens.end() ? nullptr : *found;
 }
 
 void WaylandWindowSystem::setShadow(QWindow* window, const QMargins& shadow)

@@ -49,6 +49,7 @@ public:
 
 private:
     WaylandWindowSystem(std::shared_ptr<Wayland::LayerShell> shell, std::shared_ptr<Wayland::Toplevels> toplevels);
+    [[nodiscard]] static QScreen* screenNamed(const QString& name);
     void catchClicksBeside(QWindow* panel);
     void sparePanel();
 
