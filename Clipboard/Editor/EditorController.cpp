@@ -41,8 +41,8 @@ namespace {
 constexpr QLatin1StringView colorKey("editorColor");
 constexpr QLatin1StringView sizeKey("editorSize");
 
-// No window manager takes longer to give the keyboard to a window that asks for it.
-constexpr std::chrono::milliseconds handOver{500};
+// No window manager takes longer to give the keyboard to a window that asks for it, on a busy machine either.
+constexpr std::chrono::milliseconds handOver{1500};
 
 /// Nothing when memory is missing. Takes its time.
 QImage flattened(const AnnotationSession& session)
