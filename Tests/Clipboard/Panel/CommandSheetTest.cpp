@@ -61,8 +61,9 @@ void CommandSheetTest::fadesOut()
     for (int i = 0; i < 3; ++i) // opened, closed before it is seen, opened
         f.press(Qt::Key_K, Qt::ControlModifier);
     QTRY_COMPARE(sheet->findChild<QVariantAnimation*>()->state(), QAbstractAnimation::Stopped);
-    f.press(Qt::Key_K, Qt::ControlModifier);
-    QVERIFY(!f.model.cmdkOpen() && sheet->isVisible());
+    f.model.setCmdkOpen(false); // a key would let time pass
+    f.view()->sync();
+    QVERIFY(sheet->isVisible());
     QVERIFY(f.view()->activeField()->hasFocus()); // the search field has the keyboard meanwhile
     QTRY_VERIFY(!sheet->isVisible());
 }

@@ -237,7 +237,7 @@ void PreviewTest::chipsOutOfSightScrollIntoIt()
     }
     ActionChip* chip = shownChips(f).first();
     const QRect content(Theme::listWidth, Theme::headerHeight, Theme::panelWidth - Theme::listWidth, 372);
-    QVERIFY(!content.contains(chip->controlRectIn(f.view())));
+    QTRY_VERIFY(!content.contains(chip->controlRectIn(f.view())));
     f.press(Qt::Key_Right);
     for (const TextBlock* block : f.view()->findChildren<TextBlock*>())
         QTRY_VERIFY(block->isLaidOut()); // and the chips go down with it
@@ -247,7 +247,7 @@ void PreviewTest::chipsOutOfSightScrollIntoIt()
     QVERIFY(!f.model.focus().has_value());
     f.press(Qt::Key_Down);
     f.press(Qt::Key_Up);
-    QVERIFY(!content.contains(chip->controlRectIn(f.view()))); // at its top again
+    QTRY_VERIFY(!content.contains(chip->controlRectIn(f.view()))); // at its top again
 }
 
 void PreviewTest::qrCodeStaysWithItsEntry()
