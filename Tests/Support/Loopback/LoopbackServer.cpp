@@ -18,6 +18,7 @@ std::unique_ptr<QTcpServer> makeServer(const std::optional<QSslConfiguration>& e
         return std::make_unique<QTcpServer>();
     auto server = std::make_unique<QSslServer>();
     server->setSslConfiguration(*encryption);
+    server->setHandshakeTimeout(30'000);
     return server;
 }
 
