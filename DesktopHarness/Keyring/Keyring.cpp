@@ -55,6 +55,7 @@ Keyring::Keyring(const QString& busAddress)
 
 Keyring::~Keyring()
 {
+    setThere(false); // has gone once this returns; a connection goes when it goes
     QDBusConnection::disconnectFromBus(m_bus.name());
 }
 
