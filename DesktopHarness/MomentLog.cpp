@@ -22,7 +22,7 @@ MomentLog::MomentLog(const QString& path)
     const QByteArray name = QFile::encodeName(path);
     mkfifo(name.constData(), S_IRUSR | S_IWUSR);
     // Open for writing too: the pipe then has no end while programs come and go.
-    m_pipe = open(name.constData(), O_RDWR | O_CLOEXEC);
+    m_pipe = open(name.constData(), O_RDWR | O_CLOEXEC | O_NONBLOCK);
     if (pipe2(m_stop, O_CLOEXEC) == 0) {
         m_reader = std::thread([this] { read(); });
     }
@@ -58,6 +58,7 @@ std::optional<MomentLog::Time> MomentLog::next(const QByteArray& name, int timeo
 void MomentLog::clear()
 {
     const std::lock_guard lock(m_mutex);
+    takeArrived();
     m_moments.clear();
     m_layers = {};
 }
@@ -83,27 +84,28 @@ int MomentLog::count(const QByteArray& name) const
 
 void MomentLog::read()
 {
-    QByteArray pending;
     while (true) {
         pollfd sources[] = {{m_pipe, POLLIN, 0}, {m_stop[0], POLLIN, 0}};
         poll(sources, std::size(sources), -1);
         if (sources[1].revents != 0) {
             return;
         }
-        char buffer[4096];
-        const ssize_t length = ::read(m_pipe, buffer, sizeof buffer);
-        if (length <= 0) {
-            return;
-        }
+        const std::lock_guard lock(m_mutex);
+        takeArrived();
+        m_arrived.notify_all();
+    }
+}
+
+void MomentLog::takeArrived()
+{
+    char buffer[4096];
+    for (ssize_t length = 0; (length = ::read(m_pipe, buffer, sizeof buffer)) > 0;) {
         const Time now = std::chrono::steady_clock::now();
-        pending.append(buffer, length);
-        {
-            const std::lock_guard lock(m_mutex);
-            m_said.append(buffer, length);
-        }
-        for (qsizetype end = pending.indexOf('\n'); end >= 0; end = pending.indexOf('\n')) {
-            take(pending.left(end), now);
-            pending.remove(0, end + 1);
+        m_pending.append(buffer, length);
+        m_said.append(buffer, length);
+        for (qsizetype end = m_pending.indexOf('\n'); end >= 0; end = m_pending.indexOf('\n')) {
+            take(m_pending.left(end), now);
+            m_pending.remove(0, end + 1);
         }
     }
 }
@@ -111,7 +113,6 @@ void MomentLog::read()
 void MomentLog::take(const QByteArray& line, Time time)
 {
     if (line.startsWith(LayerLog::prefix)) {
-        const std::lock_guard lock(m_mutex);
         m_layers.take(line.mid(LayerLog::prefix.size()));
         return;
     }
@@ -120,12 +121,8 @@ void MomentLog::take(const QByteArray& line, Time time)
         return;
     }
     const QByteArray name = line.mid(prefix.size()).split(' ').first();
-    {
-        const std::lock_guard lock(m_mutex);
-        m_moments.push_back({name, time});
-        ++m_counts[name];
-    }
-    m_arrived.notify_all();
+    m_moments.push_back({name, time});
+    ++m_counts[name];
 }
 
 } // namespace Clipboard::Testing

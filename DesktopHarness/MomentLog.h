@@ -35,7 +35,7 @@ public:
 
     /// Waits for a moment of that name and uses it up; those of other names stay.
     std::optional<Time> next(const QByteArray& name, int timeout);
-    /// Forgets the moments that have come so far.
+    /// Forgets the moments that have come so far, read or not.
     void clear();
     /// How many moments of that name have come since the start.
     [[nodiscard]] int count(const QByteArray& name) const;
@@ -52,6 +52,8 @@ private:
     };
 
     void read();
+    /// What has arrived by now. Under the lock.
+    void takeArrived();
     void take(const QByteArray& line, Time time);
 
     mutable std::mutex m_mutex;
@@ -62,6 +64,7 @@ private:
     QByteArray m_said;
     int m_pipe = -1;
     int m_stop[2] = {-1, -1};
+    QByteArray m_pending; // of a line, until its end arrives
     std::thread m_reader;
 };
 
