@@ -127,7 +127,10 @@ QByteArray X11Driver::pointerShape() const
 
 void X11Driver::copy(const QByteArray& content, const QString& target)
 {
+    const quint32 owner = m_session.selectionOwner("CLIPBOARD");
     m_session.run(u"xclip"_s, clipboard + QStringList{target, u"-i"_s}, content);
+    // It has gone into the background before the server has heard of it.
+    (void)VirtualSession::waitUntil([&] { return m_session.selectionOwner("CLIPBOARD") != owner; });
 }
 
 std::unique_ptr<ForeignOwner> X11Driver::otherProgram()
