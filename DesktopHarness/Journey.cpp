@@ -54,8 +54,14 @@ void Journey::startTessaly(Where where)
 {
     hear();
     m_notices.clear(); // of a program that has ended
+    m_isHeard = m_listener == nullptr;
     if (!hasFailed() && !m_tessaly->start())
         fail(u"the program does not watch the clipboard"_s, where);
+    const auto isHeard = [this] {
+        hear();
+        return m_isHeard;
+    };
+    expect("the program to be listened to", isHeard, where);
 }
 
 void Journey::endTessaly(int signal, Where where)
@@ -88,6 +94,7 @@ void Journey::hear()
     constexpr QByteArrayView notice = "showing notification ";
     while (m_listener != nullptr && m_listener->canReadLine()) {
         const QByteArray words = m_listener->readLine().chopped(1);
+        m_isHeard = m_isHeard || words == "joined";
         if (words.startsWith(notice))
             m_notices.append(QString::fromUtf8(words.sliced(notice.size())));
     }
@@ -127,7 +134,7 @@ void Journey::openTerminal(Where where)
 {
     if (hasFailed())
         return;
-    QStringList words = desktop().terminal(u"the terminal"_s, u"cat > '%1'"_s.arg(typedFile()));
+    QStringList words = desktop().terminal(u"the terminal"_s, u"stty -icanon; cat > '%1'"_s.arg(typedFile()));
     const QString program = words.takeFirst();
     m_session->start(program, words);
     expectFront("the terminal", where);
@@ -176,10 +183,11 @@ void Journey::click(QPoint place, int times, int button)
 
 void Journey::clickTrayIcon(int button, Where where)
 {
+    // A tray that grows for it has it beyond the screen at first.
     const auto isAtRest = [this] {
-        const auto icon = m_tessaly->trayIcon();
-        const int width = icon.value_or(Window()).geometry.width();
-        return width > 16 && icon->geometry.right() > desktop().size().width() - width;
+        const QRect icon = m_tessaly->trayIcon().value_or(Window()).geometry;
+        const QRect screen({}, desktop().size());
+        return icon.width() > 16 && screen.contains(icon) && icon.right() > screen.right() - icon.width();
     };
     expect("the icon at rest in the tray, which is in the corner", isAtRest, where);
     click(m_tessaly->trayIcon().value_or(Window()).geometry.center(), 1, button);

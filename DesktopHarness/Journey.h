@@ -70,7 +70,7 @@ public:
     /// Waits for one more recorded copy.
     void expectCapture(Where where = Where::current());
     [[nodiscard]] QByteArray pasted(const QString& target = asText);
-    /// A terminal that the panel does not hide. Each line typed into it goes into typedFile().
+    /// A terminal that the panel does not hide. Each letter typed into it goes into typedFile().
     void openTerminal(Where where = Where::current());
     [[nodiscard]] QString typedFile() const { return m_session->homePath(QStringLiteral("typed")); }
     /// An editor with a file of that name and content; the file's path.
@@ -134,6 +134,7 @@ private:
     void hear();
 
     QStringList m_notices;          // heard, and not expected yet
+    bool m_isHeard = true;          // by the listener, if there is one
     QProcess* m_listener = nullptr; // owned by the session
     std::unique_ptr<VirtualSession> m_session;
     std::unique_ptr<RunningTessaly> m_tessaly;

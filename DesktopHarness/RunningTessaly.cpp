@@ -173,7 +173,7 @@ std::optional<RunningTessaly::Window> RunningTessaly::toast() const
 std::optional<RunningTessaly::Window> RunningTessaly::trayIcon() const
 {
     for (const Window& window : windows()) {
-        if (window.geometry.height() <= trayIconLimit) {
+        if (window.geometry.height() <= trayIconLimit && window.geometry.width() <= trayIconLimit) { // no tip
             return window;
         }
     }

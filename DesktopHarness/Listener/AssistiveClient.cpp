@@ -126,6 +126,7 @@ void AssistiveClient::childrenChanged(const QDBusMessage& message)
     ask(registry, registryPath, registry, u"RegisterEvent"_s, listening);
     ask(program.service, program.path.path(), accessible, u"GetRoleName"_s);
     ask(registry, registryPath, registry, u"DeregisterEvent"_s, listening);
+    emit joined();
 }
 
 } // namespace Clipboard::Testing

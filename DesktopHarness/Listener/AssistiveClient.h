@@ -50,6 +50,8 @@ public:
     void forgetHeard(qsizetype count) { m_heard.remove(0, count); }
 
 signals:
+    /// To an eavesdropper: one more program has come that says from now on what there is to say.
+    void joined();
     /// One more of what heard() has.
     void said(const QString& words);
 

@@ -17,6 +17,7 @@ int main(int argc, char** argv)
         std::fflush(stdout);
     };
     QObject::connect(&client, &AssistiveClient::said, [&say](const QString& words) { say(words.toUtf8()); });
+    QObject::connect(&client, &AssistiveClient::joined, [&say] { say("joined"); });
     say("listening");
     return QCoreApplication::exec();
 }
