@@ -365,9 +365,10 @@ QString Journey::situation()
     QStringList entries;
     for (const QString& content : contents())
         entries.append(content.left(shownCharacters));
-    return u"there is, in front: “%1”; windows of the program: [%2]; notices: [%3]; entries in the file: [%4]"_s.arg(
-        desktop().activeWindow().value_or(Window()).title, windows.join(u", "), m_notices.join(u", "),
-        entries.mid(0, 5).join(u", "));
+    const QString life = m_tessaly->isRunning() ? u"runs"_s : u"has ended with %1"_s.arg(m_tessaly->exitCode());
+    return u"there is, in front: “%1”; the program %2, its windows: [%3]; notices: [%4]; entries in the file: [%5]"_s
+        .arg(desktop().activeWindow().value_or(Window()).title, life, windows.join(u", "), m_notices.join(u", "),
+             entries.mid(0, 5).join(u", "));
 }
 
 } // namespace Clipboard::Testing
