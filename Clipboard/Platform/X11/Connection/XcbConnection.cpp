@@ -128,6 +128,17 @@ xcb_window_t XcbConnection::selectionOwner(xcb_atom_t selection) const
     return reply ? reply->owner : static_cast<xcb_window_t>(XCB_WINDOW_NONE);
 }
 
+bool XcbConnection::areOfOneClient(xcb_window_t one, xcb_window_t other) const
+{
+    const uint32_t ofClient = ~xcb_get_setup(m_connection)->resource_id_mask;
+    return (one & ofClient) == (other & ofClient);
+}
+
+bool XcbConnection::isOurs(xcb_window_t window) const
+{
+    return areOfOneClient(window, xcb_get_setup(m_connection)->resource_id_base);
+}
+
 xcb_window_t XcbConnection::createHiddenWindow(uint32_t eventMask)
 {
     const xcb_window_t window = xcb_generate_id(m_connection);

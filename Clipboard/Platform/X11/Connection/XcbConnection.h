@@ -64,6 +64,10 @@ public:
                                               uint32_t maxWords) const;
     /// XCB_WINDOW_NONE when nobody owns the selection.
     [[nodiscard]] xcb_window_t selectionOwner(xcb_atom_t selection) const;
+    /// True when the same client has made them: their ids begin with what the server gave to it alone.
+    [[nodiscard]] bool areOfOneClient(xcb_window_t one, xcb_window_t other) const;
+    /// True for a window that this connection has made.
+    [[nodiscard]] bool isOurs(xcb_window_t window) const;
     /// A window that is never shown, for talking to other clients.
     [[nodiscard]] xcb_window_t createHiddenWindow(uint32_t eventMask);
 

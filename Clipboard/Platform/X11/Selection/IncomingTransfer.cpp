@@ -14,29 +14,30 @@ uint32_t wordsFor(qint64 bytes)
 
 } // namespace
 
-TransferProperties::TransferProperties(XcbConnection& connection, xcb_window_t window)
+TransferWindows::TransferWindows(XcbConnection& connection)
     : m_connection(connection)
-    , m_window(window)
+    , m_property(connection.atom("TESSALY_TRANSFER"))
     , m_slots(count)
 {
 }
 
-xcb_atom_t TransferProperties::next()
+xcb_window_t TransferWindows::next()
 {
     Slot& slot = m_slots[m_next];
-    if (slot.property == XCB_ATOM_NONE)
-        slot.property = m_connection.atom("TESSALY_TRANSFER_" + QByteArray::number(static_cast<int>(m_next)));
+    if (slot.window == XCB_WINDOW_NONE)
+        slot.window = m_connection.createHiddenWindow(XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY);
     slot.discarded = 0;
     m_next = (m_next + 1) % count;
-    return slot.property;
+    m_last = slot.window;
+    return m_last;
 }
 
-void TransferProperties::discard(xcb_atom_t property)
+void TransferWindows::discard(xcb_window_t window)
 {
     for (Slot& slot : m_slots) {
-        if (slot.property == property && slot.discarded < maxDiscardedPieces) {
+        if (slot.window == window && slot.discarded < maxDiscardedPieces) {
             ++slot.discarded;
-            xcb_delete_property(m_connection.get(), m_window, property);
+            xcb_delete_property(m_connection.get(), window, m_property);
         }
     }
 }
@@ -52,11 +53,9 @@ IncomingTransfer::IncomingTransfer(XcbConnection& connection, const Request& req
 
 bool IncomingTransfer::handle(const xcb_selection_notify_event_t& event)
 {
-    if (m_state != State::Waiting || event.selection != m_request.selection || event.target != m_request.target ||
-        (event.property != m_request.property && event.property != XCB_ATOM_NONE))
-        return false;
-    // A refusal names no property. With the time of the request it is still known from the late one of another owner.
-    if (event.property == XCB_ATOM_NONE && event.time != m_request.time && event.time != XCB_CURRENT_TIME)
+    if (m_state != State::Waiting || event.requestor != m_request.requestor || event.selection != m_request.selection ||
+        event.target != m_request.target ||
+        (event.property != m_request.property && event.property != XCB_ATOM_NONE)) // a refusal names none
         return false;
     m_state = State::Failed;
     if (event.property == XCB_ATOM_NONE)

@@ -7,18 +7,23 @@
 
 namespace Clipboard::X11 {
 
-/// Properties of our window into which owners put their replies. Each request gets another one, so that the late reply
-/// of one owner is never taken for another's.
-class TransferProperties final
+/// Windows of ours into whose property owners put their replies. Each request gets another one, so that the late reply
+/// of one owner is never taken for another's. A property of its own would not do: there are owners that send their next
+/// piece whenever any property of the window is deleted (xclip 0.13), and another owner's late reply has to be.
+class TransferWindows final
 {
 public:
-    TransferProperties(XcbConnection& connection, xcb_window_t window);
+    explicit TransferWindows(XcbConnection& connection);
 
-    /// The property that was handed out the longest ago.
-    [[nodiscard]] xcb_atom_t next();
+    /// The window that was handed out the longest ago.
+    [[nodiscard]] xcb_window_t next();
+    /// The one handed out last; XCB_WINDOW_NONE before the first.
+    [[nodiscard]] xcb_window_t last() const { return m_last; }
+    /// The property of each of them that replies go into.
+    [[nodiscard]] xcb_atom_t property() const { return m_property; }
     /// A reply that nobody waits for has arrived. Deleting it lets its owner go on to the end of what it sends; some
     /// would otherwise wait for us for ever.
-    void discard(xcb_atom_t property);
+    void discard(xcb_window_t window);
 
 private:
     // More than there are owners that hang at the same time.
@@ -28,14 +33,15 @@ private:
 
     struct Slot
     {
-        xcb_atom_t property = XCB_ATOM_NONE;
+        xcb_window_t window = XCB_WINDOW_NONE;
         int discarded = 0;
     };
 
     XcbConnection& m_connection;
-    xcb_window_t m_window;
+    xcb_atom_t m_property;
     std::vector<Slot> m_slots;
     size_t m_next = 0;
+    xcb_window_t m_last = XCB_WINDOW_NONE;
 };
 
 /// One conversion of a selection into one target: the request, the reply, and the pieces of an incremental one

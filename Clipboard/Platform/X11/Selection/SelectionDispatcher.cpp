@@ -53,7 +53,7 @@ SelectionDispatcher::SelectionDispatcher(std::unique_ptr<XcbConnection> connecti
     , m_primary(*m_connection, m_transfers, m_window, "PRIMARY")
     , m_manager(*m_connection, m_transfers, m_window, options.saveHold, [this] { return keptTargets(); })
     , m_reader(
-          *m_connection, m_window, options.reading, [this](const SelectionContent& content) { this->publish(content); },
+          *m_connection, options.reading, [this](const SelectionContent& content) { this->publish(content); },
           [this] { readingSettled(); })
 {
     watchOwners();
@@ -221,7 +221,7 @@ void SelectionDispatcher::dispatch(const xcb_generic_event_t& event)
         m_transfers.windowGone(as<xcb_generic_error_t>(event).resource_id);
         break;
     case XCB_DESTROY_NOTIFY:
-        m_isWindowGone = m_isWindowGone || as<xcb_destroy_notify_event_t>(event).window == m_window;
+        m_isWindowGone = m_isWindowGone || m_connection->isOurs(as<xcb_destroy_notify_event_t>(event).window);
         m_transfers.windowGone(as<xcb_destroy_notify_event_t>(event).window);
         break;
     case XCB_PROPERTY_NOTIFY:
@@ -246,11 +246,11 @@ void SelectionDispatcher::dispatch(const xcb_generic_event_t& event)
 
 void SelectionDispatcher::propertyChanged(const xcb_property_notify_event_t& event)
 {
-    if (event.window != m_window) {
+    if (!m_connection->isOurs(event.window)) {
         m_transfers.handle(event);
-    } else if (event.atom != m_timeProperty) {
+    } else if (event.window != m_window) {
         m_reader.handle(event);
-    } else if (!m_waitingForTime.empty()) {
+    } else if (event.atom == m_timeProperty && !m_waitingForTime.empty()) {
         const TimedAction action = std::move(m_waitingForTime.front());
         m_waitingForTime.pop_front();
         action(event.time);
@@ -316,20 +316,23 @@ void SelectionDispatcher::publish(const SelectionContent& content)
     // Whoever takes over what we leave behind copies nothing.
     if (m_manager.isHandingOver())
         return;
-    // Without its window or its connection the reader finds nothing, whatever there is.
+    // Without its windows or its connection the reader finds nothing, whatever there is.
     const bool isEmpty = content.fileURLs.isEmpty() && !content.png && !content.tiff && !content.text;
-    if (isEmpty && !hasWindow())
+    if (isEmpty && !hasWindows())
         return;
     const bool isKnown = std::exchange(m_known, {}) == content;
     m_publish({content, m_writes, m_isInitial || isKnown, m_mayTakeBack && isEmpty && areTextual(content.types)});
 }
 
 /// Asks the server: the news of its end may still be on its way.
-bool SelectionDispatcher::hasWindow() const
+bool SelectionDispatcher::hasWindows() const
 {
-    const auto cookie = xcb_get_window_attributes(m_connection->get(), m_window);
-    return XcbPointer<xcb_get_window_attributes_reply_t>(
-               xcb_get_window_attributes_reply(m_connection->get(), cookie, nullptr)) != nullptr;
+    const auto isThere = [xcb = m_connection->get()](xcb_window_t window) {
+        const auto cookie = xcb_get_window_attributes(xcb, window);
+        return XcbPointer<xcb_get_window_attributes_reply_t>(xcb_get_window_attributes_reply(xcb, cookie, nullptr)) !=
+               nullptr;
+    };
+    return isThere(m_window) && (m_reader.requestor() == XCB_WINDOW_NONE || isThere(m_reader.requestor()));
 }
 
 std::optional<SelectionDispatcher::Clock::time_point> SelectionDispatcher::deadline() const

@@ -76,7 +76,7 @@ private:
     void readingSettled();
     /// Tells those that wait for the reading to come to an end.
     void tellWaiting();
-    [[nodiscard]] bool hasWindow() const;
+    [[nodiscard]] bool hasWindows() const;
     [[nodiscard]] bool takeOver(xcb_timestamp_t ownedSince);
     void takeOverLater(Clock::time_point now);
     [[nodiscard]] bool belongsToTheOwner(xcb_window_t window) const;

@@ -54,7 +54,7 @@ void SelectionOwner::answer(const xcb_selection_request_event_t& request)
 {
     // Requests of clients from before the ICCCM name no property; the target stands in for it (2.2).
     const xcb_atom_t property = request.property == XCB_ATOM_NONE ? request.target : request.property;
-    const bool isOurs = request.requestor == m_window;
+    const bool isOurs = m_connection.isOurs(request.requestor);
     if (!m_isOwned || isOurs || !isInTime(request.time)) {
         refuse(request);
         return;

@@ -5,14 +5,13 @@
 
 namespace Clipboard::X11 {
 
-SelectionReader::SelectionReader(XcbConnection& connection, xcb_window_t requestor, Options options,
+SelectionReader::SelectionReader(XcbConnection& connection, Options options,
                                  std::function<void(SelectionContent)> onContent, std::function<void()> onSettled)
     : m_connection(connection)
-    , m_requestor(requestor)
     , m_options(std::move(options))
     , m_onContent(std::move(onContent))
     , m_onSettled(std::move(onSettled))
-    , m_properties(connection, requestor)
+    , m_windows(connection)
     , m_reading(m_options)
 {
 }
@@ -49,8 +48,8 @@ void SelectionReader::cancel()
 
 void SelectionReader::request(xcb_atom_t target, qint64 maxBytes)
 {
-    m_transfer.emplace(m_connection, IncomingTransfer::Request{m_requestor, m_selection, target, m_properties.next(),
-                                                               m_time, maxBytes});
+    m_transfer.emplace(m_connection, IncomingTransfer::Request{m_windows.next(), m_selection, target,
+                                                               m_windows.property(), m_time, maxBytes});
     m_stepEnd = Clock::now() + m_stepTimeout;
     m_formEnd = std::min(m_end, Clock::now() + m_options.formTimeout);
 }
@@ -65,18 +64,18 @@ void SelectionReader::handle(const xcb_selection_notify_event_t& event)
     if (m_transfer && m_transfer->handle(event))
         advance();
     else if (event.property != XCB_ATOM_NONE)
-        m_properties.discard(event.property);
+        m_windows.discard(event.requestor);
 }
 
 void SelectionReader::handle(const xcb_property_notify_event_t& event)
 {
     if (event.state != XCB_PROPERTY_NEW_VALUE)
         return;
-    if (m_transfer && m_transfer->request().property == event.atom) {
+    if (m_transfer && m_transfer->request().requestor == event.window) {
         if (m_transfer->handle(event))
             advance();
     } else {
-        m_properties.discard(event.atom);
+        m_windows.discard(event.window);
     }
 }
 

@@ -25,8 +25,8 @@ public:
 
     /// `onContent` hears each selection once, when its content is there or nothing can be had; `onSettled` when nothing
     /// more is going to be asked of the owner.
-    SelectionReader(XcbConnection& connection, xcb_window_t requestor, Options options,
-                    std::function<void(SelectionContent)> onContent, std::function<void()> onSettled);
+    SelectionReader(XcbConnection& connection, Options options, std::function<void(SelectionContent)> onContent,
+                    std::function<void()> onSettled);
 
     /// Has less patience with the present owner from now on: `stepTimeout` for each step.
     void hurry(std::chrono::milliseconds stepTimeout);
@@ -46,6 +46,9 @@ public:
     /// True when nothing was found because the owner refused to answer: it may do so another time.
     [[nodiscard]] bool wasRefused() const { return m_isRefused && m_stage == Stage::Companions && !hasContent(); }
 
+    /// The window that the last request came from; XCB_WINDOW_NONE before the first.
+    [[nodiscard]] xcb_window_t requestor() const { return m_windows.last(); }
+
     void handle(const xcb_selection_notify_event_t& event);
     void handle(const xcb_property_notify_event_t& event);
     /// When the step under way is over at the latest; nothing when idle.
@@ -62,11 +65,10 @@ private:
     void publish();
 
     XcbConnection& m_connection;
-    xcb_window_t m_requestor;
     Options m_options;
     std::function<void(SelectionContent)> m_onContent;
     std::function<void()> m_onSettled;
-    TransferProperties m_properties;
+    TransferWindows m_windows;
 
     xcb_atom_t m_selection = XCB_ATOM_NONE;
     xcb_timestamp_t m_time = XCB_CURRENT_TIME;

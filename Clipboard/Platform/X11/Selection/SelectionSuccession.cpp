@@ -43,7 +43,7 @@ void SelectionDispatcher::ownerGone(bool isDeliberate, xcb_timestamp_t ownedSinc
     publish({});
 }
 
-/// True when that is done, or put off.
+/// True when that is done, put off, or somebody has copied meanwhile, of whom we are about to hear.
 bool SelectionDispatcher::takeOver(xcb_timestamp_t ownedSince)
 {
     const auto now = Clock::now();
@@ -54,7 +54,8 @@ bool SelectionDispatcher::takeOver(xcb_timestamp_t ownedSince)
         return true;
     }
     m_takeOvers.push_back(now);
-    return m_clipboard.own(m_reader.keptForms(), ownedSince);
+    return m_clipboard.own(m_reader.keptForms(), ownedSince) ||
+           m_connection->selectionOwner(m_clipboard.selection()) != XCB_WINDOW_NONE;
 }
 
 void SelectionDispatcher::takeOverLater(Clock::time_point now)
@@ -71,8 +72,7 @@ void SelectionDispatcher::takeOverLater(Clock::time_point now)
 /// Or nobody took its place: then who gave the clipboard up was the owner.
 bool SelectionDispatcher::belongsToTheOwner(xcb_window_t window) const
 {
-    const uint32_t ofClient = ~xcb_get_setup(m_connection->get())->resource_id_mask;
-    return window == XCB_WINDOW_NONE || (window & ofClient) == (m_owner & ofClient);
+    return window == XCB_WINDOW_NONE || m_connection->areOfOneClient(window, m_owner);
 }
 
 } // namespace Clipboard::X11
