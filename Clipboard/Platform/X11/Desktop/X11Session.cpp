@@ -104,6 +104,19 @@ X11Session::Pointer X11Session::pointer() const
     return reply ? Pointer{{reply->root_x, reply->root_y}, reply->child} : Pointer();
 }
 
+xcb_window_t X11Session::windowAtPointer() const
+{
+    xcb_window_t found = m_connection->root();
+    for (int depth = 0; depth < maxWindowDepth; ++depth) {
+        const XcbPointer<xcb_query_pointer_reply_t> reply(
+            xcb_query_pointer_reply(xcb(), xcb_query_pointer(xcb(), found), nullptr));
+        if (!reply || reply->child == XCB_WINDOW_NONE)
+            break;
+        found = reply->child;
+    }
+    return found;
+}
+
 QRect X11Session::geometry(xcb_window_t window) const
 {
     const auto sizeCookie = xcb_get_geometry(xcb(), window);

@@ -45,6 +45,8 @@ public:
         xcb_window_t window = XCB_WINDOW_NONE;
     };
     [[nodiscard]] Pointer pointer() const;
+    /// The innermost window beneath it.
+    [[nodiscard]] xcb_window_t windowAtPointer() const;
     /// On the root window, in pixels; empty when the window is gone.
     [[nodiscard]] QRect geometry(xcb_window_t window) const;
     /// True for the window that file managers keep behind all others, over every screen.

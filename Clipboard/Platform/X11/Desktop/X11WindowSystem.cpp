@@ -191,9 +191,12 @@ bool X11WindowSystem::isFocusAtPointer() const
     return active == XCB_WINDOW_NONE || m_session->isInside(active, m_session->pointer().window);
 }
 
+/// What is clicked at in a window of ours, such as the icon in the tray, is its own business: it may be about to close
+/// the panel, and would open it again.
 void X11WindowSystem::userClicked()
 {
-    if (m_panel == nullptr || m_panel->geometry().contains(QCursor::pos()))
+    if (m_panel == nullptr || m_panel->geometry().contains(QCursor::pos()) ||
+        m_session->connection().areOfOneClient(m_session->windowAtPointer(), idOf(*m_panel)))
         return;
     m_hasClickedBeside = true;
     emit userWorked();
