@@ -182,6 +182,15 @@ void HistoryList::paintEvent(QPaintEvent* event)
     reportFrame(this, "list-painted");
 }
 
+/// The toolkit would paint all rows anew when the window becomes active, which is right after it is shown; they look
+/// the same as before.
+bool HistoryList::viewportEvent(QEvent* event)
+{
+    if (event->type() == QEvent::WindowActivate || event->type() == QEvent::WindowDeactivate)
+        return true;
+    return QListView::viewportEvent(event);
+}
+
 void HistoryList::resizeEvent(QResizeEvent* event)
 {
     // The viewport shows whole rows: what is left over stays empty below them.
