@@ -98,10 +98,9 @@ void HistoryList::syncSelection(bool animated)
     const auto id = m_viewModel.selectedID();
     const auto row = id ? m_model->row(*id) : std::nullopt;
     const QModelIndex index = row ? m_model->index(*row) : QModelIndex();
-    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect); // repaints the two rows
     if (row)
         scrollToRow(*row, animated);
-    refreshRows();
 }
 
 bool HistoryList::hasPanelFocus() const

@@ -28,8 +28,10 @@ public:
     void reload();
     /// Takes over the selected entry and brings it into view; scrolls there smoothly when `animated`.
     void syncSelection(bool animated);
-    /// Repaints the rows, for ages and focus.
+    /// Repaints the rows, for their ages.
     void refreshRows() { viewport()->update(); }
+    /// Repaints the selected row, the only one that tells whether the panel's focus is in the list.
+    void refreshSelectedRow() { update(currentIndex()); }
 
     /// True while an entry is on its way into another program; dragFinished() follows.
     [[nodiscard]] bool isDragging() const { return m_isDragging; }

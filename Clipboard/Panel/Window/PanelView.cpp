@@ -110,7 +110,7 @@ void PanelView::sync()
     m_header->sync();
     m_preview->syncFocus();
     if (what & state)
-        m_list->refreshRows();
+        m_list->refreshSelectedRow();
     if (what & notice)
         m_footer->setNotice(m_viewModel.notice());
     if (what & (sheet | entries | selection | actions))
