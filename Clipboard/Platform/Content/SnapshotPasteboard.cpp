@@ -3,6 +3,7 @@
 #include "History/CaptureExclusion.h"
 
 #include <QCoreApplication>
+#include <QPointer>
 #include <QSysInfo>
 
 #include <utility>
@@ -31,7 +32,7 @@ std::function<void(const SelectionSnapshot&)> SnapshotPasteboard::changeListener
     // One queued call a copy: each is seen by those who listen before the next one replaces it.
     return [this](const SelectionSnapshot& snapshot) {
         QMetaObject::invokeMethod(
-            this, [this, snapshot] { take(snapshot); }, Qt::QueuedConnection);
+            this, [this, snapshot] { arrive(snapshot); }, Qt::QueuedConnection);
     };
 }
 
@@ -71,6 +72,8 @@ void SnapshotPasteboard::settle(std::chrono::milliseconds limit)
 {
     m_engine->settled().wait_for(limit);
     QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    while (!m_arrived.empty())
+        takeNext();
 }
 
 void SnapshotPasteboard::setString(const QByteArray& utf8)
@@ -111,6 +114,27 @@ void SnapshotPasteboard::write(const SelectionForms& forms, SelectionContent con
     m_isTakenBack = false;
     ++m_changeCount;
     m_writes = m_engine->own(forms);
+}
+
+void SnapshotPasteboard::arrive(const SelectionSnapshot& snapshot)
+{
+    m_arrived.push_back(snapshot);
+    if (!m_gate)
+        return takeNext();
+    m_gate([self = QPointer(this)] {
+        if (self)
+            self->takeNext();
+    });
+}
+
+/// The first that came, whichever the gate was opened for.
+void SnapshotPasteboard::takeNext()
+{
+    if (m_arrived.empty())
+        return; // settled meanwhile
+    const SelectionSnapshot next = std::move(m_arrived.front());
+    m_arrived.pop_front();
+    take(next);
 }
 
 void SnapshotPasteboard::take(const SelectionSnapshot& snapshot)

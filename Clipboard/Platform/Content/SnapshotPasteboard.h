@@ -4,6 +4,8 @@
 #include "ContentReading.h"
 #include "Pasteboard.h"
 
+#include <deque>
+#include <functional>
 #include <memory>
 
 namespace Clipboard {
@@ -12,7 +14,14 @@ namespace Clipboard {
 class SnapshotPasteboard : public Pasteboard
 {
 public:
+    /// Asked when a copy has come: calls back in the main thread, at once or later, when that may be shown to those who
+    /// listen. They see each copy in its turn, at the latest when settle() is called.
+    using Gate = std::function<void(std::function<void()> open)>;
+
     ~SnapshotPasteboard() override;
+
+    /// Without one every copy is shown at once.
+    void setGate(Gate gate) { m_gate = std::move(gate); }
 
     /// For those who must wait until a write is in force. It outlives this object, silent.
     [[nodiscard]] const std::shared_ptr<ClipboardEngine>& engine() const { return m_engine; }
@@ -49,9 +58,13 @@ protected:
 private:
     void write(const SelectionForms& forms, SelectionContent content);
     void setConnected(bool isConnected);
+    void arrive(const SelectionSnapshot& snapshot);
+    void takeNext();
     void take(const SelectionSnapshot& snapshot);
 
     std::shared_ptr<ClipboardEngine> m_engine;
+    Gate m_gate;
+    std::deque<SelectionSnapshot> m_arrived; // before the gate
     SelectionContent m_content;
     bool m_isTakenBack = false;
     bool m_isConnected = true;

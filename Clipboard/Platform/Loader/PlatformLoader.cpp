@@ -102,9 +102,14 @@ void addCompositorHotKey(Platform& platform)
     platform.hotKey = std::make_unique<KGlobalAccelHotKey>(std::make_unique<PortalHotKey>(configuredHotKey()));
 }
 
+SnapshotPasteboard* clipboardOf(const Platform& platform)
+{
+    return dynamic_cast<SnapshotPasteboard*>(platform.pasteboard.get());
+}
+
 std::shared_ptr<ClipboardEngine> engineOf(const Platform& platform)
 {
-    const auto* clipboard = dynamic_cast<SnapshotPasteboard*>(platform.pasteboard.get());
+    const SnapshotPasteboard* clipboard = clipboardOf(platform);
     return clipboard != nullptr ? clipboard->engine() : nullptr;
 }
 
@@ -132,6 +137,8 @@ void addWaylandDesktop(Platform& platform, const Wayland::WaylandSession& compos
     if (!toplevels)
         return;
     platform.workspace = std::make_unique<WaylandWorkspace>(toplevels);
+    if (SnapshotPasteboard* clipboard = clipboardOf(platform))
+        clipboard->setGate([toplevels](std::function<void()> open) { toplevels->whenDescribed(std::move(open)); });
     if (auto windows = compositor.hasLayerShell ? WaylandWindowSystem::create(toplevels) : nullptr)
         platform.windows = std::move(windows);
     if (auto keystrokes = waylandKeystrokes(toplevels, engineOf(platform)))

@@ -3,6 +3,9 @@
 
 #include <QSignalSpy>
 
+#include <functional>
+#include <vector>
+
 using namespace Clipboard;
 using namespace Clipboard::Testing;
 using namespace Qt::StringLiterals;
@@ -38,6 +41,8 @@ void X11PasteboardTest::eachCopyIsSeenInItsTurn()
         seen.append(m_pasteboard->string().value_or("nothing"));
         counts.insert(m_pasteboard->changeCount());
     });
+    std::vector<std::function<void()>> held;
+    m_pasteboard->setGate([&held](std::function<void()> open) { held.push_back(std::move(open)); });
     ForeignClient owner(display());
     QByteArrayList copied;
     for (int i = 0; i < 50; ++i) {
@@ -50,6 +55,11 @@ void X11PasteboardTest::eachCopyIsSeenInItsTurn()
     m_pasteboard->settle(20s);
     QCOMPARE(seen, copied);
     QCOMPARE(counts.size(), copied.size());
+    owner.copyText("one more");
+    QTRY_COMPARE(held.size(), copied.size() + 1);
+    QCOMPARE(seen, copied);
+    held.front()(); // the first that is left has its turn
+    QCOMPARE(seen, copied + QByteArrayList{"one more"});
 }
 
 void X11PasteboardTest::ownWriteIsThereAtOnceAndSilent()

@@ -3,8 +3,8 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QSocketNotifier>
+#include <QTimer>
 
-#include <tuple>
 #include <utility>
 
 namespace Clipboard::Wayland {
@@ -24,15 +24,19 @@ bool Toplevels::listen()
     return m_connection->roundTrip();
 }
 
-/// A copy that was made in a new window may be heard of before that, and whether it is to be recorded may depend on the
-/// window's application.
-void Toplevels::catchUp()
+void Toplevels::whenDescribed(std::function<void()> done)
 {
-    // It answers within a millisecond; the panel would be in the hands of one that does not.
-    constexpr std::chrono::milliseconds limit{50};
+    catchUp();
+    if (!isAsking())
+        return done();
+    // Whichever is first, and not in the midst of what the compositor tells.
+    const auto once = [this, todo = std::make_shared<std::function<void()>>(std::move(done))] {
+        if (const auto now = std::exchange(*todo, nullptr))
+            QTimer::singleShot(0, this, now);
+    };
+    m_connection->whenDone(once);
     m_connection->serve();
-    if (isAsking())
-        std::ignore = m_connection->roundTrip(limit);
+    QTimer::singleShot(answerLimit, this, once);
 }
 
 void Toplevels::setApplication(Window window, const QString& application)

@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -20,8 +21,12 @@ class Toplevels : public QObject
 public:
     [[nodiscard]] WaylandConnection& connection() { return *m_connection; }
 
-    /// Handles what the compositor has told by now, and waits for what it is yet to tell of a window that is new.
-    void catchUp();
+    /// Handles what the compositor has told by now.
+    void catchUp() { m_connection->serve(); }
+    /// Calls `done` once the compositor has told what there is to tell of windows that are new: at once where none is,
+    /// and all the same where it does not answer. A copy that was made in a new window may be heard of before that, and
+    /// whether it is to be recorded may depend on the window's application.
+    void whenDescribed(std::function<void()> done);
     /// The application id of the active window or, while one of ours is active, of the one before it. Nothing when no
     /// window is active.
     [[nodiscard]] std::optional<QString> frontApplication() const;
