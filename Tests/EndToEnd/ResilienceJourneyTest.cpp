@@ -147,9 +147,6 @@ void ResilienceJourneyTest::startsAnewWhenTheDisplayIsBack()
 {
     if (!isOnKwin())
         QSKIP("the windows' display is the session, and ends with it");
-    endTessaly();
-    session().setEnvironment(u"QT_QPA_PLATFORM"_s, u"xcb"_s); // its windows are those of Xwayland
-    startTessaly();
     callUp();
     copy("before");
     copyUnrecorded("on its way");

@@ -15,6 +15,20 @@ using namespace ClipboardCore;
 using namespace Clipboard::Testing;
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// An input method that has nothing more to say, and says so when the keyboard is about to go.
+class LastWord final : public QObject
+{
+    bool eventFilter(QObject* object, QEvent* event) override
+    {
+        QInputMethodEvent nothing;
+        return event->type() == QEvent::FocusAboutToChange && !QApplication::sendEvent(object, &nothing);
+    }
+};
+
+} // namespace
+
 /// What keys and the mouse do to the picture, and what is seen of it.
 class EditorCanvasTest final : public QObject
 {
@@ -257,6 +271,10 @@ void EditorCanvasTest::labelComposesWithAnInputMethod()
     committing.setCommitString(u"你"_s);
     QApplication::sendEvent(label, &committing);
     QCOMPARE(label->inputMethodQuery(Qt::ImSurroundingText).toString(), u"你"_s);
+    LastWord method;
+    label->installEventFilter(&method);
+    f.keys(u"Escape"_s);
+    QVERIFY(label->isHidden());
 }
 
 /// The canvas paints only what changed: after every change the screen must be as if it had painted everything.
