@@ -112,15 +112,14 @@ bool SmallShapes::paint(QPainter& painter, const QRectF& rect, qreal radius, con
     const bool isWide = pixels->width() > 2 * narrow;
     if (isWide)
         shape.pixels.setWidth(narrow);
-    QPixmap* pixmap = cache.object(shape);
-    if (pixmap == nullptr) {
-        pixmap = new QPixmap(made(shape)); // the cache owns it
-        cache.insert(shape, pixmap, bytesOf(shape.pixels));
-    }
+    const QPixmap* cached = cache.object(shape);
+    const QPixmap pixmap = cached != nullptr ? *cached : made(shape);
+    if (cached == nullptr)
+        cache.insert(shape, new QPixmap(pixmap), bytesOf(shape.pixels)); // the cache owns it
     if (isWide)
-        paintWithMiddle(painter, rect, *pixmap, shape);
+        paintWithMiddle(painter, rect, pixmap, shape);
     else
-        painter.drawPixmap(rect.topLeft(), *pixmap);
+        painter.drawPixmap(rect.topLeft(), pixmap);
     return true;
 }
 
