@@ -103,6 +103,7 @@ function(tessaly_library name)
     target_link_libraries(${name} PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE} TessalyOptions)
     tessaly_public_headers(${name})
     tessaly_precompile(${name})
+    tessaly_unite(${name})
 endfunction()
 
 # The selection engine; the store with its queue and index; the pictures and what else runs off the main thread.
