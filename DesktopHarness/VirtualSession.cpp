@@ -17,6 +17,7 @@
 #include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
+#include <tuple>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -351,8 +352,14 @@ void VirtualSession::crashDisplay()
     display.waitForFinished();
 }
 
+/// kwin 5.27 asks Xwayland about what it hears from it, and waits for ever when it dies meanwhile: the other end of the
+/// connection is kwin's as well. So it has to have looked at all there is to hear, as it does between two answers to
+/// others.
 void VirtualSession::crashXwayland()
 {
+    Xcb::synchronize(m_connection);
+    for (int answers = 0; answers < 2; ++answers)
+        std::ignore = m_desktop->activeWindow();
     const QString compositor = QString::number(m_processes[1]->processId());
     run(u"sh"_s, {u"-c"_s, u"kill -KILL $(cat /proc/%1/task/*/children)"_s.arg(compositor)});
 }
