@@ -93,7 +93,7 @@ QByteArray KwinDriver::picture(QRect part) const
     for (const int number : {part.x(), part.y(), part.width(), part.height()})
         call.append(u"int32:%1"_s.arg(number));
     const auto file = QString::fromLocal8Bit(session().run(u"dbus-send"_s, call).output.trimmed());
-    const QByteArray picture = session().run(u"convert"_s, {file, u"ppm:-"_s}).output;
+    QByteArray picture = session().run(u"convert"_s, {file, u"ppm:-"_s}).output;
     QFile::remove(file);
     return picture;
 }

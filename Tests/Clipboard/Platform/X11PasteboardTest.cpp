@@ -56,7 +56,7 @@ void X11PasteboardTest::eachCopyIsSeenInItsTurn()
     QCOMPARE(seen, copied);
     QCOMPARE(counts.size(), copied.size());
     owner.copyText("one more");
-    QTRY_COMPARE(held.size(), copied.size() + 1);
+    QTRY_COMPARE(static_cast<qsizetype>(held.size()), copied.size() + 1);
     QCOMPARE(seen, copied);
     held.front()(); // the first that is left has its turn
     QCOMPARE(seen, copied + QByteArrayList{"one more"});
