@@ -14,7 +14,7 @@ build: ## build everything, release (4 min)
 run: ## start Tessaly; without a display, play a tour into build/tour (3 min)
 	@scripts/run
 
-test: ## build and run the whole suite (7 min)
+test: ## build and run the whole suite (8 min)
 	@scripts/install-packages build run session
 	cmake --preset release
 	cmake --build --preset release
