@@ -40,7 +40,9 @@ QByteArray JournalForm::written(QByteArrayView line, qint64 offset) const
 std::optional<QByteArray> JournalForm::read(QByteArrayView line, qint64 offset) const
 {
     const auto sealed = QByteArray::fromBase64Encoding(line.toByteArray(), QByteArray::AbortOnBase64DecodingErrors);
-    std::optional<QByteArray> plain = sealed ? m_seal->openRecord(*sealed, context(offset)) : std::nullopt;
+    // Its last letter has bits that mean nothing (RFC 4648, 3.5): a line that differs in those was changed, too.
+    const bool isAsWritten = sealed && (*sealed).toBase64() == line;
+    std::optional<QByteArray> plain = isAsWritten ? m_seal->openRecord(*sealed, context(offset)) : std::nullopt;
     if (plain)
         plain->reserve(plain->size() + HistoryCoding::decodePadding);
     return plain;
