@@ -39,6 +39,9 @@ constexpr auto unreadableSuffix = ".bad"_L1;
 constexpr const char* noFile = "[]";
 constexpr const char* sealContext = "history";
 
+// A history that another process saves meanwhile is read again; one that does nothing but save must not hold this one.
+constexpr int mostReads = 100;
+
 QString pathBeside(QString path, QLatin1String suffix)
 {
     if (path.endsWith(".json"_L1))
@@ -125,7 +128,7 @@ HistoryDisk::HistoryDisk(const QString& path)
 std::optional<EntryList> HistoryDisk::load()
 {
     const std::lock_guard lock(m_mutex);
-    std::optional<QByteArray> content = readFile();
+    auto [content, journal] = readFiles();
     m_isFileSealed = content && isSealed(*content);
     if (!m_sealing.seal && (m_isFileSealed || m_journal.isSealedOnDisk() || m_furtherFiles.isSealedOnDisk()))
         return std::nullopt;
@@ -136,7 +139,17 @@ std::optional<EntryList> HistoryDisk::load()
         return EntryList();
     }
     m_furtherFiles.load(m_sealing.seal.get(), *items);
-    return withJournal(*items);
+    return withJournal(*items, journal);
+}
+
+/// The file with the journal that belongs to it. Who saves the history puts a new file in place before it takes away
+/// from the journal what that file has, so a journal fits the file that is there before and after.
+HistoryDisk::Contents HistoryDisk::readFiles()
+{
+    Contents contents{readFile(), m_journal.read()};
+    for (int reads = 1; reads < mostReads && RegularFile::traceOf(m_path) != m_trace; ++reads)
+        contents = {readFile(), m_journal.read()};
+    return contents;
 }
 
 /// What is there; nothing when it cannot be read. A file that is not there is an empty history.
@@ -167,10 +180,10 @@ std::optional<QList<ClipItem>> HistoryDisk::decodeFile(std::optional<QByteArray>
     return content ? HistoryCoding::decode(std::move(*content)) : std::nullopt;
 }
 
-EntryList HistoryDisk::withJournal(const QList<ClipItem>& items)
+EntryList HistoryDisk::withJournal(const QList<ClipItem>& items, const QByteArray& journal)
 {
     EntryList entries(items);
-    const QList<HistoryOperation> missing = m_journal.load(m_file, m_sealing.seal, m_isFileSealed);
+    const QList<HistoryOperation> missing = m_journal.load(journal, m_file, m_sealing.seal, m_isFileSealed);
     for (const HistoryOperation& operation : missing)
         apply(operation, entries);
     if (!missing.isEmpty()) {

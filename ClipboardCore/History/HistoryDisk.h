@@ -63,9 +63,16 @@ private:
         double time = 0;
     };
 
+    struct Contents
+    {
+        std::optional<QByteArray> file; // nothing when it cannot be read
+        QByteArray journal;
+    };
+
+    [[nodiscard]] Contents readFiles();
     [[nodiscard]] std::optional<QByteArray> readFile();
     [[nodiscard]] std::optional<QList<ClipItem>> decodeFile(std::optional<QByteArray> content) const;
-    [[nodiscard]] EntryList withJournal(const QList<ClipItem>& items);
+    [[nodiscard]] EntryList withJournal(const QList<ClipItem>& items, const QByteArray& journal);
     [[nodiscard]] std::optional<QString> keepUnreadable();
     void keepDamagedJournal();
     [[nodiscard]] bool appendUnwritten();

@@ -82,26 +82,31 @@ bool HistoryJournal::isSealedOnDisk() const
     return count == beginning.size() && ClipboardCore::isSealed(beginning);
 }
 
-QList<HistoryOperation> HistoryJournal::load(const FileState& file, const std::shared_ptr<const ContentSeal>& seal,
-                                             bool isFileSealed)
+QByteArray HistoryJournal::read() const
 {
-    m_base = file;
     const int journal = RegularFile::open(m_path, O_RDONLY);
     if (journal < 0)
         return {};
-    const auto content =
+    auto content =
         RegularFile::read(journal, HistoryCoding::largestDocument, HistoryCoding::decodePadding, [](QByteArrayView) {});
     ::close(journal);
-    if (!content)
+    return std::move(content).value_or(QByteArray());
+}
+
+QList<HistoryOperation> HistoryJournal::load(const QByteArray& content, const FileState& file,
+                                             const std::shared_ptr<const ContentSeal>& seal, bool isFileSealed)
+{
+    m_base = file;
+    if (content.isEmpty())
         return {};
 
-    m_form = JournalForm::of(*content, seal);
+    m_form = JournalForm::of(content, seal);
     std::optional<qint64> from;
     QList<std::pair<qint64, HistoryOperation>> found;
     JournalCoding::Decoder decoder;
     qsizetype at = m_form.header().size();
-    for (qsizetype end = content->indexOf('\n', at); end >= 0; end = content->indexOf('\n', at)) {
-        const auto line = decode(decoder, QByteArrayView(*content).sliced(at, end - at), at);
+    for (qsizetype end = content.indexOf('\n', at); end >= 0; end = content.indexOf('\n', at)) {
+        const auto line = decode(decoder, QByteArrayView(content).sliced(at, end - at), at);
         const auto* mark = line ? std::get_if<Mark>(&*line) : nullptr;
         const auto* operation = line ? std::get_if<HistoryOperation>(&*line) : nullptr;
         if (mark != nullptr && mark->file == file)

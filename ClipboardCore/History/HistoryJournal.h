@@ -23,9 +23,11 @@ public:
 
     /// True when what is there can be read with a key alone.
     [[nodiscard]] bool isSealedOnDisk() const;
-    /// The operations that the file in this state lacks; none when the journal belongs to another state. Torn
-    /// lines are left out. `seal` opens a sealed one. To be called once, first.
-    [[nodiscard]] QList<HistoryOperation> load(const JournalCoding::FileState& file,
+    /// What is there; empty when it cannot be read.
+    [[nodiscard]] QByteArray read() const;
+    /// The operations that the file in this state lacks, of a journal as read() gave it; none when it belongs to
+    /// another state. Torn lines are left out. `seal` opens a sealed one. To be called once, first.
+    [[nodiscard]] QList<HistoryOperation> load(const QByteArray& content, const JournalCoding::FileState& file,
                                                const std::shared_ptr<const ContentSeal>& seal = nullptr,
                                                bool isFileSealed = false);
     /// True when load() left something out that somebody has changed: sealed lines, or whatever made a journal one that

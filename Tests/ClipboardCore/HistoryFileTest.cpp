@@ -13,7 +13,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <atomic>
 #include <functional>
+#include <thread>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -70,6 +72,7 @@ private slots:
     void writesWhatAnotherFileLacks();
     void survivesAFullDisk();
     void writersTakeTurns();
+    void readsWhatAnotherSaves();
     void somethingElseInPlaceOf();
     void aLargeJournalGoesIntoTheFile();
 };
@@ -129,12 +132,13 @@ void HistoryFileTest::journalFitsTheFileBeforeAndAfter()
     constexpr FileState next{300, 0xFEDC'BA98'7654'3210};
     const auto loaded = [this](const FileState& file) {
         QStringList contents;
-        for (const HistoryOperation& operation : HistoryJournal(journal()).load(file))
+        HistoryJournal journal(this->journal());
+        for (const HistoryOperation& operation : journal.load(journal.read(), file))
             contents.append(std::get<HistoryOperation::Put>(operation.change).entry.content.toString());
         return contents;
     };
     HistoryJournal writer(journal());
-    QVERIFY(writer.load(old).isEmpty());
+    QVERIFY(writer.load({}, old).isEmpty());
     const auto append = [&](const QString& content) {
         QVERIFY(writer.append({{1, HistoryOperation::Put{entry(content)}}}));
     };
@@ -303,6 +307,26 @@ void HistoryFileTest::writersTakeTurns()
     QCOMPARE(contentOf(path()), "[]");
     close(other);
     QTRY_COMPARE(HistoryCoding::decode(contentOf(path())), store.items());
+}
+
+/// As a program does that starts while the one before it ends.
+void HistoryFileTest::readsWhatAnotherSaves()
+{
+    HistoryDisk writer(path());
+    QVERIFY(writer.load().has_value());
+    std::atomic<qsizetype> written = 0;
+    std::jthread saving([&] {
+        for (QList<ClipItem> items; items.size() < 300;) {
+            items.prepend(entry(QString::number(items.size())));
+            writer.append({{1, HistoryOperation::Put{items.first()}}}, items);
+            written = items.size();
+            static_cast<void>(writer.save());
+        }
+    });
+    for (qsizetype least = 0; least < 300; least = written)
+        QVERIFY(saved().size() >= least);
+    saving.join();
+    QCOMPARE(contentOf(journal()), ""); // each was saved
 }
 
 /// It neither holds the start, a save and the end up nor is anything outside the folder touched.
