@@ -167,6 +167,7 @@ function(tessaly_test name)
     if(NOT e2e IN_LIST arg_LABELS)
         list(APPEND arg_LABELS unit)
     endif()
+    # A function has as long as its program: on a busy machine the five minutes of Qt Test can be too short.
     set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}"
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;QTEST_FUNCTION_TIMEOUT=${arg_TIMEOUT}000")
 endfunction()
