@@ -147,6 +147,9 @@ void ResilienceJourneyTest::startsAnewWhenTheDisplayIsBack()
 {
     if (!isOnKwin())
         QSKIP("the windows' display is the session, and ends with it");
+    endTessaly();
+    session().setEnvironment(u"QT_QPA_PLATFORM"_s, u"xcb"_s); // its windows are those of Xwayland
+    startTessaly();
     copy("before");
     session().crashXwayland();
     expect("its start", [this] { return tessaly().moments().next("watching", 0).has_value(); });

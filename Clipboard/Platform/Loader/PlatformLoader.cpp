@@ -173,7 +173,7 @@ QByteArray prepareWindows(const Wayland::WaylandSession& compositor)
         WaylandWindowSystem::forgoAcceleration();
     if (compositor.hasLayerShell)
         WaylandWindowSystem::prepareToolkit();
-    return compositor.isForOwnWindows ? "wayland;xcb" : "xcb;wayland";
+    return compositor.hasLayerShell && compositor.hasDataControl ? "wayland;xcb" : "xcb;wayland";
 }
 
 void finishWindows()

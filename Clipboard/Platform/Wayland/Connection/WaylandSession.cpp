@@ -13,11 +13,10 @@ WaylandSession WaylandSession::look(const QByteArray& display)
     session.isThere = true;
     session.hasDataControl =
         connection->offers("ext_data_control_manager_v1") || connection->offers("zwlr_data_control_manager_v1");
-    const bool hasForeignList = connection->offers("zwlr_foreign_toplevel_manager_v1");
-    const bool hasWindowList = hasForeignList || connection->offers("org_kde_plasma_window_management");
+    const bool hasWindowList = connection->offers("zwlr_foreign_toplevel_manager_v1") ||
+                               connection->offers("org_kde_plasma_window_management");
     session.hasLayerShell =
         connection->offers("zwlr_layer_shell_v1") && connection->offers("wp_viewporter") && hasWindowList;
-    session.isForOwnWindows = session.hasLayerShell && session.hasDataControl && hasForeignList;
     return session;
 }
 

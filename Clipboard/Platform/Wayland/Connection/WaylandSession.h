@@ -11,8 +11,6 @@ struct WaylandSession
     bool hasDataControl = false;
     /// Programs may place windows themselves, above all others, and are told which of the others is active.
     bool hasLayerShell = false;
-    /// Windows of the compositor's own have stood the test there.
-    bool isForOwnWindows = false;
 
     /// Looks once, on a connection of its own, before there is a toolkit. Nothing is there without a compositor, or
     /// when it does not answer soon. An empty name means $WAYLAND_DISPLAY.

@@ -99,7 +99,7 @@ bool WaylandWindowSystem::eventFilter(QObject* object, QEvent* event)
         break;
     case QEvent::Hide:
         m_toplevels->setCovered(false);
-        m_catchers.clear();
+        dropCatchers();
         break;
     default:
         break;
@@ -117,6 +117,19 @@ void WaylandWindowSystem::catchClicksBeside(QWindow* panel)
                 [panel] { QWindowSystemInterface::handleCloseEvent(panel); });
         catcher->show();
     }
+}
+
+/// Gone from the screen at once, but destroyed later: a catcher that is given the keyboard takes it from the panel,
+/// which hides at that, in the midst of what the toolkit does with the catcher.
+void WaylandWindowSystem::dropCatchers()
+{
+    for (auto& catcher : m_catchers) {
+        catcher->hide();
+        m_dropped.push_back(std::move(catcher));
+    }
+    m_catchers.clear();
+    QMetaObject::invokeMethod(
+        this, [this] { m_dropped.clear(); }, Qt::QueuedConnection);
 }
 
 /// On every screen: which one the compositor takes is its choice.

@@ -51,6 +51,7 @@ private:
     WaylandWindowSystem(std::shared_ptr<Wayland::LayerShell> shell, std::shared_ptr<Wayland::Toplevels> toplevels);
     [[nodiscard]] static QScreen* screenNamed(const QString& name);
     void catchClicksBeside(QWindow* panel);
+    void dropCatchers();
     void sparePanel();
 
     std::shared_ptr<Wayland::LayerShell> m_shell;
@@ -58,6 +59,7 @@ private:
     QWindow* m_panelWindow = nullptr;
     Wayland::LayerSurface* m_panel = nullptr;                       // the window's
     std::vector<std::unique_ptr<Wayland::ClickCatcher>> m_catchers; // while the panel is shown
+    std::vector<std::unique_ptr<Wayland::ClickCatcher>> m_dropped;  // until the toolkit is done with them
 };
 
 } // namespace Clipboard
